@@ -1,0 +1,31 @@
+// The user's preferences, keyed by the documented "tarnwick.…" keys.
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QVariant>
+
+namespace tw {
+
+class Defaults : public QObject {
+    Q_OBJECT
+public:
+    using QObject::QObject;
+
+    // The stored value, or an invalid QVariant when the key was never written.
+    virtual QVariant value(const QString& key) const = 0;
+    virtual bool contains(const QString& key) const = 0;
+    virtual void setValue(const QString& key, const QVariant& value) = 0;
+    virtual void remove(const QString& key) = 0;
+
+    QVariant value(const QString& key, const QVariant& fallback) const
+    {
+        return contains(key) ? value(key) : fallback;
+    }
+
+Q_SIGNALS:
+    // Emitted after a write through this object changed the stored value.
+    void valueChanged(const QString& key);
+};
+
+} // namespace tw

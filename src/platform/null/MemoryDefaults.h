@@ -1,0 +1,24 @@
+// Defaults held in memory: tests, and pictures drawn off-screen that must not persist anything.
+#pragma once
+
+#include "platform/Defaults.h"
+
+#include <QVariantMap>
+
+namespace tw {
+
+class MemoryDefaults final : public Defaults {
+    Q_OBJECT
+public:
+    using Defaults::Defaults;
+
+    QVariant value(const QString& key) const override { return m_values.value(key); }
+    bool contains(const QString& key) const override { return m_values.contains(key); }
+    void setValue(const QString& key, const QVariant& value) override;
+    void remove(const QString& key) override;
+
+private:
+    QVariantMap m_values;
+};
+
+} // namespace tw
