@@ -18,8 +18,7 @@ public:
     virtual void setValue(const QString& key, const QVariant& value) = 0;
     virtual void remove(const QString& key) = 0;
 
-    QVariant value(const QString& key, const QVariant& fallback) const
-    {
+    QVariant value(const QString& key, const QVariant& fallback) const {
         return contains(key) ? value(key) : fallback;
     }
 

@@ -7,20 +7,17 @@
 namespace tw {
 
 ScheduledTask QtScheduler::singleShot(Duration delay, Duration tolerance, const QObject* context,
-                                      std::function<void()> action)
-{
+                                      std::function<void()> action) {
     return start(delay, tolerance, context, std::move(action), true);
 }
 
 ScheduledTask QtScheduler::repeating(Duration interval, Duration tolerance, const QObject* context,
-                                     std::function<void()> action)
-{
+                                     std::function<void()> action) {
     return start(interval, tolerance, context, std::move(action), false);
 }
 
 ScheduledTask QtScheduler::start(Duration interval, Duration tolerance, const QObject* context,
-                                 std::function<void()> action, bool singleShot)
-{
+                                 std::function<void()> action, bool singleShot) {
     auto* timer = new QTimer;
     timer->setSingleShot(singleShot);
     timer->setInterval(interval);

@@ -5,24 +5,19 @@
 namespace tw {
 
 ScheduledTask::ScheduledTask(std::function<void()> cancel)
-    : m_cancel(std::move(cancel))
-{
+    : m_cancel(std::move(cancel)) {
     *m_active = true;
 }
 
-ScheduledTask::~ScheduledTask()
-{
+ScheduledTask::~ScheduledTask() {
     cancel();
 }
 
 ScheduledTask::ScheduledTask(ScheduledTask&& other) noexcept
     : m_cancel(std::exchange(other.m_cancel, {}))
-    , m_active(std::exchange(other.m_active, std::make_shared<bool>(false)))
-{
-}
+    , m_active(std::exchange(other.m_active, std::make_shared<bool>(false))) {}
 
-ScheduledTask& ScheduledTask::operator=(ScheduledTask&& other) noexcept
-{
+ScheduledTask& ScheduledTask::operator=(ScheduledTask&& other) noexcept {
     if (this != &other) {
         cancel();
         m_cancel = std::exchange(other.m_cancel, {});
@@ -31,8 +26,7 @@ ScheduledTask& ScheduledTask::operator=(ScheduledTask&& other) noexcept
     return *this;
 }
 
-void ScheduledTask::cancel()
-{
+void ScheduledTask::cancel() {
     if (m_cancel && *m_active) {
         *m_active = false;
         std::exchange(m_cancel, {})();
@@ -40,8 +34,7 @@ void ScheduledTask::cancel()
     m_cancel = {};
 }
 
-bool ScheduledTask::isActive() const
-{
+bool ScheduledTask::isActive() const {
     return *m_active;
 }
 

@@ -4,28 +4,22 @@ namespace tw {
 
 SettingsDefaults::SettingsDefaults(QObject* parent)
     : Defaults(parent)
-    , m_settings(std::make_unique<QSettings>(QStringLiteral("Tarnwick"), QStringLiteral("Tarnwick")))
-{
-}
+    , m_settings(
+          std::make_unique<QSettings>(QStringLiteral("Tarnwick"), QStringLiteral("Tarnwick"))) {}
 
 SettingsDefaults::SettingsDefaults(const QString& iniPath, QObject* parent)
     : Defaults(parent)
-    , m_settings(std::make_unique<QSettings>(iniPath, QSettings::IniFormat))
-{
-}
+    , m_settings(std::make_unique<QSettings>(iniPath, QSettings::IniFormat)) {}
 
-QVariant SettingsDefaults::value(const QString& key) const
-{
+QVariant SettingsDefaults::value(const QString& key) const {
     return m_settings->value(key);
 }
 
-bool SettingsDefaults::contains(const QString& key) const
-{
+bool SettingsDefaults::contains(const QString& key) const {
     return m_settings->contains(key);
 }
 
-void SettingsDefaults::setValue(const QString& key, const QVariant& value)
-{
+void SettingsDefaults::setValue(const QString& key, const QVariant& value) {
     if (m_settings->contains(key) && m_settings->value(key) == value) {
         return;
     }
@@ -33,8 +27,7 @@ void SettingsDefaults::setValue(const QString& key, const QVariant& value)
     Q_EMIT valueChanged(key);
 }
 
-void SettingsDefaults::remove(const QString& key)
-{
+void SettingsDefaults::remove(const QString& key) {
     if (!m_settings->contains(key)) {
         return;
     }

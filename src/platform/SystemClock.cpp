@@ -2,13 +2,11 @@
 
 namespace tw {
 
-QDateTime SystemClock::now() const
-{
+QDateTime SystemClock::now() const {
     return QDateTime::currentDateTime();
 }
 
-std::chrono::nanoseconds SystemClock::uptime() const
-{
+std::chrono::nanoseconds SystemClock::uptime() const {
     return std::chrono::steady_clock::now().time_since_epoch();
 }
 

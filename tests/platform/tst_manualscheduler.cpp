@@ -9,8 +9,7 @@ using tw::test::ManualScheduler;
 class TestManualScheduler : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void firesInDueOrderAndMovesTheClock()
-    {
+    void firesInDueOrderAndMovesTheClock() {
         ManualClock clock;
         const QDateTime start = clock.now();
         ManualScheduler scheduler(&clock);
@@ -34,8 +33,7 @@ private Q_SLOTS:
         QCOMPARE(start.msecsTo(clock.now()), 300);
     }
 
-    void repeatingFiresOncePerIntervalUntilCancelled()
-    {
+    void repeatingFiresOncePerIntervalUntilCancelled() {
         ManualScheduler scheduler;
         int count = 0;
         auto task = scheduler.repeating(1000ms, 200ms, nullptr, [&] { ++count; });
@@ -48,8 +46,7 @@ private Q_SLOTS:
         QCOMPARE(scheduler.pendingCount(), 0);
     }
 
-    void destroyedHandleOrContextCancels()
-    {
+    void destroyedHandleOrContextCancels() {
         ManualScheduler scheduler;
         int count = 0;
         {
@@ -62,8 +59,7 @@ private Q_SLOTS:
         QCOMPARE(count, 0);
     }
 
-    void actionMayRescheduleItself()
-    {
+    void actionMayRescheduleItself() {
         ManualScheduler scheduler;
         tw::ScheduledTask task;
         int count = 0;
@@ -77,8 +73,7 @@ private Q_SLOTS:
         QCOMPARE(count, 3);
     }
 
-    void handleOutlivingSchedulerIsHarmless()
-    {
+    void handleOutlivingSchedulerIsHarmless() {
         tw::ScheduledTask task;
         {
             ManualScheduler scheduler;

@@ -11,21 +11,20 @@
 class TestMemoryDefaults : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void signalsOnlyRealChanges_data()
-    {
+    void signalsOnlyRealChanges_data() {
         QTest::addColumn<QString>("backend");
         QTest::newRow("memory") << QStringLiteral("memory");
         QTest::newRow("settings") << QStringLiteral("settings");
     }
-    void signalsOnlyRealChanges()
-    {
+    void signalsOnlyRealChanges() {
         QFETCH(QString, backend);
         QTemporaryDir dir;
         std::unique_ptr<tw::Defaults> defaults;
         if (backend == QStringLiteral("memory")) {
             defaults = std::make_unique<tw::MemoryDefaults>();
         } else {
-            defaults = std::make_unique<tw::SettingsDefaults>(dir.filePath(QStringLiteral("d.ini")));
+            defaults =
+                std::make_unique<tw::SettingsDefaults>(dir.filePath(QStringLiteral("d.ini")));
         }
         const QString key = QStringLiteral("tarnwick.tileScale");
         QSignalSpy spy(defaults.get(), &tw::Defaults::valueChanged);

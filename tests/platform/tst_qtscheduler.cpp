@@ -9,8 +9,7 @@ using namespace std::chrono_literals;
 class TestQtScheduler : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void singleShotFiresOnceAndReportsDone()
-    {
+    void singleShotFiresOnceAndReportsDone() {
         tw::QtScheduler scheduler;
         int count = 0;
         auto task = scheduler.singleShot(5ms, 0ms, this, [&] { ++count; });
@@ -21,8 +20,7 @@ private Q_SLOTS:
         QCOMPARE(count, 1);
     }
 
-    void cancelledOrContextlessTimersStop()
-    {
+    void cancelledOrContextlessTimersStop() {
         tw::QtScheduler scheduler;
         int count = 0;
         auto repeating = scheduler.repeating(5ms, 1ms, this, [&] { ++count; });

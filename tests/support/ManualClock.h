@@ -8,16 +8,13 @@ namespace tw::test {
 class ManualClock final : public Clock {
 public:
     explicit ManualClock(QDateTime start = QDateTime(QDate(2026, 3, 14), QTime(9, 26, 53)))
-        : m_now(std::move(start))
-    {
-    }
+        : m_now(std::move(start)) {}
 
     QDateTime now() const override { return m_now; }
     std::chrono::nanoseconds uptime() const override { return m_uptime; }
 
     // Moves wall time and uptime together, as a running machine does.
-    void advance(std::chrono::milliseconds by)
-    {
+    void advance(std::chrono::milliseconds by) {
         m_now = m_now.addMSecs(by.count());
         m_uptime += by;
     }

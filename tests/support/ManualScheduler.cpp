@@ -5,20 +5,17 @@
 namespace tw::test {
 
 ScheduledTask ManualScheduler::singleShot(Duration delay, Duration tolerance,
-                                          const QObject* context, std::function<void()> action)
-{
+                                          const QObject* context, std::function<void()> action) {
     return add(delay, tolerance, context, std::move(action), false);
 }
 
 ScheduledTask ManualScheduler::repeating(Duration interval, Duration tolerance,
-                                         const QObject* context, std::function<void()> action)
-{
+                                         const QObject* context, std::function<void()> action) {
     return add(interval, tolerance, context, std::move(action), true);
 }
 
 ScheduledTask ManualScheduler::add(Duration delay, Duration tolerance, const QObject* context,
-                                   std::function<void()> action, bool repeating)
-{
+                                   std::function<void()> action, bool repeating) {
     const quint64 id = m_nextId++;
     std::weak_ptr<std::map<quint64, Entry>> entries = m_entries;
     ScheduledTask task([entries, id] {
@@ -27,18 +24,16 @@ ScheduledTask ManualScheduler::add(Duration delay, Duration tolerance, const QOb
         }
     });
     m_entries->emplace(id, Entry{m_now + delay, delay, tolerance, repeating, context,
-                                context != nullptr, std::move(action), task.activeFlag()});
+                                 context != nullptr, std::move(action), task.activeFlag()});
     return task;
 }
 
-bool ManualScheduler::isLive(const Entry& entry) const
-{
+bool ManualScheduler::isLive(const Entry& entry) const {
     const auto flag = entry.active.lock();
     return flag && *flag && (!entry.hasContext || entry.context);
 }
 
-void ManualScheduler::advance(Duration by)
-{
+void ManualScheduler::advance(Duration by) {
     const Duration end = m_now + by;
     for (;;) {
         // Earliest due first; among equals, the one scheduled first.
@@ -78,8 +73,7 @@ void ManualScheduler::advance(Duration by)
     m_now = end;
 }
 
-std::vector<ManualScheduler::Pending> ManualScheduler::pending() const
-{
+std::vector<ManualScheduler::Pending> ManualScheduler::pending() const {
     std::vector<Pending> result;
     for (const auto& [id, entry] : *m_entries) {
         if (isLive(entry)) {

@@ -16,9 +16,7 @@ class ManualScheduler final : public Scheduler {
 public:
     // Advances `clock` as virtual time passes, when one is given.
     explicit ManualScheduler(ManualClock* clock = nullptr)
-        : m_clock(clock)
-    {
-    }
+        : m_clock(clock) {}
 
     ScheduledTask singleShot(Duration delay, Duration tolerance, const QObject* context,
                              std::function<void()> action) override;
@@ -59,7 +57,8 @@ private:
     Duration m_now{0};
     quint64 m_nextId = 0;
     // Shared so that a handle outliving the scheduler cancels nothing instead of crashing.
-    std::shared_ptr<std::map<quint64, Entry>> m_entries = std::make_shared<std::map<quint64, Entry>>();
+    std::shared_ptr<std::map<quint64, Entry>> m_entries =
+        std::make_shared<std::map<quint64, Entry>>();
 };
 
 } // namespace tw::test

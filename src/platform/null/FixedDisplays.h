@@ -10,15 +10,12 @@ class FixedDisplays final : public Displays {
 public:
     explicit FixedDisplays(QList<ScreenInfo> screens = {}, QObject* parent = nullptr)
         : Displays(parent)
-        , m_screens(std::move(screens))
-    {
-    }
+        , m_screens(std::move(screens)) {}
 
     QList<ScreenInfo> screens() const override { return m_screens; }
 
     // Replaces the set and announces it, as a plugged or unplugged monitor would.
-    void setScreens(QList<ScreenInfo> screens)
-    {
+    void setScreens(QList<ScreenInfo> screens) {
         m_screens = std::move(screens);
         Q_EMIT screensChanged();
     }

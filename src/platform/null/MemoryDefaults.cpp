@@ -2,8 +2,7 @@
 
 namespace tw {
 
-void MemoryDefaults::setValue(const QString& key, const QVariant& value)
-{
+void MemoryDefaults::setValue(const QString& key, const QVariant& value) {
     const auto it = m_values.constFind(key);
     if (it != m_values.cend() && *it == value) {
         return;
@@ -12,8 +11,7 @@ void MemoryDefaults::setValue(const QString& key, const QVariant& value)
     Q_EMIT valueChanged(key);
 }
 
-void MemoryDefaults::remove(const QString& key)
-{
+void MemoryDefaults::remove(const QString& key) {
     if (m_values.remove(key) > 0) {
         Q_EMIT valueChanged(key);
     }
