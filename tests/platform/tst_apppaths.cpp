@@ -1,0 +1,102 @@
+#include "platform/AppPaths.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+void touch(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+}
+
+QByteArray readAll(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
+class TestAppPaths : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void usesAndCreatesTheEnvironmentDirectory() {
+        QTemporaryDir dir;
+        const QString wanted = dir.filePath(QStringLiteral("a/b/Tarnwick"));
+        qputenv("TKW_APP_SUPPORT_DIR", QFile::encodeName(wanted));
+        QCOMPARE(tw::AppPaths::appSupportDir(), wanted);
+        QVERIFY(QFileInfo(wanted).isDir());
+        qunsetenv("TKW_APP_SUPPORT_DIR");
+        QVERIFY(tw::AppPaths::appSupportDir().endsWith(QStringLiteral("/Tarnwick")));
+    }
+
+    void quarantineNames_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("json") << "grid.json"
+                              << "grid.2026-03-14-092653.corrupt";
+        QTest::newRow("two dots") << "topology.homes.json"
+                                  << "topology.homes.2026-03-14-092653.corrupt";
+        QTest::newRow("no extension") << "grid"
+                                      << "grid.2026-03-14-092653.corrupt";
+    }
+    void quarantineNames() {
+        QFETCH(QString, name);
+        QFETCH(QString, expected);
+        QTemporaryDir dir;
+        touch(dir.filePath(name), "not json");
+        const QDateTime at(QDate(2026, 3, 14), QTime(9, 26, 53, 700));
+        QCOMPARE(tw::AppPaths::quarantineUnreadable(dir.filePath(name), at),
+                 dir.filePath(expected));
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{expected});
+        QCOMPARE(readAll(dir.filePath(expected)), QByteArrayLiteral("not json"));
+    }
+
+    void nothingToSetAside() {
+        QTemporaryDir dir;
+        QCOMPARE(tw::AppPaths::quarantineUnreadable(dir.filePath(QStringLiteral("grid.json"))),
+                 QString());
+        QVERIFY(QDir(dir.path()).isEmpty());
+    }
+
+    // Three unreadable files within one second: every one of them is kept.
+    void quarantinesWithinOneSecondKeepEveryFile() {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("grid.json"));
+        const QDateTime at(QDate(2026, 3, 14), QTime(9, 26, 53));
+        QStringList targets;
+        for (int i = 0; i < 3; ++i) {
+            touch(path, QByteArray::number(i));
+            targets << tw::AppPaths::quarantineUnreadable(path, at.addMSecs(i * 300));
+        }
+        QCOMPARE(targets,
+                 (QStringList{dir.filePath(QStringLiteral("grid.2026-03-14-092653.corrupt")),
+                              dir.filePath(QStringLiteral("grid.2026-03-14-092653-2.corrupt")),
+                              dir.filePath(QStringLiteral("grid.2026-03-14-092653-3.corrupt"))}));
+        for (int i = 0; i < 3; ++i) {
+            QCOMPARE(readAll(targets.at(i)), QByteArray::number(i));
+        }
+        QVERIFY(!QFileInfo::exists(path));
+    }
+
+    void aFailedMoveKeepsTheFile() {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("grid.json"));
+        touch(path, "x");
+        // A read-only directory refuses the rename, unless we are root, whom it does not stop.
+        QFile::setPermissions(dir.path(), QFileDevice::ReadOwner | QFileDevice::ExeOwner);
+        const QString target = tw::AppPaths::quarantineUnreadable(path);
+        QFile::setPermissions(dir.path(), QFileDevice::ReadOwner | QFileDevice::WriteOwner |
+                                              QFileDevice::ExeOwner);
+        if (!target.isEmpty()) {
+            QSKIP("running as root: permissions cannot make the move fail");
+        }
+        QCOMPARE(readAll(path), QByteArrayLiteral("x"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestAppPaths)
+#include "tst_apppaths.moc"
