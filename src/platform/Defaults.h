@@ -17,6 +17,8 @@ public:
     virtual bool contains(const QString& key) const = 0;
     virtual void setValue(const QString& key, const QVariant& value) = 0;
     virtual void remove(const QString& key) = 0;
+    // Writes pending changes through to permanent storage now, for a process started next to read.
+    virtual void sync() {}
 
     QVariant value(const QString& key, const QVariant& fallback) const {
         return contains(key) ? value(key) : fallback;

@@ -35,4 +35,8 @@ void SettingsDefaults::remove(const QString& key) {
     Q_EMIT valueChanged(key);
 }
 
+void SettingsDefaults::sync() {
+    m_settings->sync();
+}
+
 } // namespace tw

@@ -21,6 +21,7 @@ public:
     bool contains(const QString& key) const override;
     void setValue(const QString& key, const QVariant& value) override;
     void remove(const QString& key) override;
+    void sync() override;
 
 private:
     std::unique_ptr<QSettings> m_settings;
