@@ -1,0 +1,557 @@
+#include "displays/LayoutProfileResolver.h"
+
+#include <QSet>
+#include <QStringList>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <numeric>
+#include <vector>
+
+namespace tw {
+
+namespace {
+
+bool isAbove(double value, double limit) {
+    return value > limit; // false for NaN, on purpose
+}
+
+bool isUsable(const LayoutDisplay& display) {
+    return isAbove(display.frame.width, 1.0) && isAbove(display.frame.height, 1.0) &&
+           isAbove(display.visibleFrame.width, 1.0) && isAbove(display.visibleFrame.height, 1.0);
+}
+
+// A fraction of the free travel: 0 where there is no travel or the quotient means nothing.
+double fractionOfTravel(double distance, double travel) {
+    if (!(travel > 0.0)) {
+        return 0.0;
+    }
+    const double value = distance / travel;
+    if (!std::isfinite(value)) {
+        return 0.0;
+    }
+    return std::clamp(value, 0.0, 1.0);
+}
+
+// A stored fraction as a factor: only a normal positive number counts, at most 1.
+double normalFraction(double value) {
+    if (!std::isnormal(value) || value < 0.0) {
+        return 0.0;
+    }
+    return std::min(value, 1.0);
+}
+
+struct Rect {
+    double minX;
+    double minY;
+    double maxX;
+    double maxY;
+
+    bool intersects(const Rect& other) const {
+        return minX < other.maxX && other.minX < maxX && minY < other.maxY && other.minY < maxY;
+    }
+};
+
+Rect expandedRect(const LayoutProfileResolver::Captured& c, double margin) {
+    return Rect{c.x - margin, c.topY - c.height - margin, c.x + c.width + margin, c.topY + margin};
+}
+
+class UnionFind {
+public:
+    explicit UnionFind(int size)
+        : m_parent(static_cast<size_t>(size)) {
+        std::iota(m_parent.begin(), m_parent.end(), 0);
+    }
+    int find(int i) {
+        while (m_parent[static_cast<size_t>(i)] != i) {
+            auto& parent = m_parent[static_cast<size_t>(i)];
+            parent = m_parent[static_cast<size_t>(parent)];
+            i = parent;
+        }
+        return i;
+    }
+    void unite(int a, int b) {
+        const int rootA = find(a);
+        const int rootB = find(b);
+        if (rootA != rootB) {
+            m_parent[static_cast<size_t>(std::max(rootA, rootB))] = std::min(rootA, rootB);
+        }
+    }
+
+private:
+    std::vector<int> m_parent;
+};
+
+double squaredDistance(double x1, double y1, double x2, double y2) {
+    const double dx = x1 - x2;
+    const double dy = y1 - y2;
+    return dx * dx + dy * dy;
+}
+
+QHash<QUuid, LayoutWidgetPlacement> byWidget(const QList<LayoutWidgetPlacement>& placements) {
+    QHash<QUuid, LayoutWidgetPlacement> result;
+    result.reserve(placements.size());
+    for (const LayoutWidgetPlacement& placement : placements) {
+        if (!result.contains(placement.widgetID)) {
+            result.insert(placement.widgetID, placement);
+        }
+    }
+    return result;
+}
+
+bool isPresent(const LayoutWidgetPlacement& placement, const QList<LayoutDisplay>& displays) {
+    return std::any_of(displays.begin(), displays.end(), [&](const LayoutDisplay& display) {
+        return display.id == placement.displayID ||
+               (!placement.displayName.isEmpty() &&
+                LayoutDisplay::namesMatch(display.name, placement.displayName));
+    });
+}
+
+void placeByPlacements(GridLayout& layout, const QHash<QUuid, LayoutWidgetPlacement>& placements,
+                       const QList<LayoutDisplay>& displays) {
+    for (WidgetInstance& widget : layout.instances) {
+        const auto placement = placements.constFind(widget.id);
+        if (placement == placements.constEnd()) {
+            continue;
+        }
+        const auto display = LayoutProfileResolver::targetDisplay(*placement, displays);
+        if (!display) {
+            continue;
+        }
+        const auto point =
+            LayoutProfileResolver::resolvedPoint(*placement, *display, widget.pixelSize());
+        widget.posX = std::isfinite(point.x) ? point.x : placement->absoluteX;
+        widget.posY = std::isfinite(point.topY) ? point.topY : placement->absoluteTopY;
+    }
+}
+
+} // namespace
+
+QString LayoutProfileResolver::roundTripDecimal(double value) {
+    char buffer[64];
+    const auto result = std::to_chars(std::begin(buffer), std::end(buffer), value);
+    QString text = QString::fromLatin1(buffer, static_cast<qsizetype>(result.ptr - buffer));
+    if (std::isfinite(value) && !text.contains(QLatin1Char('.')) &&
+        !text.contains(QLatin1Char('e'))) {
+        text += QStringLiteral(".0");
+    }
+    return text;
+}
+
+QString LayoutProfileResolver::topologySignature(const QList<LayoutDisplay>& displays) {
+    QStringList parts;
+    parts.reserve(displays.size());
+    for (const LayoutDisplay& display : displays) {
+        parts.append(display.id + QLatin1Char('@') + roundTripDecimal(display.frame.x) +
+                     QLatin1Char(',') + roundTripDecimal(display.frame.y) + QLatin1Char(',') +
+                     roundTripDecimal(display.frame.width) + QLatin1Char('x') +
+                     roundTripDecimal(display.frame.height));
+    }
+    std::sort(parts.begin(), parts.end());
+    return parts.join(QLatin1Char(';'));
+}
+
+bool LayoutProfileResolver::isUsableTopology(const QList<LayoutDisplay>& displays) {
+    return !displays.isEmpty() && std::all_of(displays.begin(), displays.end(), isUsable);
+}
+
+QHash<QUuid, LayoutWidgetPlacement>
+LayoutProfileResolver::anchoredPlacements(const QList<Captured>& captured) {
+    QHash<QUuid, LayoutWidgetPlacement> result;
+    result.reserve(captured.size());
+
+    // Display ids in order of first appearance, each with the indices of its widgets.
+    QList<QString> displayOrder;
+    QHash<QString, QList<int>> byDisplay;
+    for (int i = 0; i < captured.size(); ++i) {
+        const QString& id = captured[i].display.id;
+        auto it = byDisplay.find(id);
+        if (it == byDisplay.end()) {
+            displayOrder.append(id);
+            it = byDisplay.insert(id, {});
+        }
+        it->append(i);
+    }
+
+    for (const QString& displayId : displayOrder) {
+        const QList<int>& members = byDisplay[displayId];
+        const int count = static_cast<int>(members.size());
+        std::vector<Rect> expanded;
+        expanded.reserve(static_cast<size_t>(count));
+        for (const int index : members) {
+            expanded.push_back(expandedRect(captured[index], clusterMargin));
+        }
+        UnionFind clusters(count);
+        for (int a = 0; a < count; ++a) {
+            for (int b = a + 1; b < count; ++b) {
+                if (expanded[static_cast<size_t>(a)].intersects(expanded[static_cast<size_t>(b)])) {
+                    clusters.unite(a, b);
+                }
+            }
+        }
+        QHash<int, QList<int>> clusterMembers;
+        QList<int> clusterOrder;
+        for (int i = 0; i < count; ++i) {
+            const int root = clusters.find(i);
+            if (!clusterMembers.contains(root)) {
+                clusterOrder.append(root);
+            }
+            clusterMembers[root].append(members[i]);
+        }
+
+        for (const int root : clusterOrder) {
+            const QList<int>& cluster = clusterMembers[root];
+            double minX = std::numeric_limits<double>::infinity();
+            double maxX = -std::numeric_limits<double>::infinity();
+            double minBottom = std::numeric_limits<double>::infinity();
+            double maxTop = -std::numeric_limits<double>::infinity();
+            for (const int index : cluster) {
+                const Captured& c = captured[index];
+                minX = std::min(minX, c.x);
+                maxX = std::max(maxX, c.x + c.width);
+                minBottom = std::min(minBottom, c.topY - c.height);
+                maxTop = std::max(maxTop, c.topY);
+            }
+            const LayoutDisplayRect vf = captured[cluster.first()].display.visibleFrame;
+            const double cx = vf.width > 0.0 ? ((minX + maxX) * 0.5 - vf.x) / vf.width : 0.5;
+            const double cy =
+                vf.height > 0.0 ? (vf.y + vf.height - (minBottom + maxTop) * 0.5) / vf.height : 0.5;
+            const LayoutAnchor anchorH = std::abs(cx - 0.5) <= centerBand ? LayoutAnchor::center
+                                         : cx < 0.5                       ? LayoutAnchor::leading
+                                                                          : LayoutAnchor::trailing;
+            const LayoutAnchor anchorV = std::abs(cy - 0.5) <= centerBand ? LayoutAnchor::center
+                                         : cy < 0.5                       ? LayoutAnchor::top
+                                                                          : LayoutAnchor::bottom;
+
+            for (const int index : cluster) {
+                const Captured& c = captured[index];
+                LayoutWidgetPlacement placement;
+                placement.widgetID = c.id;
+                placement.displayID = c.display.id;
+                placement.displayName = c.display.name;
+                placement.wasOnMainDisplay = c.display.isMain;
+                placement.absoluteX = c.x;
+                placement.absoluteTopY = c.topY;
+                placement.normalizedX =
+                    fractionOfTravel(c.x - vf.x, std::max(vf.width - c.width, 0.0));
+                placement.normalizedY = fractionOfTravel(vf.y + vf.height - c.topY,
+                                                         std::max(vf.height - c.height, 0.0));
+                placement.anchorH = anchorH;
+                placement.anchorV = anchorV;
+                switch (anchorH) {
+                case LayoutAnchor::leading:
+                    placement.offsetX = c.x - vf.x;
+                    break;
+                case LayoutAnchor::trailing:
+                    placement.offsetX = (vf.x + vf.width) - (c.x + c.width);
+                    break;
+                default:
+                    placement.offsetX = (c.x + c.width * 0.5) - (vf.x + vf.width * 0.5);
+                    break;
+                }
+                switch (anchorV) {
+                case LayoutAnchor::top:
+                    placement.offsetY = (vf.y + vf.height) - c.topY;
+                    break;
+                case LayoutAnchor::bottom:
+                    placement.offsetY = (c.topY - c.height) - vf.y;
+                    break;
+                default:
+                    placement.offsetY = (c.topY - c.height * 0.5) - (vf.y + vf.height * 0.5);
+                    break;
+                }
+                placement.displayOriginX = c.display.frame.x;
+                placement.displayOriginY = c.display.frame.y;
+                result.insert(c.id, placement);
+            }
+        }
+    }
+    return result;
+}
+
+std::optional<LayoutDisplay>
+LayoutProfileResolver::bestDisplay(const WidgetInstance& widget, double x, double topY,
+                                   const QList<LayoutDisplay>& displays) {
+    if (displays.isEmpty()) {
+        return std::nullopt;
+    }
+    const QSizeF size = widget.pixelSize();
+    const double minX = x;
+    const double maxX = x + size.width();
+    const double minY = topY - size.height();
+    const double maxY = topY;
+
+    int best = 0;
+    double bestArea = -1.0;
+    for (int i = 0; i < displays.size(); ++i) {
+        const LayoutDisplayRect& vf = displays[i].visibleFrame;
+        const double width = std::max(0.0, std::min(maxX, vf.maxX()) - std::max(minX, vf.minX()));
+        const double height = std::max(0.0, std::min(maxY, vf.maxY()) - std::max(minY, vf.minY()));
+        const double area = width * height;
+        if (area > bestArea) {
+            bestArea = area;
+            best = i;
+        }
+    }
+    if (bestArea > 0.0) {
+        return displays[best];
+    }
+
+    const double centerX = x + size.width() * 0.5;
+    const double centerY = topY - size.height() * 0.5;
+    best = 0;
+    double bestDistance = std::numeric_limits<double>::infinity();
+    for (int i = 0; i < displays.size(); ++i) {
+        const LayoutDisplayRect& vf = displays[i].visibleFrame;
+        const double dx = std::max({vf.minX() - centerX, centerX - vf.maxX(), 0.0});
+        const double dy = std::max({vf.minY() - centerY, centerY - vf.maxY(), 0.0});
+        const double distance = dx * dx + dy * dy;
+        if (distance < bestDistance) {
+            bestDistance = distance;
+            best = i;
+        }
+    }
+    return displays[best];
+}
+
+std::optional<LayoutDisplay>
+LayoutProfileResolver::targetDisplay(const LayoutWidgetPlacement& placement,
+                                     const QList<LayoutDisplay>& displays) {
+    for (const LayoutDisplay& display : displays) {
+        if (display.id == placement.displayID) {
+            return display;
+        }
+    }
+    if (!placement.displayName.isEmpty()) {
+        QList<const LayoutDisplay*> candidates;
+        for (const LayoutDisplay& display : displays) {
+            if (LayoutDisplay::namesMatch(display.name, placement.displayName)) {
+                candidates.append(&display);
+            }
+        }
+        if (candidates.size() == 1) {
+            return *candidates.first();
+        }
+        if (candidates.size() > 1) {
+            // Twins of one model are told apart by their place in the arrangement.
+            if (placement.displayOriginX && placement.displayOriginY) {
+                const LayoutDisplay* nearest = candidates.first();
+                double nearestDistance = std::numeric_limits<double>::infinity();
+                for (const LayoutDisplay* candidate : candidates) {
+                    const double distance =
+                        squaredDistance(candidate->frame.x, candidate->frame.y,
+                                        *placement.displayOriginX, *placement.displayOriginY);
+                    if (distance < nearestDistance) {
+                        nearestDistance = distance;
+                        nearest = candidate;
+                    }
+                }
+                return *nearest;
+            }
+            for (const LayoutDisplay* candidate : candidates) {
+                if (candidate->isMain == placement.wasOnMainDisplay) {
+                    return *candidate;
+                }
+            }
+            return *candidates.first();
+        }
+    }
+    if (displays.isEmpty()) {
+        return std::nullopt;
+    }
+    for (const LayoutDisplay& display : displays) {
+        if (display.isMain == placement.wasOnMainDisplay) {
+            return display;
+        }
+    }
+    for (const LayoutDisplay& display : displays) {
+        if (display.isMain) {
+            return display;
+        }
+    }
+    return displays.first();
+}
+
+LayoutProfileResolver::Point
+LayoutProfileResolver::resolvedPoint(const LayoutWidgetPlacement& placement,
+                                     const LayoutDisplay& display, QSizeF size) {
+    const LayoutDisplayRect& vf = display.visibleFrame;
+    const double w = size.width();
+    const double h = size.height();
+
+    if (placement.isAnchored() && std::isfinite(*placement.offsetX) &&
+        std::isfinite(*placement.offsetY)) {
+        double x = 0.0;
+        switch (*placement.anchorH) {
+        case LayoutAnchor::center:
+            x = vf.x + vf.width * 0.5 + *placement.offsetX - w * 0.5;
+            break;
+        case LayoutAnchor::trailing:
+            x = vf.x + vf.width - *placement.offsetX - w;
+            break;
+        default:
+            x = vf.x + *placement.offsetX;
+            break;
+        }
+        double topY = 0.0;
+        switch (*placement.anchorV) {
+        case LayoutAnchor::center:
+            topY = vf.y + vf.height * 0.5 + *placement.offsetY + h * 0.5;
+            break;
+        case LayoutAnchor::bottom:
+            topY = vf.y + *placement.offsetY + h;
+            break;
+        default:
+            topY = vf.maxY() - *placement.offsetY;
+            break;
+        }
+        x = std::min(std::max(x, vf.x), std::max(vf.x, vf.maxX() - w));
+        // Bottom first, then top: a widget taller than the display keeps its top edge on it.
+        topY = std::max(topY, vf.y + h);
+        topY = std::min(topY, vf.maxY());
+        return {x, topY};
+    }
+    return {vf.x + std::max(vf.width - w, 0.0) * normalFraction(placement.normalizedX),
+            vf.maxY() - std::max(vf.height - h, 0.0) * normalFraction(placement.normalizedY)};
+}
+
+LayoutProfileSnapshot LayoutProfileResolver::snapshot(const GridLayout& layout,
+                                                      const QList<LayoutDisplay>& displays,
+                                                      const QList<LayoutWidgetPlacement>& earlier,
+                                                      const QDateTime& capturedAt) {
+    QSet<QString> known;
+    for (const LayoutDisplay& display : displays) {
+        known.insert(display.id);
+    }
+    const QHash<QUuid, LayoutWidgetPlacement> previous = byWidget(earlier);
+
+    QHash<QUuid, LayoutWidgetPlacement> kept;
+    QSet<QUuid> unchanged;
+    QList<Captured> captured;
+    captured.reserve(layout.instances.size());
+
+    for (const WidgetInstance& widget : layout.instances) {
+        const auto found = previous.constFind(widget.id);
+        const LayoutWidgetPlacement* p = found != previous.constEnd() ? &*found : nullptr;
+        const QSizeF size = widget.pixelSize();
+
+        // A visitor parked away from its absent home display stays parked while it sits where
+        // its home resolves; only a real move gives it a new home.
+        if (p && !known.contains(p->displayID) && widget.posX && widget.posY) {
+            if (const auto target = targetDisplay(*p, displays)) {
+                const Point resolved = resolvedPoint(*p, *target, size);
+                if (std::abs(resolved.x - *widget.posX) <= visitorTolerance &&
+                    std::abs(resolved.topY - *widget.posY) <= visitorTolerance) {
+                    kept.insert(widget.id, *p);
+                    continue;
+                }
+            }
+        }
+
+        const bool hasPosition = widget.posX && widget.posY && std::isfinite(*widget.posX) &&
+                                 std::isfinite(*widget.posY);
+        const auto display =
+            hasPosition ? bestDisplay(widget, *widget.posX, *widget.posY, displays) : std::nullopt;
+        if (display) {
+            if (p && p->isAnchored() && isPresent(*p, displays)) {
+                if (const auto target = targetDisplay(*p, displays)) {
+                    const Point resolved = resolvedPoint(*p, *target, size);
+                    if (std::abs(resolved.x - *widget.posX) <= unmovedTolerance &&
+                        std::abs(resolved.topY - *widget.posY) <= unmovedTolerance) {
+                        unchanged.insert(widget.id);
+                    }
+                }
+            }
+            // An unchanged widget still takes part, so that it holds its cluster together.
+            captured.append(Captured{widget.id, *widget.posX, *widget.posY, size.width(),
+                                     size.height(), *display});
+        } else if (p) {
+            kept.insert(widget.id, *p);
+        }
+    }
+
+    const QHash<QUuid, LayoutWidgetPlacement> anchored = anchoredPlacements(captured);
+
+    LayoutProfileSnapshot result;
+    result.layout = layout;
+    result.displays = displays;
+    result.capturedAt = capturedAt;
+    result.placements.reserve(layout.instances.size());
+    for (const WidgetInstance& widget : layout.instances) {
+        if (const auto it = kept.constFind(widget.id); it != kept.constEnd()) {
+            result.placements.append(*it);
+        } else if (unchanged.contains(widget.id)) {
+            result.placements.append(previous.value(widget.id));
+        } else if (const auto a = anchored.constFind(widget.id); a != anchored.constEnd()) {
+            result.placements.append(*a);
+        }
+    }
+    return result;
+}
+
+GridLayout LayoutProfileResolver::remap(const GridLayout& layout,
+                                        const QList<LayoutWidgetPlacement>& placements,
+                                        const QList<LayoutDisplay>& displays) {
+    if (displays.isEmpty()) {
+        return layout;
+    }
+    GridLayout result = layout;
+    placeByPlacements(result, byWidget(placements), displays);
+    return result;
+}
+
+GridLayout LayoutProfileResolver::resolve(const LayoutProfileSnapshot& snapshot,
+                                          const QList<LayoutDisplay>& displays) {
+    if (displays.isEmpty()) {
+        return snapshot.layout;
+    }
+    // The very set it was captured on: the very positions, not clamped again.
+    if (!snapshot.displays.isEmpty() &&
+        topologySignature(snapshot.displays) == topologySignature(displays)) {
+        return snapshot.layout;
+    }
+    const LayoutProfileSnapshot upgrade = upgraded(snapshot);
+    GridLayout result = upgrade.layout;
+    placeByPlacements(result, byWidget(upgrade.placements), displays);
+    return result;
+}
+
+LayoutProfileSnapshot LayoutProfileResolver::upgraded(const LayoutProfileSnapshot& snapshot) {
+    if (std::all_of(snapshot.placements.begin(), snapshot.placements.end(),
+                    [](const LayoutWidgetPlacement& p) { return p.isAnchored(); })) {
+        return snapshot;
+    }
+    QList<Captured> captured;
+    for (const LayoutWidgetPlacement& placement : snapshot.placements) {
+        if (placement.isAnchored() || !std::isfinite(placement.absoluteX) ||
+            !std::isfinite(placement.absoluteTopY)) {
+            continue;
+        }
+        const auto widget = std::find_if(
+            snapshot.layout.instances.begin(), snapshot.layout.instances.end(),
+            [&](const WidgetInstance& instance) { return instance.id == placement.widgetID; });
+        const auto display =
+            std::find_if(snapshot.displays.begin(), snapshot.displays.end(),
+                         [&](const LayoutDisplay& d) { return d.id == placement.displayID; });
+        if (widget == snapshot.layout.instances.end() || display == snapshot.displays.end()) {
+            continue;
+        }
+        const QSizeF size = widget->pixelSize();
+        captured.append(Captured{placement.widgetID, placement.absoluteX, placement.absoluteTopY,
+                                 size.width(), size.height(), *display});
+    }
+    const QHash<QUuid, LayoutWidgetPlacement> anchored = anchoredPlacements(captured);
+    LayoutProfileSnapshot result = snapshot;
+    for (LayoutWidgetPlacement& placement : result.placements) {
+        if (placement.isAnchored()) {
+            continue;
+        }
+        if (const auto it = anchored.constFind(placement.widgetID); it != anchored.constEnd()) {
+            placement = *it;
+        }
+    }
+    return result;
+}
+
+} // namespace tw
