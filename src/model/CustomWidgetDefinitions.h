@@ -1,0 +1,21 @@
+// Where the catalogue finds the kinds "custom.<UUID>" that users defined; the custom widget store
+// implements it and the composition root hands it to the registry.
+#pragma once
+
+#include "model/WidgetDefinition.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace tw {
+
+class CustomWidgetDefinitions {
+public:
+    virtual ~CustomWidgetDefinitions() = default;
+
+    // The definition of a kind that begins with "custom.", or nullopt when none exists.
+    virtual std::optional<WidgetDefinition> widgetDefinition(const QString& kind) const = 0;
+};
+
+} // namespace tw
