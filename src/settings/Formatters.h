@@ -1,0 +1,24 @@
+// The shared date and number formatters: making one is costly and tiles format several times a
+// second, so each combination is made once and handed out from a cache behind one lock.
+#pragma once
+
+#include "settings/DateFormatter.h"
+#include "settings/NumberFormatter.h"
+
+#include <memory>
+
+namespace tw {
+
+class Formatters {
+public:
+    Formatters() = delete;
+
+    // The formatter for `pattern` in `timeZoneId` (empty: local time), in Localization::locale().
+    // Safe from any thread; the same key gives the same formatter.
+    static std::shared_ptr<const DateFormatter> date(const QString& pattern,
+                                                     const QByteArray& timeZoneId = {});
+    // The formatter for `decimals` (held to 0...15) and `grouping`, as `date`.
+    static std::shared_ptr<const NumberFormatter> number(int decimals, Grouping grouping);
+};
+
+} // namespace tw
