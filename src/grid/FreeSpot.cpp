@@ -1,0 +1,56 @@
+#include "grid/FreeSpot.h"
+
+#include "grid/RectEdges.h"
+
+#include <QList>
+
+#include <cmath>
+
+namespace tw {
+
+using namespace RectEdges;
+
+std::optional<QPointF> FreeSpot::find(const QSizeF& tile, const QRectF& visibleFrame,
+                                      std::span<const QRectF> occupied) {
+    const double w = tile.width();
+    const double h = tile.height();
+    if (!(w > 0) || !(h > 0) || w + 2 * margin > visibleFrame.width() ||
+        h + 2 * margin > visibleFrame.height()) {
+        return std::nullopt;
+    }
+    QList<QRectF> grown;
+    grown.reserve(static_cast<qsizetype>(occupied.size()));
+    for (const QRectF& r : occupied) {
+        grown.append(r.adjusted(-clearance, -clearance, clearance, clearance));
+    }
+    const double left = minX(visibleFrame) + margin;
+    const double right = maxX(visibleFrame) - margin + tolerance;
+    const double top = maxY(visibleFrame) - margin;
+    const double bottom = minY(visibleFrame) + margin - tolerance;
+    for (int iy = 0;; ++iy) {
+        const double spotTop = top - iy * step;
+        if (spotTop - h < bottom) {
+            break;
+        }
+        int ix = 0;
+        while (left + ix * step + w <= right) {
+            const QRectF spot(left + ix * step, spotTop - h, w, h);
+            const QRectF* hit = nullptr;
+            for (const QRectF& r : grown) {
+                if (overlapWidth(spot, r) > 0 && overlapHeight(spot, r) > 0) {
+                    hit = &r;
+                    break;
+                }
+            }
+            if (!hit) {
+                return QPointF(spot.x(), spotTop);
+            }
+            // Every place of this row left of the hit tile's right edge meets it too: jump past.
+            const int past = static_cast<int>(std::ceil((maxX(*hit) - left) / step));
+            ix = std::max(ix + 1, past);
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace tw
