@@ -1,0 +1,19 @@
+// Desktop windowing where the system offers no control over window levels: windows stay as the
+// toolkit made them and are never reported covered.
+#pragma once
+
+#include "platform/DesktopWindowing.h"
+
+namespace tw {
+
+class NullDesktopWindowing final : public DesktopWindowing {
+    Q_OBJECT
+public:
+    using DesktopWindowing::DesktopWindowing;
+
+    void prepare(QObject*, Focus) override {}
+    void release(QObject*) override {}
+    bool canReportCoverage() const override { return false; }
+};
+
+} // namespace tw
