@@ -22,9 +22,6 @@ public:
     // Announces, in this order, an even second, a new minute and a new day.
     void advance(const QDateTime& date);
 
-    static QDateTime startOfMinute(const QDateTime& date);
-    static QDateTime startOfDay(const QDateTime& date);
-
 Q_SIGNALS:
     // On ticks whose whole seconds since 1970 are even. Not a strict period: two late ticks can
     // both land on odd seconds, and a two-second tick can stay on odd seconds for good.
@@ -33,8 +30,11 @@ Q_SIGNALS:
     void days(const QDateTime& date);
 
 private:
-    std::optional<QDateTime> m_lastMinute;
-    std::optional<QDateTime> m_lastDay;
+    // Instants in milliseconds since 1970.
+    std::optional<qint64> m_lastMinute;
+    std::optional<qint64> m_lastDay;
+    // The day's start as the time of day suggests; see advance().
+    std::optional<qint64> m_dayEstimate;
 };
 
 } // namespace tw

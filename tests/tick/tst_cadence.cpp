@@ -123,6 +123,26 @@ private Q_SLOTS:
                  QStringList{QStringLiteral("day ") + Recorder::stamp(after)});
     }
 
+    void daylightSavingIsNotANewDay() {
+        const QTimeZone berlin("Europe/Berlin");
+        QVERIFY(berlin.isValid());
+        Cadence cadence;
+        Recorder rec(cadence);
+        // Clocks go from 02:00 to 03:00 that night.
+        const QDateTime evening(QDate(2026, 3, 28), QTime(23, 59, 59), berlin);
+        cadence.seed(evening);
+        cadence.advance(evening.addSecs(1));
+        cadence.advance(QDateTime(QDate(2026, 3, 29), QTime(1, 59, 59), berlin));
+        cadence.advance(QDateTime(QDate(2026, 3, 29), QTime(3, 0, 1), berlin));
+        cadence.advance(QDateTime(QDate(2026, 3, 29), QTime(23, 59, 59), berlin));
+        cadence.advance(QDateTime(QDate(2026, 3, 30), QTime(0, 0, 1), berlin));
+        QStringList days = rec.log.filter(QStringLiteral("day "));
+        QCOMPARE(days.size(), 2);
+        QVERIFY(days[0].contains(QStringLiteral("2026-03-29T00:00:00")));
+        QVERIFY(days[1].contains(QStringLiteral("2026-03-30T00:00:01")));
+        QCOMPARE(rec.log.filter(QStringLiteral("min ")).size(), 5);
+    }
+
     void invalidTimeIsIgnored() {
         Cadence cadence;
         Recorder rec(cadence);
