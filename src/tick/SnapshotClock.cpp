@@ -10,9 +10,13 @@ namespace tw {
 SnapshotClock::SnapshotClock(const Clock& system)
     : m_system(system) {}
 
-QDateTime SnapshotClock::now() const { return m_pinned ? *m_pinned : m_system.now(); }
+QDateTime SnapshotClock::now() const {
+    return m_pinned ? *m_pinned : m_system.now();
+}
 
-std::chrono::nanoseconds SnapshotClock::uptime() const { return m_system.uptime(); }
+std::chrono::nanoseconds SnapshotClock::uptime() const {
+    return m_system.uptime();
+}
 
 std::optional<QDateTime> SnapshotClock::pinFor(const QString& value, const QDateTime& now) {
     // Whole pieces only: " 7" or "7am" are not numbers.

@@ -1,0 +1,20 @@
+#include "app/LaunchArguments.h"
+
+namespace tw {
+
+std::optional<QStringList> LaunchArguments::values(const QString& flag, int count) const {
+    const qsizetype index = m_arguments.indexOf(flag);
+    if (index < 0 || index + count >= m_arguments.size()) {
+        return std::nullopt;
+    }
+    return m_arguments.mid(index + 1, count);
+}
+
+std::optional<QString> LaunchArguments::value(const QString& flag) const {
+    if (const auto found = values(flag, 1)) {
+        return found->first();
+    }
+    return std::nullopt;
+}
+
+} // namespace tw

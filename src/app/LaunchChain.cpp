@@ -1,0 +1,102 @@
+#include "app/LaunchChain.h"
+
+#include "app/LaunchModes.h"
+#include "platform/SettingsDefaults.h"
+#include "platform/SystemClock.h"
+#include "settings/AppSettings.h"
+#include "tick/SnapshotClock.h"
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <QGuiApplication>
+
+#include <memory>
+
+namespace tw {
+
+namespace {
+
+std::unique_ptr<QCoreApplication> makeApplication(ApplicationKind kind, int& argc, char** argv) {
+    switch (kind) {
+    case ApplicationKind::core:
+        return std::make_unique<QCoreApplication>(argc, argv);
+    case ApplicationKind::gui:
+        return std::make_unique<QGuiApplication>(argc, argv);
+    case ApplicationKind::widgets:
+        return std::make_unique<QApplication>(argc, argv);
+    }
+    Q_UNREACHABLE();
+}
+
+QStringList rawArguments(int argc, char** argv) {
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i) {
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    }
+    return arguments;
+}
+
+bool matches(const LaunchStep& step, const LaunchArguments& arguments) {
+    return step.flag && arguments.values(QLatin1String(step.flag), step.valueCount).has_value();
+}
+
+} // namespace
+
+const QList<LaunchStep>& LaunchChain::steps() {
+    using enum ApplicationKind;
+    // The order is part of the interface: with several flags the first listed wins. Picture
+    // modes of the configuration window stand before the TWK_TIME step, widget pictures after.
+    static const QList<LaunchStep> chain{
+        {"--sizes", 0, core, &runSizesMode},
+        {"--counts", 0, core, &runCountsMode},
+        {nullptr, 0, core, &runSnapshotTimeStep},
+        {"--list-sizes", 0, core, &runListSizesMode},
+    };
+    return chain;
+}
+
+const LaunchStep& LaunchChain::application() {
+    static const LaunchStep host{nullptr, 0, ApplicationKind::core, &runDesktopHost};
+    return host;
+}
+
+const LaunchStep* LaunchChain::winner(const LaunchArguments& arguments) {
+    for (const LaunchStep& step : steps()) {
+        if (matches(step, arguments)) {
+            return &step;
+        }
+    }
+    return nullptr;
+}
+
+int LaunchChain::run(int& argc, char** argv) {
+    const LaunchArguments arguments(rawArguments(argc, argv));
+    const LaunchStep* chosen = winner(arguments);
+    const std::unique_ptr<QCoreApplication> app =
+        makeApplication(chosen ? chosen->application : application().application, argc, argv);
+
+    SettingsDefaults defaults;
+    // Before anything is looked at: every mode may render localised text.
+    AppSettings::applyLanguagePreferenceAtStartup(defaults);
+
+    SystemClock systemClock;
+    SnapshotClock clock(systemClock);
+    QTextStream out(stdout);
+    QTextStream err(stderr);
+    LaunchContext context{arguments, clock, defaults, out, err, {}};
+
+    for (const LaunchStep& step : steps()) {
+        if (&step == chosen) {
+            context.values = arguments.values(QLatin1String(step.flag), step.valueCount).value();
+            return step.run(context).value_or(0);
+        }
+        if (!step.flag) {
+            if (const std::optional<int> status = step.run(context)) {
+                return *status;
+            }
+        }
+    }
+    return application().run(context).value_or(0);
+}
+
+} // namespace tw

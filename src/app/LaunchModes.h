@@ -1,0 +1,19 @@
+// The jobs of the launch chain, one function per mode, each in a file of its own.
+#pragma once
+
+#include "app/LaunchStep.h"
+
+namespace tw {
+
+// --sizes: the matrix of kinds and sizes.
+std::optional<int> runSizesMode(LaunchContext& context);
+// --counts: "widgets=… sizes=… themes=…".
+std::optional<int> runCountsMode(LaunchContext& context);
+// --list-sizes: one line of kind and allowed sizes per kind.
+std::optional<int> runListSizesMode(LaunchContext& context);
+// TWK_TIME: pins the clock for whatever follows; never ends the chain.
+std::optional<int> runSnapshotTimeStep(LaunchContext& context);
+// No mode matched: the desktop host.
+std::optional<int> runDesktopHost(LaunchContext& context);
+
+} // namespace tw

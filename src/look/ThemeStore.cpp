@@ -1,0 +1,369 @@
+#include "look/ThemeStore.h"
+
+#include "platform/AppPaths.h"
+#include "platform/AtomicFile.h"
+#include "platform/Defaults.h"
+#include "settings/L.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLoggingCategory>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
+namespace tw {
+
+Q_LOGGING_CATEGORY(lcTheme, "ThemeStore")
+
+namespace {
+
+// Preferences may come back as typed values (memory) or as text (a settings file).
+bool readBool(const Defaults& defaults, const QString& key) {
+    const QVariant value = defaults.value(key);
+    if (value.typeId() == QMetaType::QString) {
+        return value.toString() == QLatin1String("true") || value.toString() == QLatin1String("1");
+    }
+    return value.toBool();
+}
+
+std::optional<double> readDouble(const Defaults& defaults, const QString& key) {
+    bool ok = false;
+    const double value = defaults.value(key).toDouble(&ok);
+    if (!ok || !std::isfinite(value)) {
+        return std::nullopt;
+    }
+    return value;
+}
+
+} // namespace
+
+QString ThemeStore::defaultFilePath() {
+    return QDir(AppPaths::appSupportDir()).filePath(QStringLiteral("theme.json"));
+}
+
+ThemeStore::ThemeStore(Defaults& defaults, const QString& filePath, QObject* parent)
+    : QObject(parent)
+    , m_defaults(defaults)
+    , m_filePath(filePath) {
+    load();
+}
+
+void ThemeStore::load() {
+    m_glassStrength = readDouble(m_defaults, glassStrengthKey).value_or(0.0);
+    m_glassClear = readBool(m_defaults, glassClearKey);
+    m_glassLiquid = readBool(m_defaults, glassLiquidKey);
+    m_glassTint = glassTintFromName(m_defaults.value(glassTintKey).toString());
+    m_uniformColors = readBool(m_defaults, uniformColorsKey);
+    const QVariantMap perDisplay = m_defaults.value(perDisplayKey).toMap();
+    for (auto it = perDisplay.cbegin(); it != perDisplay.cend(); ++it) {
+        if (it.value().typeId() == QMetaType::QString) {
+            m_perDisplay.insert(it.key(), it.value().toString());
+        }
+    }
+
+    QFile file(m_filePath);
+    if (!file.exists()) {
+        return;
+    }
+    if (!file.open(QIODevice::ReadOnly)) {
+        qCWarning(lcTheme, "Could not read %s: %s", qUtf8Printable(m_filePath),
+                  qUtf8Printable(file.errorString()));
+        return;
+    }
+    const QByteArray bytes = file.readAll();
+    file.close();
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
+    std::optional<Theme> stored = Theme::fromJson(document.object());
+    if (error.error != QJsonParseError::NoError || !document.isObject() || !stored) {
+        qCWarning(lcTheme, "Unreadable theme file %s; using the default theme",
+                  qUtf8Printable(m_filePath));
+        AppPaths::quarantineUnreadable(m_filePath);
+        return;
+    }
+    m_current = Theme::builtIn(stored->id).value_or(*stored);
+}
+
+Theme ThemeStore::themed(Theme theme) const {
+    if (m_accentOverride) {
+        theme.accent = *m_accentOverride;
+    }
+    return theme;
+}
+
+void ThemeStore::setCurrent(const Theme& theme) {
+    if (theme == m_current) {
+        return;
+    }
+    m_current = theme;
+    Q_EMIT currentChanged(m_current);
+    Q_EMIT themedChanged();
+}
+
+void ThemeStore::select(const Theme& theme) {
+    setCurrent(theme);
+    save();
+}
+
+void ThemeStore::selectPalette(const QString& id) {
+    if (const std::optional<Theme> theme = Theme::builtIn(id)) {
+        select(*theme);
+    }
+}
+
+void ThemeStore::update(const std::function<void(Theme&)>& change) {
+    Theme theme = m_current;
+    change(theme);
+    select(theme);
+}
+
+void ThemeStore::resetToDefault() {
+    setAccentOverride(std::nullopt);
+    select(Theme::defaultTheme());
+}
+
+void ThemeStore::save() {
+    if (!m_persistsPreferences) {
+        return;
+    }
+    const QByteArray bytes = QJsonDocument(m_current.toJson()).toJson(QJsonDocument::Indented);
+    if (const AtomicFile::Result result = AtomicFile::write(m_filePath, bytes); !result) {
+        qCWarning(lcTheme, "Failed to save theme: %s", qUtf8Printable(result.error));
+    }
+}
+
+void ThemeStore::store(const QString& key, const QVariant& value) {
+    if (m_persistsPreferences) {
+        m_defaults.setValue(key, value);
+    }
+}
+
+void ThemeStore::setGlassStrength(double strength) {
+    if (!std::isfinite(strength) || strength == m_glassStrength) {
+        return;
+    }
+    m_glassStrength = strength;
+    store(glassStrengthKey, strength);
+    Q_EMIT glassStrengthChanged(strength);
+}
+
+ThemeStore::GlassStyle ThemeStore::glassStyle() const {
+    if (m_glassLiquid) {
+        return GlassStyle::Liquid;
+    }
+    return m_glassClear ? GlassStyle::Clear : GlassStyle::Frosted;
+}
+
+void ThemeStore::setGlassFlags(std::optional<bool> clear, std::optional<bool> liquid) {
+    const GlassStyle before = glassStyle();
+    if (clear && *clear != m_glassClear) {
+        m_glassClear = *clear;
+        store(glassClearKey, m_glassClear);
+        Q_EMIT glassClearChanged(m_glassClear);
+    }
+    if (liquid && *liquid != m_glassLiquid) {
+        m_glassLiquid = *liquid;
+        store(glassLiquidKey, m_glassLiquid);
+        Q_EMIT glassLiquidChanged(m_glassLiquid);
+    }
+    if (glassStyle() != before) {
+        Q_EMIT glassStyleChanged(glassStyle());
+    }
+}
+
+void ThemeStore::setGlassClear(bool clear) {
+    setGlassFlags(clear, std::nullopt);
+}
+
+void ThemeStore::setGlassLiquid(bool liquid) {
+    setGlassFlags(std::nullopt, liquid);
+}
+
+void ThemeStore::setGlassStyle(GlassStyle style) {
+    setGlassFlags(style == GlassStyle::Clear, style == GlassStyle::Liquid);
+}
+
+void ThemeStore::setGlassTint(GlassTint tint) {
+    if (tint == m_glassTint) {
+        return;
+    }
+    m_glassTint = tint;
+    store(glassTintKey, glassTintName(tint));
+    Q_EMIT glassTintChanged(tint);
+}
+
+void ThemeStore::setUniformColors(bool uniform) {
+    if (uniform == m_uniformColors) {
+        return;
+    }
+    m_uniformColors = uniform;
+    store(uniformColorsKey, uniform);
+    Q_EMIT uniformColorsChanged(uniform);
+}
+
+void ThemeStore::setAccentOverride(const std::optional<ThemeColor>& accent) {
+    if (accent == m_accentOverride) {
+        return;
+    }
+    m_accentOverride = accent;
+    Q_EMIT accentOverrideChanged();
+    Q_EMIT themedChanged();
+}
+
+void ThemeStore::setTheme(const std::optional<QString>& id, const QString& display) {
+    const bool known = id && Theme::builtIn(*id);
+    const bool changed =
+        known ? m_perDisplay.value(display) != *id : m_perDisplay.contains(display);
+    if (known) {
+        m_perDisplay.insert(display, *id);
+    } else {
+        m_perDisplay.remove(display);
+    }
+    if (changed) {
+        Q_EMIT perDisplayChanged();
+    }
+    savePerDisplay();
+}
+
+std::optional<Theme> ThemeStore::themeForDisplay(const std::optional<QString>& display) const {
+    if (!display) {
+        return std::nullopt;
+    }
+    const auto entry = m_perDisplay.constFind(*display);
+    if (entry == m_perDisplay.cend()) {
+        return std::nullopt;
+    }
+    const std::optional<Theme> theme = Theme::builtIn(*entry);
+    if (!theme) {
+        return std::nullopt;
+    }
+    return themed(*theme);
+}
+
+void ThemeStore::clearPerDisplayThemes() {
+    if (!m_perDisplay.isEmpty()) {
+        m_perDisplay.clear();
+        Q_EMIT perDisplayChanged();
+    }
+    savePerDisplay();
+}
+
+void ThemeStore::savePerDisplay() {
+    QVariantMap map;
+    for (auto it = m_perDisplay.cbegin(); it != m_perDisplay.cend(); ++it) {
+        map.insert(it.key(), it.value());
+    }
+    store(perDisplayKey, map);
+}
+
+ThemeColor ThemeStore::tint(const ThemeColor& color, int shade) const {
+    if (!m_uniformColors) {
+        return color;
+    }
+    ThemeColor accent = themed().accent;
+    if (shade == 0) {
+        return accent;
+    }
+    // Integer halving first: shades 1 and 2 share an amount, as do 3 and 4.
+    const double amount = std::min((std::abs(shade) + 1) / 2 * 0.16, 0.45);
+    if (shade % 2 != 0) {
+        accent.red += (1.0 - accent.red) * amount;
+        accent.green += (1.0 - accent.green) * amount;
+        accent.blue += (1.0 - accent.blue) * amount;
+    } else {
+        accent.opacity = std::max(1.0 - amount, 0.45);
+    }
+    return accent;
+}
+
+void ThemeStore::applyDarkFrostedOnce(const QString& release) {
+    if (!m_persistsPreferences) {
+        return;
+    }
+    const QString key = glassResetKeyPrefix + release;
+    if (m_defaults.contains(key)) {
+        return;
+    }
+    m_defaults.setValue(key, true);
+    if (glassStyle() != GlassStyle::Frosted) {
+        setGlassFlags(false, false);
+    }
+    if (m_glassTint != GlassTint::Dark) {
+        setGlassTint(GlassTint::Dark);
+    }
+}
+
+QString ThemeStore::glassStyleName(GlassStyle style) {
+    switch (style) {
+    case GlassStyle::Frosted:
+        return QStringLiteral("frosted");
+    case GlassStyle::Clear:
+        return QStringLiteral("clear");
+    case GlassStyle::Liquid:
+        break;
+    }
+    return QStringLiteral("liquid");
+}
+
+QString ThemeStore::glassTintName(GlassTint tint) {
+    switch (tint) {
+    case GlassTint::Auto:
+        return QStringLiteral("auto");
+    case GlassTint::Light:
+        return QStringLiteral("light");
+    case GlassTint::Dark:
+        break;
+    }
+    return QStringLiteral("dark");
+}
+
+ThemeStore::GlassTint ThemeStore::glassTintFromName(const QString& name) {
+    for (const GlassTint tint : {GlassTint::Auto, GlassTint::Light, GlassTint::Dark}) {
+        if (name == glassTintName(tint)) {
+            return tint;
+        }
+    }
+    return defaultGlassTint;
+}
+
+QString ThemeStore::glassTintTitle(GlassTint tint) {
+    switch (tint) {
+    case GlassTint::Auto:
+        return L("appearance.tint.auto", QStringLiteral("Automatic"));
+    case GlassTint::Light:
+        return L("appearance.tint.light", QStringLiteral("Light"));
+    case GlassTint::Dark:
+        break;
+    }
+    return L("appearance.tint.dark", QStringLiteral("Dark"));
+}
+
+QString ThemeStore::glassTintSubtitle(GlassTint tint) {
+    switch (tint) {
+    case GlassTint::Auto:
+        return L("appearance.tint.auto.sub", QStringLiteral("Follows your macOS appearance"));
+    case GlassTint::Light:
+        return L("appearance.tint.light.sub", QStringLiteral("Bright, milky glass"));
+    case GlassTint::Dark:
+        break;
+    }
+    return L("appearance.tint.dark.sub", QStringLiteral("Smoked, dark glass"));
+}
+
+bool ThemeStore::prefersLightGlass(GlassTint tint, SystemAppearance system) {
+    switch (tint) {
+    case GlassTint::Light:
+        return true;
+    case GlassTint::Dark:
+        return false;
+    case GlassTint::Auto:
+        break;
+    }
+    return system == SystemAppearance::Dark;
+}
+
+} // namespace tw
