@@ -1,0 +1,166 @@
+#include "platform/null/MemoryDefaults.h"
+#include "settings/AppSettings.h"
+#include "settings/Formatters.h"
+#include "settings/L.h"
+#include "settings/LMarkdown.h"
+#include "settings/Localization.h"
+#include "settings/StringTable.h"
+
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTest>
+
+namespace Localization = tw::Localization;
+
+class TestLocalization : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void supportedLanguagesInTheirOrder() {
+        const QStringList fixed{QStringLiteral("en"),      QStringLiteral("de"),
+                                QStringLiteral("fr"),      QStringLiteral("es"),
+                                QStringLiteral("it"),      QStringLiteral("ja"),
+                                QStringLiteral("zh-Hans"), QStringLiteral("zh-Hant")};
+        QStringList supported = Localization::supportedLanguages();
+        QCOMPARE(supported.mid(0, fixed.size()), fixed);
+        QCOMPARE(supported.removeDuplicates(), 0);
+        QVERIFY(Localization::availableLanguages().contains(QStringLiteral("en")));
+        QVERIFY(Localization::availableLanguages().contains(QStringLiteral("de")));
+        QVERIFY(Localization::isSupported(QStringLiteral("system")));
+        QVERIFY(!Localization::isSupported(QStringLiteral("de-DE")));
+    }
+
+    // Which table serves a list of preferred languages, as the system matches them.
+    void languageChain_data() {
+        QTest::addColumn<QStringList>("preferences");
+        QTest::addColumn<QStringList>("available");
+        QTest::addColumn<QString>("expected");
+        const QStringList shipped{QStringLiteral("en"), QStringLiteral("de"),
+                                  QStringLiteral("zh-Hans"), QStringLiteral("zh-Hant"),
+                                  QStringLiteral("pt-BR")};
+        const auto row = [&](const char* name, QStringList preferences, const char* expected) {
+            QTest::newRow(name) << preferences << shipped << QString::fromLatin1(expected);
+        };
+        row("exact", {QStringLiteral("de")}, "de");
+        row("region falls to language", {QStringLiteral("de-CH")}, "de");
+        row("underscore form", {QStringLiteral("de_AT")}, "de");
+        row("first served wins", {QStringLiteral("ja"), QStringLiteral("de"), QStringLiteral("en")},
+            "de");
+        row("nothing served: English", {QStringLiteral("ja"), QStringLiteral("ko")}, "en");
+        row("no preferences: English", {}, "en");
+        row("Chinese by script", {QStringLiteral("zh-Hant")}, "zh-Hant");
+        row("Chinese, Taiwan", {QStringLiteral("zh-TW")}, "zh-Hant");
+        row("Chinese, Hong Kong", {QStringLiteral("zh_HK")}, "zh-Hant");
+        row("Chinese, mainland", {QStringLiteral("zh-CN")}, "zh-Hans");
+        row("Chinese, bare", {QStringLiteral("zh")}, "zh-Hans");
+        row("script and region", {QStringLiteral("zh-Hans-SG")}, "zh-Hans");
+        row("case-insensitive", {QStringLiteral("DE-de")}, "de");
+        row("regional table", {QStringLiteral("pt-BR")}, "pt-BR");
+        row("language alone does not pick a regional table", {QStringLiteral("pt")}, "en");
+        row("empty entries skipped", {QString(), QStringLiteral("-"), QStringLiteral("de")}, "de");
+        QTest::newRow("Chinese table missing")
+            << QStringList{QStringLiteral("zh-TW")} << QStringList{QStringLiteral("en")}
+            << QStringLiteral("en");
+    }
+    void languageChain() {
+        QFETCH(QStringList, preferences);
+        QFETCH(QStringList, available);
+        QFETCH(QString, expected);
+        QCOMPARE(Localization::bestLanguage(preferences, available), expected);
+    }
+
+    // "AppleLanguages" of the application's own defaults comes before the system's languages.
+    void preferencesReadAppleLanguagesFirst() {
+        tw::MemoryDefaults defaults;
+        QCOMPARE(Localization::preferredLanguages(defaults), QLocale::system().uiLanguages());
+        defaults.setValue(QStringLiteral("AppleLanguages"),
+                          QStringList{QStringLiteral("de"), QStringLiteral("fr")});
+        QCOMPARE(Localization::preferredLanguages(defaults),
+                 (QStringList{QStringLiteral("de"), QStringLiteral("fr")}));
+        QCOMPARE(
+            Localization::resolve(defaults),
+            (Localization::Resolved{QStringLiteral("de"), QStringLiteral(":/strings/de.json")}));
+        // A single word, as an INI file gives back a one-element list.
+        defaults.setValue(QStringLiteral("AppleLanguages"), QStringLiteral("ja"));
+        QCOMPARE(Localization::preferredLanguages(defaults), QStringList{QStringLiteral("ja")});
+        QCOMPARE(Localization::resolve(defaults),
+                 (Localization::Resolved{QStringLiteral("en"), QString()}));
+    }
+
+    void languageNames_data() {
+        QTest::addColumn<QString>("code");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("system") << QStringLiteral("system") << QStringLiteral("System");
+        QTest::newRow("de") << QStringLiteral("de") << QStringLiteral("Deutsch");
+        QTest::newRow("fr") << QStringLiteral("fr") << QStringLiteral("français");
+        QTest::newRow("ja") << QStringLiteral("ja") << QStringLiteral("日本語");
+        QTest::newRow("zh-Hant") << QStringLiteral("zh-Hant") << QStringLiteral("繁體中文");
+        QTest::newRow("unknown code") << QStringLiteral("qq") << QStringLiteral("qq");
+    }
+    void languageNames() {
+        QFETCH(QString, code);
+        QFETCH(QString, name);
+        QCOMPARE(Localization::languageName(code), name);
+    }
+
+    void stringTableIsLenient() {
+        tw::StringTable table;
+        QVERIFY(table.loadJson(R"({"a.b": "Eins", "n": 3, "list": ["x"], "e": ""})",
+                               QStringLiteral("de")));
+        QCOMPARE(table.count(), 2);
+        QCOMPARE(table.translate("tarnwick", "a.b"), QStringLiteral("Eins"));
+        QCOMPARE(table.translate("other", "a.b"), QString());
+        QCOMPARE(table.translate("tarnwick", "n"), QString());
+        QCOMPARE(table.tableLanguage(), QStringLiteral("de"));
+
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("not a JSON object")));
+        QVERIFY(!table.loadJson("{\"a.b\": \"Eins\"", QStringLiteral("de")));
+        QVERIFY(table.isEmpty());
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("Cannot read")));
+        QVERIFY(!table.loadTable(QStringLiteral(":/strings/none.json"), QStringLiteral("xx")));
+    }
+
+    // Every shipped table is a flat object of non-empty texts.
+    void shippedTablesAreWellFormed() {
+        for (const QString& language : Localization::availableLanguages()) {
+            if (language == Localization::developmentLanguage()) {
+                QVERIFY(Localization::tablePath(language).isEmpty());
+                continue;
+            }
+            QFile file(Localization::tablePath(language));
+            QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(language));
+            const QJsonObject object = QJsonDocument::fromJson(file.readAll()).object();
+            QVERIFY2(!object.isEmpty(), qPrintable(language));
+            for (auto it = object.begin(); it != object.end(); ++it) {
+                QVERIFY2(it.value().isString() && !it.value().toString().isEmpty(),
+                         qPrintable(language + QLatin1Char(' ') + it.key()));
+            }
+        }
+    }
+
+    // Start-up end to end: the stored choice reaches "AppleLanguages", the table of the resolved
+    // language answers L, and the formatters speak it. Runs last: it changes the process.
+    void startupInstallsTheChosenLanguage() {
+        tw::MemoryDefaults defaults;
+        defaults.setValue(QStringLiteral("tarnwick.appLanguage"), QStringLiteral("de"));
+        QCOMPARE(tw::L("size.small", QStringLiteral("Small (1×1)")), QStringLiteral("Small (1×1)"));
+
+        QCOMPARE(tw::AppSettings::applyLanguagePreferenceAtStartup(defaults), QStringLiteral("de"));
+        QCOMPARE(defaults.value(QStringLiteral("AppleLanguages")).toStringList(),
+                 QStringList{QStringLiteral("de")});
+        QCOMPARE(tw::L("size.small", QStringLiteral("Small (1×1)")), QStringLiteral("Klein (1×1)"));
+        QCOMPARE(tw::L("size.wideTall", QStringLiteral("Big (3×2)")),
+                 QStringLiteral("Größer (3×2)"));
+        QCOMPARE(tw::L("test.notInAnyTable", QStringLiteral("English")), QStringLiteral("English"));
+        QCOMPARE(tw::AppSettings::subtitle(tw::AppSettings::EnergyMode::saver),
+                 QStringLiteral("Stehende Bilder mit möglichst wenigen Aktualisierungen"));
+        QCOMPARE(Localization::languageName(QStringLiteral("system")), QStringLiteral("System"));
+        QCOMPARE(Localization::locale().language(), QLocale::German);
+        QCOMPARE(tw::Formatters::date(QStringLiteral("MMMM"))
+                     ->string(QDateTime(QDate(2026, 3, 14), QTime(12, 0))),
+                 QStringLiteral("März"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestLocalization)
+#include "tst_localization.moc"
