@@ -1,0 +1,28 @@
+// What the gallery's previews share: the faces, the tile renderer and the look and time of now.
+#pragma once
+
+#include "faces/FaceContext.h"
+#include "faces/FaceRegistry.h"
+#include "faces/TileRenderer.h"
+
+namespace tw {
+
+class GalleryPreviewSource {
+public:
+    explicit GalleryPreviewSource(const FaceRegistry& faces)
+        : m_faces(faces) {}
+
+    const FaceRegistry& faces() const { return m_faces; }
+    TileRenderer& renderer() const { return m_renderer; }
+    // Theme, glass, time, surface flags and symbols; the card sets the kind, size and ratio.
+    const FaceContext& base() const { return m_base; }
+    FaceContext& base() { return m_base; }
+
+private:
+    const FaceRegistry& m_faces;
+    // Drawing fills the renderer's shadow cache, which is no change anyone observes.
+    mutable TileRenderer m_renderer;
+    FaceContext m_base;
+};
+
+} // namespace tw

@@ -1,0 +1,62 @@
+// Everything a face needs to draw one tile: size, scale, theme and glass, the time, the widget's
+// options and what the surface allows. The same context drives a panel, a preview and a picture.
+#pragma once
+
+#include "faces/GlassLook.h"
+#include "faces/SurfaceFlags.h"
+#include "look/Theme.h"
+#include "model/WidgetInstance.h"
+#include "model/WidgetMetadata.h"
+#include "model/WidgetSize.h"
+#include "tick/AnimationPace.h"
+
+#include <QColor>
+#include <QDateTime>
+#include <QSizeF>
+#include <QString>
+
+namespace tw {
+
+class SymbolProvider;
+
+struct FaceContext {
+    // The kind's catalogue entry: name, symbol, chrome and bleed.
+    WidgetMetadata metadata;
+    WidgetSize size = WidgetSize::small;
+    // The tile's size in points, tile scale included.
+    QSizeF points;
+    // The instance's "tileScale": faces draw in points and scale nothing themselves.
+    double scale = 1.0;
+    qreal devicePixelRatio = 1.0;
+    // Already themed (accent override applied).
+    Theme theme;
+    GlassLook glass;
+    // The time at the face's grain; invalid for faces that show no time.
+    QDateTime now;
+    WidgetSettings settings;
+    SurfaceFlags surface;
+    AnimationPace pace;
+    // Never null when drawing; NullSymbolProvider where no icon set exists.
+    const SymbolProvider* symbols = nullptr;
+
+    // Size, scale and settings of one instance; the rest keeps its defaults for the host to fill.
+    static FaceContext forInstance(const WidgetMetadata& metadata, const WidgetInstance& instance);
+    // A preview of a kind at a size with no settings of its own.
+    static FaceContext forKind(const WidgetMetadata& metadata, WidgetSize size);
+
+    const QString& kind() const { return metadata.kind; }
+
+    // The settings value of `key`, or `fallback` when it is absent or empty.
+    QString setting(const QString& key, const QString& fallback = {}) const;
+
+    // Colours for content on this glass: light glass turns the theme's light text dark.
+    QColor primary() const;
+    QColor secondary() const;
+    QColor separator() const;
+    QColor accent() const;
+    QColor elevated() const;
+
+    static QColor color(const ThemeColor& color);
+};
+
+} // namespace tw

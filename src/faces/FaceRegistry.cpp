@@ -1,0 +1,46 @@
+#include "faces/FaceRegistry.h"
+
+#include "faces/ClockFace.h"
+#include "faces/CountdownFace.h"
+#include "faces/DayProgressFace.h"
+#include "faces/FlipClockFace.h"
+#include "faces/GenericFace.h"
+#include "faces/SimpleClockFace.h"
+#include "faces/WordClockFace.h"
+#include "faces/WorldClockFace.h"
+#include "faces/YearProgressFace.h"
+
+namespace tw {
+
+FaceRegistry::FaceRegistry()
+    : m_generic(std::make_unique<GenericFace>()) {
+    add(QStringLiteral("clock"), std::make_unique<ClockFace>());
+    add(QStringLiteral("simpleclock"), std::make_unique<SimpleClockFace>());
+    add(QStringLiteral("flipclock"), std::make_unique<FlipClockFace>());
+    add(QStringLiteral("wordclock"), std::make_unique<WordClockFace>());
+    add(QStringLiteral("worldclock"), std::make_unique<WorldClockFace>());
+    add(QStringLiteral("dayprogress"), std::make_unique<DayProgressFace>());
+    add(QStringLiteral("yearprogress"), std::make_unique<YearProgressFace>());
+    add(QStringLiteral("countdown"), std::make_unique<CountdownFace>());
+}
+
+FaceRegistry::~FaceRegistry() = default;
+
+void FaceRegistry::add(const QString& kind, std::unique_ptr<WidgetFace> face) {
+    m_faces[kind] = std::move(face);
+}
+
+const WidgetFace& FaceRegistry::face(const QString& kind) const {
+    const auto found = m_faces.find(kind);
+    return found != m_faces.end() ? *found->second : *m_generic;
+}
+
+QStringList FaceRegistry::kinds() const {
+    QStringList out;
+    for (const auto& [kind, face] : m_faces) {
+        out << kind;
+    }
+    return out;
+}
+
+} // namespace tw

@@ -1,0 +1,132 @@
+#include "faces/GallerySheet.h"
+
+#include "faces/FaceContext.h"
+#include "faces/FaceKit.h"
+#include "faces/FaceRegistry.h"
+#include "faces/TileRenderer.h"
+#include "model/WidgetRegistry.h"
+#include "settings/L.h"
+
+#include <QPainter>
+#include <QRadialGradient>
+
+#include <cmath>
+
+namespace tw {
+
+namespace {
+
+constexpr qreal kMargin = 40;
+constexpr qreal kGap = 8; // between panels, which already carry 22 points of margin each
+constexpr qreal kLabel = 20;
+constexpr qreal kHeading = 44;
+
+struct Placed {
+    WidgetDefinition definition;
+    QRectF tile;
+};
+
+struct Section {
+    WidgetCategory category;
+    QRectF heading;
+    QList<Placed> tiles;
+};
+
+// Shelf packing: panels left to right, a new row when the width runs out.
+QList<Section> layout(qreal width, qreal& height) {
+    QList<Section> sections;
+    qreal y = kMargin;
+    for (const WidgetRegistry::CategoryGroup& group : WidgetRegistry::grouped()) {
+        Section section{group.category, QRectF(kMargin, y, width - 2 * kMargin, kHeading), {}};
+        y += kHeading;
+        qreal x = kMargin - TileRenderer::panelMargin;
+        qreal rowHeight = 0;
+        for (const WidgetDefinition& definition : group.widgets) {
+            const QSizeF tile = nominalPixelSize(definition.metadata.defaultSize);
+            const qreal panelWidth = tile.width() + 2 * TileRenderer::panelMargin;
+            if (x + panelWidth > width - kMargin + TileRenderer::panelMargin && rowHeight > 0) {
+                x = kMargin - TileRenderer::panelMargin;
+                y += rowHeight;
+                rowHeight = 0;
+            }
+            section.tiles.append({definition, QRectF(QPointF(x + TileRenderer::panelMargin,
+                                                             y + TileRenderer::panelMargin),
+                                                     tile)});
+            x += panelWidth + kGap;
+            rowHeight = std::max(rowHeight, tile.height() + 2 * TileRenderer::panelMargin + kLabel);
+        }
+        y += rowHeight + 12;
+        sections.append(section);
+    }
+    height = y + kMargin;
+    return sections;
+}
+
+} // namespace
+
+void GallerySheet::paintBackdrop(QPainter& painter, const QRectF& rect) {
+    painter.fillRect(rect, QColor(0x10, 0x14, 0x24));
+    struct Glow {
+        qreal x, y, r;
+        QColor color;
+    };
+    const Glow glows[] = {
+        {0.15, 0.1, 0.55, QColor(0x3A, 0x5B, 0xD9, 150)},
+        {0.85, 0.3, 0.5, QColor(0xC2, 0x4D, 0x9E, 120)},
+        {0.3, 0.7, 0.6, QColor(0x1F, 0x9E, 0x8F, 110)},
+        {0.8, 0.9, 0.45, QColor(0xE0, 0x8A, 0x3C, 100)},
+    };
+    const qreal span = std::max(rect.width(), rect.height());
+    for (const Glow& g : glows) {
+        const QPointF centre(rect.left() + rect.width() * g.x, rect.top() + rect.height() * g.y);
+        QRadialGradient gradient(centre, span * g.r);
+        gradient.setColorAt(0, g.color);
+        gradient.setColorAt(1, QColor(g.color.red(), g.color.green(), g.color.blue(), 0));
+        painter.fillRect(rect, gradient);
+    }
+}
+
+QImage GallerySheet::render(const FaceRegistry& faces, TileRenderer& renderer,
+                            const FaceContext& base, qreal width) {
+    qreal height = 0;
+    const QList<Section> sections = layout(width, height);
+    const qreal dpr = base.devicePixelRatio > 0 ? base.devicePixelRatio : 1.0;
+    QImage image(
+        QSize(static_cast<int>(std::ceil(width * dpr)), static_cast<int>(std::ceil(height * dpr))),
+        QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(dpr);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setRenderHint(QPainter::TextAntialiasing);
+    paintBackdrop(painter, QRectF(0, 0, width, height));
+
+    for (const Section& section : sections) {
+        const qreal iconSide = 22;
+        FaceKit::drawSymbol(painter, base, symbol(section.category),
+                            QRectF(section.heading.left(),
+                                   section.heading.center().y() - iconSide / 2, iconSide, iconSide),
+                            QColor(255, 255, 255, 220), title(section.category));
+        FaceKit::drawElided(painter, section.heading.adjusted(iconSide + 10, 0, 0, 0),
+                            title(section.category), FaceKit::font(20, QFont::Bold),
+                            QColor(255, 255, 255, 235), Qt::AlignLeft | Qt::AlignVCenter);
+        for (const Placed& placed : section.tiles) {
+            FaceContext context = base;
+            context.metadata = placed.definition.metadata;
+            context.size = placed.definition.metadata.defaultSize;
+            context.points = placed.tile.size();
+            context.scale = 1.0;
+            context.settings = {};
+            renderer.paint(painter, placed.tile, faces.face(context.kind()), context);
+            FaceKit::drawElided(painter,
+                                QRectF(placed.tile.left(), placed.tile.bottom() + 8,
+                                       placed.tile.width(), kLabel - 4),
+                                placed.definition.metadata.displayName + QStringLiteral("  ·  ") +
+                                    label(context.size),
+                                FaceKit::font(11), QColor(255, 255, 255, 170),
+                                Qt::AlignLeft | Qt::AlignVCenter);
+        }
+    }
+    return image;
+}
+
+} // namespace tw

@@ -1,0 +1,246 @@
+#include "faces/TileRenderer.h"
+
+#include "faces/FaceContext.h"
+#include "faces/WidgetFace.h"
+
+#include <QLinearGradient>
+#include <QPainter>
+#include <QPainterPath>
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace tw {
+
+namespace {
+
+constexpr qreal kShadowOffset = 5; // points downward: the light comes from above
+constexpr qreal kShadowBlur = 9;   // points, the radius of the box blur
+constexpr qreal kShadowAlpha = 0.42;
+constexpr qsizetype kMaxShadows = 48;
+
+// One pass of a running-sum box blur over the alpha of a premultiplied black image, along rows
+// (or columns, when `vertical`). Three passes approximate a Gaussian.
+void boxBlurAlpha(QImage& image, int radius, Qt::Orientation orientation) {
+    const int w = image.width();
+    const int h = image.height();
+    const int lines = orientation == Qt::Horizontal ? h : w;
+    const int length = orientation == Qt::Horizontal ? w : h;
+    const int window = 2 * radius + 1;
+    std::vector<int> in(static_cast<size_t>(length));
+    for (int line = 0; line < lines; ++line) {
+        auto pixel = [&](int i) -> QRgb& {
+            const int x = orientation == Qt::Horizontal ? i : line;
+            const int y = orientation == Qt::Horizontal ? line : i;
+            return reinterpret_cast<QRgb*>(image.scanLine(y))[x];
+        };
+        for (int i = 0; i < length; ++i) {
+            in[static_cast<size_t>(i)] = qAlpha(pixel(i));
+        }
+        int sum = 0;
+        for (int i = -radius; i <= radius; ++i) {
+            sum += (i >= 0 && i < length) ? in[static_cast<size_t>(i)] : 0;
+        }
+        for (int i = 0; i < length; ++i) {
+            pixel(i) = qRgba(0, 0, 0, sum / window);
+            const int leaving = i - radius;
+            const int entering = i + radius + 1;
+            sum -= (leaving >= 0) ? in[static_cast<size_t>(leaving)] : 0;
+            sum += (entering < length) ? in[static_cast<size_t>(entering)] : 0;
+        }
+    }
+}
+
+QPainterPath roundedTile(const QRectF& tile) {
+    QPainterPath path;
+    const qreal radius =
+        std::min(TileRenderer::cornerRadius, std::min(tile.width(), tile.height()) / 2);
+    path.addRoundedRect(tile, radius, radius);
+    return path;
+}
+
+QColor withAlpha(QColor color, qreal alpha) {
+    color.setAlphaF(static_cast<float>(std::clamp(alpha, 0.0, 1.0)));
+    return color;
+}
+
+QColor mixed(const QColor& a, const QColor& b, float t) {
+    return QColor::fromRgbF(a.redF() + (b.redF() - a.redF()) * t,
+                            a.greenF() + (b.greenF() - a.greenF()) * t,
+                            a.blueF() + (b.blueF() - a.blueF()) * t);
+}
+
+} // namespace
+
+QRectF TileRenderer::contentRect(const QSizeF& nominalTile, TileShape shape) {
+    const QRectF whole(QPointF(0, 0), nominalTile);
+    if (shape.bleed == TileShape::Bleed::Full || shape.chrome == TileShape::Chrome::None) {
+        return whole;
+    }
+    return whole.adjusted(contentPadding, contentPadding, -contentPadding, -contentPadding);
+}
+
+void TileRenderer::paint(QPainter& painter, const QRectF& tile, const WidgetFace& face,
+                         const FaceContext& context, double highlight) {
+    if (TileShape::of(context.metadata).chrome == TileShape::Chrome::Glass) {
+        paintShadow(painter, tile, context.devicePixelRatio);
+        paintGlass(painter, tile, context);
+    }
+    paintFace(painter, tile, face, context);
+    if (highlight > 0) {
+        paintHighlight(painter, tile, context.accent(), highlight);
+    }
+}
+
+const QImage& TileRenderer::shadow(const QSizeF& tile, qreal devicePixelRatio) {
+    const QString key = QStringLiteral("%1x%2@%3")
+                            .arg(tile.width(), 0, 'f', 2)
+                            .arg(tile.height(), 0, 'f', 2)
+                            .arg(devicePixelRatio, 0, 'f', 2);
+    auto found = m_shadows.constFind(key);
+    if (found != m_shadows.constEnd()) {
+        return *found;
+    }
+    if (m_shadows.size() >= kMaxShadows) {
+        m_shadows.clear();
+    }
+    const QRectF panel =
+        panelRect(QRectF(QPointF(0, 0), tile)).translated(panelMargin, panelMargin);
+    const QRectF inner(QPointF(panelMargin, panelMargin), tile);
+    QImage image(QSize(static_cast<int>(std::ceil(panel.width() * devicePixelRatio)),
+                       static_cast<int>(std::ceil(panel.height() * devicePixelRatio))),
+                 QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    {
+        QPainter p(&image);
+        p.setRenderHint(QPainter::Antialiasing);
+        p.scale(devicePixelRatio, devicePixelRatio);
+        p.fillPath(roundedTile(inner.translated(0, kShadowOffset).adjusted(2, 2, -2, -2)),
+                   withAlpha(Qt::black, kShadowAlpha));
+    }
+    const int radius =
+        std::max(1, static_cast<int>(std::lround(kShadowBlur * devicePixelRatio / 2)));
+    for (int pass = 0; pass < 3; ++pass) {
+        boxBlurAlpha(image, radius, Qt::Horizontal);
+        boxBlurAlpha(image, radius, Qt::Vertical);
+    }
+    {
+        // The tile covers its own shadow; cutting it out keeps translucent glass honest.
+        QPainter p(&image);
+        p.setRenderHint(QPainter::Antialiasing);
+        p.scale(devicePixelRatio, devicePixelRatio);
+        p.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+        p.fillPath(roundedTile(inner), Qt::black);
+    }
+    image.setDevicePixelRatio(devicePixelRatio);
+    return *m_shadows.insert(key, image);
+}
+
+void TileRenderer::paintShadow(QPainter& painter, const QRectF& tile, qreal devicePixelRatio) {
+    const QImage& image = shadow(tile.size(), devicePixelRatio);
+    painter.drawImage(panelRect(tile).topLeft(), image);
+}
+
+void TileRenderer::paintGlass(QPainter& painter, const QRectF& tile, const FaceContext& context) {
+    const bool light = context.glass.shade == GlassLook::Shade::Light;
+    const bool clear = context.glass.finish == GlassLook::Finish::Clear;
+    const double strength = std::clamp(context.glass.strength, 0.0, 1.0);
+    const QColor surface = FaceContext::color(context.theme.surface);
+    const qreal surfaceOpacity = context.theme.surface.opacity;
+
+    // Strength is how much of the desktop the glass lets through; clear glass lets through most.
+    QColor base;
+    qreal alpha = 0;
+    if (light) {
+        base = mixed(QColor(0xF5, 0xF6, 0xFA), surface, 0.06F);
+        alpha = clear ? 0.42 - 0.22 * strength : 0.9 - 0.3 * strength;
+    } else {
+        base = surface;
+        alpha = clear ? surfaceOpacity * (0.46 - 0.26 * strength)
+                      : surfaceOpacity * (1.0 - 0.34 * strength);
+    }
+
+    const QPainterPath shape = roundedTile(tile);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillPath(shape, withAlpha(base, alpha));
+
+    // A sheen from the top: the frost of the glass catching light.
+    const QColor sheenColor =
+        light ? QColor(Qt::white) : FaceContext::color(context.theme.surfaceElevated);
+    const qreal sheenAlpha =
+        light ? 0.55
+              : std::max<qreal>(context.theme.surfaceElevated.opacity, 0.04) * (clear ? 1.6 : 1.2);
+    QLinearGradient sheen(tile.topLeft(), clear ? tile.bottomRight() : tile.bottomLeft());
+    sheen.setColorAt(0, withAlpha(sheenColor, sheenAlpha));
+    sheen.setColorAt(clear ? 0.45 : 0.6, withAlpha(sheenColor, 0));
+    painter.fillPath(shape, sheen);
+
+    // The rim: bright along the top edge, fading towards the bottom.
+    const qreal rimWidth = 1.0;
+    const QRectF rimRect = tile.adjusted(rimWidth / 2, rimWidth / 2, -rimWidth / 2, -rimWidth / 2);
+    QLinearGradient rim(tile.topLeft(), tile.bottomLeft());
+    rim.setColorAt(0, withAlpha(Qt::white, light ? 0.75 : (clear ? 0.32 : 0.2)));
+    rim.setColorAt(1,
+                   light ? withAlpha(Qt::black, 0.08) : withAlpha(Qt::white, clear ? 0.1 : 0.05));
+    painter.setPen(QPen(QBrush(rim), rimWidth));
+    painter.setBrush(Qt::NoBrush);
+    const qreal radius = std::min(cornerRadius, std::min(tile.width(), tile.height()) / 2);
+    painter.drawRoundedRect(rimRect, radius - rimWidth / 2, radius - rimWidth / 2);
+    painter.restore();
+}
+
+void TileRenderer::paintFace(QPainter& painter, const QRectF& tile, const WidgetFace& face,
+                             const FaceContext& context) {
+    const TileShape shape = TileShape::of(context.metadata);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setRenderHint(QPainter::TextAntialiasing);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    if (shape.chrome == TileShape::Chrome::Glass) {
+        painter.setClipPath(roundedTile(tile), Qt::IntersectClip);
+    }
+    painter.translate(tile.topLeft());
+    const double scale = context.scale > 0 ? context.scale : 1.0;
+    painter.scale(scale, scale);
+    face.paint(painter, contentRect(tile.size() / scale, shape), context);
+    painter.restore();
+}
+
+void TileRenderer::paintHighlight(QPainter& painter, const QRectF& tile, const QColor& color,
+                                  double opacity) {
+    const double o = std::clamp(opacity, 0.0, 1.0);
+    if (o <= 0) {
+        return;
+    }
+    constexpr qreal gap = 4;
+    constexpr qreal width = 3;
+    const QRectF ring =
+        tile.adjusted(-gap - width / 2, -gap - width / 2, gap + width / 2, gap + width / 2);
+    const qreal radius = cornerRadius + gap + width / 2;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(withAlpha(color, 0.28 * o), width * 3));
+    painter.drawRoundedRect(ring, radius, radius);
+    painter.setPen(QPen(withAlpha(color, o), width));
+    painter.drawRoundedRect(ring, radius, radius);
+    painter.restore();
+}
+
+QImage TileRenderer::picture(const WidgetFace& face, const FaceContext& context, double highlight) {
+    const qreal dpr = context.devicePixelRatio > 0 ? context.devicePixelRatio : 1.0;
+    const QRectF tile(QPointF(panelMargin, panelMargin), context.points);
+    QImage image(
+        QSize(static_cast<int>(std::ceil((context.points.width() + 2 * panelMargin) * dpr)),
+              static_cast<int>(std::ceil((context.points.height() + 2 * panelMargin) * dpr))),
+        QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(dpr);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    paint(painter, tile, face, context, highlight);
+    return image;
+}
+
+} // namespace tw

@@ -1,0 +1,34 @@
+// The view of one widget kind: draws every size the kind allows from a FaceContext.
+#pragma once
+
+#include "model/WidgetInstance.h"
+#include "model/WidgetSize.h"
+#include "tick/TimeGrain.h"
+
+#include <QRectF>
+
+#include <optional>
+
+class QPainter;
+
+namespace tw {
+
+struct FaceContext;
+
+class WidgetFace {
+public:
+    virtual ~WidgetFace() = default;
+
+    // The coarsest grain at which the face's picture changes, so the host wakes it only then;
+    // nullopt for a face that shows no time at all.
+    virtual std::optional<TimeGrain> grain(WidgetSize size,
+                                           const WidgetSettings& settings) const = 0;
+
+    // Draws the content into `rect`, in the tile's points at scale 1: the painter already carries
+    // the tile scale and the device pixel ratio. `rect` is the whole tile for full-bleed and
+    // chromeless kinds and the padded inside of the glass for the others; the painter is clipped
+    // to the tile's rounded shape.
+    virtual void paint(QPainter& painter, const QRectF& rect, const FaceContext& context) const = 0;
+};
+
+} // namespace tw
