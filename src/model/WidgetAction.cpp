@@ -14,9 +14,25 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcWidgetAction, "WidgetAction")
 
-// What Foundation's URL fragment and query character sets allow besides the unreserved
-// characters, which percent-encoding leaves alone anyway.
-const QByteArray queryAndFragmentExtras = QByteArrayLiteral("!$&'()*+,/:;=?@");
+// Percent-encodes every ASCII character outside the union of the characters a URL query and a
+// URL fragment allow. Letters beyond ASCII stay as they are: QUrl encodes them itself, and an
+// encoded international host name would no longer be one.
+QString encodedForURL(const QString& text) {
+    static const QString allowed = QStringLiteral("-._~!$&'()*+,/:;=?@");
+    QString encoded;
+    for (const QChar c : text) {
+        const char16_t u = c.unicode();
+        const bool asciiAlphanumeric =
+            (u >= 'a' && u <= 'z') || (u >= 'A' && u <= 'Z') || (u >= '0' && u <= '9');
+        if (u >= 0x80 || asciiAlphanumeric || allowed.contains(c)) {
+            encoded.append(c);
+        } else {
+            encoded.append(QLatin1Char('%') +
+                           QString::number(u, 16).rightJustified(2, QLatin1Char('0')).toUpper());
+        }
+    }
+    return encoded;
+}
 
 void report(const LaunchResult& result) {
     if (!result.isSuccess()) {
@@ -89,8 +105,7 @@ std::optional<QUrl> WidgetAction::resolvedURL(const QString& text) {
         return url;
     }
     // Blanks, umlauts and stray signs: encode them and try once more.
-    const QByteArray encoded = QUrl::toPercentEncoding(address, queryAndFragmentExtras);
-    if (const QUrl url(QString::fromLatin1(encoded), QUrl::StrictMode); url.isValid()) {
+    if (const QUrl url(encodedForURL(address), QUrl::StrictMode); url.isValid()) {
         return url;
     }
     return std::nullopt;

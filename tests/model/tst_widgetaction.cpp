@@ -1,0 +1,239 @@
+#include "model/WidgetAction.h"
+#include "platform/null/NullWorkspace.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+using tw::ResolvedAction;
+using tw::WidgetAction;
+using tw::WidgetActionKind;
+using tw::WidgetSettings;
+
+Q_DECLARE_METATYPE(std::optional<WidgetSettings>)
+Q_DECLARE_METATYPE(tw::WidgetActionKind)
+
+namespace {
+
+// "action=target" pairs, or "-" for no settings at all.
+std::optional<WidgetSettings> settingsFrom(const QString& pairs) {
+    if (pairs == QLatin1String("-")) {
+        return std::nullopt;
+    }
+    WidgetSettings settings;
+    for (const QString& pair : pairs.split(QLatin1Char('|'), Qt::SkipEmptyParts)) {
+        settings.insert(pair.section(QLatin1Char('='), 0, 0), pair.section(QLatin1Char('='), 1));
+    }
+    return settings;
+}
+
+QString describe(const std::optional<ResolvedAction>& action) {
+    return action ? tw::rawValue(action->kind) + QLatin1Char(' ') + action->target
+                  : QStringLiteral("no action");
+}
+
+} // namespace
+
+class TestWidgetAction : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void resolved_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QString>("settings");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("default of calendar") << "calendar"
+                                             << "-"
+                                             << "app com.apple.iCal";
+        QTest::newRow("explicit none beats the default") << "calendar"
+                                                         << "clickAction=none|clickTarget=x"
+                                                         << "no action";
+        QTest::newRow("url with a blank target, not the default")
+            << "calendar"
+            << "clickAction=url|clickTarget=  \n"
+            << "no action";
+        QTest::newRow("url without a target") << "weather"
+                                              << "clickAction=url"
+                                              << "no action";
+        QTest::newRow("target trimmed") << "moon"
+                                        << "clickAction=url|clickTarget=  example.com\n"
+                                        << "url example.com";
+        QTest::newRow("shortcut") << "moon"
+                                  << "clickAction=shortcut|clickTarget=Focus"
+                                  << "shortcut Focus";
+        QTest::newRow("unknown action falls back") << "clock"
+                                                   << "clickAction=launch|clickTarget=x"
+                                                   << "app com.apple.clock";
+        QTest::newRow("action is case-sensitive") << "battery"
+                                                  << "clickAction=URL|clickTarget=x"
+                                                  << "app com.apple.systempreferences";
+        QTest::newRow("other settings only") << "system"
+                                             << "style=ring"
+                                             << "app com.apple.ActivityMonitor";
+        QTest::newRow("silent kind") << "crypto"
+                                     << "-"
+                                     << "no action";
+        QTest::newRow("silent kind, chosen app")
+            << "crypto"
+            << "clickAction=app|clickTarget=org.gnome.Calculator"
+            << "app org.gnome.Calculator";
+    }
+    void resolved() {
+        QFETCH(QString, kind);
+        QFETCH(QString, settings);
+        QTEST(describe(WidgetAction::resolved(kind, settingsFrom(settings))), "expected");
+    }
+
+    void defaultTarget_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QString>("target");
+        QTest::newRow("calendar") << "calendar"
+                                  << "com.apple.iCal";
+        QTest::newRow("weather") << "weather"
+                                 << "com.apple.weather";
+        QTest::newRow("clock") << "clock"
+                               << "com.apple.clock";
+        QTest::newRow("worldclock") << "worldclock"
+                                    << "com.apple.clock";
+        QTest::newRow("countdown") << "countdown"
+                                   << "com.apple.clock";
+        QTest::newRow("system") << "system"
+                                << "com.apple.ActivityMonitor";
+        QTest::newRow("battery") << "battery"
+                                 << "com.apple.systempreferences";
+        QTest::newRow("network") << "network"
+                                 << "com.apple.systempreferences";
+        QTest::newRow("btdevices") << "btdevices"
+                                   << "com.apple.systempreferences";
+        QTest::newRow("photos") << "photos"
+                                << "com.apple.Photos";
+        QTest::newRow("crypto") << "crypto" << QString();
+        QTest::newRow("currency") << "currency" << QString();
+        QTest::newRow("worldmap") << "worldmap" << QString();
+        QTest::newRow("custom") << "custom.E621E1F8-C36C-495A-93FC-0C247A3E6E5F" << QString();
+    }
+    void defaultTarget() {
+        QFETCH(QString, kind);
+        QTEST(WidgetAction::defaultTarget(kind).value_or(QString()), "target");
+    }
+
+    void resolvedURL_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("url");
+        QTest::newRow("empty") << "" << QString();
+        QTest::newRow("blanks") << " \t\n" << QString();
+        QTest::newRow("bare host") << "example.com"
+                                   << "https://example.com";
+        QTest::newRow("trimmed") << "  https://x.org/a \n"
+                                 << "https://x.org/a";
+        QTest::newRow("host with port") << "host:8080/path"
+                                        << "https://host:8080/path";
+        QTest::newRow("localhost with port") << "localhost:3000"
+                                             << "https://localhost:3000";
+        QTest::newRow("other scheme kept") << "ftp://files.example.org"
+                                           << "ftp://files.example.org";
+        QTest::newRow("mail link") << "mailto:someone@example.com"
+                                   << "mailto:someone@example.com";
+        QTest::newRow("mail link with blank") << "mailto:a b@x.de"
+                                              << "mailto:a%20b@x.de";
+        QTest::newRow("telephone") << "tel:+4930123"
+                                   << "tel:+4930123";
+        QTest::newRow("blank in path") << "example.com/a b"
+                                       << "https://example.com/a%20b";
+        QTest::newRow("umlauts") << "münchen.de/straße"
+                                 << "https://xn--mnchen-3ya.de/stra%C3%9Fe";
+        QTest::newRow("umlauts and a blank") << "münchen.de/a b"
+                                             << "https://xn--mnchen-3ya.de/a%20b";
+        QTest::newRow("lone percent") << "example.com/100%"
+                                      << "https://example.com/100%25";
+        QTest::newRow("braces") << "example.com/{x}"
+                                << "https://example.com/%7Bx%7D";
+        QTest::newRow("invalid host even encoded") << "exa mple.com" << QString();
+    }
+    void resolvedURL() {
+        QFETCH(QString, text);
+        const std::optional<QUrl> url = WidgetAction::resolvedURL(text);
+        QTEST(url ? url->toString(QUrl::FullyEncoded) : QString(), "url");
+    }
+
+    void openAppTriesInOrder_data() {
+        QTest::addColumn<QString>("target");
+        QTest::addColumn<QString>("request");
+        QTest::newRow("identifier known") << "org.example.Editor"
+                                          << "application /apps/editor";
+        QTest::newRow("identifier unknown, name known") << "com.apple.clock"
+                                                        << "application /apps/clock";
+        QTest::newRow("name") << "Editor"
+                              << "application /apps/editor";
+        QTest::newRow("a blank is no identifier") << "org.example.Editor x"
+                                                  << "by-name org.example.Editor x";
+        QTest::newRow("missing absolute path") << "/nonexistent/tool"
+                                               << "by-name /nonexistent/tool";
+        QTest::newRow("unknown name") << "Nothing"
+                                      << "by-name Nothing";
+    }
+    void openAppTriesInOrder() {
+        QFETCH(QString, target);
+        QFETCH(QString, request);
+        tw::NullWorkspace workspace;
+        workspace.addApplication(QStringLiteral("org.example.Editor"), QStringLiteral("Editor"),
+                                 QStringLiteral("/apps/editor"));
+        workspace.addApplication(QStringLiteral("org.example.Clock"),
+                                 QStringLiteral("com.apple.clock"), QStringLiteral("/apps/clock"));
+        WidgetAction::openApp(workspace, target);
+        QCOMPARE(workspace.requests(), QStringList{request});
+    }
+
+    void openAppOpensAnExistingFile() {
+        QTemporaryDir dir;
+        const QString file = dir.filePath(QStringLiteral("notes.txt"));
+        QFile(file).open(QIODevice::WriteOnly);
+        tw::NullWorkspace workspace;
+        WidgetAction::openApp(workspace, file);
+        QCOMPARE(workspace.requests(),
+                 QStringList{QStringLiteral("open ") + QUrl::fromLocalFile(file).toString()});
+    }
+
+    void runGoesByKind_data() {
+        QTest::addColumn<WidgetActionKind>("kind");
+        QTest::addColumn<QString>("target");
+        QTest::addColumn<QStringList>("requests");
+        QTest::newRow("url") << WidgetActionKind::url << " example.com "
+                             << QStringList{QStringLiteral("open https://example.com")};
+        QTest::newRow("app") << WidgetActionKind::app << "Editor"
+                             << QStringList{QStringLiteral("by-name Editor")};
+        QTest::newRow("shortcut") << WidgetActionKind::shortcut << " Focus  "
+                                  << QStringList{
+                                         QStringLiteral("exec /usr/bin/shortcuts run Focus")};
+        QTest::newRow("none") << WidgetActionKind::none << "Editor" << QStringList();
+        QTest::newRow("blank target") << WidgetActionKind::app << "  " << QStringList();
+        QTest::newRow("url that cannot be one")
+            << WidgetActionKind::url << "exa mple.com" << QStringList();
+    }
+    void runGoesByKind() {
+        QFETCH(WidgetActionKind, kind);
+        QFETCH(QString, target);
+        tw::NullWorkspace workspace;
+        WidgetAction::run(workspace, kind, target);
+        QTEST(workspace.requests(), "requests");
+    }
+
+    void failureIsOnlyLogged() {
+        tw::NullWorkspace workspace;
+        workspace.failWith(QStringLiteral("no such program"));
+        QTest::ignoreMessage(QtCriticalMsg, "action failed: no such program");
+        WidgetAction::exec(workspace, QStringLiteral("/bin/none"), {});
+        QTest::ignoreMessage(QtCriticalMsg, "action failed: no such program");
+        WidgetAction::openURL(workspace, QStringLiteral("example.com"));
+        QCOMPARE(workspace.requests().size(), 2);
+    }
+
+    void kindRawValues() {
+        for (const auto kind : {WidgetActionKind::none, WidgetActionKind::app,
+                                WidgetActionKind::url, WidgetActionKind::shortcut}) {
+            QCOMPARE(tw::widgetActionKindFromRawValue(tw::rawValue(kind)), kind);
+        }
+        QCOMPARE(tw::widgetActionKindFromRawValue(u"App"), std::nullopt);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestWidgetAction)
+#include "tst_widgetaction.moc"
