@@ -29,9 +29,6 @@ public:
 private:
     std::function<void()> m_cancel;
     std::shared_ptr<bool> m_active = std::make_shared<bool>(false);
-
-    friend class QtScheduler;
-    friend class ManualScheduler;
 };
 
 } // namespace tw

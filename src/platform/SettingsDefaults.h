@@ -17,6 +17,8 @@ public:
     // A given file, for tools and tests that must not touch the user's preferences.
     explicit SettingsDefaults(const QString& iniPath, QObject* parent = nullptr);
 
+    // Keeps the overload with a fallback visible beside the override.
+    using Defaults::value;
     QVariant value(const QString& key) const override;
     bool contains(const QString& key) const override;
     void setValue(const QString& key, const QVariant& value) override;

@@ -307,6 +307,10 @@ QStringList AppSettings::relaunchShellArguments(qint64 pid, const QString& progr
 }
 
 bool AppSettings::relaunch() {
+    if (!QCoreApplication::instance()) {
+        qCWarning(lcSettings) << "Relaunch failed: no running application";
+        return false;
+    }
     const QString program = QCoreApplication::applicationFilePath();
     const QStringList arguments = relaunchShellArguments(
         QCoreApplication::applicationPid(), program, QCoreApplication::arguments().mid(1));

@@ -2,6 +2,7 @@
 #include "platform/null/MemoryDefaults.h"
 #include "settings/AppSettings.h"
 
+#include <QFile>
 #include <QMetaProperty>
 #include <QProcess>
 #include <QSignalSpy>
@@ -354,7 +355,6 @@ private Q_SLOTS:
             tw::SettingsDefaults defaults(path);
             AppSettings settings(defaults);
             settings.setAutoSaver(false);
-            settings.setHideDockIcon(true);
             settings.setLockScreenFPS(15);
             settings.setEnergyMode(EnergyMode::high);
             settings.setAppLanguage(QStringLiteral("de"));
@@ -362,13 +362,35 @@ private Q_SLOTS:
         tw::SettingsDefaults defaults(path);
         AppSettings settings(defaults);
         QCOMPARE(settings.autoSaver(), false);
-        QCOMPARE(settings.hideDockIcon(), true);
-        QCOMPARE(settings.hapticsEnabled(), true);
         QCOMPARE(settings.lockScreenFPS(), 15.0);
         QCOMPARE(settings.energyMode(), EnergyMode::high);
         QCOMPARE(settings.languageAtLaunch(), QStringLiteral("de"));
-        QCOMPARE(defaults.value(QStringLiteral("AppleLanguages")).toStringList(),
-                 QStringList{QStringLiteral("de")});
+    }
+
+    // A file another run left: INI gives every value back as a word, and lists of one as a word.
+    void readsTheWordsOfAnIniFile() {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("Tarnwick.conf"));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("[General]\n"
+                   "tarnwick.autoSaver=false\n"
+                   "tarnwick.hideDockIcon=true\n"
+                   "tarnwick.haptics=maybe\n"
+                   "tarnwick.lockScreenAnimated=false\n"
+                   "tarnwick.energyMode=saver\n"
+                   "tarnwick.appLanguage=de\n"
+                   "AppleLanguages=de\n");
+        file.close();
+        tw::SettingsDefaults defaults(path);
+        AppSettings settings(defaults);
+        QCOMPARE(settings.autoSaver(), false);
+        QCOMPARE(settings.hideDockIcon(), true);
+        QCOMPARE(settings.hapticsEnabled(), true);
+        QCOMPARE(settings.lockScreenFPS(), 0.0);
+        QCOMPARE(settings.energyMode(), EnergyMode::saver);
+        QCOMPARE(settings.appLanguage(), QStringLiteral("de"));
+        QCOMPARE(AppSettings::storedHideDockIcon(defaults), true);
     }
 
     // The waiting shell takes the command line as data: spaces, quotes and "$(…)" arrive as

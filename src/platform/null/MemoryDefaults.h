@@ -12,6 +12,8 @@ class MemoryDefaults final : public Defaults {
 public:
     using Defaults::Defaults;
 
+    // Keeps the overload with a fallback visible beside the override.
+    using Defaults::value;
     QVariant value(const QString& key) const override { return m_values.value(key); }
     bool contains(const QString& key) const override { return m_values.contains(key); }
     void setValue(const QString& key, const QVariant& value) override;
