@@ -318,7 +318,9 @@ bool AppSettings::relaunch() {
         qCWarning(lcSettings) << "Relaunch failed: could not start /bin/sh";
         return false;
     }
-    QCoreApplication::quit();
+    // exit() rather than quit(): a window that refuses to close must not keep this process
+    // alive while the shell waits for it to end.
+    QCoreApplication::exit(0);
     return true;
 }
 

@@ -128,7 +128,7 @@ public:
 
     // --- Relaunch.
     // Starts a detached shell that waits while this process lives and then starts this executable
-    // again with the same arguments; on success asks the application to quit. Gives false (and
+    // again with the same arguments; on success leaves the event loop at once. Gives false (and
     // leaves the application running) when the shell could not be started. Call from the running
     // event loop.
     static bool relaunch();
