@@ -1,0 +1,350 @@
+#include "look/ThemeStore.h"
+#include "platform/null/MemoryDefaults.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace tw;
+using GlassStyle = ThemeStore::GlassStyle;
+using GlassTint = ThemeStore::GlassTint;
+using SystemAppearance = ThemeStore::SystemAppearance;
+
+namespace {
+
+struct Rig {
+    QTemporaryDir dir;
+    MemoryDefaults defaults;
+    QString path() const { return dir.filePath(QStringLiteral("theme.json")); }
+    void write(const QByteArray& bytes) const {
+        QFile file(path());
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    }
+    QByteArray read() const {
+        QFile file(path());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    QStringList quarantined() const {
+        return QDir(dir.path()).entryList({QStringLiteral("*.corrupt")}, QDir::Files);
+    }
+};
+
+Theme custom() {
+    Theme theme = *Theme::builtIn(QStringLiteral("ocean"));
+    theme.id = QStringLiteral("mine");
+    theme.name = QStringLiteral("Mine");
+    theme.accent = ThemeColor{0.25, 0.5, 0.75, 1.0};
+    theme.separator = ThemeColor{1, 1, 1, 0.2};
+    return theme;
+}
+
+bool near(const ThemeColor& a, const ThemeColor& b) {
+    return qFuzzyCompare(1 + a.red, 1 + b.red) && qFuzzyCompare(1 + a.green, 1 + b.green) &&
+           qFuzzyCompare(1 + a.blue, 1 + b.blue) && qFuzzyCompare(1 + a.opacity, 1 + b.opacity);
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(tw::ThemeStore::SystemAppearance)
+Q_DECLARE_METATYPE(tw::ThemeColor)
+
+class TestThemeStore : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void freshStartIsMidnightAndWritesNothing() {
+        Rig rig;
+        ThemeStore store(rig.defaults, rig.path());
+        QCOMPARE(store.current(), Theme::defaultTheme());
+        QCOMPARE(store.current().id, QStringLiteral("midnight"));
+        QCOMPARE(store.glassTint(), GlassTint::Dark);
+        QCOMPARE(store.glassStyle(), GlassStyle::Frosted);
+        QCOMPARE(store.glassStrength(), 0.0);
+        QVERIFY(!QFile::exists(rig.path()));
+        QVERIFY(rig.quarantined().isEmpty());
+    }
+
+    void aThemeSurvivesARestart() {
+        Rig rig;
+        {
+            ThemeStore store(rig.defaults, rig.path());
+            store.select(custom());
+        }
+        const QJsonDocument onDisk = QJsonDocument::fromJson(rig.read());
+        QCOMPARE(onDisk.object().value(QStringLiteral("id")).toString(), QStringLiteral("mine"));
+        ThemeStore again(rig.defaults, rig.path());
+        QCOMPARE(again.current(), custom());
+    }
+
+    void aStoredBuiltInTakesTodaysColours() {
+        Rig rig;
+        Theme stale = *Theme::builtIn(QStringLiteral("ocean"));
+        stale.accent = ThemeColor{1, 0, 0, 1};
+        stale.name = QStringLiteral("Old Ocean");
+        rig.write(QJsonDocument(stale.toJson()).toJson());
+        ThemeStore store(rig.defaults, rig.path());
+        QCOMPARE(store.current(), *Theme::builtIn(QStringLiteral("ocean")));
+    }
+
+    void anUnreadableFileIsSetAside_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("not json") << QByteArray("{\"id\": \"ocean\", ");
+        QTest::newRow("an array") << QByteArray("[1, 2, 3]");
+        QTest::newRow("no id") << QByteArray("{\"name\": \"Ocean\"}");
+        QTest::newRow("id not a string") << QByteArray("{\"id\": 7}");
+        QTest::newRow("empty") << QByteArray();
+        QTest::newRow("bad utf-8") << QByteArray("{\"id\": \"oc\xff\xfe\"}");
+    }
+    void anUnreadableFileIsSetAside() {
+        QFETCH(QByteArray, bytes);
+        Rig rig;
+        rig.write(bytes);
+        ThemeStore store(rig.defaults, rig.path());
+        QCOMPARE(store.current(), Theme::defaultTheme());
+        QVERIFY(!QFile::exists(rig.path()));
+        const QStringList aside = rig.quarantined();
+        QCOMPARE(aside.size(), 1);
+        QFile kept(rig.dir.filePath(aside.front()));
+        QVERIFY(kept.open(QIODevice::ReadOnly));
+        QCOMPARE(kept.readAll(), bytes);
+    }
+
+    void aFailedSaveKeepsTheThemeInMemory() {
+        Rig rig;
+        // A regular file where the directory should be makes every write fail.
+        const QString blocker = rig.dir.filePath(QStringLiteral("blocker"));
+        QFile file(blocker);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.close();
+        ThemeStore store(rig.defaults, blocker + QStringLiteral("/theme.json"));
+        QTest::ignoreMessage(QtWarningMsg,
+                             QRegularExpression(QStringLiteral("^Failed to save theme: ")));
+        store.selectPalette(QStringLiteral("forest"));
+        QCOMPARE(store.current().id, QStringLiteral("forest"));
+    }
+
+    void selectingAndResetting() {
+        Rig rig;
+        ThemeStore store(rig.defaults, rig.path());
+        QSignalSpy current(&store, &ThemeStore::currentChanged);
+        QSignalSpy themed(&store, &ThemeStore::themedChanged);
+        store.selectPalette(QStringLiteral("no-such-theme"));
+        QCOMPARE(current.size(), 0);
+        QVERIFY(!QFile::exists(rig.path()));
+        store.selectPalette(QStringLiteral("tokyo_drift"));
+        QCOMPARE(store.current().name, QStringLiteral("Tokyo Drift"));
+        store.update([](Theme& theme) { theme.textPrimary = ThemeColor{1, 0, 0, 1}; });
+        QCOMPARE(store.current().textPrimary, (ThemeColor{1, 0, 0, 1}));
+        QCOMPARE(current.size(), 2);
+        store.setAccentOverride(ThemeColor{0, 1, 0, 1});
+        QCOMPARE(store.themed().accent, (ThemeColor{0, 1, 0, 1}));
+        QCOMPARE(store.current().accent, Theme::builtIn(QStringLiteral("tokyo_drift"))->accent);
+        QCOMPARE(themed.size(), 3);
+        store.resetToDefault();
+        QCOMPARE(store.current(), Theme::defaultTheme());
+        QVERIFY(!store.accentOverride());
+        QCOMPARE(ThemeStore(rig.defaults, rig.path()).current(), Theme::defaultTheme());
+    }
+
+    void unknownStoredTintIsDark_data() {
+        QTest::addColumn<QVariant>("stored");
+        QTest::addColumn<GlassTint>("tint");
+        QTest::newRow("auto") << QVariant(QStringLiteral("auto")) << GlassTint::Auto;
+        QTest::newRow("light") << QVariant(QStringLiteral("light")) << GlassTint::Light;
+        QTest::newRow("dark") << QVariant(QStringLiteral("dark")) << GlassTint::Dark;
+        QTest::newRow("other case") << QVariant(QStringLiteral("Light")) << GlassTint::Dark;
+        QTest::newRow("unknown word") << QVariant(QStringLiteral("smoky")) << GlassTint::Dark;
+        QTest::newRow("a number") << QVariant(3) << GlassTint::Dark;
+        QTest::newRow("absent") << QVariant() << GlassTint::Dark;
+    }
+    void unknownStoredTintIsDark() {
+        QFETCH(QVariant, stored);
+        QFETCH(GlassTint, tint);
+        Rig rig;
+        if (stored.isValid()) {
+            rig.defaults.setValue(ThemeStore::glassTintKey, stored);
+        }
+        QCOMPARE(ThemeStore(rig.defaults, rig.path()).glassTint(), tint);
+    }
+
+    void styleFromStoredFlags_data() {
+        QTest::addColumn<QVariant>("liquid");
+        QTest::addColumn<QVariant>("clear");
+        QTest::addColumn<GlassStyle>("style");
+        QTest::newRow("neither") << QVariant(false) << QVariant(false) << GlassStyle::Frosted;
+        QTest::newRow("clear") << QVariant(false) << QVariant(true) << GlassStyle::Clear;
+        QTest::newRow("liquid") << QVariant(true) << QVariant(false) << GlassStyle::Liquid;
+        QTest::newRow("both: liquid wins")
+            << QVariant(true) << QVariant(true) << GlassStyle::Liquid;
+        QTest::newRow("as text") << QVariant(QStringLiteral("false"))
+                                 << QVariant(QStringLiteral("true")) << GlassStyle::Clear;
+        QTest::newRow("text that is no bool")
+            << QVariant(QStringLiteral("yes please")) << QVariant() << GlassStyle::Frosted;
+    }
+    void styleFromStoredFlags() {
+        QFETCH(QVariant, liquid);
+        QFETCH(QVariant, clear);
+        QFETCH(GlassStyle, style);
+        Rig rig;
+        rig.defaults.setValue(ThemeStore::glassLiquidKey, liquid);
+        if (clear.isValid()) {
+            rig.defaults.setValue(ThemeStore::glassClearKey, clear);
+        }
+        QCOMPARE(ThemeStore(rig.defaults, rig.path()).glassStyle(), style);
+    }
+
+    void settingTheStyleWritesBothFlags() {
+        Rig rig;
+        rig.defaults.setValue(ThemeStore::glassClearKey, true);
+        ThemeStore store(rig.defaults, rig.path());
+        QSignalSpy style(&store, &ThemeStore::glassStyleChanged);
+        store.setGlassStyle(GlassStyle::Liquid);
+        QCOMPARE(style.size(), 1);
+        QCOMPARE(rig.defaults.value(ThemeStore::glassLiquidKey), QVariant(true));
+        QCOMPARE(rig.defaults.value(ThemeStore::glassClearKey), QVariant(false));
+        store.setGlassStyle(GlassStyle::Liquid);
+        QCOMPARE(style.size(), 1);
+        store.setGlassStyle(GlassStyle::Frosted);
+        QCOMPARE(style.size(), 2);
+        QCOMPARE(rig.defaults.value(ThemeStore::glassLiquidKey), QVariant(false));
+        QCOMPARE(rig.defaults.value(ThemeStore::glassClearKey), QVariant(false));
+    }
+
+    void strengthFromDefaults_data() {
+        QTest::addColumn<QVariant>("stored");
+        QTest::addColumn<double>("strength");
+        QTest::newRow("number") << QVariant(0.6) << 0.6;
+        QTest::newRow("text") << QVariant(QStringLiteral("0.25")) << 0.25;
+        QTest::newRow("garbage") << QVariant(QStringLiteral("strong")) << 0.0;
+        QTest::newRow("not finite") << QVariant(qQNaN()) << 0.0;
+    }
+    void strengthFromDefaults() {
+        QFETCH(QVariant, stored);
+        QFETCH(double, strength);
+        Rig rig;
+        rig.defaults.setValue(ThemeStore::glassStrengthKey, stored);
+        QCOMPARE(ThemeStore(rig.defaults, rig.path()).glassStrength(), strength);
+    }
+
+    void darkFrostedOncePerRelease() {
+        Rig rig;
+        ThemeStore store(rig.defaults, rig.path());
+        store.setGlassStyle(GlassStyle::Liquid);
+        store.setGlassTint(GlassTint::Light);
+        store.applyDarkFrostedOnce(QStringLiteral("1.4"));
+        QCOMPARE(store.glassStyle(), GlassStyle::Frosted);
+        QCOMPARE(store.glassTint(), GlassTint::Dark);
+        QVERIFY(rig.defaults.contains(QStringLiteral("tarnwick.glassReset.1.4")));
+        QCOMPARE(rig.defaults.value(ThemeStore::glassTintKey), QVariant(QStringLiteral("dark")));
+
+        store.setGlassStyle(GlassStyle::Clear);
+        store.setGlassTint(GlassTint::Auto);
+        store.applyDarkFrostedOnce(QStringLiteral("1.4"));
+        QCOMPARE(store.glassStyle(), GlassStyle::Clear);
+        QCOMPARE(store.glassTint(), GlassTint::Auto);
+
+        store.applyDarkFrostedOnce(QStringLiteral("1.5"));
+        QCOMPARE(store.glassStyle(), GlassStyle::Frosted);
+    }
+
+    void suppressedPersistenceLeavesNoTrace() {
+        Rig rig;
+        ThemeStore store(rig.defaults, rig.path());
+        store.suppressPersistence();
+        QSignalSpy written(&rig.defaults, &Defaults::valueChanged);
+        store.selectPalette(QStringLiteral("sakura"));
+        store.setGlassStyle(GlassStyle::Liquid);
+        store.setGlassTint(GlassTint::Light);
+        store.setGlassStrength(0.8);
+        store.setUniformColors(true);
+        store.setTheme(QStringLiteral("ocean"), QStringLiteral("DISPLAY-1"));
+        store.applyDarkFrostedOnce(QStringLiteral("2.0"));
+        QCOMPARE(store.current().id, QStringLiteral("sakura"));
+        QCOMPARE(store.glassStyle(), GlassStyle::Liquid);
+        QCOMPARE(written.size(), 0);
+        QVERIFY(!QFile::exists(rig.path()));
+    }
+
+    void perDisplayThemes() {
+        Rig rig;
+        rig.defaults.setValue(ThemeStore::perDisplayKey,
+                              QVariantMap{{QStringLiteral("OLD"), QStringLiteral("retired_theme")},
+                                          {QStringLiteral("ODD"), 42}});
+        ThemeStore store(rig.defaults, rig.path());
+        QVERIFY(!store.themeForDisplay(QStringLiteral("OLD")));
+        QVERIFY(!store.perDisplay().contains(QStringLiteral("ODD")));
+        QVERIFY(!store.themeForDisplay(QStringLiteral("NONE")));
+        QVERIFY(!store.themeForDisplay(std::nullopt));
+
+        store.setTheme(QStringLiteral("forest"), QStringLiteral("DELL-1"));
+        QCOMPARE(store.themeForDisplay(QStringLiteral("DELL-1")),
+                 Theme::builtIn(QStringLiteral("forest")));
+        store.setAccentOverride(ThemeColor{1, 1, 0, 1});
+        QCOMPARE(store.themeForDisplay(QStringLiteral("DELL-1"))->accent, (ThemeColor{1, 1, 0, 1}));
+        QCOMPARE(ThemeStore(rig.defaults, rig.path()).perDisplay().value(QStringLiteral("DELL-1")),
+                 QStringLiteral("forest"));
+
+        store.setTheme(QStringLiteral("no-such-theme"), QStringLiteral("DELL-1"));
+        QVERIFY(!store.perDisplay().contains(QStringLiteral("DELL-1")));
+        store.setTheme(QStringLiteral("rose"), QStringLiteral("DELL-1"));
+        store.setTheme(std::nullopt, QStringLiteral("DELL-1"));
+        QVERIFY(!store.perDisplay().contains(QStringLiteral("DELL-1")));
+
+        store.setTheme(QStringLiteral("rose"), QStringLiteral("DELL-2"));
+        store.clearPerDisplayThemes();
+        QVERIFY(store.perDisplay().isEmpty());
+        QVERIFY(ThemeStore(rig.defaults, rig.path()).perDisplay().isEmpty());
+    }
+
+    void uniformTint_data() {
+        QTest::addColumn<int>("shade");
+        QTest::addColumn<ThemeColor>("expected");
+        // Accent 0.5, 0.25, 0 at full opacity.
+        QTest::newRow("0: the accent") << 0 << ThemeColor{0.5, 0.25, 0, 1};
+        QTest::newRow("1: lighter by .16") << 1 << ThemeColor{0.58, 0.37, 0.16, 1};
+        QTest::newRow("-1: as 1") << -1 << ThemeColor{0.58, 0.37, 0.16, 1};
+        QTest::newRow("2: fainter by .16") << 2 << ThemeColor{0.5, 0.25, 0, 0.84};
+        QTest::newRow("3: lighter by .32") << 3 << ThemeColor{0.66, 0.49, 0.32, 1};
+        QTest::newRow("4: fainter by .32") << 4 << ThemeColor{0.5, 0.25, 0, 0.68};
+        QTest::newRow("5: lighter by at most .45") << 5 << ThemeColor{0.725, 0.5875, 0.45, 1};
+        QTest::newRow("8: no fainter than .55") << 8 << ThemeColor{0.5, 0.25, 0, 0.55};
+    }
+    void uniformTint() {
+        QFETCH(int, shade);
+        QFETCH(ThemeColor, expected);
+        Rig rig;
+        ThemeStore store(rig.defaults, rig.path());
+        const ThemeColor given{0.1, 0.9, 0.3, 0.7};
+        store.setAccentOverride(ThemeColor{0.5, 0.25, 0, 1});
+        QCOMPARE(store.tint(given, shade), given);
+        store.setUniformColors(true);
+        const ThemeColor actual = store.tint(given, shade);
+        QVERIFY2(near(actual, expected), qPrintable(QStringLiteral("%1 %2 %3 %4")
+                                                        .arg(actual.red)
+                                                        .arg(actual.green)
+                                                        .arg(actual.blue)
+                                                        .arg(actual.opacity)));
+    }
+
+    void prefersLightGlass_data() {
+        QTest::addColumn<GlassTint>("tint");
+        QTest::addColumn<SystemAppearance>("system");
+        QTest::addColumn<bool>("light");
+        QTest::newRow("light") << GlassTint::Light << SystemAppearance::Dark << true;
+        QTest::newRow("dark") << GlassTint::Dark << SystemAppearance::Dark << false;
+        QTest::newRow("auto, dark system") << GlassTint::Auto << SystemAppearance::Dark << true;
+        QTest::newRow("auto, light system") << GlassTint::Auto << SystemAppearance::Light << false;
+    }
+    void prefersLightGlass() {
+        QFETCH(GlassTint, tint);
+        QFETCH(SystemAppearance, system);
+        QFETCH(bool, light);
+        QCOMPARE(ThemeStore::prefersLightGlass(tint, system), light);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestThemeStore)
+#include "tst_themestore.moc"
