@@ -306,7 +306,7 @@ QStringList AppSettings::relaunchShellArguments(qint64 pid, const QString& progr
            arguments;
 }
 
-bool AppSettings::relaunch() {
+bool AppSettings::relaunch(const QString& shell) {
     if (!QCoreApplication::instance()) {
         qCWarning(lcSettings) << "Relaunch failed: no running application";
         return false;
@@ -314,8 +314,8 @@ bool AppSettings::relaunch() {
     const QString program = QCoreApplication::applicationFilePath();
     const QStringList arguments = relaunchShellArguments(
         QCoreApplication::applicationPid(), program, QCoreApplication::arguments().mid(1));
-    if (!QProcess::startDetached(QStringLiteral("/bin/sh"), arguments)) {
-        qCWarning(lcSettings) << "Relaunch failed: could not start /bin/sh";
+    if (!QProcess::startDetached(shell, arguments)) {
+        qCWarning(lcSettings).noquote() << "Relaunch failed: could not start" << shell;
         return false;
     }
     // exit() rather than quit(): a window that refuses to close must not keep this process

@@ -131,8 +131,8 @@ public:
     // again with the same arguments; on success leaves the event loop at once. Gives false (and
     // leaves the application running) when the shell could not be started. Call from the running
     // event loop.
-    static bool relaunch();
-    // The arguments of "/bin/sh" that wait for `pid` to be gone and then run `program` with
+    static bool relaunch(const QString& shell = QStringLiteral("/bin/sh"));
+    // The arguments of the shell that wait for `pid` to be gone and then run `program` with
     // `arguments`; nothing of them is interpreted by the shell.
     static QStringList relaunchShellArguments(qint64 pid, const QString& program,
                                               const QStringList& arguments);

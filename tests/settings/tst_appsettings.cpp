@@ -2,12 +2,15 @@
 #include "platform/null/MemoryDefaults.h"
 #include "settings/AppSettings.h"
 
+#include <QEventLoop>
 #include <QFile>
 #include <QMetaProperty>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
 using tw::AppSettings;
 using EnergyMode = tw::AppSettings::EnergyMode;
@@ -391,6 +394,23 @@ private Q_SLOTS:
         QCOMPARE(settings.energyMode(), EnergyMode::saver);
         QCOMPARE(settings.appLanguage(), QStringLiteral("de"));
         QCOMPARE(AppSettings::storedHideDockIcon(defaults), true);
+    }
+
+    void failedRelaunchLeavesTheApplicationRunning() {
+        QEventLoop loop;
+        std::optional<bool> started;
+        bool stillRunning = false;
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("Relaunch failed")));
+        // Both run in this order within one pass of the loop, unless the first ends the loop.
+        QTimer::singleShot(
+            0, &loop, [&] { started = AppSettings::relaunch(QStringLiteral("/nonexistent/sh")); });
+        QTimer::singleShot(0, &loop, [&] {
+            stillRunning = true;
+            loop.quit();
+        });
+        loop.exec();
+        QCOMPARE(started, std::optional<bool>(false));
+        QVERIFY(stillRunning);
     }
 
     // The waiting shell takes the command line as data: spaces, quotes and "$(…)" arrive as
