@@ -28,6 +28,8 @@ public:
 
     // Every connected display, the main one first.
     virtual QList<ScreenInfo> screens() const = 0;
+    // Each display keeps its own set of virtual desktops; a desktop without the notion says no.
+    virtual bool hasSeparateSpacesPerDisplay() const { return false; }
 
 Q_SIGNALS:
     // A display was added or removed, or one changed its geometry; readings may still be in flux.

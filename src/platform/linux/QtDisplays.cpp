@@ -1,0 +1,131 @@
+#include "platform/linux/QtDisplays.h"
+
+#include "platform/linux/X11Edid.h"
+
+#include <QCryptographicHash>
+#include <QDBusConnection>
+#include <QGuiApplication>
+#include <QLoggingCategory>
+#include <QScreen>
+
+namespace tw {
+
+namespace {
+Q_LOGGING_CATEGORY(lcDisplays, "Displays")
+
+const QString loginService = QStringLiteral("org.freedesktop.login1");
+const QString loginPath = QStringLiteral("/org/freedesktop/login1");
+const QString loginManager = QStringLiteral("org.freedesktop.login1.Manager");
+
+QString shortHash(const QByteArray& bytes) {
+    return QString::fromLatin1(
+        QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex().left(16));
+}
+
+QRectF primaryGeometry() {
+    const QScreen* primary = QGuiApplication::primaryScreen();
+    return primary ? QRectF(primary->geometry()) : QRectF();
+}
+
+} // namespace
+
+QtDisplays::QtDisplays(QObject* parent)
+    : Displays(parent) {
+    for (QScreen* screen : QGuiApplication::screens()) {
+        watch(screen);
+    }
+    refreshIdentities();
+    connect(qGuiApp, &QGuiApplication::screenAdded, this, [this](QScreen* screen) {
+        watch(screen);
+        refreshIdentities();
+        Q_EMIT screensChanged();
+    });
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, [this] {
+        refreshIdentities();
+        Q_EMIT screensChanged();
+    });
+    connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, &Displays::screensChanged);
+    listenForSleep();
+}
+
+QList<ScreenInfo> QtDisplays::screens() const {
+    QList<QScreen*> screens = QGuiApplication::screens();
+    QScreen* primary = QGuiApplication::primaryScreen();
+    // The main display comes first, as the rest of the program expects.
+    if (primary && screens.removeOne(primary)) {
+        screens.prepend(primary);
+    }
+    const QRectF primaryRect = primaryGeometry();
+    QList<ScreenInfo> result;
+    result.reserve(screens.size());
+    for (const QScreen* screen : std::as_const(screens)) {
+        const QString model =
+            QString(screen->manufacturer() + QLatin1Char(' ') + screen->model()).trimmed();
+        result.append(ScreenInfo{m_idsByName.value(screen->name(), screen->name()),
+                                 screen->model().isEmpty() ? screen->name() : model,
+                                 toInternal(screen->geometry(), primaryRect),
+                                 toInternal(screen->availableGeometry(), primaryRect),
+                                 screen == primary});
+    }
+    return result;
+}
+
+QRectF QtDisplays::toInternal(const QRectF& qtRect, const QRectF& primary) {
+    return QRectF(qtRect.x() - primary.x(),
+                  (primary.y() + primary.height()) - (qtRect.y() + qtRect.height()), qtRect.width(),
+                  qtRect.height());
+}
+
+QRectF QtDisplays::toQt(const QRectF& internalRect, const QRectF& primary) {
+    return QRectF(internalRect.x() + primary.x(),
+                  (primary.y() + primary.height()) - (internalRect.y() + internalRect.height()),
+                  internalRect.width(), internalRect.height());
+}
+
+QRectF QtDisplays::toQt(const QRectF& internalRect) const {
+    return toQt(internalRect, primaryGeometry());
+}
+
+void QtDisplays::watch(QScreen* screen) {
+    connect(screen, &QScreen::geometryChanged, this, &Displays::screensChanged);
+    connect(screen, &QScreen::availableGeometryChanged, this, &Displays::screensChanged);
+}
+
+void QtDisplays::refreshIdentities() {
+    QHash<QString, QByteArray> edids;
+    if (auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
+        edids = X11Edid::byName(x11->connection());
+    }
+    m_idsByName.clear();
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        const QString name = screen->name();
+        if (const QByteArray edid = edids.value(name); !edid.isEmpty()) {
+            m_idsByName.insert(name, QStringLiteral("edid-") + shortHash(edid));
+        } else if (!screen->serialNumber().isEmpty() || !screen->model().isEmpty()) {
+            const QString identity = screen->manufacturer() + QLatin1Char('\n') + screen->model() +
+                                     QLatin1Char('\n') + screen->serialNumber();
+            m_idsByName.insert(name, QStringLiteral("model-") + shortHash(identity.toUtf8()));
+        }
+        // Otherwise the name itself stands in, as screens() falls back to it.
+    }
+}
+
+void QtDisplays::listenForSleep() {
+    QDBusConnection bus = QDBusConnection::systemBus();
+    if (!bus.isConnected() ||
+        !bus.connect(loginService, loginPath, loginManager, QStringLiteral("PrepareForSleep"), this,
+                     SLOT(onPrepareForSleep(bool)))) {
+        qCInfo(lcDisplays, "login manager not reachable on the system bus: sleep and wake go "
+                           "unreported, display changes are still watched");
+    }
+}
+
+void QtDisplays::onPrepareForSleep(bool start) {
+    if (start) {
+        Q_EMIT willSleep();
+    } else {
+        Q_EMIT didWake();
+    }
+}
+
+} // namespace tw
