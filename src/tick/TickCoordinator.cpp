@@ -69,8 +69,9 @@ void TickCoordinator::reconcile() {
     } else {
         stop();
     }
-    qCDebug(lcTicker, "Ticker active=%d (desktop=%d preview=%d) interval=%f", int(m_isActive),
-            int(m_desktopActive), int(m_previewActive),
+    const auto word = [](bool value) { return value ? "true" : "false"; };
+    qCDebug(lcTicker, "Ticker active=%s (desktop=%s preview=%s) interval=%f", word(m_isActive),
+            word(m_desktopActive), word(m_previewActive),
             std::chrono::duration<double>(m_interval).count());
     Q_EMIT activeChanged(m_isActive);
 }

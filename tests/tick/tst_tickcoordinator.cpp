@@ -1,5 +1,6 @@
 #include "ManualClock.h"
 #include "ManualScheduler.h"
+#include "tick/SnapshotClock.h"
 #include "tick/TickCoordinator.h"
 
 #include <QSignalSpy>
@@ -12,16 +13,15 @@ using tw::test::ManualScheduler;
 
 namespace {
 
-// A ticker on virtual time, with a separate clock standing in for a pinned time.
+// A ticker on virtual time, with the application's pinnable clock for starts.
 struct Rig {
     explicit Rig(QDateTime start = QDateTime(QDate(2026, 3, 14), QTime(9, 26, 53, 250)))
         : clock(start)
-        , pinned(start)
         , scheduler(&clock) {}
     ManualClock clock;
-    ManualClock pinned;
+    SnapshotClock snapshot{clock};
     ManualScheduler scheduler;
-    TickCoordinator ticker{scheduler, clock, pinned};
+    TickCoordinator ticker{scheduler, clock, snapshot};
 };
 
 struct BeatLog {
@@ -139,7 +139,7 @@ private Q_SLOTS:
         QCOMPARE(pending.size(), size_t(1));
         QCOMPARE(pending.front().interval, 2000ms);
         QCOMPARE(pending.front().due, rig.scheduler.elapsed() + 2000ms);
-        QCOMPARE(rig.ticker.now(), rig.pinned.now());
+        QCOMPARE(rig.ticker.now(), rig.clock.now());
     }
 
     void setIntervalRefusesNonPositive() {
@@ -153,10 +153,11 @@ private Q_SLOTS:
 
     void startTakesTheCurrentTimeAndTicksTakeTheSystemClock() {
         Rig rig;
-        rig.pinned.setNow(QDateTime(QDate(2026, 3, 15), QTime(7, 30)));
+        const QDateTime pin(QDate(2026, 3, 15), QTime(7, 30));
+        rig.snapshot.setPinned(pin);
         rig.ticker.setActive(true);
-        QCOMPARE(rig.ticker.now(), rig.pinned.now());
-        QCOMPARE(rig.ticker.currentTime(), rig.pinned.now());
+        QCOMPARE(rig.ticker.now(), pin);
+        QCOMPARE(rig.ticker.currentTime(), pin);
         QSignalSpy now(&rig.ticker, &TickCoordinator::nowChanged);
         rig.scheduler.advance(3s);
         QCOMPARE(now.size(), 3);
@@ -197,7 +198,6 @@ private Q_SLOTS:
         // While stopped the minute turns over; the restart seeds the new one.
         rig.scheduler.advance(50s);
         QCOMPARE(rig.scheduler.pendingCount(), 0);
-        rig.pinned.setNow(rig.clock.now());
         rig.ticker.setActive(true);
         rig.scheduler.advance(10s);
         QVERIFY(beats.log.isEmpty());

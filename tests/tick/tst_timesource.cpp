@@ -1,6 +1,7 @@
 #include "ManualClock.h"
 #include "ManualScheduler.h"
 #include "tick/MinuteCoordinator.h"
+#include "tick/SnapshotClock.h"
 #include "tick/TickCoordinator.h"
 #include "tick/TimeSource.h"
 
@@ -18,9 +19,9 @@ struct Rig {
     Rig()
         : scheduler(&clock) {}
     ManualClock clock{QDateTime(QDate(2026, 3, 14), QTime(9, 26, 53, 250))};
-    ManualClock pinned{QDateTime(QDate(2026, 3, 14), QTime(9, 26, 53, 250))};
+    SnapshotClock snapshot{clock};
     ManualScheduler scheduler;
-    TickCoordinator ticker{scheduler, clock, pinned};
+    TickCoordinator ticker{scheduler, clock, snapshot};
     MinuteCoordinator minutes{ticker};
 };
 
@@ -65,14 +66,12 @@ private Q_SLOTS:
         rig.ticker.setActive(false);
         const QDateTime stale = rig.minutes.now();
         rig.scheduler.advance(3h);
-        rig.pinned.setNow(rig.clock.now());
         TimeSource source(TimeGrain::Minutes, rig.ticker, rig.minutes);
         QCOMPARE(rig.minutes.now(), stale);
         QCOMPARE(source.time(), rig.clock.now());
 
         // Shown again later, still stopped: appearing takes the current time once more.
         rig.scheduler.advance(2h);
-        rig.pinned.setNow(rig.clock.now());
         QSignalSpy changed(&source, &TimeSource::timeChanged);
         source.reseed();
         QCOMPARE(changed.size(), 1);
@@ -82,7 +81,7 @@ private Q_SLOTS:
     void aPinnedTimeIsWhatViewsStartWith() {
         Rig rig;
         const QDateTime pin(QDate(2026, 3, 15), QTime(7, 30));
-        rig.pinned.setNow(pin);
+        rig.snapshot.setPinned(pin);
         MinuteCoordinator minutes(rig.ticker);
         TimeSource source(TimeGrain::Minutes, rig.ticker, minutes);
         QCOMPARE(minutes.now(), pin);
