@@ -22,6 +22,9 @@ std::unique_ptr<QCoreApplication> makeApplication(ApplicationKind kind, int& arg
         return std::make_unique<QCoreApplication>(argc, argv);
     case ApplicationKind::gui:
         return std::make_unique<QGuiApplication>(argc, argv);
+    case ApplicationKind::offscreen:
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        return std::make_unique<QGuiApplication>(argc, argv);
     case ApplicationKind::widgets:
         return std::make_unique<QApplication>(argc, argv);
     }
@@ -50,6 +53,8 @@ const QList<LaunchStep>& LaunchChain::steps() {
         {"--sizes", 0, core, &runSizesMode},
         {"--counts", 0, core, &runCountsMode},
         {nullptr, 0, core, &runSnapshotTimeStep},
+        {"--snapshot-widget", 1, offscreen, &runSnapshotWidgetMode},
+        {"--snapshot-gallery", 1, offscreen, &runSnapshotGalleryMode},
         {"--list-sizes", 0, core, &runListSizesMode},
     };
     return chain;

@@ -9,6 +9,11 @@ namespace tw {
 std::optional<int> runSizesMode(LaunchContext& context);
 // --counts: "widgets=… sizes=… themes=…".
 std::optional<int> runCountsMode(LaunchContext& context);
+// --snapshot-widget <out.png> --kind K --size S [--theme T] [--dark|--light] [--scale X]
+// [--style S] [--set key=value ...]: one tile drawn off-screen.
+std::optional<int> runSnapshotWidgetMode(LaunchContext& context);
+// --snapshot-gallery <out.png> [--theme T] [--dark|--light] [--scale X]: every kind on one sheet.
+std::optional<int> runSnapshotGalleryMode(LaunchContext& context);
 // --list-sizes: one line of kind and allowed sizes per kind.
 std::optional<int> runListSizesMode(LaunchContext& context);
 // TWK_TIME: pins the clock for whatever follows; never ends the chain.

@@ -13,8 +13,9 @@ namespace tw {
 class Defaults;
 class SnapshotClock;
 
-// The Qt application object a step needs: plain, with pixels, or with windows and widgets.
-enum class ApplicationKind { core, gui, widgets };
+// The Qt application object a step needs: plain, with pixels, with pixels but never a display
+// (pictures), or with windows and widgets.
+enum class ApplicationKind { core, gui, offscreen, widgets };
 
 // What every step may use; made once the application object exists and the language is applied.
 struct LaunchContext {

@@ -137,9 +137,9 @@ void CountdownFace::paint(QPainter& painter, const QRectF& rect, const FaceConte
     }
 
     const qreal titleHeight = std::min<qreal>(rect.height() * 0.2, 20);
-    FaceKit::drawElided(painter, QRectF(rect.left(), rect.top(), rect.width(), titleHeight),
-                        s.title, FaceKit::font(titleHeight * 0.78, QFont::DemiBold),
-                        context.accent(), Qt::AlignLeft | Qt::AlignVCenter);
+    FaceKit::drawFitted(painter, QRectF(rect.left(), rect.top(), rect.width(), titleHeight),
+                        s.title, QFont::DemiBold, context.accent(),
+                        Qt::AlignLeft | Qt::AlignVCenter, titleHeight * 0.78);
     const QRectF body = rect.adjusted(0, titleHeight + 2, 0, 0);
 
     switch (context.size) {
@@ -212,7 +212,8 @@ void CountdownFace::paint(QPainter& painter, const QRectF& rect, const FaceConte
         }
         const qreal unitHeight = column ? b.height() : b.height() * 0.28;
         const QRectF valueRect =
-            column ? b.adjusted(8, 0, -b.width() * 0.45, 0) : b.adjusted(2, 2, -2, -unitHeight);
+            column ? b.adjusted(8, 0, -b.width() * 0.45, 0)
+                   : b.adjusted(b.width() * 0.1, 2, -b.width() * 0.1, -unitHeight);
         const QRectF unitRect =
             column ? b.adjusted(b.width() * 0.58, 0, -8, 0)
                    : QRectF(b.left(), b.bottom() - unitHeight, b.width(), unitHeight * 0.85);
@@ -230,10 +231,10 @@ void CountdownFace::paint(QPainter& painter, const QRectF& rect, const FaceConte
                          p.passed ? 1.0 : progress, context.accent(), track);
     }
     if (withStatus) {
-        FaceKit::drawElided(
+        FaceKit::drawFitted(
             painter, QRectF(body.left(), body.bottom() - statusHeight, body.width(), statusHeight),
-            status, FaceKit::font(statusHeight * 0.72), context.secondary(),
-            Qt::AlignLeft | Qt::AlignVCenter);
+            status, QFont::Normal, context.secondary(), Qt::AlignLeft | Qt::AlignVCenter,
+            statusHeight * 0.72);
     }
 }
 

@@ -72,7 +72,9 @@ void FlipClockFace::paint(QPainter& painter, const QRectF& rect, const FaceConte
     const qreal gap = std::max<qreal>(4, area.width() * 0.035);
     const auto n = static_cast<qreal>(cards.size());
     qreal cardWidth = (area.width() - gap * (n - 1)) / n;
-    const qreal cardHeight = std::min(area.height(), cardWidth * 1.25);
+    // Narrow cards may grow taller, so a small tile still reads from afar.
+    const qreal cardHeight =
+        std::min(area.height(), cardWidth * (context.size == WidgetSize::small ? 1.8 : 1.25));
     cardWidth = std::min(cardWidth, cardHeight * 1.1);
     const qreal total = cardWidth * n + gap * (n - 1);
     qreal x = area.left() + (area.width() - total) / 2;

@@ -68,7 +68,7 @@ void GenericFace::paint(QPainter& painter, const QRectF& rect, const FaceContext
         return;
     }
     if (context.size == WidgetSize::small || context.size == WidgetSize::tall) {
-        const qreal side = std::min(w, h * 0.5) * 0.55;
+        const qreal side = std::min(w, h) * 0.42;
         FaceKit::drawSymbol(painter, context, meta.symbol,
                             QRectF(area.left(), area.top(), side, side), context.accent(), name);
         const QRectF label(area.left(), area.bottom() - 34, w, 34);

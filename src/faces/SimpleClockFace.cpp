@@ -21,8 +21,15 @@ void SimpleClockFace::paint(QPainter& painter, const QRectF& rect,
     const QLocale locale;
 
     if (context.size == WidgetSize::small) {
-        FaceKit::drawFitted(painter, rect, time, QFont::Bold, context.primary(), Qt::AlignCenter,
-                            44);
+        // Hours over minutes: two digits a line read far larger than four in a row.
+        const QString hours = time.section(QLatin1Char(':'), 0, 0);
+        const QString minutes = time.section(QLatin1Char(':'), 1, 1);
+        const QRectF top(rect.left(), rect.top(), rect.width(), rect.height() / 2);
+        const QRectF bottom(rect.left(), rect.center().y(), rect.width(), rect.height() / 2);
+        FaceKit::drawFitted(painter, top, hours, QFont::Bold, context.primary(), Qt::AlignCenter,
+                            top.height() * 1.1);
+        FaceKit::drawFitted(painter, bottom, minutes, QFont::Bold, context.accent(),
+                            Qt::AlignCenter, bottom.height() * 1.1);
         return;
     }
     if (context.size == WidgetSize::wide || context.size == WidgetSize::banner) {

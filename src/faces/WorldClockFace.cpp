@@ -117,6 +117,11 @@ void WorldClockFace::paint(QPainter& painter, const QRectF& rect,
         const QString off = offsetText(c.offset);
         return off.isEmpty() ? dayText(c) : dayText(c) + QStringLiteral(", ") + off;
     };
+    // Where room is short the offset alone says enough, unless the day differs too.
+    auto shortDetail = [&](const City& c) {
+        const QString off = offsetText(c.offset);
+        return off.isEmpty() || c.dayShift != 0 ? detail(c) : off;
+    };
 
     if (context.size == WidgetSize::huge || context.size == WidgetSize::grand) {
         // Dials in a grid: columns by the width, three rows.
@@ -156,18 +161,18 @@ void WorldClockFace::paint(QPainter& painter, const QRectF& rect,
         for (int i = 0; i < n; ++i) {
             const QRectF cell(rect.left() + (i % cols) * cw, rect.top() + (i / cols) * ch, cw, ch);
             const qreal line = ch / 4;
-            FaceKit::drawElided(painter, QRectF(cell.left() + 4, cell.top(), cw - 8, line),
-                                cities.at(i).name, FaceKit::font(line * 0.72, QFont::DemiBold),
+            FaceKit::drawFitted(painter, QRectF(cell.left() + 4, cell.top(), cw - 8, line),
+                                cities.at(i).name, QFont::DemiBold,
                                 i == 0 ? context.accent() : context.secondary(),
-                                Qt::AlignLeft | Qt::AlignVCenter);
+                                Qt::AlignLeft | Qt::AlignVCenter, line * 0.72);
             FaceKit::drawFitted(painter,
                                 QRectF(cell.left() + 4, cell.top() + line, cw - 8, line * 1.9),
                                 timeText(cities.at(i)), QFont::Light, context.primary(),
                                 Qt::AlignLeft | Qt::AlignVCenter, line * 1.7);
-            FaceKit::drawElided(painter,
+            FaceKit::drawFitted(painter,
                                 QRectF(cell.left() + 4, cell.top() + line * 2.95, cw - 8, line),
-                                detail(cities.at(i)), FaceKit::font(line * 0.62),
-                                context.secondary(), Qt::AlignLeft | Qt::AlignVCenter);
+                                shortDetail(cities.at(i)), QFont::Normal, context.secondary(),
+                                Qt::AlignLeft | Qt::AlignVCenter, line * 0.62);
         }
         return;
     }
@@ -176,25 +181,32 @@ void WorldClockFace::paint(QPainter& painter, const QRectF& rect,
     const qreal rh = rect.height() / n;
     for (int i = 0; i < n; ++i) {
         const QRectF row(rect.left(), rect.top() + i * rh, rect.width(), rh);
-        const bool compact = rh < 40;
+        if (rh < 40) {
+            // Small: the name over the time.
+            FaceKit::drawFitted(painter, QRectF(row.left(), row.top(), row.width(), rh * 0.36),
+                                cities.at(i).name, QFont::DemiBold,
+                                i == 0 ? context.accent() : context.secondary(),
+                                Qt::AlignLeft | Qt::AlignVCenter, rh * 0.3);
+            FaceKit::drawFitted(painter,
+                                QRectF(row.left(), row.top() + rh * 0.36, row.width(), rh * 0.6),
+                                timeText(cities.at(i)), QFont::Light, context.primary(),
+                                Qt::AlignLeft | Qt::AlignVCenter, rh * 0.55);
+            continue;
+        }
         const QRectF timeRect(row.left() + row.width() * 0.45, row.top(), row.width() * 0.55,
                               row.height());
         FaceKit::drawFitted(painter, timeRect.adjusted(0, rh * 0.12, 0, -rh * 0.12),
                             timeText(cities.at(i)), QFont::Light, context.primary(),
-                            Qt::AlignRight | Qt::AlignVCenter, compact ? rh * 0.55 : rh * 0.5);
-        const QRectF nameRect(row.left(), row.top(), row.width() * 0.5,
-                              compact ? row.height() : row.height() * 0.55);
-        FaceKit::drawElided(painter, nameRect, cities.at(i).name,
-                            FaceKit::font(compact ? rh * 0.36 : rh * 0.26, QFont::DemiBold),
-                            i == 0 ? context.accent() : context.primary(),
-                            Qt::AlignLeft | (compact ? Qt::AlignVCenter : Qt::AlignBottom));
-        if (!compact) {
-            FaceKit::drawElided(painter,
-                                QRectF(row.left(), row.top() + row.height() * 0.55,
-                                       row.width() * 0.5, row.height() * 0.4),
-                                detail(cities.at(i)), FaceKit::font(rh * 0.2), context.secondary(),
-                                Qt::AlignLeft | Qt::AlignTop);
-        }
+                            Qt::AlignRight | Qt::AlignVCenter, rh * 0.5);
+        FaceKit::drawFitted(
+            painter, QRectF(row.left(), row.top(), row.width() * 0.5, row.height() * 0.55),
+            cities.at(i).name, QFont::DemiBold, i == 0 ? context.accent() : context.primary(),
+            Qt::AlignLeft | Qt::AlignBottom, rh * 0.26);
+        FaceKit::drawFitted(painter,
+                            QRectF(row.left(), row.top() + row.height() * 0.55, row.width() * 0.5,
+                                   row.height() * 0.4),
+                            detail(cities.at(i)), QFont::Normal, context.secondary(),
+                            Qt::AlignLeft | Qt::AlignTop, rh * 0.2);
         if (i > 0) {
             painter.setPen(QPen(context.separator(), 0.5));
             painter.drawLine(QPointF(row.left(), row.top()), QPointF(row.right(), row.top()));

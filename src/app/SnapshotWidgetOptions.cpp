@@ -1,0 +1,58 @@
+#include "app/SnapshotWidgetOptions.h"
+
+#include "app/LaunchArguments.h"
+#include "faces/FaceContext.h"
+#include "look/Theme.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tw {
+
+SnapshotWidgetOptions SnapshotWidgetOptions::parse(const LaunchArguments& arguments) {
+    SnapshotWidgetOptions options;
+    options.kind = arguments.value(QStringLiteral("--kind")).value_or(QString());
+    options.size = arguments.value(QStringLiteral("--size")).value_or(QString());
+    options.themeId = arguments.value(QStringLiteral("--theme")).value_or(QString());
+    // Dark glass is the default; --light wins when both are given.
+    if (arguments.has(QStringLiteral("--light"))) {
+        options.shade = GlassLook::Shade::Light;
+    }
+    if (const std::optional<QString> scale = arguments.value(QStringLiteral("--scale"))) {
+        bool ok = false;
+        const double value = scale->toDouble(&ok);
+        if (ok && std::isfinite(value)) {
+            options.devicePixelRatio = std::clamp(value, 0.5, 4.0);
+        }
+    }
+    if (const std::optional<QString> style = arguments.value(QStringLiteral("--style"))) {
+        options.settings.insert(QStringLiteral("style"), *style);
+    }
+    const QStringList& all = arguments.all();
+    for (qsizetype i = 0; i + 1 < all.size(); ++i) {
+        if (all.at(i) != QLatin1String("--set")) {
+            continue;
+        }
+        const QString& pair = all.at(i + 1);
+        const qsizetype equals = pair.indexOf(QLatin1Char('='));
+        if (equals > 0) {
+            options.settings.insert(pair.left(equals), pair.mid(equals + 1));
+        }
+    }
+    return options;
+}
+
+FaceContext SnapshotWidgetOptions::baseContext(const SymbolProvider& symbols,
+                                               const QDateTime& now) const {
+    FaceContext base;
+    base.theme = Theme::builtIn(themeId).value_or(Theme::defaultTheme());
+    base.glass.shade = shade;
+    base.devicePixelRatio = devicePixelRatio;
+    base.now = now;
+    base.surface = SurfaceFlags::snapshot();
+    base.pace = AnimationPace::paused();
+    base.symbols = &symbols;
+    return base;
+}
+
+} // namespace tw
