@@ -1,0 +1,199 @@
+// The one owner of the desktop's arrangement: loads and heals "grid.json", publishes every change,
+// writes it back at once, keeps stacks consistent and remembers what can be undone.
+#pragma once
+
+#include "grid/DesktopPreset.h"
+#include "grid/LayoutHistory.h"
+#include "model/GridCell.h"
+#include "model/GridLayout.h"
+#include "platform/Displays.h"
+#include "platform/ScheduledTask.h"
+
+#include <QDateTime>
+#include <QHash>
+#include <QObject>
+#include <QPointF>
+#include <QSet>
+#include <QUuid>
+
+#include <chrono>
+#include <optional>
+#include <vector>
+
+namespace tw {
+
+class Clock;
+class CustomStoreHealth;
+class DefinitionCache;
+class Defaults;
+class Displays;
+class Scheduler;
+class WidgetRegistry;
+
+class GridStore : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(tw::GridLayout layout READ layout NOTIFY layoutChanged)
+    Q_PROPERTY(QUuid highlightedID READ highlightedID NOTIFY highlightedIDChanged)
+    Q_PROPERTY(int historyRevision READ historyRevision NOTIFY historyRevisionChanged)
+
+public:
+    // What the store works with; all must outlive it. Only the application's store uses
+    // `defaults`; without `displays` there is no screen; without `customHealth` the custom widget
+    // store counts as unreadable, so custom widgets without a definition are kept.
+    struct Services {
+        const Clock& clock;
+        Scheduler& scheduler;
+        const WidgetRegistry& registry;
+        Defaults* defaults = nullptr;
+        const Displays* displays = nullptr;
+        const CustomStoreHealth* customHealth = nullptr;
+    };
+
+    struct AppendResult {
+        QList<WidgetInstance> placed;
+        QList<WidgetInstance> refused;
+    };
+
+    static constexpr std::chrono::milliseconds highlightDuration{2200};
+    // Distance from the screen's top-left corner of a preset's first cell, and a cell's pitch.
+    static constexpr double presetInset = 48;
+    static constexpr double presetPitch = 108;
+    // How far a widget taken out of a stack moves right and down.
+    static constexpr double stackExitOffset = 40;
+
+    // The application's store on "grid.json" in the data directory: a missing file is a first
+    // start, and saves tell the topology memory (saved()) and write user defaults.
+    explicit GridStore(const Services& services, QObject* parent = nullptr);
+    // A store on `fileURL` (previews, imports): no first start, no shared state.
+    GridStore(const Services& services, const QString& fileURL, QObject* parent = nullptr);
+    ~GridStore() override;
+
+    const GridLayout& layout() const { return m_layout; }
+    QUuid highlightedID() const { return m_highlightedID; }
+    std::optional<QDateTime> lastSavedAt() const { return m_lastSavedAt; }
+    QString fileURL() const { return m_fileURL; }
+    bool ownsSharedState() const { return m_ownsSharedState; }
+
+    // The page's instances: placed ones by row and column, then the unplaced by creation order.
+    QList<WidgetInstance> instances(int page) const;
+    // The lowest row reached by a placed instance of the page, held to 3 ... 10.
+    int displayRows(int page) const;
+    // Instances of exactly this kind string.
+    int instanceCount(const QString& kind) const;
+    std::optional<WidgetInstance> instance(const QUuid& id) const;
+
+    // Adds one widget, without a desktop position unless `origin` is given. Nothing when the kind
+    // is unknown or at its maximum. A further one of a kind leaves the content settings behind.
+    std::optional<WidgetInstance> addFree(const QString& kind,
+                                          std::optional<WidgetSize> size = std::nullopt,
+                                          std::optional<WidgetSettings> settings = std::nullopt,
+                                          std::optional<QPointF> origin = std::nullopt);
+    void remove(const QUuid& id);
+    // Removes every instance of the kind and gives how many there were.
+    int removeAll(const QString& kind);
+    // Heals and takes the whole layout; this can't be undone.
+    void replaceLayout(const GridLayout& layout);
+
+    enum class Replacing { no, yes };
+    // Adds the preset's entries below the main screen's top-left corner; gives the count added.
+    int apply(const DesktopPreset& preset, Replacing replacing);
+    // Adds foreign instances as they stand, refusing unknown kinds and kinds at their maximum.
+    AppendResult append(const QList<WidgetInstance>& instances, Replacing replacing);
+    // Points out an instance for a while.
+    void highlight(const QUuid& id);
+    // Writes the file and records history; a failed write is logged and changes nothing.
+    void save();
+
+    // Where a new tile of this kind lands on `screen` (else the main screen, else the first):
+    // its (posX, posY), or nothing on a full screen, for a tile too large, or without a screen.
+    std::optional<QPointF> freeSpot(const QString& kind, WidgetSize size,
+                                    const std::optional<WidgetSettings>& settings,
+                                    const std::optional<ScreenInfo>& screen = std::nullopt) const;
+    // Moves a tile, and the whole stack it is in, then saves.
+    void updatePosition(const QUuid& id, double x, double y);
+
+    // Stacks: members sorted by stackIndex; the rhythm in seconds (0 when unknown).
+    QList<WidgetInstance> stackMembers(const QUuid& stackID) const;
+    int stackSeconds(const QUuid& stackID) const;
+    void setStackSeconds(const QUuid& stackID, int seconds);
+    // Puts `dragged` (with its whole stack, if any) on top of `onto`'s stack. Nothing for equal
+    // ids, unknown ids, members of one stack already, or widgets of different sizes.
+    void groupIntoStack(const QUuid& dragged, const QUuid& onto);
+    // Takes one widget out, 40 right and 40 down; a stack of one left dissolves.
+    void removeFromStack(const QUuid& id);
+    // Renumbers a stack 0, 1, 2 ... keeping its order.
+    void normalizeStack(const QUuid& stackID);
+    // Clears the stack fields of the instance at an index of layout().instances.
+    void detach(int index);
+
+    // History: false when there is nothing to go back (forward) to.
+    bool undo();
+    bool redo();
+    bool canUndo() const { return m_history.canUndo(); }
+    bool canRedo() const { return m_history.canRedo(); }
+    void resetHistory();
+    int historyRevision() const { return m_historyRevision; }
+
+    // The size from `sizes` nearest to `wanted`: least distance in columns plus rows, then the
+    // nearest aspect ratio, then the fewest cells; the first of full ties; `wanted` if empty.
+    static WidgetSize nearest(WidgetSize wanted, const QList<WidgetSize>& sizes);
+    static QSet<GridCell> cellsCovered(int col, int row, WidgetSize size);
+    // The first origin, row by row from the top-left, whose cells are all free.
+    static std::optional<GridCell> freeSlot(const QSet<GridCell>& occupied, WidgetSize size);
+
+Q_SIGNALS:
+    void layoutChanged();
+    void highlightedIDChanged();
+    void historyRevisionChanged();
+    // Every save of the application's store, written or not, with the layout being saved; the
+    // topology memory remembers from it where each tile stands on the current displays.
+    void saved(const tw::GridLayout& layout);
+
+private:
+    enum class SharedState { owned, none };
+
+    GridStore(const Services& services, const QString& fileURL, SharedState sharedState,
+              QObject* parent);
+    GridLayout load();
+
+    // Healing, on a layout that nobody observes yet. The cache asks for each kind once.
+    void heal(GridLayout& layout) const;
+    void dropUnknownKinds(GridLayout& layout, DefinitionCache& definitions) const;
+    static void snapRetiredSizes(GridLayout& layout, DefinitionCache& definitions);
+    static void normalizePlacements(GridLayout& layout);
+    // Placed ones by row, then column, before unplaced ones; unplaced ones by order.
+    static bool placementOrder(const WidgetInstance& a, const WidgetInstance& b);
+    static void detach(GridLayout& layout, int index);
+    static void normalizeStack(GridLayout& layout, const QUuid& stackID);
+    // After members left: one left over is detached, more are renumbered.
+    static void repairStack(GridLayout& layout, const QUuid& stackID);
+
+    void setLayout(GridLayout layout);
+    int indexOf(const QUuid& id) const;
+    int nextOrder() const;
+    std::optional<ScreenInfo> mainScreen() const;
+
+    void recordHistory();
+    void applyHistory(const GridLayout& layout);
+    void bumpHistoryRevision();
+
+    const Clock& m_clock;
+    Scheduler& m_scheduler;
+    const WidgetRegistry& m_registry;
+    Defaults* m_defaults;
+    const Displays* m_displays;
+    const CustomStoreHealth* m_customHealth;
+
+    GridLayout m_layout;
+    QUuid m_highlightedID;
+    std::optional<QDateTime> m_lastSavedAt;
+    const QString m_fileURL;
+    const bool m_ownsSharedState;
+
+    LayoutHistory m_history;
+    bool m_applyingHistory = false;
+    int m_historyRevision = 0;
+    std::vector<ScheduledTask> m_highlightTasks;
+};
+
+} // namespace tw

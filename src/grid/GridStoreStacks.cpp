@@ -1,0 +1,201 @@
+// GridStore: stacks (several widgets of one size in one spot) and moving tiles on the desktop.
+#include "grid/GridStore.h"
+
+#include <QLocale>
+
+#include <algorithm>
+#include <limits>
+
+namespace tw {
+
+namespace {
+const QString kStackSeconds = QStringLiteral("stackSeconds");
+
+int stackOrder(const WidgetInstance& instance) {
+    return instance.stackIndex.value_or(std::numeric_limits<int>::max());
+}
+} // namespace
+
+void GridStore::detach(GridLayout& layout, int index) {
+    if (index < 0 || index >= layout.instances.size()) {
+        return;
+    }
+    WidgetInstance& instance = layout.instances[index];
+    instance.stackID.reset();
+    instance.stackIndex.reset();
+}
+
+void GridStore::normalizeStack(GridLayout& layout, const QUuid& stackID) {
+    QList<qsizetype> members;
+    for (qsizetype i = 0; i < layout.instances.size(); ++i) {
+        if (layout.instances.at(i).stackID == stackID) {
+            members.append(i);
+        }
+    }
+    std::stable_sort(members.begin(), members.end(), [&](qsizetype a, qsizetype b) {
+        return stackOrder(layout.instances.at(a)) < stackOrder(layout.instances.at(b));
+    });
+    for (qsizetype n = 0; n < members.size(); ++n) {
+        layout.instances[members.at(n)].stackIndex = static_cast<int>(n);
+    }
+}
+
+void GridStore::repairStack(GridLayout& layout, const QUuid& stackID) {
+    QList<int> members;
+    for (qsizetype i = 0; i < layout.instances.size(); ++i) {
+        if (layout.instances.at(i).stackID == stackID) {
+            members.append(static_cast<int>(i));
+        }
+    }
+    if (members.size() == 1) {
+        detach(layout, members.first());
+    } else if (members.size() > 1) {
+        normalizeStack(layout, stackID);
+    }
+}
+
+void GridStore::detach(int index) {
+    GridLayout next = m_layout;
+    detach(next, index);
+    setLayout(std::move(next));
+}
+
+void GridStore::normalizeStack(const QUuid& stackID) {
+    GridLayout next = m_layout;
+    normalizeStack(next, stackID);
+    setLayout(std::move(next));
+}
+
+QList<WidgetInstance> GridStore::stackMembers(const QUuid& stackID) const {
+    QList<WidgetInstance> members;
+    for (const WidgetInstance& instance : m_layout.instances) {
+        if (instance.stackID == stackID) {
+            members.append(instance);
+        }
+    }
+    std::stable_sort(members.begin(), members.end(),
+                     [](const WidgetInstance& a, const WidgetInstance& b) {
+                         return stackOrder(a) < stackOrder(b);
+                     });
+    return members;
+}
+
+int GridStore::stackSeconds(const QUuid& stackID) const {
+    for (const WidgetInstance& member : stackMembers(stackID)) {
+        if (const std::optional<QString> text = member.setting(kStackSeconds)) {
+            bool ok = false;
+            const int seconds = text->trimmed().toInt(&ok);
+            if (ok) {
+                return seconds;
+            }
+        }
+    }
+    return 0;
+}
+
+void GridStore::setStackSeconds(const QUuid& stackID, int seconds) {
+    GridLayout next = m_layout;
+    bool any = false;
+    for (WidgetInstance& instance : next.instances) {
+        if (instance.stackID == stackID) {
+            if (!instance.settings) {
+                instance.settings.emplace();
+            }
+            instance.settings->insert(kStackSeconds, QString::number(seconds));
+            any = true;
+        }
+    }
+    if (!any) {
+        return;
+    }
+    setLayout(std::move(next));
+    save();
+}
+
+void GridStore::groupIntoStack(const QUuid& dragged, const QUuid& onto) {
+    const int draggedIndex = indexOf(dragged);
+    const int targetIndex = indexOf(onto);
+    if (dragged == onto || draggedIndex < 0 || targetIndex < 0) {
+        return;
+    }
+    GridLayout next = m_layout;
+    WidgetInstance& target = next.instances[targetIndex];
+    const WidgetInstance& moving = next.instances.at(draggedIndex);
+    // One stack, one size: a drop of another size never gets here, and a call must not break it.
+    if ((moving.stackID && moving.stackID == target.stackID) || moving.size != target.size) {
+        return;
+    }
+    if (!target.stackID) {
+        target.stackID = QUuid::createUuid();
+        target.stackIndex = 0;
+    }
+    const QUuid stackID = *target.stackID;
+    const std::optional<double> posX = target.posX;
+    const std::optional<double> posY = target.posY;
+
+    QList<QUuid> movers;
+    if (moving.stackID) {
+        for (const WidgetInstance& member : stackMembers(*moving.stackID)) {
+            movers.append(member.id);
+        }
+    } else {
+        movers.append(dragged);
+    }
+    int nextIndex = -1;
+    for (const WidgetInstance& instance : std::as_const(next.instances)) {
+        if (instance.stackID == stackID) {
+            nextIndex = std::max(nextIndex, instance.stackIndex.value_or(0));
+        }
+    }
+    for (const QUuid& id : std::as_const(movers)) {
+        const auto it = std::find_if(next.instances.begin(), next.instances.end(),
+                                     [&](const WidgetInstance& i) { return i.id == id; });
+        it->stackID = stackID;
+        it->stackIndex = ++nextIndex;
+        it->posX = posX;
+        it->posY = posY;
+    }
+    normalizeStack(next, stackID);
+    setLayout(std::move(next));
+    save();
+}
+
+void GridStore::removeFromStack(const QUuid& id) {
+    const int index = indexOf(id);
+    if (index < 0 || !m_layout.instances.at(index).stackID) {
+        return;
+    }
+    GridLayout next = m_layout;
+    const QUuid stackID = *next.instances.at(index).stackID;
+    detach(next, index);
+    repairStack(next, stackID);
+    WidgetInstance& taken = next.instances[index];
+    if (taken.posX && taken.posY) {
+        // Beside the stack rather than on it; the desktop's overlap pass tidies a collision.
+        taken.posX = *taken.posX + stackExitOffset;
+        taken.posY = *taken.posY - stackExitOffset;
+    }
+    setLayout(std::move(next));
+    save();
+}
+
+void GridStore::updatePosition(const QUuid& id, double x, double y) {
+    const int index = indexOf(id);
+    if (index < 0) {
+        return;
+    }
+    GridLayout next = m_layout;
+    const std::optional<QUuid> stackID = next.instances.at(index).stackID;
+    for (qsizetype i = 0; i < next.instances.size(); ++i) {
+        WidgetInstance& instance = next.instances[i];
+        // A stack moves as one.
+        if (i == index || (stackID && instance.stackID == stackID)) {
+            instance.posX = x;
+            instance.posY = y;
+        }
+    }
+    setLayout(std::move(next));
+    save();
+}
+
+} // namespace tw

@@ -1,0 +1,472 @@
+#include "FaultShim.h"
+#include "GridFixture.h"
+#include "LayoutDump.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+#include <cerrno>
+
+using namespace tw;
+using namespace tw::test;
+using Instances = QList<WidgetInstance>;
+using Sizes = QList<WidgetSize>;
+Q_DECLARE_METATYPE(Instances)
+Q_DECLARE_METATYPE(Sizes)
+Q_DECLARE_METATYPE(WidgetSize)
+
+namespace {
+const QString kCustom = QStringLiteral("custom.6F1C2D1E-0B7A-4D59-9E0C-3A1B2C3D4E5F");
+const QString kGoneCustom = QStringLiteral("custom.00000000-0000-4000-8000-000000000001");
+const QUuid kStackA = QUuid::fromString(QStringLiteral("{A0000000-0000-4000-8000-000000000000}"));
+
+GridLayout layoutOf(const Instances& instances) {
+    GridLayout layout;
+    layout.instances = instances;
+    return layout;
+}
+
+WidgetInstance withSetting(WidgetInstance instance, const QString& key, const QString& value) {
+    if (!instance.settings) {
+        instance.settings.emplace();
+    }
+    instance.settings->insert(key, value);
+    return instance;
+}
+} // namespace
+
+class TestGridStore : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void cleanup() { twfault_disarm(); }
+
+    void firstStartWritesNothingUntilTheFirstChange() {
+        GridFixture f;
+        auto store = f.appStore();
+        QCOMPARE(dump(store->layout()),
+                 (strings({"clock large 0,0", "calendar large 2,0", "weather wide 0,2"})));
+        QCOMPARE(f.files(), QStringList());
+        QVERIFY(!store->canUndo());
+        store->addFree(QStringLiteral("moon"));
+        QCOMPARE(f.files(), QStringList{QStringLiteral("grid.json")});
+        auto again = f.appStore();
+        QCOMPARE(again->layout().instances.size(), 4);
+        QCOMPARE(again->layout().instances.last().id, store->layout().instances.last().id);
+    }
+
+    void anExplicitStoreOnAMissingFileIsEmpty() {
+        GridFixture f;
+        auto store = f.fileStore(f.dir.filePath(QStringLiteral("preview.json")));
+        QCOMPARE(store->layout(), GridLayout::defaultLayout());
+        QVERIFY(!store->ownsSharedState());
+        QCOMPARE(f.files(), QStringList());
+    }
+
+    void anUnreadableFileIsSetAsideOnce_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("not JSON") << QByteArray("{\"instances\": [");
+        QTest::newRow("no instances") << QByteArray("{\"pageCount\": 2}");
+        QTest::newRow("an array") << QByteArray("[1, 2]");
+        QTest::newRow("empty file") << QByteArray();
+        QTest::newRow("invalid UTF-8") << QByteArray("{\"instances\": [], \"x\": \"\xff\"}");
+    }
+    void anUnreadableFileIsSetAsideOnce() {
+        QFETCH(QByteArray, bytes);
+        GridFixture f;
+        f.writeGrid(bytes);
+        auto store = f.appStore();
+        QCOMPARE(store->layout(), GridLayout::defaultLayout());
+        const QStringList files = f.files();
+        QCOMPARE(files.size(), 1);
+        QVERIFY(files.first().startsWith(QStringLiteral("grid.2026-03-14-0926")));
+        QVERIFY(files.first().endsWith(QStringLiteral(".corrupt")));
+        QCOMPARE(QFile(f.dir.filePath(files.first())).size(), bytes.size());
+        store.reset();
+        auto second = f.appStore();
+        QCOMPARE(f.files(), files);
+    }
+
+    void aBadInstanceCostsOnlyItself() {
+        GridFixture f;
+        f.writeGrid(QByteArray(R"({"instances":[{"kind":"clock","size":"enormous"},
+            {"kind":"moon","size":"small","col":3,"row":4}],"pageCount":1})"));
+        auto store = f.appStore();
+        QCOMPARE(dump(store->layout()), strings({"moon small 3,4"}));
+        QCOMPARE(f.files(), QStringList{QStringLiteral("grid.json")});
+    }
+
+    // What the load makes of a stored layout, instance by instance.
+    void healsAtLoad_data() {
+        QTest::addColumn<Instances>("stored");
+        QTest::addColumn<bool>("customStoreHealthy");
+        QTest::addColumn<QStringList>("healed");
+        const auto clock = [](int col, int row) {
+            return makeInstance(QStringLiteral("clock"), WidgetSize::large, col, row);
+        };
+        QTest::newRow("unknown kinds go, the retired alias stays")
+            << Instances{makeInstance(QStringLiteral("fax"), WidgetSize::small, 0, 0),
+                         makeInstance(QStringLiteral("analogclock"), WidgetSize::small, 0, 0)}
+            << true << strings({"analogclock small 0,0"});
+        QTest::newRow("an unknown custom kind goes while its store is healthy")
+            << Instances{makeInstance(kGoneCustom, WidgetSize::small, 0, 0),
+                         makeInstance(kCustom, WidgetSize::small, 1, 0)}
+            << true << QStringList{kCustom + QStringLiteral(" small 1,0")};
+        QTest::newRow("and stays while it is unreadable")
+            << Instances{makeInstance(kGoneCustom, WidgetSize::small, 0, 0),
+                         makeInstance(kCustom, WidgetSize::small, 1, 0)}
+            << false
+            << QStringList{kGoneCustom + QStringLiteral(" small 0,0"),
+                           kCustom + QStringLiteral(" small 1,0")};
+        // clock lost tall: small and large are both 1 away with equal ratios; small has fewer
+        // cells.
+        QTest::newRow("a retired size moves to the nearest and leaves its stack")
+            << Instances{stacked(at(makeInstance(QStringLiteral("clock"), WidgetSize::tall, 0, 0),
+                                    10, 500),
+                                 kStackA, 0),
+                         stacked(at(makeInstance(QStringLiteral("stocks"), WidgetSize::tall, 1, 0),
+                                    10, 500),
+                                 kStackA, 1),
+                         stacked(at(makeInstance(QStringLiteral("stocks"), WidgetSize::tall, 2, 0),
+                                    10, 500),
+                                 kStackA, 2)}
+            << true
+            << strings({"clock small 0,0 at 10,500", "stocks tall 1,0 stack A#0 at 10,500",
+                        "stocks tall 2,0 stack A#1 at 10,500"});
+        QTest::newRow("a stack of two that loses one dissolves")
+            << Instances{stacked(makeInstance(QStringLiteral("fax"), WidgetSize::small, 0, 0),
+                                 kStackA, 0),
+                         stacked(makeInstance(QStringLiteral("moon"), WidgetSize::small, 1, 0),
+                                 kStackA, 1)}
+            << true << strings({"moon small 1,0"});
+        QTest::newRow("stack indices close their gaps")
+            << Instances{stacked(makeInstance(QStringLiteral("moon"), WidgetSize::small, 0, 0),
+                                 kStackA, 5),
+                         stacked(makeInstance(QStringLiteral("clock"), WidgetSize::small, 1, 0),
+                                 kStackA, 0),
+                         stacked(makeInstance(QStringLiteral("battery"), WidgetSize::small, 2, 0),
+                                 kStackA, 2)}
+            << true
+            << strings({"moon small 0,0 stack A#2", "clock small 1,0 stack A#0",
+                        "battery small 2,0 stack A#1"});
+        QTest::newRow("a retired lock size moves too; nonsense stays")
+            << Instances{withSetting(clock(0, 0), QStringLiteral("lockSize"),
+                                     QStringLiteral("huge")),
+                         withSetting(clock(2, 0), QStringLiteral("lockSize"),
+                                     QStringLiteral("wide")),
+                         withSetting(clock(4, 0), QStringLiteral("lockSize"),
+                                     QStringLiteral("vast"))}
+            << true
+            << strings({"clock large 0,0 lock wideTall", "clock large 2,0 lock wide",
+                        "clock large 4,0 lock vast"});
+        QTest::newRow("a collision: the lower row keeps the cell")
+            << Instances{clock(1, 1), clock(0, 0)} << true
+            << strings({"clock large 2,0", "clock large 0,0"});
+        QTest::newRow("off the grid's edge: to the first free slot")
+            << Instances{clock(0, 0),
+                         makeInstance(QStringLiteral("weather"), WidgetSize::wide, 7, 0),
+                         clock(0, 9)}
+            << true << strings({"clock large 0,0", "weather wide 2,0", "clock large 4,0"});
+        QTest::newRow("unplaced ones fill free slots by creation order")
+            << Instances{makeInstance(QStringLiteral("moon"), WidgetSize::small, -1, -1, 2),
+                         makeInstance(QStringLiteral("clock"), WidgetSize::small, -1, -1, 1),
+                         makeInstance(QStringLiteral("battery"), WidgetSize::small, 0, 0, 0)}
+            << true << strings({"moon small 2,0", "clock small 1,0", "battery small 0,0"});
+    }
+    void healsAtLoad() {
+        QFETCH(Instances, stored);
+        QFETCH(bool, customStoreHealthy);
+        QFETCH(QStringList, healed);
+        GridFixture f;
+        f.custom.sizes.insert(kCustom, {WidgetSize::small, WidgetSize::large});
+        f.custom.healthy = customStoreHealthy;
+        const GridLayout layout = layoutOf(stored);
+        f.writeGrid(layout);
+        auto store = f.appStore();
+        QCOMPARE(dump(store->layout()), healed);
+        // Healing is not written back, and can't be undone.
+        QCOMPARE(f.readGrid(), layout.toJsonText());
+        QVERIFY(!store->undo());
+    }
+
+    void aFullGridLeavesTheRestUnplacedWhereTheyStand() {
+        GridFixture f;
+        f.custom.sizes.insert(kCustom, {WidgetSize::grand});
+        // Six grand tiles fill rows 0 to 8; only row 9 is left.
+        Instances stored;
+        for (int i = 0; i < 6; ++i) {
+            stored << makeInstance(i < 3 ? QStringLiteral("weather") : kCustom, WidgetSize::grand,
+                                   (i % 2) * 4, (i / 2) * 3);
+        }
+        // Two rows high, it overflows from row 9 and finds no other slot.
+        stored << at(makeInstance(QStringLiteral("clock"), WidgetSize::large, 0, 9), 300, 700);
+        stored << makeInstance(QStringLiteral("moon"), WidgetSize::small, 3, 9);
+        f.writeGrid(layoutOf(stored));
+        auto store = f.appStore();
+        const QStringList lines = dump(store->layout());
+        QCOMPARE(lines.at(5), kCustom + QStringLiteral(" grand 4,6"));
+        QCOMPARE(lines.at(6), QStringLiteral("clock large -1,-1 at 300,700"));
+        QCOMPARE(lines.at(7), QStringLiteral("moon small 3,9"));
+    }
+
+    void nearest_data() {
+        QTest::addColumn<WidgetSize>("wanted");
+        QTest::addColumn<Sizes>("sizes");
+        QTest::addColumn<WidgetSize>("expected");
+        using S = WidgetSize;
+        QTest::newRow("empty list") << S::huge << Sizes{} << S::huge;
+        QTest::newRow("exact") << S::wide << Sizes{S::small, S::wide} << S::wide;
+        QTest::newRow("least distance")
+            << S::grand << Sizes{S::small, S::huge, S::large} << S::huge;
+        QTest::newRow("equal distance: nearer ratio")
+            << S::banner << Sizes{S::large, S::panorama} << S::panorama;
+        QTest::newRow("equal ratio: fewer cells")
+            << S::tall << Sizes{S::large, S::small} << S::small;
+        QTest::newRow("full tie: the first") << S::large << Sizes{S::tall, S::wide} << S::tall;
+    }
+    void nearest() {
+        QFETCH(WidgetSize, wanted);
+        QFETCH(Sizes, sizes);
+        QFETCH(WidgetSize, expected);
+        QCOMPARE(GridStore::nearest(wanted, sizes), expected);
+    }
+
+    void pagesAndRows() {
+        GridFixture f;
+        WidgetInstance onSecond = makeInstance(QStringLiteral("moon"), WidgetSize::small, 0, 0);
+        onSecond.page = 1;
+        f.writeGrid(layoutOf({makeInstance(QStringLiteral("clock"), WidgetSize::large, 5, 4, 3),
+                              makeInstance(QStringLiteral("battery"), WidgetSize::small, -1, -1, 1),
+                              makeInstance(QStringLiteral("calendar"), WidgetSize::small, 0, 4, 9),
+                              onSecond}));
+        auto store = f.appStore();
+        QStringList kinds;
+        for (const WidgetInstance& i : store->instances(0)) {
+            kinds << i.kind;
+        }
+        // The unplaced battery took the first free cell at load.
+        QCOMPARE(kinds, (strings({"battery", "calendar", "clock"})));
+        QCOMPARE(store->displayRows(0), 6);
+        QCOMPARE(store->displayRows(1), 3);
+        QCOMPARE(store->displayRows(7), 3);
+        QCOMPARE(store->layout().pageCount, 2);
+    }
+
+    void addFree() {
+        GridFixture f;
+        f.writeGrid(layoutOf({}));
+        auto store = f.appStore();
+        const auto first =
+            store->addFree(QStringLiteral("stickynote"), std::nullopt,
+                           settingsOf({{"text", "milk"}, {"color", "yellow"}}), QPointF(100, 700));
+        QVERIFY(first);
+        QCOMPARE(first->size, WidgetSize::large);
+        QCOMPARE(first->order, 0);
+        QCOMPARE(first->posX, 100.0);
+        QCOMPARE(first->posY, 700.0);
+        QCOMPARE(first->setting(QStringLiteral("text")), QStringLiteral("milk"));
+        // A copy keeps the look and leaves the content behind.
+        const auto copy =
+            store->addFree(QStringLiteral("stickynote"), WidgetSize::tall, first->settings);
+        QVERIFY(copy);
+        QCOMPARE(copy->size, WidgetSize::tall);
+        QCOMPARE(copy->order, 1);
+        QCOMPARE(copy->settings, (settingsOf({{"color", "yellow"}})));
+        QVERIFY(!copy->posX);
+        // Only content: nothing left, stored as no settings at all.
+        const auto bare = store->addFree(QStringLiteral("stickynote"), std::nullopt,
+                                         settingsOf({{"text", "eggs"}}));
+        QVERIFY(!bare->settings);
+        QCOMPARE(store->layout().instances.size(), 3);
+        QCOMPARE(GridLayout::fromJsonText(f.readGrid())->instances, store->layout().instances);
+    }
+
+    void addFreeRefuses_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<int>("present");
+        QTest::newRow("unknown kind") << "fax" << 0;
+        QTest::newRow("calendar at its one") << "calendar" << 1;
+        QTest::newRow("stocks at its six") << "stocks" << 6;
+        QTest::newRow("custom at its five") << kCustom << 5;
+    }
+    void addFreeRefuses() {
+        QFETCH(QString, kind);
+        QFETCH(int, present);
+        GridFixture f;
+        f.custom.sizes.insert(kCustom, {WidgetSize::small});
+        Instances stored;
+        for (int i = 0; i < present; ++i) {
+            stored << makeInstance(kind, WidgetSize::small);
+        }
+        f.writeGrid(layoutOf(stored));
+        const QByteArray before = f.readGrid();
+        auto store = f.appStore();
+        QSignalSpy changes(store.get(), &GridStore::layoutChanged);
+        QVERIFY(!store->addFree(kind));
+        QCOMPARE(changes.count(), 0);
+        QCOMPARE(f.readGrid(), before);
+        QVERIFY(!store->canUndo());
+    }
+
+    void weatherByHandKeepsTheAutomaticPlacementAway() {
+        GridFixture f;
+        const QString key = QStringLiteral("tarnwick.weather.userPlaced");
+        auto preview = f.fileStore(f.dir.filePath(QStringLiteral("p.json")));
+        preview->addFree(QStringLiteral("weather"));
+        QVERIFY(!f.defaults.contains(key));
+        auto store = f.appStore();
+        store->addFree(QStringLiteral("moon"));
+        QVERIFY(!f.defaults.contains(key));
+        store->addFree(QStringLiteral("weather"));
+        QCOMPARE(f.defaults.value(key), QVariant(true));
+    }
+
+    void removeAndRemoveAll() {
+        GridFixture f;
+        f.writeGrid(
+            layoutOf({stacked(makeInstance(QStringLiteral("stocks"), WidgetSize::wide), kStackA, 0),
+                      stacked(makeInstance(QStringLiteral("stocks"), WidgetSize::wide), kStackA, 1),
+                      makeInstance(QStringLiteral("moon"), WidgetSize::small),
+                      makeInstance(QStringLiteral("stocks"), WidgetSize::small)}));
+        auto store = f.appStore();
+        store->remove(QUuid::createUuid());
+        QVERIFY(!store->canUndo());
+        store->remove(store->layout().instances.first().id);
+        QVERIFY(!store->layout().instances.first().inStack());
+        QCOMPARE(store->removeAll(QStringLiteral("stocks")), 2);
+        QCOMPARE(dump(store->layout()), strings({"moon small 4,0"}));
+        QCOMPARE(store->removeAll(QStringLiteral("stocks")), 0);
+        QCOMPARE(GridLayout::fromJsonText(f.readGrid())->instances, store->layout().instances);
+    }
+
+    void replaceLayoutHealsAndCannotBeUndone() {
+        GridFixture f;
+        auto store = f.appStore();
+        store->addFree(QStringLiteral("moon"));
+        QVERIFY(store->canUndo());
+        store->replaceLayout(
+            layoutOf({makeInstance(QStringLiteral("fax"), WidgetSize::small, 0, 0),
+                      makeInstance(QStringLiteral("clock"), WidgetSize::tall, 0, 0)}));
+        QCOMPARE(dump(store->layout()), strings({"clock small 0,0"}));
+        QCOMPARE(GridLayout::fromJsonText(f.readGrid())->instances, store->layout().instances);
+        QVERIFY(!store->undo());
+    }
+
+    void applyPreset() {
+        GridFixture f;
+        f.writeGrid(layoutOf({makeInstance(QStringLiteral("calendar"), WidgetSize::large)}));
+        auto store = f.appStore();
+        DesktopPreset preset;
+        preset.entries = {
+            {QStringLiteral("clock"), WidgetSize::large, 0, 0, {}},
+            {QStringLiteral("fax"), WidgetSize::small, 2, 0, {}},
+            {QStringLiteral("calendar"), WidgetSize::large, 2, 0, {}},
+            {QStringLiteral("moon"), WidgetSize::small, 2, 1, settingsOf({{"a", "b"}})},
+            {QStringLiteral("moon"), WidgetSize::small, 3, 1, {}}};
+        QCOMPARE(store->apply(preset, GridStore::Replacing::no), 2);
+        // Below the main screen's top-left (0, 875) by 48, one cell every 108.
+        QCOMPARE(dump(store->layout()), (strings({"calendar large 0,0", "clock large 0,0 at 48,827",
+                                                  "moon small 2,1 at 264,719"})));
+        QCOMPARE(store->layout().instances.at(2).order, 2);
+        QCOMPARE(store->apply(preset, GridStore::Replacing::yes), 3);
+        QCOMPARE(store->layout().instances.size(), 3);
+
+        f.displays.setScreens({});
+        store->replaceLayout(GridLayout::defaultLayout());
+        QCOMPARE(store->apply(preset, GridStore::Replacing::no), 3);
+        QCOMPARE(store->layout().instances.first().posY, 900.0 - 48);
+    }
+
+    void appendForeignInstances() {
+        GridFixture f;
+        f.custom.sizes.insert(kCustom, {WidgetSize::small});
+        f.writeGrid(layoutOf({makeInstance(QStringLiteral("calendar"), WidgetSize::large)}));
+        auto store = f.appStore();
+        const WidgetInstance moon =
+            at(makeInstance(QStringLiteral("moon"), WidgetSize::wide, 3, 3), 5, 6);
+        Instances incoming{moon, makeInstance(QStringLiteral("calendar"), WidgetSize::small),
+                           makeInstance(kCustom, WidgetSize::small),
+                           makeInstance(kGoneCustom, WidgetSize::small),
+                           makeInstance(QStringLiteral("moon"), WidgetSize::small)};
+        const auto result = store->append(incoming, GridStore::Replacing::no);
+        QCOMPARE(result.placed, (Instances{incoming.at(0), incoming.at(2)}));
+        QCOMPARE(result.refused, (Instances{incoming.at(1), incoming.at(3), incoming.at(4)}));
+        QCOMPARE(store->layout().instances.at(1), moon);
+        const auto replaced = store->append({incoming.at(1)}, GridStore::Replacing::yes);
+        QCOMPARE(replaced.placed.size(), 1);
+        QCOMPARE(store->layout().instances, Instances{incoming.at(1)});
+    }
+
+    void highlightClearsAfterItsTime() {
+        GridFixture f;
+        auto store = f.appStore();
+        const QUuid a = store->layout().instances.at(0).id;
+        const QUuid b = store->layout().instances.at(1).id;
+        QSignalSpy spy(store.get(), &GridStore::highlightedIDChanged);
+        store->highlight(a);
+        QCOMPARE(store->highlightedID(), a);
+        f.scheduler.advance(std::chrono::milliseconds(1000));
+        store->highlight(b);
+        // The first task runs at 2.2 s and finds another id: it leaves it.
+        f.scheduler.advance(std::chrono::milliseconds(1300));
+        QCOMPARE(store->highlightedID(), b);
+        f.scheduler.advance(std::chrono::milliseconds(900));
+        QCOMPARE(store->highlightedID(), QUuid());
+        QCOMPARE(spy.count(), 3);
+    }
+
+    void saveStampsTheFileNotTheLiveLayout() {
+        GridFixture f;
+        auto store = f.appStore();
+        QSignalSpy saved(store.get(), &GridStore::saved);
+        QVERIFY(!store->lastSavedAt());
+        store->addFree(QStringLiteral("moon"));
+        QCOMPARE(store->lastSavedAt(), f.clock.now());
+        QVERIFY(!store->layout().savedAt);
+        QCOMPARE(GridLayout::fromJsonText(f.readGrid())->savedAt, f.clock.now());
+        QCOMPARE(saved.count(), 1);
+        QCOMPARE(saved.first().first().value<GridLayout>(), store->layout());
+
+        auto preview = f.fileStore(f.dir.filePath(QStringLiteral("p.json")));
+        QSignalSpy previewSaved(preview.get(), &GridStore::saved);
+        preview->addFree(QStringLiteral("moon"));
+        QCOMPARE(previewSaved.count(), 0);
+    }
+
+    // A full disk: the old file stays byte for byte, the live layout stands, one line is logged,
+    // and the next change writes everything.
+    void aFailedSaveChangesNothingOnDisk_data() {
+        QTest::addColumn<int>("calls");
+        QTest::addColumn<int>("error");
+        QTest::newRow("write ENOSPC") << int(TwFaultWrite) << ENOSPC;
+        QTest::newRow("fsync EIO") << int(TwFaultSync) << EIO;
+    }
+    void aFailedSaveChangesNothingOnDisk() {
+        QFETCH(int, calls);
+        QFETCH(int, error);
+        GridFixture f;
+        auto store = f.appStore();
+        store->addFree(QStringLiteral("moon"));
+        const QByteArray before = f.readGrid();
+        const auto savedAt = store->lastSavedAt();
+        const QUuid moon = store->layout().instances.last().id;
+        f.clock.advance(std::chrono::seconds(5));
+
+        twfault_arm(calls, error, -1, QFile::encodeName(f.dir.path()).constData());
+        QTest::ignoreMessage(QtWarningMsg,
+                             QRegularExpression(QStringLiteral(
+                                 "^save failed, the next change tries again: .*grid\\.json")));
+        store->updatePosition(moon, 10, 500);
+        twfault_disarm();
+        QCOMPARE(f.readGrid(), before);
+        QCOMPARE(f.files(), QStringList{QStringLiteral("grid.json")});
+        QCOMPARE(store->layout().instances.last().posX, 10.0);
+        QCOMPARE(store->lastSavedAt(), savedAt);
+
+        store->updatePosition(moon, 20, 500);
+        QCOMPARE(GridLayout::fromJsonText(f.readGrid())->instances, store->layout().instances);
+        QCOMPARE(store->lastSavedAt(), f.clock.now());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestGridStore)
+#include "tst_gridstore.moc"

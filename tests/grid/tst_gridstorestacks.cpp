@@ -1,0 +1,190 @@
+#include "GridFixture.h"
+#include "LayoutDump.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace tw;
+using namespace tw::test;
+using Instances = QList<WidgetInstance>;
+
+namespace {
+GridLayout layoutOf(const Instances& instances) {
+    GridLayout layout;
+    layout.instances = instances;
+    return layout;
+}
+
+// The stack invariants: two members or more, one size, one position, indices 0 ... n − 1.
+void verifyStacks(const GridStore& store) {
+    QSet<QUuid> ids;
+    for (const WidgetInstance& i : store.layout().instances) {
+        QCOMPARE(i.stackID.has_value(), i.stackIndex.has_value());
+        if (i.stackID) {
+            ids.insert(*i.stackID);
+        }
+    }
+    for (const QUuid& id : ids) {
+        const Instances members = store.stackMembers(id);
+        QVERIFY(members.size() >= 2);
+        for (qsizetype n = 0; n < members.size(); ++n) {
+            QCOMPARE(members.at(n).stackIndex, int(n));
+            QCOMPARE(members.at(n).size, members.first().size);
+            QCOMPARE(members.at(n).posX, members.first().posX);
+            QCOMPARE(members.at(n).posY, members.first().posY);
+        }
+    }
+}
+} // namespace
+
+class TestGridStoreStacks : public QObject {
+    Q_OBJECT
+
+    GridFixture f;
+    std::unique_ptr<GridStore> store;
+
+    QUuid id(int index) const { return store->layout().instances.at(index).id; }
+    QStringList lines() const { return dump(store->layout()); }
+
+private Q_SLOTS:
+    void init() {
+        f.writeGrid(layoutOf(
+            {at(makeInstance(QStringLiteral("clock"), WidgetSize::small, 0, 0), 100, 800),
+             at(makeInstance(QStringLiteral("moon"), WidgetSize::small, 1, 0), 300, 800),
+             at(makeInstance(QStringLiteral("battery"), WidgetSize::small, 2, 0), 500, 800),
+             at(makeInstance(QStringLiteral("stocks"), WidgetSize::small, 3, 0), 700, 800),
+             at(makeInstance(QStringLiteral("calendar"), WidgetSize::large, 4, 0), 900, 800)}));
+        store = f.appStore();
+    }
+    void cleanup() {
+        verifyStacks(*store);
+        // Every operation is on disk as it is in memory.
+        QCOMPARE(GridLayout::fromJsonText(f.readGrid()).value_or(GridLayout()).instances,
+                 store->layout().instances);
+        store.reset();
+    }
+
+    void groupingTwoMakesAStackAtTheTarget() {
+        store->groupIntoStack(id(1), id(0));
+        QCOMPARE(lines().mid(0, 2), (strings({"clock small 0,0 stack A#0 at 100,800",
+                                              "moon small 1,0 stack A#1 at 100,800"})));
+        // A third goes to the end and takes the stack's position.
+        store->groupIntoStack(id(2), id(1));
+        QCOMPARE(lines().at(2), QStringLiteral("battery small 2,0 stack A#2 at 100,800"));
+        QCOMPARE(store->stackMembers(*store->layout().instances.at(0).stackID).size(), 3);
+    }
+
+    void aStackDroppedOnAnotherComesAlongWhole() {
+        store->groupIntoStack(id(1), id(0));
+        store->groupIntoStack(id(3), id(2));
+        store->groupIntoStack(id(2), id(0));
+        QCOMPARE(lines().mid(0, 4), (strings({"clock small 0,0 stack A#0 at 100,800",
+                                              "moon small 1,0 stack A#1 at 100,800",
+                                              "battery small 2,0 stack A#2 at 100,800",
+                                              "stocks small 3,0 stack A#3 at 100,800"})));
+    }
+
+    void groupingThatChangesNothing_data() {
+        QTest::addColumn<int>("dragged");
+        QTest::addColumn<int>("onto");
+        QTest::newRow("onto itself") << 0 << 0;
+        QTest::newRow("unknown id") << -1 << 0;
+        QTest::newRow("already one stack") << 1 << 0;
+        QTest::newRow("another size") << 4 << 2;
+    }
+    void groupingThatChangesNothing() {
+        QFETCH(int, dragged);
+        QFETCH(int, onto);
+        store->groupIntoStack(id(1), id(0));
+        const GridLayout before = store->layout();
+        QSignalSpy changes(store.get(), &GridStore::layoutChanged);
+        store->groupIntoStack(dragged < 0 ? QUuid::createUuid() : id(dragged), id(onto));
+        QCOMPARE(store->layout(), before);
+        QCOMPARE(changes.count(), 0);
+    }
+
+    void takingOneOfTwoOutDissolvesTheStack() {
+        store->groupIntoStack(id(1), id(0));
+        store->removeFromStack(id(1));
+        QCOMPARE(lines().mid(0, 2),
+                 (strings({"clock small 0,0 at 100,800", "moon small 1,0 at 140,760"})));
+    }
+
+    void takingOneOfThreeOutRenumbers() {
+        store->groupIntoStack(id(1), id(0));
+        store->groupIntoStack(id(2), id(0));
+        store->removeFromStack(id(0));
+        QCOMPARE(lines().mid(0, 3),
+                 (strings({"clock small 0,0 at 140,760", "moon small 1,0 stack A#0 at 100,800",
+                           "battery small 2,0 stack A#1 at 100,800"})));
+        const GridLayout before = store->layout();
+        store->removeFromStack(id(0));
+        store->removeFromStack(QUuid::createUuid());
+        QCOMPARE(store->layout(), before);
+    }
+
+    void removingAMemberRepairsTheStack() {
+        store->groupIntoStack(id(1), id(0));
+        store->remove(id(0));
+        QCOMPARE(lines().first(), QStringLiteral("moon small 1,0 at 100,800"));
+    }
+
+    void aStackMovesAsOne() {
+        store->groupIntoStack(id(1), id(0));
+        store->updatePosition(id(1), 400.5, 600);
+        QCOMPARE(lines().mid(0, 3), (strings({"clock small 0,0 stack A#0 at 400.5,600",
+                                              "moon small 1,0 stack A#1 at 400.5,600",
+                                              "battery small 2,0 at 500,800"})));
+        store->updatePosition(id(2), 1, 2);
+        QCOMPARE(lines().at(2), QStringLiteral("battery small 2,0 at 1,2"));
+        QCOMPARE(lines().at(0), QStringLiteral("clock small 0,0 stack A#0 at 400.5,600"));
+    }
+
+    void stackSeconds() {
+        store->groupIntoStack(id(1), id(0));
+        const QUuid stack = *store->layout().instances.at(0).stackID;
+        QCOMPARE(store->stackSeconds(stack), 0);
+        QCOMPARE(store->stackSeconds(QUuid::createUuid()), 0);
+        store->setStackSeconds(stack, 8);
+        QCOMPARE(store->stackSeconds(stack), 8);
+        for (const WidgetInstance& member : store->stackMembers(stack)) {
+            QCOMPARE(member.setting(QStringLiteral("stackSeconds")), QStringLiteral("8"));
+        }
+        QVERIFY(store->stackMembers(QUuid::createUuid()).isEmpty());
+    }
+
+    void normalizeAndDetachByHand() {
+        store->groupIntoStack(id(1), id(0));
+        store->groupIntoStack(id(2), id(0));
+        store->detach(1);
+        store->normalizeStack(*store->layout().instances.at(0).stackID);
+        QCOMPARE(lines().mid(0, 3),
+                 (strings({"clock small 0,0 stack A#0 at 100,800", "moon small 1,0 at 100,800",
+                           "battery small 2,0 stack A#1 at 100,800"})));
+        store->detach(99);
+        store->save();
+    }
+
+    void freeSpotCountsTilesOnThisScreenOnly() {
+        // The first row is free only right of the calendar (900 + 204 + 14, up to a step of 20).
+        const auto spot = store->freeSpot(QStringLiteral("moon"), WidgetSize::small, std::nullopt);
+        QCOMPARE(spot, QPointF(1120, 835));
+        const ScreenInfo right{QStringLiteral("r"), QStringLiteral("R"),
+                               QRectF(1440, 0, 1920, 1080), QRectF(1440, 0, 1920, 1080), false};
+        QCOMPARE(store->freeSpot(QStringLiteral("moon"), WidgetSize::small, std::nullopt, right),
+                 QPointF(1480, 1040));
+        // "tileScale" 2.0 makes a large tile 408 on a side.
+        const auto scaled = store->freeSpot(QStringLiteral("clock"), WidgetSize::large,
+                                            settingsOf({{"tileScale", "2"}}), right);
+        QCOMPARE(scaled, QPointF(1480, 1040));
+        const ScreenInfo tiny{QStringLiteral("t"), QStringLiteral("T"), QRectF(0, 0, 400, 400),
+                              QRectF(0, 0, 400, 400), false};
+        QVERIFY(!store->freeSpot(QStringLiteral("clock"), WidgetSize::large,
+                                 settingsOf({{"tileScale", "2"}}), tiny));
+        f.displays.setScreens({});
+        QVERIFY(!store->freeSpot(QStringLiteral("moon"), WidgetSize::small, std::nullopt));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestGridStoreStacks)
+#include "tst_gridstorestacks.moc"

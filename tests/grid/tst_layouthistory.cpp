@@ -1,0 +1,182 @@
+#include "GridFixture.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace tw;
+using namespace tw::test;
+using namespace std::chrono_literals;
+using Gaps = QList<int>;
+
+class TestLayoutHistory : public QObject {
+    Q_OBJECT
+
+    GridFixture f;
+    std::unique_ptr<GridStore> store;
+    QUuid moon;
+
+    // One move of the moon tile, `ms` after the previous change.
+    void moveAfter(int ms, double x) {
+        f.clock.advance(std::chrono::milliseconds(ms));
+        store->updatePosition(moon, x, 500);
+    }
+    double moonX() const { return store->instance(moon)->posX.value_or(-1); }
+
+private Q_SLOTS:
+    void init() {
+        GridLayout start;
+        WidgetInstance instance;
+        instance.kind = QStringLiteral("moon");
+        instance.size = WidgetSize::small;
+        instance.posX = 0;
+        instance.posY = 500;
+        start.instances = {instance};
+        moon = instance.id;
+        f.writeGrid(start);
+        store = f.appStore();
+    }
+    void cleanup() { store.reset(); }
+
+    // Moves after the given pauses (ms; the first after a long quiet) give this many steps.
+    void burstsMergeIntoOneStep_data() {
+        QTest::addColumn<Gaps>("gaps");
+        QTest::addColumn<int>("steps");
+        QTest::newRow("two moves 0.5 s apart") << Gaps{5000, 500} << 1;
+        QTest::newRow("two moves 1.0 s apart") << Gaps{5000, 1000} << 2;
+        QTest::newRow("two moves 0.999 s apart") << Gaps{5000, 999} << 1;
+        QTest::newRow("ten moves 0.9 s apart slide the window")
+            << Gaps{5000, 900, 900, 900, 900, 900, 900, 900, 900, 900} << 1;
+        QTest::newRow("a pause splits a burst") << Gaps{5000, 300, 1200, 300} << 2;
+    }
+    void burstsMergeIntoOneStep() {
+        QFETCH(Gaps, gaps);
+        QFETCH(int, steps);
+        double x = 0;
+        for (const int gap : gaps) {
+            moveAfter(gap, x += 10);
+        }
+        int undone = 0;
+        while (store->undo()) {
+            ++undone;
+        }
+        QCOMPARE(undone, steps);
+        // All the way back to the state before the first change of the first burst.
+        QCOMPARE(moonX(), 0.0);
+    }
+
+    void undoAndRedo() {
+        QSignalSpy revisions(store.get(), &GridStore::historyRevisionChanged);
+        QVERIFY(!store->undo());
+        QVERIFY(!store->redo());
+        QCOMPARE(revisions.count(), 0);
+        moveAfter(5000, 10);
+        moveAfter(5000, 20);
+        QCOMPARE(store->historyRevision(), 2);
+        QVERIFY(store->undo());
+        QCOMPARE(moonX(), 10.0);
+        QCOMPARE(GridLayout::fromJsonText(f.readGrid())->instances, store->layout().instances);
+        QVERIFY(store->undo());
+        QCOMPARE(moonX(), 0.0);
+        QVERIFY(!store->undo());
+        QVERIFY(store->redo());
+        QVERIFY(store->redo());
+        QCOMPARE(moonX(), 20.0);
+        QVERIFY(!store->redo());
+        QCOMPARE(store->historyRevision(), 6);
+        QCOMPARE(revisions.count(), 6);
+    }
+
+    void aNewChangeEmptiesTheRedoStack_data() {
+        QTest::addColumn<int>("gap");
+        QTest::newRow("after a pause") << 5000;
+        // The change that ends the pause within a burst pushes nothing, and still forgets redo.
+        QTest::newRow("within the burst window") << 100;
+    }
+    void aNewChangeEmptiesTheRedoStack() {
+        QFETCH(int, gap);
+        moveAfter(5000, 10);
+        moveAfter(5000, 20);
+        QVERIFY(store->undo());
+        QVERIFY(store->canRedo());
+        moveAfter(gap, 30);
+        QVERIFY(!store->canRedo());
+        QVERIFY(!store->redo());
+    }
+
+    void fortyOneChangesLeaveForty() {
+        for (int i = 1; i <= 41; ++i) {
+            moveAfter(1000, i);
+        }
+        int undone = 0;
+        while (store->undo()) {
+            ++undone;
+        }
+        QCOMPARE(undone, 40);
+        QCOMPARE(moonX(), 1.0);
+        // Redo isn't limited.
+        int redone = 0;
+        while (store->redo()) {
+            ++redone;
+        }
+        QCOMPARE(redone, 40);
+        QCOMPARE(moonX(), 41.0);
+    }
+
+    void savesWithoutAChangeRecordNothing() {
+        QSignalSpy revisions(store.get(), &GridStore::historyRevisionChanged);
+        store->save();
+        f.clock.advance(5s);
+        store->save();
+        // Only pageCount differs: not a change of the desktop.
+        GridLayout pages = store->layout();
+        pages.pageCount = 3;
+        store->replaceLayout(pages);
+        QVERIFY(!store->canUndo());
+        QCOMPARE(revisions.count(), 1); // the reset of replaceLayout
+    }
+
+    void undoOnAnEmptyStackWritesNothing() {
+        store->save();
+        const QByteArray before = f.readGrid();
+        f.clock.advance(5s);
+        QVERIFY(!store->undo());
+        QCOMPARE(f.readGrid(), before);
+    }
+
+    void replaceLayoutCannotBeUndone() {
+        moveAfter(5000, 10);
+        QVERIFY(store->canUndo());
+        store->replaceLayout(GridLayout::firstDesktop());
+        QVERIFY(!store->undo());
+        QVERIFY(!store->redo());
+    }
+
+    // A custom widget deleted since the step was recorded doesn't come back with an undo.
+    void undoDropsKindsThatWentAway() {
+        const QString custom = QStringLiteral("custom.6F1C2D1E-0B7A-4D59-9E0C-3A1B2C3D4E5F");
+        f.custom.sizes.insert(custom, {WidgetSize::small});
+        QVERIFY(store->addFree(custom));
+        f.clock.advance(5s);
+        store->remove(store->layout().instances.last().id);
+        f.clock.advance(5s);
+        QVERIFY(store->addFree(QStringLiteral("battery")));
+        f.custom.sizes.clear();
+        QVERIFY(store->undo()); // before the battery
+        QVERIFY(store->undo()); // before the custom widget's removal, which held it
+        QCOMPARE(store->layout().instances.size(), 1);
+        QCOMPARE(store->instanceCount(custom), 0);
+    }
+
+    // A restart begins with no history, the loaded layout its baseline.
+    void aRestartForgetsTheHistory() {
+        moveAfter(5000, 10);
+        store = f.appStore();
+        QVERIFY(!store->canUndo());
+        moveAfter(5000, 20);
+        QVERIFY(store->undo());
+        QCOMPARE(moonX(), 10.0);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestLayoutHistory)
+#include "tst_layouthistory.moc"
