@@ -61,8 +61,15 @@ QList<ScreenInfo> QtDisplays::screens() const {
     for (const QScreen* screen : std::as_const(screens)) {
         const QString model =
             QString(screen->manufacturer() + QLatin1Char(' ') + screen->model()).trimmed();
-        result.append(ScreenInfo{m_idsByName.value(screen->name(), screen->name()),
-                                 screen->model().isEmpty() ? screen->name() : model,
+        // Without an EDID the connector or monitor name identifies the display; a screen with
+        // no name at all is known by its place.
+        QString id = m_idsByName.value(screen->name(), screen->name());
+        if (id.isEmpty()) {
+            id = QStringLiteral("screen-%1-%2")
+                     .arg(screen->geometry().x())
+                     .arg(screen->geometry().y());
+        }
+        result.append(ScreenInfo{id, screen->model().isEmpty() ? screen->name() : model,
                                  toInternal(screen->geometry(), primaryRect),
                                  toInternal(screen->availableGeometry(), primaryRect),
                                  screen == primary});
@@ -93,7 +100,9 @@ void QtDisplays::watch(QScreen* screen) {
 
 void QtDisplays::refreshIdentities() {
     QHash<QString, QByteArray> edids;
-    if (auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
+    // Other platforms answer the X11 interface too, with no connection behind it.
+    auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (x11 && x11->connection()) {
         edids = X11Edid::byName(x11->connection());
     }
     m_idsByName.clear();
@@ -106,7 +115,6 @@ void QtDisplays::refreshIdentities() {
                                      QLatin1Char('\n') + screen->serialNumber();
             m_idsByName.insert(name, QStringLiteral("model-") + shortHash(identity.toUtf8()));
         }
-        // Otherwise the name itself stands in, as screens() falls back to it.
     }
 }
 

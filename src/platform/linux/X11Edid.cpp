@@ -51,6 +51,9 @@ QString atomName(xcb_connection_t* connection, xcb_atom_t atom) {
 
 QHash<QString, QByteArray> X11Edid::byName(xcb_connection_t* connection) {
     QHash<QString, QByteArray> result;
+    if (!connection) {
+        return result;
+    }
     const xcb_query_extension_reply_t* extension =
         xcb_get_extension_data(connection, &xcb_randr_id);
     if (!extension || !extension->present) {
