@@ -1,0 +1,179 @@
+#include "ManualClock.h"
+#include "app/LaunchChain.h"
+#include "app/LaunchModes.h"
+#include "platform/null/MemoryDefaults.h"
+#include "tick/SnapshotClock.h"
+
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+struct Run {
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+
+// The real executable, with its preferences in a directory of its own.
+Run runTarnwick(const QStringList& arguments, const QString& home,
+                const QString& twkTime = QString()) {
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("HOME"), home);
+    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), home + QLatin1String("/.config"));
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    environment.remove(QStringLiteral("TWK_TIME"));
+    if (!twkTime.isNull()) {
+        environment.insert(QStringLiteral("TWK_TIME"), twkTime);
+    }
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral(TARNWICK_EXECUTABLE), arguments);
+    Run run;
+    if (!process.waitForFinished(30000) || process.exitStatus() != QProcess::NormalExit) {
+        return run;
+    }
+    run.exitCode = process.exitCode();
+    run.out = QString::fromUtf8(process.readAllStandardOutput());
+    run.err = QString::fromUtf8(process.readAllStandardError());
+    return run;
+}
+
+const QString hostLine =
+    QStringLiteral("The desktop host is not built yet; try --counts, --sizes or --list-sizes.\n");
+const QString countsLine = QStringLiteral("widgets=51 sizes=9 themes=25\n");
+const QString sizesEnd =
+    QStringLiteral("51 widgets, 249 of 459 possible size slots filled (54 %)\n");
+const QString listSizesStart = QStringLiteral("clock:small,wide,large,banner,wideTall\n");
+
+} // namespace
+
+class TestLaunchChain : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void modesAsAProcess_data() {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("outStart");
+        QTest::addColumn<QString>("outEnd");
+        QTest::addColumn<int>("lines");
+        QTest::newRow("counts") << QStringList{QStringLiteral("--counts")} << countsLine
+                                << countsLine << 1;
+        QTest::newRow("list-sizes")
+            << QStringList{QStringLiteral("--list-sizes")} << listSizesStart
+            << QStringLiteral("mirror:small,tall,wide,large,wideTall,huge\n") << 51;
+        QTest::newRow("sizes") << QStringList{QStringLiteral("--sizes")}
+                               << QStringLiteral("widget ") << sizesEnd << 53;
+        QTest::newRow("first in the chain wins, not first on the line")
+            << QStringList{QStringLiteral("--counts"), QStringLiteral("--sizes")}
+            << QStringLiteral("widget ") << sizesEnd << 53;
+        QTest::newRow("later flags are ignored")
+            << QStringList{QStringLiteral("--list-sizes"), QStringLiteral("--counts")} << countsLine
+            << countsLine << 1;
+        QTest::newRow("no flag: the host") << QStringList{} << hostLine << hostLine << 1;
+        QTest::newRow("case-sensitive")
+            << QStringList{QStringLiteral("--COUNTS")} << hostLine << hostLine << 1;
+        QTest::newRow("whole arguments only")
+            << QStringList{QStringLiteral("--counts=yes")} << hostLine << hostLine << 1;
+        QTest::newRow("unknown flags fall through")
+            << QStringList{QStringLiteral("--web"), QStringLiteral("example.com")} << hostLine
+            << hostLine << 1;
+    }
+    void modesAsAProcess() {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, outStart);
+        QFETCH(QString, outEnd);
+        QFETCH(int, lines);
+        QTemporaryDir home;
+        const Run run = runTarnwick(arguments, home.path());
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(run.err, QString());
+        QVERIFY2(run.out.startsWith(outStart), qPrintable(run.out.left(200)));
+        QVERIFY2(run.out.endsWith(outEnd), qPrintable(run.out.right(200)));
+        QCOMPARE(run.out.count(QLatin1Char('\n')), lines);
+    }
+
+    // The pin changes nothing in the reports: they stay the same for any TWK_TIME.
+    void reportsIgnoreTheTime() {
+        QTemporaryDir home;
+        const Run run =
+            runTarnwick({QStringLiteral("--counts")}, home.path(), QStringLiteral("7:30"));
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(run.out, countsLine);
+        QCOMPARE(run.err, QString());
+    }
+
+    void winnerFollowsTheTable_data() {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("winner");
+        QTest::newRow("none") << QStringList{} << QString();
+        QTest::newRow("sizes before counts")
+            << QStringList{QStringLiteral("--counts"), QStringLiteral("--sizes")}
+            << QStringLiteral("--sizes");
+        QTest::newRow("counts before list-sizes")
+            << QStringList{QStringLiteral("--list-sizes"), QStringLiteral("--counts")}
+            << QStringLiteral("--counts");
+        QTest::newRow("list-sizes alone")
+            << QStringList{QStringLiteral("--list-sizes")} << QStringLiteral("--list-sizes");
+    }
+    void winnerFollowsTheTable() {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, winner);
+        const tw::LaunchStep* step = tw::LaunchChain::winner(
+            tw::LaunchArguments(QStringList{QStringLiteral("tarnwick")} + arguments));
+        QCOMPARE(step ? QString::fromLatin1(step->flag) : QString(), winner);
+    }
+
+    // TWK_TIME is read by the one step without a flag, which lies before --list-sizes.
+    void timeStepPinsTheClock_data() {
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<QString>("now");
+        QTest::newRow("7:30") << "7:30"
+                              << "2026-03-15 07:30:00";
+        QTest::newRow("7") << "7"
+                           << "2026-03-14 09:26:53";
+        QTest::newRow("7:30:15") << "7:30:15"
+                                 << "2026-03-14 09:26:53";
+        QTest::newRow("unset") << QString() << "2026-03-14 09:26:53";
+    }
+    void timeStepPinsTheClock() {
+        QFETCH(QString, value);
+        if (value.isNull()) {
+            qunsetenv("TWK_TIME");
+        } else {
+            qputenv("TWK_TIME", value.toUtf8());
+        }
+        tw::test::ManualClock system;
+        tw::SnapshotClock clock(system);
+        tw::MemoryDefaults defaults;
+        const tw::LaunchArguments arguments({QStringLiteral("tarnwick")});
+        QString out;
+        QString err;
+        QTextStream outStream(&out);
+        QTextStream errStream(&err);
+        tw::LaunchContext context{arguments, clock, defaults, outStream, errStream, {}};
+        QCOMPARE(tw::runSnapshotTimeStep(context), std::nullopt);
+        qunsetenv("TWK_TIME");
+        QTEST(clock.now().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")), "now");
+        QVERIFY(out.isEmpty() && err.isEmpty());
+    }
+
+    void timeStepStandsBeforeTheWidgetModes() {
+        const QList<tw::LaunchStep>& steps = tw::LaunchChain::steps();
+        qsizetype timeStep = -1;
+        qsizetype listSizes = -1;
+        for (qsizetype i = 0; i < steps.size(); ++i) {
+            if (steps.at(i).run == &tw::runSnapshotTimeStep) {
+                timeStep = i;
+            } else if (steps.at(i).flag &&
+                       QLatin1String(steps.at(i).flag) == QLatin1String("--list-sizes")) {
+                listSizes = i;
+            }
+        }
+        QVERIFY(timeStep >= 0 && listSizes > timeStep);
+        QVERIFY(steps.at(timeStep).flag == nullptr);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestLaunchChain)
+#include "tst_launchchain.moc"
