@@ -31,7 +31,7 @@ void card(QPainter& painter, const QRectF& rect, const QString& digits, const Fa
                         digits, QFont::Bold, context.primary(), Qt::AlignCenter,
                         rect.height() * 0.78);
     const qreal seam = std::max<qreal>(1, rect.height() / 60);
-    painter.setPen(QPen(QColor(0, 0, 0, 110), seam));
+    painter.setPen(QPen(QColor(0, 0, 0, 110), seam, Qt::SolidLine, Qt::FlatCap));
     painter.drawLine(QPointF(rect.left(), rect.center().y()),
                      QPointF(rect.right(), rect.center().y()));
     if (!corner.isEmpty()) {
