@@ -30,8 +30,11 @@ QString unescapeValue(const QString& value) {
         case 'r':
             out.append(QLatin1Char('\r'));
             break;
+        case '\\':
+            out.append(QLatin1Char('\\'));
+            break;
         default:
-            // Keep the pair: "\\" and the quoting escapes of Exec are resolved when it is split.
+            // Keep the pair: the quoting escapes of Exec are resolved when it is split.
             out.append(c);
             out.append(next);
         }

@@ -1,0 +1,86 @@
+#include "platform/linux/DesktopEntry.h"
+
+#include <QTest>
+
+using tw::DesktopEntry;
+
+class TestDesktopEntry : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void commandLine_data() {
+        QTest::addColumn<QString>("exec");
+        QTest::addColumn<QStringList>("command");
+        QTest::newRow("field code dropped") << "gedit %U" << QStringList{QStringLiteral("gedit")};
+        QTest::newRow("quoted program")
+            << "\"/opt/My App/bin/app\" --new-window %u"
+            << QStringList{QStringLiteral("/opt/My App/bin/app"), QStringLiteral("--new-window")};
+        QTest::newRow("escaped quote in quotes")
+            << "sh -c \"echo \\\"hi\\\"\""
+            << QStringList{QStringLiteral("sh"), QStringLiteral("-c"),
+                           QStringLiteral("echo \"hi\"")};
+        QTest::newRow("embedded field code")
+            << "app --file=%f" << QStringList{QStringLiteral("app"), QStringLiteral("--file=")};
+        QTest::newRow("literal percent")
+            << "app 100%%" << QStringList{QStringLiteral("app"), QStringLiteral("100%")};
+        QTest::newRow("empty quoted argument kept")
+            << "app \"\"" << QStringList{QStringLiteral("app"), QString()};
+        QTest::newRow("blanks collapse")
+            << "  app   -x  " << QStringList{QStringLiteral("app"), QStringLiteral("-x")};
+        QTest::newRow("nothing") << "%U" << QStringList{};
+    }
+    void commandLine() {
+        QFETCH(QString, exec);
+        DesktopEntry entry;
+        entry.exec = exec;
+        QTEST(entry.commandLine(), "command");
+    }
+
+    void parseReadsTheMainGroupOnly() {
+        const auto entry =
+            DesktopEntry::parse(QByteArrayLiteral("# comment\n"
+                                                  "[Desktop Entry]\n"
+                                                  "Type=Application\n"
+                                                  "Name=Text Editor\n"
+                                                  "Name[de]=Texteditor\n"
+                                                  "Exec=sh -c \"echo \\\\\"a\\\\\\\\b\\\\\"\"\n"
+                                                  "Path=/srv/work\n"
+                                                  "[Desktop Action new-window]\n"
+                                                  "Exec=other\n"
+                                                  "Name=New Window\n"));
+        QVERIFY(entry);
+        QCOMPARE(entry->name, QStringLiteral("Text Editor"));
+        QCOMPARE(entry->path, QStringLiteral("/srv/work"));
+        QVERIFY(entry->isApplication);
+        QVERIFY(!entry->hidden);
+        // The file's "\\" is one backslash before the Exec line's own quoting applies.
+        QCOMPARE(entry->commandLine(), (QStringList{QStringLiteral("sh"), QStringLiteral("-c"),
+                                                    QStringLiteral("echo \"a\\b\"")}));
+    }
+
+    void parseRejectsOtherFiles_data() {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<bool>("parsed");
+        QTest::addColumn<bool>("application");
+        QTest::addColumn<bool>("hidden");
+        QTest::newRow("no main group") << QByteArray("Name=x\nExec=y\n") << false << false << false;
+        QTest::newRow("link") << QByteArray("[Desktop Entry]\nType=Link\nURL=https://x\n") << true
+                              << false << false;
+        QTest::newRow("hidden") << QByteArray("[Desktop Entry]\nType=Application\nHidden=true\n")
+                                << true << true << true;
+        QTest::newRow("binary garbage")
+            << QByteArray("\x00\xff[Desktop\n", 10) << false << false << false;
+    }
+    void parseRejectsOtherFiles() {
+        QFETCH(QByteArray, text);
+        QFETCH(bool, parsed);
+        const auto entry = DesktopEntry::parse(text);
+        QCOMPARE(entry.has_value(), parsed);
+        if (entry) {
+            QTEST(entry->isApplication, "application");
+            QTEST(entry->hidden, "hidden");
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(TestDesktopEntry)
+#include "tst_desktopentry.moc"
