@@ -101,11 +101,16 @@ QHash<QUuid, LayoutWidgetPlacement> byWidget(const QList<LayoutWidgetPlacement>&
 }
 
 bool isPresent(const LayoutWidgetPlacement& placement, const QList<LayoutDisplay>& displays) {
-    return std::any_of(displays.begin(), displays.end(), [&](const LayoutDisplay& display) {
-        return display.id == placement.displayID ||
-               (!placement.displayName.isEmpty() &&
-                LayoutDisplay::namesMatch(display.name, placement.displayName));
-    });
+    // Ids first: comparing names folds them, which costs far more.
+    const auto sameId = [&](const LayoutDisplay& display) {
+        return display.id == placement.displayID;
+    };
+    const auto sameName = [&](const LayoutDisplay& display) {
+        return LayoutDisplay::namesMatch(display.name, placement.displayName);
+    };
+    return std::any_of(displays.begin(), displays.end(), sameId) ||
+           (!placement.displayName.isEmpty() &&
+            std::any_of(displays.begin(), displays.end(), sameName));
 }
 
 void placeByPlacements(GridLayout& layout, const QHash<QUuid, LayoutWidgetPlacement>& placements,
