@@ -1,15 +1,98 @@
 #include "platform/linux/QtDisplays.h"
 
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusInterface>
+#include <QDBusVariant>
+#include <QFileInfo>
 #include <QGuiApplication>
+#include <QProcess>
 #include <QScreen>
+#include <QSignalSpy>
 #include <QTest>
+
+#include <memory>
 
 namespace tw {
 
 class TestQtDisplays : public QObject {
     Q_OBJECT
 
+    // A private bus standing in for the system bus, with a mocked logind on it.
+    struct FakeLogin {
+        QProcess bus;
+        QProcess logind;
+        QString skipReason;
+
+        FakeLogin() {
+            const QString python = QStringLiteral("/usr/bin/python3");
+            if (!QFileInfo::exists(python) ||
+                QProcess::execute(python,
+                                  {QStringLiteral("-c"), QStringLiteral("import dbusmock")}) != 0) {
+                skipReason = QStringLiteral("python3-dbusmock is not installed");
+                return;
+            }
+            bus.start(QStringLiteral("dbus-daemon"),
+                      {QStringLiteral("--session"), QStringLiteral("--nofork"),
+                       QStringLiteral("--print-address=1")});
+            if (!bus.waitForStarted(5000) || !bus.waitForReadyRead(5000)) {
+                skipReason = QStringLiteral("dbus-daemon did not start");
+                return;
+            }
+            const QByteArray address = bus.readLine().trimmed();
+            qputenv("DBUS_SYSTEM_BUS_ADDRESS", address);
+            logind.start(python, {QStringLiteral("-m"), QStringLiteral("dbusmock"),
+                                  QStringLiteral("--template"), QStringLiteral("logind")});
+            const bool up = QTest::qWaitFor(
+                [] {
+                    return QDBusConnection::systemBus().interface()->isServiceRegistered(
+                        QStringLiteral("org.freedesktop.login1"));
+                },
+                10000);
+            if (!up) {
+                skipReason = QStringLiteral("the mocked logind did not appear on the bus");
+            }
+        }
+        ~FakeLogin() {
+            for (QProcess* process : {&logind, &bus}) {
+                if (process->state() != QProcess::NotRunning) {
+                    process->terminate();
+                    if (!process->waitForFinished(3000)) {
+                        process->kill();
+                        process->waitForFinished(3000);
+                    }
+                }
+            }
+        }
+        void prepareForSleep(bool start) {
+            QDBusInterface mock(
+                QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
+                QStringLiteral("org.freedesktop.DBus.Mock"), QDBusConnection::systemBus());
+            mock.call(QStringLiteral("EmitSignal"),
+                      QStringLiteral("org.freedesktop.login1.Manager"),
+                      QStringLiteral("PrepareForSleep"), QStringLiteral("b"),
+                      QVariantList{QVariant::fromValue(QDBusVariant(start))});
+        }
+    };
+
 private Q_SLOTS:
+    // First: the system bus connection is made once per process, and here it must be the fake.
+    void sleepAndWakeComeFromTheLoginManager() {
+        FakeLogin login;
+        if (!login.skipReason.isEmpty()) {
+            QSKIP(qPrintable(login.skipReason));
+        }
+        QtDisplays displays;
+        QSignalSpy sleeps(&displays, &Displays::willSleep);
+        QSignalSpy wakes(&displays, &Displays::didWake);
+        login.prepareForSleep(true);
+        QVERIFY(sleeps.wait(5000));
+        QCOMPARE(wakes.count(), 0);
+        login.prepareForSleep(false);
+        QVERIFY(wakes.wait(5000));
+        QCOMPARE(sleeps.count(), 1);
+    }
+
     void conversion_data() {
         QTest::addColumn<QRectF>("primary");
         QTest::addColumn<QRectF>("qt");
