@@ -1,11 +1,30 @@
+#include "app/AppDelegate.h"
 #include "app/LaunchModes.h"
+#include "app/SingleInstance.h"
+#include "platform/AppPaths.h"
+#include "tick/SnapshotClock.h"
+
+#include <QApplication>
+#include <QGuiApplication>
 
 namespace tw {
 
 std::optional<int> runDesktopHost(LaunchContext& context) {
-    context.out << QStringLiteral(
-        "The desktop host is not built yet; try --counts, --sizes or --list-sizes.\n");
-    return 0;
+    if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr ||
+        QGuiApplication::primaryScreen() == nullptr) {
+        context.err << QStringLiteral(
+            "Tarnwick needs a display: set DISPLAY or WAYLAND_DISPLAY.\n");
+        return 1;
+    }
+    auto instance = SingleInstance::claim(SingleInstance::serverName(AppPaths::appSupportDir()));
+    if (!instance) {
+        context.out << QStringLiteral(
+            "Tarnwick is already running; its window was brought forward.\n");
+        return 0;
+    }
+    AppDelegate delegate(context.defaults, context.clock, context.arguments.all());
+    delegate.applicationDidFinishLaunching(std::move(instance));
+    return QCoreApplication::exec();
 }
 
 } // namespace tw

@@ -61,7 +61,7 @@ const QList<LaunchStep>& LaunchChain::steps() {
 }
 
 const LaunchStep& LaunchChain::application() {
-    static const LaunchStep host{nullptr, 0, ApplicationKind::core, &runDesktopHost};
+    static const LaunchStep host{nullptr, 0, ApplicationKind::widgets, &runDesktopHost};
     return host;
 }
 

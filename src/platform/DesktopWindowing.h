@@ -29,6 +29,9 @@ public:
     virtual void prepare(QObject* window, Focus focus) = 0;
     // Stops tracking a window; destroyed windows are forgotten by themselves.
     virtual void release(QObject* window) = 0;
+    // Whether a compositor blends translucent windows with what lies below; without one the
+    // transparent parts of a window show as black and the window should be cut to its shape.
+    virtual bool isCompositing() const = 0;
     // Whether `coveredChanged` is ever emitted on this system.
     virtual bool canReportCoverage() const = 0;
 

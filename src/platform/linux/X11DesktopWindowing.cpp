@@ -78,6 +78,15 @@ void X11DesktopWindowing::prepare(QObject* object, Focus focus) {
     xcb_flush(m_connection);
 }
 
+// EWMH: a compositing manager owns the selection _NET_WM_CM_S<screen>.
+bool X11DesktopWindowing::isCompositing() const {
+    auto* self = const_cast<X11DesktopWindowing*>(this);
+    const auto cookie = xcb_get_selection_owner(m_connection, self->atom("_NET_WM_CM_S0"));
+    Reply<xcb_get_selection_owner_reply_t> reply(
+        xcb_get_selection_owner_reply(m_connection, cookie, nullptr));
+    return reply && reply->owner != XCB_WINDOW_NONE;
+}
+
 void X11DesktopWindowing::release(QObject* object) {
     auto* window = qobject_cast<QWindow*>(object);
     if (window != nullptr && window->handle() != nullptr) {

@@ -26,6 +26,7 @@ public:
 
     void prepare(QObject* window, Focus focus) override;
     void release(QObject* window) override;
+    bool isCompositing() const override;
     bool canReportCoverage() const override { return true; }
 
 private:

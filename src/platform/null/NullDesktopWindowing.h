@@ -13,6 +13,7 @@ public:
 
     void prepare(QObject*, Focus) override {}
     void release(QObject*) override {}
+    bool isCompositing() const override { return true; }
     bool canReportCoverage() const override { return false; }
 };
 

@@ -1,0 +1,212 @@
+#include "app/AppDelegate.h"
+
+#include "app/SingleInstance.h"
+#include "app/StatusBarController.h"
+#include "config/ConfigWindow.h"
+#include "config/GalleryView.h"
+#include "desktop/DesktopController.h"
+#include "displays/LayoutDisplay.h"
+#include "displays/ScreenTopologyWatcher.h"
+#include "displays/TopologyMemory.h"
+#include "faces/FaceRegistry.h"
+#include "grid/GridStore.h"
+#include "look/ThemeStore.h"
+#include "model/WidgetRegistry.h"
+#include "platform/Clock.h"
+#include "platform/Defaults.h"
+#include "platform/QtScheduler.h"
+#include "platform/linux/LinuxWorkspace.h"
+#include "platform/linux/MaterialSymbolProvider.h"
+#include "platform/linux/QtDisplays.h"
+#include "platform/linux/X11DesktopWindowing.h"
+#include "settings/AppSettings.h"
+#include "tick/MinuteCoordinator.h"
+#include "tick/TickCoordinator.h"
+
+#include <QApplication>
+#include <QLoggingCategory>
+#include <QMenu>
+#include <QMenuBar>
+
+namespace tw {
+
+Q_LOGGING_CATEGORY(lcApp, "App")
+
+namespace {
+
+using namespace std::chrono_literals;
+
+TickCoordinator::Interval tickInterval(AppSettings::EnergyMode mode) {
+    return mode == AppSettings::EnergyMode::saver ? 2000ms : 1000ms;
+}
+
+} // namespace
+
+std::optional<AppDelegate::ConfigSection>
+AppDelegate::initialConfigSelectionFrom(const QString& value) {
+    static const QList<std::pair<QString, ConfigSection>> sections{
+        {QStringLiteral("general"), ConfigSection::general},
+        {QStringLiteral("appearance"), ConfigSection::appearance},
+        {QStringLiteral("layouts"), ConfigSection::layouts},
+        {QStringLiteral("updates"), ConfigSection::updates},
+        {QStringLiteral("about"), ConfigSection::about},
+    };
+    for (const auto& [name, section] : sections) {
+        if (value == name) {
+            return section;
+        }
+    }
+    return std::nullopt;
+}
+
+bool AppDelegate::shouldOpenWindowAtLaunch(const QStringList& arguments,
+                                           const WindowAtLaunch& facts) {
+    if (arguments.contains(QLatin1String("--new-user")) ||
+        arguments.contains(QLatin1String("--updated-user")) || facts.configOnly) {
+        return true;
+    }
+    return facts.firstLaunchOfVersion || (!facts.launchedAsLoginItem && facts.openWindowAtLaunch);
+}
+
+AppDelegate::AppDelegate(Defaults& defaults, const Clock& clock, QStringList arguments,
+                         QObject* parent)
+    : QObject(parent)
+    , m_defaults(defaults)
+    , m_clock(clock)
+    , m_arguments(std::move(arguments))
+    , m_configOnly(configOnlyFrom(qgetenv("TKW_CONFIG_ONLY")))
+    , m_initialSelection(
+          initialConfigSelectionFrom(QString::fromLocal8Bit(qgetenv("TKW_CONFIG_SECTION")))) {}
+
+AppDelegate::~AppDelegate() {
+    // Panels go before the stores they draw from.
+    m_status.reset();
+    m_controller.reset();
+    m_configWindow.reset();
+}
+
+void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> instance) {
+    QApplication::setQuitOnLastWindowClosed(false);
+    m_instance = std::move(instance);
+    if (m_instance) {
+        connect(m_instance.get(), &SingleInstance::activationRequested, this,
+                [this] { showConfigWindow(); });
+    }
+
+    m_scheduler = std::make_unique<QtScheduler>();
+    m_settings = std::make_unique<AppSettings>(m_defaults);
+    m_displays = std::make_unique<QtDisplays>();
+    m_windowing = X11DesktopWindowing::create();
+    m_workspace = std::make_unique<LinuxWorkspace>();
+    m_symbols = std::make_unique<MaterialSymbolProvider>();
+    m_registry = std::make_unique<WidgetRegistry>();
+    m_theme = std::make_unique<ThemeStore>(m_defaults);
+    m_ticker = std::make_unique<TickCoordinator>(*m_scheduler, m_clock);
+    m_minutes = std::make_unique<MinuteCoordinator>(*m_ticker);
+    m_grid = std::make_unique<GridStore>(GridStore::Services{
+        .clock = m_clock,
+        .scheduler = *m_scheduler,
+        .registry = *m_registry,
+        .defaults = &m_defaults,
+        .displays = m_displays.get(),
+    });
+    m_watcher = std::make_unique<ScreenTopologyWatcher>(*m_displays, *m_scheduler);
+    m_memory = std::make_unique<TopologyMemory>(*m_watcher, m_clock);
+    connect(m_grid.get(), &GridStore::saved, m_memory.get(), [this](const GridLayout& layout) {
+        m_memory->remember(layout, LayoutDisplay::currentDisplays(*m_displays));
+    });
+    m_faces = std::make_unique<FaceRegistry>();
+
+    // 1. The menu where the desktop has no tray is the configuration window's; it is built
+    //    with the status item below.
+    // 7. Displays.
+    m_watcher->start();
+    // 10. The tick interval from the energy mode.
+    m_ticker->setInterval(tickInterval(m_settings->energyMode()));
+    connect(m_settings.get(), &AppSettings::energyModeChanged, this,
+            [this] { m_ticker->setInterval(tickInterval(m_settings->energyMode())); });
+
+    // 12. The desktop and the status item.
+    m_controller = std::make_unique<DesktopController>(DesktopController::Services{
+        .theme = *m_theme,
+        .ticker = *m_ticker,
+        .minutes = *m_minutes,
+        .grid = *m_grid,
+        .settings = *m_settings,
+        .displays = *m_displays,
+        .windowing = *m_windowing,
+        .scheduler = *m_scheduler,
+        .clock = m_clock,
+        .registry = *m_registry,
+        .faces = *m_faces,
+        .symbols = m_symbols.get(),
+        .watcher = m_watcher.get(),
+        .memory = m_memory.get(),
+        .workspace = m_workspace.get(),
+    });
+    m_controller->widgetSettingsOpener = [this](const QUuid&) { showConfigWindow(); };
+    m_status = std::make_unique<StatusBarController>(*m_controller, *m_grid,
+                                                     [this] { showConfigWindow(); });
+
+    // 13. The panels.
+    if (!m_configOnly) {
+        m_controller->setVisibleFlag(true);
+        m_controller->sync();
+        m_controller->applyStackVisibility();
+    }
+
+    // 14. The window.
+    const WindowAtLaunch facts{
+        .configOnly = m_configOnly,
+        .firstLaunchOfVersion = AppSettings::checkAndRecordUpdateLaunch(
+            m_defaults, QCoreApplication::applicationVersion()),
+        .launchedAsLoginItem = false,
+        .openWindowAtLaunch = m_settings->openWindowAtLaunch(),
+    };
+    if (shouldOpenWindowAtLaunch(m_arguments, facts)) {
+        showConfigWindow();
+    } else {
+        qCInfo(lcApp, "launched quietly (login item or window-at-launch off)");
+    }
+}
+
+void AppDelegate::showConfigWindow() {
+    if (!m_configWindow) {
+        m_configWindow = std::make_unique<ConfigWindow>([this]() -> QWidget* {
+            auto* gallery = new GalleryView(*m_faces, *m_symbols);
+            gallery->setTheme(m_theme->themed());
+            gallery->setNow(m_clock.now());
+            gallery->setAddHandler([this](const QString& kind, WidgetSize size) {
+                const auto spot = m_grid->freeSpot(kind, size, std::nullopt);
+                if (!spot) {
+                    return GalleryView::AddOutcome::NoRoom;
+                }
+                const auto added = m_grid->addFree(kind, size, std::nullopt, spot);
+                if (!added) {
+                    return GalleryView::AddOutcome::AtMaximum;
+                }
+                m_grid->highlight(added->id);
+                return GalleryView::AddOutcome::Added;
+            });
+            return gallery;
+        });
+        connect(m_configWindow.get(), &ConfigWindow::visibilityChanged, m_settings.get(),
+                [this](bool visible) { m_settings->setConfigWindowVisible(visible); });
+        makeMainMenu();
+    }
+    m_configWindow->present();
+}
+
+// Where no tray exists the status menu stands in the window's menu bar, so that hiding the
+// tiles and quitting stay within reach.
+void AppDelegate::makeMainMenu() {
+    if (m_status->hasTray()) {
+        return;
+    }
+    QMenuBar* bar = m_configWindow->menuBar();
+    QMenu* menu = bar->addMenu(QStringLiteral("Tarnwick"));
+    m_status->attach(*menu);
+    bar->setVisible(true);
+}
+
+} // namespace tw

@@ -1,0 +1,99 @@
+// The composition root of the running host: builds every store and service once, in the launch
+// order, wires them, and owns the desktop controller, the status item and the configuration
+// window.
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+
+#include <memory>
+#include <optional>
+
+namespace tw {
+
+class AppSettings;
+class ConfigWindow;
+class Defaults;
+class DesktopController;
+class DesktopWindowing;
+class FaceRegistry;
+class GridStore;
+class MinuteCoordinator;
+class QtDisplays;
+class QtScheduler;
+class ScreenTopologyWatcher;
+class SingleInstance;
+class StatusBarController;
+class SymbolProvider;
+class ThemeStore;
+class TickCoordinator;
+class TopologyMemory;
+class WidgetRegistry;
+class Workspace;
+class Clock;
+
+class AppDelegate final : public QObject {
+    Q_OBJECT
+public:
+    // The pages of the configuration window a start can ask for.
+    enum class ConfigSection { general, appearance, layouts, updates, about };
+
+    // "TKW_CONFIG_ONLY" = "1": only the configuration window, never a panel.
+    static bool configOnlyFrom(const QByteArray& value) { return value == "1"; }
+    // "TKW_CONFIG_SECTION": a section's name, anything else none.
+    static std::optional<ConfigSection> initialConfigSelectionFrom(const QString& value);
+
+    struct WindowAtLaunch {
+        bool configOnly = false;
+        bool firstLaunchOfVersion = false;
+        bool launchedAsLoginItem = false;
+        bool openWindowAtLaunch = true;
+    };
+    // First match: "--new-user", "--updated-user", configOnly, a new version, else a start by
+    // hand with "tarnwick.openWindowAtLaunch" on.
+    static bool shouldOpenWindowAtLaunch(const QStringList& arguments, const WindowAtLaunch& facts);
+
+    // `clock` may be pinned (TWK_TIME); both must outlive the delegate.
+    AppDelegate(Defaults& defaults, const Clock& clock, QStringList arguments,
+                QObject* parent = nullptr);
+    ~AppDelegate() override;
+
+    // The launch order; call once the application object runs.
+    void applicationDidFinishLaunching(std::unique_ptr<SingleInstance> instance);
+    void showConfigWindow();
+
+    bool configOnly() const { return m_configOnly; }
+    std::optional<ConfigSection> initialConfigSelection() const { return m_initialSelection; }
+    DesktopController& controller() { return *m_controller; }
+    GridStore& grid() { return *m_grid; }
+
+private:
+    void makeMainMenu();
+
+    Defaults& m_defaults;
+    const Clock& m_clock;
+    QStringList m_arguments;
+    bool m_configOnly;
+    std::optional<ConfigSection> m_initialSelection;
+
+    std::unique_ptr<QtScheduler> m_scheduler;
+    std::unique_ptr<AppSettings> m_settings;
+    std::unique_ptr<QtDisplays> m_displays;
+    std::unique_ptr<DesktopWindowing> m_windowing;
+    std::unique_ptr<Workspace> m_workspace;
+    std::unique_ptr<SymbolProvider> m_symbols;
+    std::unique_ptr<WidgetRegistry> m_registry;
+    std::unique_ptr<ThemeStore> m_theme;
+    std::unique_ptr<TickCoordinator> m_ticker;
+    std::unique_ptr<MinuteCoordinator> m_minutes;
+    std::unique_ptr<GridStore> m_grid;
+    std::unique_ptr<ScreenTopologyWatcher> m_watcher;
+    std::unique_ptr<TopologyMemory> m_memory;
+    std::unique_ptr<FaceRegistry> m_faces;
+    std::unique_ptr<DesktopController> m_controller;
+    std::unique_ptr<StatusBarController> m_status;
+    std::unique_ptr<ConfigWindow> m_configWindow;
+    std::unique_ptr<SingleInstance> m_instance;
+};
+
+} // namespace tw

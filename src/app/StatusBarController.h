@@ -1,0 +1,61 @@
+// The status item: a tray icon whose menu is rebuilt each time it opens, the user's way back in
+// when no window is open. Where the desktop has no tray, the same menu lives in the configuration
+// window's menu bar.
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+
+#include <functional>
+#include <memory>
+
+class QMenu;
+class QSystemTrayIcon;
+
+namespace tw {
+
+class DesktopController;
+class GridStore;
+
+class StatusBarController final : public QObject {
+    Q_OBJECT
+public:
+    // What the menu shows, read at the moment it opens.
+    struct MenuState {
+        int visitorCount = 0;
+        bool canUndo = false;
+        bool canRedo = false;
+    };
+    struct MenuActions {
+        std::function<void()> openSettings;
+        std::function<void()> toggleBoard;
+        std::function<void()> undo;
+        std::function<void()> redo;
+        std::function<void()> quit;
+    };
+
+    // Clears `menu` and fills it, in order: the visitors line (when widgets are parked), "Open
+    // Tarnwick…", "Show / Hide on Desktop", undo and redo of the layout, a separator, "Quit
+    // Tarnwick".
+    static void buildMenu(QMenu& menu, const MenuState& state, const MenuActions& actions);
+
+    StatusBarController(DesktopController& controller, GridStore& grid,
+                        std::function<void()> openConfig, QObject* parent = nullptr);
+    ~StatusBarController() override;
+
+    // Whether the icon stands in a tray; false where the desktop offers none.
+    bool hasTray() const;
+    // Fills a menu that opens elsewhere (the configuration window's) the same way, on each opening.
+    void attach(QMenu& menu);
+    MenuState state() const;
+    MenuActions actions();
+
+private:
+    DesktopController& m_controller;
+    GridStore& m_grid;
+    std::function<void()> m_openConfig;
+    std::unique_ptr<QMenu> m_menu;
+    QSystemTrayIcon* m_item = nullptr;
+};
+
+} // namespace tw

@@ -1,0 +1,71 @@
+#include "config/ConfigWindow.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QMenuBar>
+#include <QScreen>
+#include <QVBoxLayout>
+
+namespace tw {
+
+ConfigWindow::ConfigWindow(std::function<QWidget*()> makeContent, QWidget* parent)
+    : QWidget(parent, Qt::Window)
+    , m_makeContent(std::move(makeContent))
+    , m_layout(new QVBoxLayout(this))
+    , m_menuBar(new QMenuBar(this)) {
+    setWindowTitle(QStringLiteral("Tarnwick"));
+    setAttribute(Qt::WA_DeleteOnClose, false);
+    m_layout->setContentsMargins(0, 0, 0, 0);
+    m_layout->setMenuBar(m_menuBar);
+    m_menuBar->setVisible(false);
+    resize(contentSize);
+    m_dropTimer.setSingleShot(true);
+    m_dropTimer.setInterval(dropDelay);
+    connect(&m_dropTimer, &QTimer::timeout, this, [this] {
+        if (!isVisible() && m_content) {
+            delete m_content;
+        }
+    });
+}
+
+void ConfigWindow::installContent() {
+    if (m_content) {
+        return;
+    }
+    m_content = m_makeContent ? m_makeContent() : new QWidget();
+    m_layout->addWidget(m_content);
+}
+
+void ConfigWindow::present() {
+    m_dropTimer.stop();
+    installContent();
+    if (!isVisible()) {
+        if (const QScreen* screen = QGuiApplication::primaryScreen()) {
+            const QRect area = screen->availableGeometry();
+            move(area.center() - QPoint(width() / 2, height() / 2));
+        }
+        show();
+    }
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    raise();
+    activateWindow();
+}
+
+void ConfigWindow::closeEvent(QCloseEvent* event) {
+    // Closing hides: the application lives on in its tiles and its status item.
+    event->accept();
+    Q_EMIT closed();
+    m_dropTimer.start();
+}
+
+void ConfigWindow::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    Q_EMIT visibilityChanged(true);
+}
+
+void ConfigWindow::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    Q_EMIT visibilityChanged(false);
+}
+
+} // namespace tw

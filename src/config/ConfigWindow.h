@@ -1,0 +1,54 @@
+// The one configuration window, "Tarnwick": holds the gallery; closing it drops its view tree
+// after a moment so that a closed window costs nothing, and never quits the application.
+#pragma once
+
+#include <QPointer>
+#include <QTimer>
+#include <QWidget>
+
+#include <chrono>
+#include <functional>
+
+class QMenuBar;
+class QVBoxLayout;
+
+namespace tw {
+
+class ConfigWindow final : public QWidget {
+    Q_OBJECT
+public:
+    static constexpr QSize contentSize{980, 680};
+    // How long a closed window keeps its views, in case it is opened again at once.
+    static constexpr std::chrono::milliseconds dropDelay{500};
+
+    // `makeContent` builds the view tree each time the window needs one.
+    explicit ConfigWindow(std::function<QWidget*()> makeContent, QWidget* parent = nullptr);
+
+    // Shows the window (building its views if they were dropped), brings it forward, focuses it.
+    void present();
+    // The view tree, or null while dropped.
+    QWidget* content() const { return m_content; }
+    // The window's own menu bar, where the status menu lives when the desktop has no tray.
+    QMenuBar* menuBar() const { return m_menuBar; }
+
+Q_SIGNALS:
+    // Shown or hidden, for AppSettings.configWindowVisible.
+    void visibilityChanged(bool visible);
+    void closed();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    void installContent();
+
+    std::function<QWidget*()> m_makeContent;
+    QVBoxLayout* m_layout;
+    QMenuBar* m_menuBar;
+    QPointer<QWidget> m_content;
+    QTimer m_dropTimer;
+};
+
+} // namespace tw

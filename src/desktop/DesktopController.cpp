@@ -1,0 +1,882 @@
+#include "desktop/DesktopController.h"
+
+#include "displays/LayoutDisplay.h"
+#include "displays/TopologyMemory.h"
+#include "faces/FaceRegistry.h"
+#include "grid/DropDecision.h"
+#include "grid/FreeSpot.h"
+#include "grid/GridStore.h"
+#include "grid/OverlapResolver.h"
+#include "grid/RectEdges.h"
+#include "model/WidgetAction.h"
+#include "model/WidgetRegistry.h"
+#include "platform/Clock.h"
+#include "platform/Scheduler.h"
+#include "settings/AppSettings.h"
+#include "settings/L.h"
+#include "tick/MinuteCoordinator.h"
+#include "tick/TickCoordinator.h"
+#include "tick/TimeSource.h"
+
+#include <QActionGroup>
+#include <QLoggingCategory>
+#include <QMenu>
+#include <QPropertyAnimation>
+#include <QSet>
+#include <QWindow>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tw {
+
+Q_LOGGING_CATEGORY(lcDesktop, "Desktop")
+
+namespace {
+
+using namespace std::chrono_literals;
+
+QRectF tileOf(const WidgetInstance& instance) {
+    return RectEdges::tileRect(instance.posX.value_or(0), instance.posY.value_or(0),
+                               instance.pixelSize());
+}
+
+bool isLockOnly(const WidgetInstance& instance) {
+    const auto value = instance.setting(QStringLiteral("lockOnly"));
+    return value && (*value == QLatin1String("true") || *value == QLatin1String("1"));
+}
+
+// Kinds that are typed into: they take the keyboard and never run a click action.
+bool isTypedInto(const QString& kind) {
+    return kind == QLatin1String("stickynote") || kind == QLatin1String("terminal");
+}
+
+double distanceToRect(QPointF p, const QRectF& r) {
+    const double dx = std::max({RectEdges::minX(r) - p.x(), 0.0, p.x() - RectEdges::maxX(r)});
+    const double dy = std::max({RectEdges::minY(r) - p.y(), 0.0, p.y() - RectEdges::maxY(r)});
+    return std::hypot(dx, dy);
+}
+
+double clampInto(double value, double lo, double hi) {
+    return hi < lo ? lo : std::clamp(value, lo, hi);
+}
+
+} // namespace
+
+DesktopController::DesktopController(const Services& services, QObject* parent)
+    : QObject(parent)
+    , m_services(services) {
+    connect(&m_services.grid, &GridStore::layoutChanged, this, [this] {
+        if (!m_isResolvingOverlaps) {
+            sync();
+        }
+    });
+    connect(&m_services.ticker, &TickCoordinator::nowChanged, this,
+            [this](const QDateTime& now) { advanceStacks(now); });
+    connect(&m_services.displays, &Displays::didWake, this,
+            [this] { reassertAfterDisplaysReturned(); });
+    connect(&m_services.displays, &Displays::screensChanged, this, [this] {
+        if (!m_veiled) {
+            sync();
+        }
+    });
+    if (m_services.watcher != nullptr) {
+        connect(m_services.watcher, &ScreenTopologyWatcher::settled, this,
+                [this](const ScreenTopologyWatcher::Change& change) { adoptArrangement(change); });
+        connect(m_services.watcher, &ScreenTopologyWatcher::isTransitioningChanged, this,
+                [this](bool transitioning) { setVeil(transitioning); });
+    }
+    connect(&m_services.windowing, &DesktopWindowing::coveredChanged, this,
+            [this](QObject* window, bool covered) {
+                const auto id = m_windows.constFind(window);
+                if (id == m_windows.cend()) {
+                    return;
+                }
+                if (auto it = m_panels.find(*id); it != m_panels.end()) {
+                    it->second.covered = covered;
+                    scheduleOcclusionRefresh();
+                }
+            });
+    auto& theme = m_services.theme;
+    for (auto signal : {&ThemeStore::themedChanged, &ThemeStore::accentOverrideChanged}) {
+        connect(&theme, signal, this, [this] { refreshAllContent(); });
+    }
+    connect(&theme, &ThemeStore::glassStyleChanged, this, [this] { refreshAllContent(); });
+    connect(&theme, &ThemeStore::glassStrengthChanged, this, [this] { refreshAllContent(); });
+    connect(&theme, &ThemeStore::glassTintChanged, this, [this] { refreshAllContent(); });
+}
+
+DesktopController::~DesktopController() {
+    m_panels.clear();
+    m_services.ticker.setActive(false);
+}
+
+// --- visibility --------------------------------------------------------------------------------
+
+void DesktopController::show() {
+    m_isVisible = true;
+    sync();
+}
+
+void DesktopController::hide() {
+    m_isVisible = false;
+    for (auto& [id, entry] : m_panels) {
+        entry.panel->hide();
+    }
+    updateDesktopActive();
+}
+
+void DesktopController::toggle() {
+    if (m_isVisible) {
+        hide();
+    } else {
+        show();
+    }
+}
+
+void DesktopController::updateDesktopActive() {
+    m_services.ticker.setActive(m_isVisible && !m_panels.empty());
+}
+
+// --- sync --------------------------------------------------------------------------------------
+
+QList<WidgetInstance> DesktopController::desktopInstances() const {
+    QList<WidgetInstance> result;
+    for (const WidgetInstance& instance : m_services.grid.layout().instances) {
+        if (!isLockOnly(instance) && m_services.registry.definition(instance.kind)) {
+            result.append(instance);
+        }
+    }
+    return result;
+}
+
+void DesktopController::sync() {
+    if (m_syncing) {
+        return;
+    }
+    m_syncing = true;
+    placeUnpositioned();
+    const QList<WidgetInstance> wanted = desktopInstances();
+
+    QSet<QUuid> ids;
+    for (const WidgetInstance& instance : wanted) {
+        ids.insert(instance.id);
+    }
+    for (auto it = m_panels.begin(); it != m_panels.end();) {
+        if (ids.contains(it->first)) {
+            ++it;
+            continue;
+        }
+        m_windows.remove(static_cast<QObject*>(it->second.panel->windowHandle()));
+        it->second.panel->hide();
+        it = m_panels.erase(it);
+    }
+
+    for (const WidgetInstance& instance : wanted) {
+        auto it = m_panels.find(instance.id);
+        if (it == m_panels.end()) {
+            spawn(instance);
+            continue;
+        }
+        Entry& entry = it->second;
+        const WidgetInstance before = entry.instance;
+        entry.instance = instance;
+        const QSizeF size = windowSize(instance);
+        if (size != QSizeF(entry.panel->size())) {
+            entry.panel->setContentSize(size);
+        }
+        if (before.kind != instance.kind || before.size != instance.size ||
+            before.settings != instance.settings) {
+            refreshContent(entry);
+        }
+        const bool dragged = m_isDragging && m_draggingID == instance.id;
+        if (!dragged && !entry.panel->isSliding()) {
+            entry.panel->setFrameOrigin(origin(instance, size));
+        }
+    }
+
+    if (!m_isDragging && m_sweptSignature != layoutSignature()) {
+        resolveAllOverlaps();
+    }
+    applyStackVisibility();
+    updateDesktopActive();
+    m_syncing = false;
+    Q_EMIT synced();
+}
+
+// A tile that has never been placed on the desktop is given a place on the main display, in
+// reading order of its logical cell, so that a first start shows the grid as it was laid out.
+void DesktopController::placeUnpositioned() {
+    QList<WidgetInstance> unplaced;
+    QList<QRectF> occupied;
+    QSet<QUuid> placedStacks;
+    for (const WidgetInstance& instance : desktopInstances()) {
+        if (instance.posX && instance.posY) {
+            occupied.append(tileOf(instance));
+        } else if (!instance.stackID || !placedStacks.contains(*instance.stackID)) {
+            unplaced.append(instance);
+            if (instance.stackID) {
+                placedStacks.insert(*instance.stackID);
+            }
+        }
+    }
+    if (unplaced.isEmpty()) {
+        return;
+    }
+    std::stable_sort(unplaced.begin(), unplaced.end(), [](const auto& a, const auto& b) {
+        return std::tie(a.page, a.row, a.col, a.order) < std::tie(b.page, b.row, b.col, b.order);
+    });
+    const QRectF frame = mainVisibleFrame();
+    QList<std::pair<QUuid, QPointF>> writes;
+    for (const WidgetInstance& instance : unplaced) {
+        const QSizeF size = instance.pixelSize();
+        std::optional<QPointF> spot;
+        // A tile laid out on the logical grid keeps its cell, measured from the screen's
+        // top-left corner as presets are, when that place is free.
+        if (instance.isPlaced()) {
+            const QPointF cell(frame.x() + GridStore::presetInset +
+                                   instance.col * GridStore::presetPitch,
+                               RectEdges::maxY(frame) - GridStore::presetInset -
+                                   instance.row * GridStore::presetPitch);
+            const QRectF rect = RectEdges::tileRect(cell.x(), cell.y(), size);
+            const bool free =
+                std::none_of(occupied.cbegin(), occupied.cend(),
+                             [&](const QRectF& o) { return OverlapResolver::overlaps(rect, o); });
+            if (free && frame.contains(rect)) {
+                spot = cell;
+            }
+        }
+        if (!spot) {
+            spot = FreeSpot::find(size, frame, occupied);
+        }
+        if (!spot) {
+            continue;
+        }
+        writes.append({instance.id, *spot});
+        occupied.append(RectEdges::tileRect(spot->x(), spot->y(), size));
+    }
+    m_isResolvingOverlaps = true;
+    for (const auto& [id, spot] : writes) {
+        m_services.grid.updatePosition(id, spot.x(), spot.y());
+    }
+    m_isResolvingOverlaps = false;
+}
+
+void DesktopController::spawn(const WidgetInstance& instance) {
+    const auto focus = isTypedInto(instance.kind) ? DesktopWindowing::Focus::WhenClicked
+                                                  : DesktopWindowing::Focus::Never;
+    Entry entry;
+    entry.instance = instance;
+    entry.state = std::make_unique<PanelState>();
+    entry.panel =
+        std::make_unique<DesktopPanel>(instance.id, m_services.windowing, focus, m_renderer);
+    DesktopPanel* panel = entry.panel.get();
+    const QUuid id = instance.id;
+    const QSizeF size = windowSize(instance);
+    panel->resize(static_cast<int>(std::lround(size.width())),
+                  static_cast<int>(std::lround(size.height())));
+    panel->setFrameOrigin(origin(instance, size));
+
+    panel->snapCandidates = [this, id] { return otherTileRects(id); };
+    panel->snapBounds = [this, panel] { return resolveBounds(*panel); };
+    panel->moveNeedsShift = [this] { return m_services.settings.moveNeedsShift(); };
+    panel->onUserDrag = [this, id] {
+        m_isDragging = true;
+        m_draggingID = id;
+    };
+    panel->onDragEnded = [this, id] { handleDragEnded(id); };
+    panel->onPlainClick = [this, id](QPointF point) { return handlePlainClick(id, point); };
+    panel->contextMenuProvider = [this, id] { return contextMenu(id); };
+    panel->onScroll = [this, id](const StackScrollGesture::Event& event) {
+        return handleScroll(id, event);
+    };
+    PanelState* state = entry.state.get();
+    panel->onHoverChange = [state](bool hovering) { state->setHovering(hovering); };
+    panel->onKeyChange = [state](bool key) { state->setKey(key); };
+    state->onStackStep = [this, id](int step) {
+        if (const auto member = m_services.grid.instance(id); member && member->stackID) {
+            stepStack(*member->stackID, step);
+        }
+    };
+    m_windows.insert(static_cast<QObject*>(panel->windowHandle()), id);
+    auto& stored = m_panels.emplace(id, std::move(entry)).first->second;
+    refreshContent(stored);
+}
+
+void DesktopController::refreshContent(Entry& entry) {
+    const auto definition = m_services.registry.definition(entry.instance.kind);
+    if (!definition) {
+        return;
+    }
+    const WidgetFace& face = m_services.faces.face(definition->metadata.kind);
+    FaceContext context = FaceContext::forInstance(definition->metadata, entry.instance);
+    const ThemeStore& theme = m_services.theme;
+    context.theme = theme.themed();
+    const bool light =
+        ThemeStore::prefersLightGlass(theme.glassTint(), ThemeStore::SystemAppearance::Dark);
+    context.glass =
+        GlassLook{theme.glassStyle() == ThemeStore::GlassStyle::Clear ? GlassLook::Finish::Clear
+                                                                      : GlassLook::Finish::Frosted,
+                  theme.glassStrength(), light ? GlassLook::Shade::Light : GlassLook::Shade::Dark};
+    context.surface = SurfaceFlags::desktop();
+    context.symbols = m_services.symbols;
+
+    const auto grain = face.grain(entry.instance.size, context.settings);
+    if (!grain) {
+        entry.time.reset();
+    } else if (!entry.time || entry.time->grain() != *grain) {
+        entry.time = std::make_unique<TimeSource>(*grain, m_services.ticker, m_services.minutes);
+        DesktopPanel* panel = entry.panel.get();
+        PanelState* state = entry.state.get();
+        // A covered tile is not repainted; it catches up when it comes back into view.
+        connect(entry.time.get(), &TimeSource::timeChanged, panel,
+                [panel, state](const QDateTime& now) {
+                    if (!state->occluded()) {
+                        panel->setNow(now);
+                    }
+                });
+    }
+    context.now = entry.time ? entry.time->time() : QDateTime();
+    entry.panel->setContent(face, context);
+}
+
+void DesktopController::refreshAllContent() {
+    for (auto& [id, entry] : m_panels) {
+        refreshContent(entry);
+    }
+}
+
+// --- geometry ----------------------------------------------------------------------------------
+
+QSizeF DesktopController::windowSize(const WidgetInstance& instance) {
+    return instance.pixelSize() + QSizeF(2 * panelMargin, 2 * panelMargin);
+}
+
+QList<ScreenInfo> DesktopController::screens() const {
+    return m_services.displays.screens();
+}
+
+QRectF DesktopController::mainVisibleFrame() const {
+    const QList<ScreenInfo> all = screens();
+    for (const ScreenInfo& screen : all) {
+        if (screen.isMain) {
+            return screen.visibleFrame;
+        }
+    }
+    return all.isEmpty() ? QRectF(0, 0, 1440, 900) : all.first().visibleFrame;
+}
+
+QRectF DesktopController::visibleFrame(const QPointF& tileTopLeft, const QSizeF& tileSize) const {
+    const QList<ScreenInfo> all = screens();
+    if (all.isEmpty()) {
+        return QRectF(0, 0, 1440, 900);
+    }
+    const QRectF tile = RectEdges::tileRect(tileTopLeft.x(), tileTopLeft.y(), tileSize);
+    const ScreenInfo* best = nullptr;
+    double bestArea = 0;
+    for (const ScreenInfo& screen : all) {
+        const double w = RectEdges::overlapWidth(tile, screen.frame);
+        const double h = RectEdges::overlapHeight(tile, screen.frame);
+        if (w > 0 && h > 0 && w * h > bestArea) {
+            bestArea = w * h;
+            best = &screen;
+        }
+    }
+    if (best == nullptr) {
+        const QPointF centre = RectEdges::centre(tile);
+        double nearest = std::numeric_limits<double>::infinity();
+        for (const ScreenInfo& screen : all) {
+            const double d = distanceToRect(centre, screen.frame);
+            if (d < nearest) {
+                nearest = d;
+                best = &screen;
+            }
+        }
+    }
+    return best->visibleFrame;
+}
+
+QPointF DesktopController::origin(const WidgetInstance& instance, const QSizeF& size) const {
+    const QSizeF tile(size.width() - 2 * panelMargin, size.height() - 2 * panelMargin);
+    std::optional<QPointF> topLeft;
+    if (instance.posX && instance.posY) {
+        topLeft = QPointF(*instance.posX, *instance.posY);
+    } else {
+        topLeft = m_services.grid.freeSpot(instance.kind, instance.size, instance.settings);
+    }
+    if (!topLeft) {
+        const QRectF frame = mainVisibleFrame();
+        topLeft = QPointF(frame.x() + FreeSpot::margin, RectEdges::maxY(frame) - FreeSpot::margin);
+    }
+    const QRectF frame = visibleFrame(*topLeft, tile);
+    const double x =
+        clampInto(topLeft->x(), RectEdges::minX(frame), RectEdges::maxX(frame) - tile.width());
+    const double top =
+        clampInto(topLeft->y(), RectEdges::minY(frame) + tile.height(), RectEdges::maxY(frame));
+    // With the tile taller than the display, its top edge stays on screen.
+    const double clampedTop = tile.height() > frame.height() ? RectEdges::maxY(frame) : top;
+    return {x - panelMargin, clampedTop - tile.height() - panelMargin};
+}
+
+std::optional<QRectF> DesktopController::resolveBounds(const DesktopPanel& panel) const {
+    if (screens().isEmpty()) {
+        return std::nullopt;
+    }
+    const QRectF tile = panel.tileRect();
+    return visibleFrame(QPointF(tile.x(), RectEdges::maxY(tile)), tile.size());
+}
+
+QList<QRectF> DesktopController::otherTileRects(const QUuid& id) const {
+    QList<QRectF> rects;
+    for (const auto& [other, entry] : m_panels) {
+        if (other != id && !isHiddenStackMember(other)) {
+            rects.append(entry.panel->tileRect());
+        }
+    }
+    return rects;
+}
+
+// --- overlaps ----------------------------------------------------------------------------------
+
+QString DesktopController::layoutSignature() const {
+    QStringList parts;
+    for (const WidgetInstance& instance : m_services.grid.layout().instances) {
+        parts.append(instance.id.toString(QUuid::WithoutBraces) + QLatin1Char('|') +
+                     rawValue(instance.size) + QLatin1Char('|') +
+                     QString::number(instance.posX.value_or(qQNaN())) + QLatin1Char('|') +
+                     QString::number(instance.posY.value_or(qQNaN())));
+    }
+    return parts.join(QLatin1Char('\n'));
+}
+
+void DesktopController::resolveAllOverlaps() {
+    m_isResolvingOverlaps = true;
+    QList<QUuid> order;
+    QHash<QUuid, QRectF> rects;
+    for (const WidgetInstance& instance : desktopInstances()) {
+        if (m_panels.count(instance.id) > 0 && !isHiddenStackMember(instance.id)) {
+            order.append(instance.id);
+            rects.insert(instance.id, m_panels.at(instance.id).panel->tileRect());
+        }
+    }
+    for (const QUuid& id : order) {
+        QList<QRectF> others;
+        for (const QUuid& other : order) {
+            if (other != id) {
+                others.append(rects.value(other));
+            }
+        }
+        const QRectF rect = rects.value(id);
+        const QRectF bounds = visibleFrame(QPointF(rect.x(), RectEdges::maxY(rect)), rect.size());
+        const QRectF resolved = OverlapResolver::resolve(rect, others, bounds, overlapGap);
+        if (resolved == rect) {
+            continue;
+        }
+        rects.insert(id, resolved);
+        ++m_pendingOverlapWrites;
+        m_services.grid.updatePosition(id, resolved.x(), RectEdges::maxY(resolved));
+        m_panels.at(id).panel->setFrameOrigin(resolved.topLeft() -
+                                              QPointF(panelMargin, panelMargin));
+        --m_pendingOverlapWrites;
+    }
+    m_sweptSignature = layoutSignature();
+    m_isResolvingOverlaps = false;
+}
+
+// --- stacks ------------------------------------------------------------------------------------
+
+bool DesktopController::isHiddenStackMember(const QUuid& id) const {
+    const auto instance = m_services.grid.instance(id);
+    if (!instance || !instance->stackID) {
+        return false;
+    }
+    const QList<WidgetInstance> members = m_services.grid.stackMembers(*instance->stackID);
+    if (members.size() < 2) {
+        return false;
+    }
+    const int active = std::clamp(m_stackActive.value(*instance->stackID), 0,
+                                  static_cast<int>(members.size()) - 1);
+    return members.at(active).id != id;
+}
+
+void DesktopController::applyStackVisibility() {
+    for (auto& [id, entry] : m_panels) {
+        const bool shown = m_isVisible && !isHiddenStackMember(id);
+        if (shown && !entry.panel->isVisible()) {
+            entry.panel->show();
+        } else if (!shown && entry.panel->isVisible()) {
+            entry.panel->hide();
+        }
+    }
+}
+
+void DesktopController::advanceStacks(const QDateTime& now) {
+    if (!m_isVisible || m_isDragging) {
+        return;
+    }
+    QSet<QUuid> stacks;
+    for (const WidgetInstance& instance : m_services.grid.layout().instances) {
+        if (instance.stackID) {
+            stacks.insert(*instance.stackID);
+        }
+    }
+    bool stepped = false;
+    for (const QUuid& stack : stacks) {
+        const int seconds = m_services.grid.stackSeconds(stack);
+        if (seconds <= 0) {
+            continue;
+        }
+        const QDateTime last = m_stackLastRotate.value(stack);
+        if (!last.isValid()) {
+            m_stackLastRotate.insert(stack, now);
+            continue;
+        }
+        if (last.msecsTo(now) < qint64{seconds} * 1000) {
+            continue;
+        }
+        const QList<WidgetInstance> members = m_services.grid.stackMembers(stack);
+        const bool hovered = std::any_of(members.cbegin(), members.cend(), [this](const auto& m) {
+            const PanelState* state = panelState(m.id);
+            return state != nullptr && state->hovering();
+        });
+        if (hovered || members.size() < 2) {
+            continue;
+        }
+        m_stackActive.insert(stack, (m_stackActive.value(stack) + 1) % members.size());
+        m_stackLastRotate.insert(stack, now);
+        stepped = true;
+    }
+    if (stepped) {
+        applyStackVisibility();
+    }
+}
+
+void DesktopController::stepStack(const QUuid& stackID, int step) {
+    const auto count = static_cast<int>(m_services.grid.stackMembers(stackID).size());
+    if (count < 1) {
+        return;
+    }
+    const int current = std::clamp(m_stackActive.value(stackID), 0, count - 1);
+    m_stackActive.insert(stackID, ((current + step) % count + count) % count);
+    m_stackLastRotate.insert(stackID, m_services.clock.now());
+    applyStackVisibility();
+}
+
+bool DesktopController::handleScroll(const QUuid& id, const StackScrollGesture::Event& event) {
+    const auto instance = m_services.grid.instance(id);
+    if (!instance || !instance->stackID) {
+        return false;
+    }
+    if (const auto step = m_stackScroll.step(event)) {
+        stepStack(*instance->stackID, *step);
+    }
+    return true;
+}
+
+// --- veil and displays -------------------------------------------------------------------------
+
+void DesktopController::setVeil(bool veiled) {
+    m_veilTask.cancel();
+    if (veiled) {
+        m_veiled = true;
+        fadePanels(0.0);
+        // A change that never settles must not leave the desktop empty.
+        m_veilTask =
+            m_services.scheduler.singleShot(veilGuard, 500ms, this, [this] { setVeil(false); });
+        return;
+    }
+    if (!m_veiled) {
+        return;
+    }
+    m_veilTask = m_services.scheduler.singleShot(veilReturn, 0ms, this, [this] {
+        m_veiled = false;
+        fadePanels(1.0);
+        refreshOcclusion();
+    });
+}
+
+void DesktopController::fadePanels(double opacity) {
+    for (auto& [id, entry] : m_panels) {
+        auto* animation =
+            new QPropertyAnimation(entry.panel.get(), "windowOpacity", entry.panel.get());
+        animation->setDuration(static_cast<int>(fadeDuration.count()));
+        animation->setEndValue(opacity);
+        animation->start(QAbstractAnimation::DeleteWhenStopped);
+    }
+}
+
+void DesktopController::adoptArrangement(const ScreenTopologyWatcher::Change& change) {
+    if (!change.topologyChanged || m_services.memory == nullptr) {
+        return;
+    }
+    const auto layout =
+        m_services.memory->layoutForSettled(change.displays, m_services.grid.layout());
+    if (layout && !layout->instances.isEmpty()) {
+        m_services.grid.replaceLayout(*layout);
+    }
+}
+
+void DesktopController::reassertAfterDisplaysReturned() {
+    qCInfo(lcDesktop, "displays returned: restoring widget positions");
+    sync();
+    m_wakeTasks.clear();
+    for (const auto delay : wakeRepeats) {
+        m_wakeTasks.push_back(
+            m_services.scheduler.singleShot(delay, 100ms, this, [this] { sync(); }));
+    }
+}
+
+int DesktopController::visitorCount() const {
+    if (m_services.memory == nullptr) {
+        return 0;
+    }
+    const QList<LayoutDisplay> displays = LayoutDisplay::currentDisplays(m_services.displays);
+    const auto& instances = m_services.grid.layout().instances;
+    return static_cast<int>(std::count_if(instances.cbegin(), instances.cend(), [&](const auto& i) {
+        return m_services.memory->isVisitor(i.id, displays);
+    }));
+}
+
+// --- occlusion ---------------------------------------------------------------------------------
+
+void DesktopController::scheduleOcclusionRefresh() {
+    m_occlusionTask.cancel();
+    m_occlusionTask = m_services.scheduler.singleShot(occlusionDebounce, 50ms, this,
+                                                      [this] { refreshOcclusion(); });
+}
+
+void DesktopController::refreshOcclusion() {
+    if (m_veiled) {
+        return;
+    }
+    for (auto& [id, entry] : m_panels) {
+        const bool wasOccluded = entry.state->occluded();
+        entry.state->setOccluded(entry.covered);
+        if (wasOccluded && !entry.covered && entry.time) {
+            entry.panel->setNow(entry.time->time());
+        }
+    }
+}
+
+// --- the drop and clicks -----------------------------------------------------------------------
+
+void DesktopController::handleDragEnded(const QUuid& draggedID) {
+    m_isDragging = false;
+    m_draggingID = QUuid();
+    const auto found = m_panels.find(draggedID);
+    const auto instance = m_services.grid.instance(draggedID);
+    if (found == m_panels.end() || !instance) {
+        return;
+    }
+    DesktopPanel& panel = *found->second.panel;
+    const QRectF rect = panel.tileRect();
+    if (rect.isEmpty()) {
+        return;
+    }
+    QList<DropDecision::Tile> others;
+    for (const auto& [id, entry] : m_panels) {
+        if (id == draggedID || isHiddenStackMember(id) || !entry.panel->isVisible()) {
+            continue;
+        }
+        others.append({id, entry.instance.size, entry.panel->tileRect()});
+    }
+    const DropDecision decision =
+        DropDecision::decide(instance->size, rect, others, resolveBounds(panel));
+
+    // The writes of the drop are one change: the sync after them sees the final layout.
+    m_isResolvingOverlaps = true;
+    m_services.grid.updatePosition(draggedID, rect.x(), RectEdges::maxY(rect));
+    switch (decision.outcome) {
+    case DropDecision::Outcome::stack: {
+        m_services.grid.groupIntoStack(draggedID, decision.stackOnto);
+        // The stack shows the tile that was just dropped on it.
+        const auto grouped = m_services.grid.instance(draggedID);
+        if (grouped && grouped->stackID) {
+            const auto members = m_services.grid.stackMembers(*grouped->stackID);
+            for (int i = 0; i < members.size(); ++i) {
+                if (members.at(i).id == draggedID) {
+                    m_stackActive.insert(*grouped->stackID, i);
+                }
+            }
+            m_stackLastRotate.insert(*grouped->stackID, m_services.clock.now());
+        }
+        break;
+    }
+    case DropDecision::Outcome::slide:
+        panel.slide(decision.rect.topLeft() - QPointF(panelMargin, panelMargin));
+        m_services.grid.updatePosition(draggedID, decision.rect.x(),
+                                       RectEdges::maxY(decision.rect));
+        break;
+    case DropDecision::Outcome::stay:
+    case DropDecision::Outcome::ignore:
+        break;
+    }
+    m_isResolvingOverlaps = false;
+    sync();
+}
+
+bool DesktopController::handlePlainClick(const QUuid& id, QPointF point) {
+    const auto instance = m_services.grid.instance(id);
+    if (!instance) {
+        return false;
+    }
+    if (instance->stackID) {
+        const double x = point.x() - panelMargin;
+        const double width = instance->pixelSize().width();
+        if (x < stackArrowZone) {
+            stepStack(*instance->stackID, -1);
+            return true;
+        }
+        if (x > width - stackArrowZone) {
+            stepStack(*instance->stackID, 1);
+            return true;
+        }
+        if (point.y() - panelMargin < stackDotZone) {
+            return true;
+        }
+    }
+    if (isTypedInto(instance->kind)) {
+        return false;
+    }
+    const auto action = WidgetAction::resolved(instance->kind, instance->settings);
+    if (!action || action->kind == WidgetActionKind::none || m_services.workspace == nullptr) {
+        return false;
+    }
+    WidgetAction::run(*m_services.workspace, action->kind, action->target);
+    return true;
+}
+
+// --- context menu ------------------------------------------------------------------------------
+
+QMenu* DesktopController::contextMenu(const QUuid& id) {
+    const auto instance = m_services.grid.instance(id);
+    if (!instance) {
+        return nullptr;
+    }
+    const auto definition = m_services.registry.definition(instance->kind);
+    auto* menu = new QMenu();
+    if (definition && definition->metadata.hasSettings) {
+        menu->addAction(L("widget.settings", QStringLiteral("Widget Settings…")), this,
+                        [this, id] { openWidgetSettings(id); });
+    }
+
+    QMenu* sizes = menu->addMenu(L("widget.size", QStringLiteral("Size")));
+    const QList<WidgetSize> allowed =
+        definition ? definition->metadata.allowedSizes : QList<WidgetSize>{instance->size};
+    for (const WidgetSize size : allowed) {
+        QAction* action =
+            sizes->addAction(label(size), this, [this, id, size] { setWidgetSize(id, size); });
+        action->setCheckable(true);
+        action->setChecked(size == instance->size);
+    }
+
+    QMenu* glass = menu->addMenu(L("widget.glass", QStringLiteral("Glass")));
+    const std::array<std::tuple<ThemeStore::GlassStyle, const char*, QString>, 3> styles{{
+        {ThemeStore::GlassStyle::Frosted, "appearance.frosted", QStringLiteral("Frosted")},
+        {ThemeStore::GlassStyle::Clear, "appearance.clear", QStringLiteral("Clear")},
+        {ThemeStore::GlassStyle::Liquid, "appearance.liquid", QStringLiteral("Liquid")},
+    }};
+    for (const auto& [style, key, english] : styles) {
+        QAction* action = glass->addAction(L(key, english), this,
+                                           [this, style = style] { setGlassStyle(style); });
+        action->setCheckable(true);
+        action->setChecked(m_services.theme.glassStyle() == style);
+    }
+
+    if (instance->stackID) {
+        const QUuid stack = *instance->stackID;
+        menu->addAction(L("stack.showNext", QStringLiteral("Show Next")), this,
+                        [this, stack] { showNextInStack(stack); });
+        QMenu* rotate = menu->addMenu(L("stack.rotateEvery", QStringLiteral("Rotate Every")));
+        const int current = m_services.grid.stackSeconds(stack);
+        for (const int seconds : rotateChoices) {
+            const QString title = seconds == 0 ? L("common.off", QStringLiteral("Off"))
+                                               : QString::number(seconds) + QStringLiteral(" s");
+            QAction* action = rotate->addAction(
+                title, this, [this, stack, seconds] { setStackRotate(stack, seconds); });
+            action->setCheckable(true);
+            action->setChecked(current == seconds);
+        }
+        menu->addAction(L("stack.unstack", QStringLiteral("Remove from Stack")), this,
+                        [this, id] { unstackWidget(id); });
+    }
+    menu->addAction(L("widget.removeWidget", QStringLiteral("Remove Widget")), this,
+                    [this, id] { removeWidget(id); });
+    return menu;
+}
+
+void DesktopController::setWidgetSize(const QUuid& id, WidgetSize size) {
+    const auto instance = m_services.grid.instance(id);
+    if (!instance || instance->size == size) {
+        return;
+    }
+    QList<QUuid> ids{id};
+    if (instance->stackID) {
+        ids.clear();
+        for (const WidgetInstance& member : m_services.grid.stackMembers(*instance->stackID)) {
+            ids.append(member.id);
+        }
+    }
+    writeSize(ids, size);
+}
+
+// The tile keeps its top-left corner; the sync that follows resizes the panels and the overlap
+// sweep moves whatever the bigger tile now covers.
+void DesktopController::writeSize(const QList<QUuid>& ids, WidgetSize size) {
+    GridLayout next = m_services.grid.layout();
+    for (WidgetInstance& instance : next.instances) {
+        if (ids.contains(instance.id)) {
+            instance.size = size;
+        }
+    }
+    m_services.grid.replaceLayout(next);
+}
+
+void DesktopController::setGlassStyle(ThemeStore::GlassStyle style) {
+    m_services.theme.setGlassStyle(style);
+}
+
+void DesktopController::setStackRotate(const QUuid& stackID, int seconds) {
+    m_services.grid.setStackSeconds(stackID, seconds);
+    m_stackLastRotate.insert(stackID, m_services.clock.now());
+}
+
+void DesktopController::showNextInStack(const QUuid& stackID) {
+    stepStack(stackID, 1);
+}
+
+void DesktopController::removeWidget(const QUuid& id) {
+    m_services.grid.remove(id);
+}
+
+void DesktopController::unstackWidget(const QUuid& id) {
+    m_services.grid.removeFromStack(id);
+}
+
+void DesktopController::openWidgetSettings(const QUuid& id) {
+    if (widgetSettingsOpener) {
+        widgetSettingsOpener(id);
+    }
+}
+
+// --- look-ups ----------------------------------------------------------------------------------
+
+DesktopPanel* DesktopController::panel(const QUuid& id) const {
+    const auto it = m_panels.find(id);
+    return it == m_panels.end() ? nullptr : it->second.panel.get();
+}
+
+PanelState* DesktopController::panelState(const QUuid& id) const {
+    const auto it = m_panels.find(id);
+    return it == m_panels.end() ? nullptr : it->second.state.get();
+}
+
+QList<QUuid> DesktopController::panelIDs() const {
+    QList<QUuid> ids;
+    for (const auto& [id, entry] : m_panels) {
+        ids.append(id);
+    }
+    return ids;
+}
+
+} // namespace tw

@@ -1,0 +1,188 @@
+// Keeps one panel for every tile that belongs on the desktop, in step with the grid, the
+// displays, the tick and what covers the panels; owns which member of a stack is on show.
+#pragma once
+
+#include "desktop/DesktopPanel.h"
+#include "desktop/PanelState.h"
+#include "displays/ScreenTopologyWatcher.h"
+#include "faces/TileRenderer.h"
+#include "grid/StackScrollGesture.h"
+#include "look/ThemeStore.h"
+#include "model/GridLayout.h"
+#include "platform/DesktopWindowing.h"
+#include "platform/Displays.h"
+#include "platform/ScheduledTask.h"
+
+#include <QDateTime>
+#include <QHash>
+#include <QObject>
+#include <QPointer>
+#include <QUuid>
+
+#include <array>
+#include <chrono>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+
+class QMenu;
+
+namespace tw {
+
+class AppSettings;
+class Clock;
+class FaceRegistry;
+class GridStore;
+class MinuteCoordinator;
+class Scheduler;
+class SymbolProvider;
+class TickCoordinator;
+class TimeSource;
+class TopologyMemory;
+class WidgetRegistry;
+class Workspace;
+
+class DesktopController final : public QObject {
+    Q_OBJECT
+public:
+    // Everything the controller works with; all must outlive it. The watcher and the memory may
+    // be absent (no display handling), as may the workspace (clicks run no action).
+    struct Services {
+        ThemeStore& theme;
+        TickCoordinator& ticker;
+        MinuteCoordinator& minutes;
+        GridStore& grid;
+        AppSettings& settings;
+        const Displays& displays;
+        DesktopWindowing& windowing;
+        Scheduler& scheduler;
+        const Clock& clock;
+        const WidgetRegistry& registry;
+        const FaceRegistry& faces;
+        const SymbolProvider* symbols = nullptr;
+        ScreenTopologyWatcher* watcher = nullptr;
+        TopologyMemory* memory = nullptr;
+        Workspace* workspace = nullptr;
+    };
+
+    static constexpr double panelMargin = DesktopPanel::margin;
+    static constexpr double overlapGap = 16;
+    static constexpr std::chrono::milliseconds veilGuard{8000};
+    static constexpr std::chrono::milliseconds veilReturn{350};
+    static constexpr std::chrono::milliseconds fadeDuration{200};
+    static constexpr std::chrono::milliseconds occlusionDebounce{150};
+    static constexpr std::chrono::milliseconds wakeRepeats[] = {std::chrono::milliseconds{1500},
+                                                                std::chrono::milliseconds{4000}};
+    // Click zones of a stack's own arrows and dots, in points from the tile's edges.
+    static constexpr double stackArrowZone = 30;
+    static constexpr double stackDotZone = 20;
+    static constexpr std::array<int, 4> rotateChoices{0, 4, 8, 15};
+
+    explicit DesktopController(const Services& services, QObject* parent = nullptr);
+    ~DesktopController() override;
+
+    // Visible or hidden; each writes TickCoordinator's desktopActive.
+    void show();
+    void hide();
+    void toggle();
+    bool isVisible() const { return m_isVisible; }
+    // Marks the desktop visible without showing anything yet: the first sync shows the panels.
+    void setVisibleFlag(bool visible) { m_isVisible = visible; }
+
+    // Brings the panels in line with the grid.
+    void sync();
+    void applyStackVisibility();
+    void advanceStacks(const QDateTime& now);
+    void stepStack(const QUuid& stackID, int step);
+    bool isHiddenStackMember(const QUuid& id) const;
+    void resolveAllOverlaps();
+    QString layoutSignature() const;
+
+    void setVeil(bool veiled);
+    bool isVeiled() const { return m_veiled; }
+    void adoptArrangement(const ScreenTopologyWatcher::Change& change);
+    void reassertAfterDisplaysReturned();
+    void scheduleOcclusionRefresh();
+    void refreshOcclusion();
+
+    // The panel's size for a tile: the tile grown by the margin on every side.
+    static QSizeF windowSize(const WidgetInstance& instance);
+    // The panel origin (lower-left, internal points) for a tile, clamped into its display.
+    QPointF origin(const WidgetInstance& instance, const QSizeF& size) const;
+    QRectF visibleFrame(const QPointF& tileTopLeft, const QSizeF& tileSize) const;
+    std::optional<QRectF> resolveBounds(const DesktopPanel& panel) const;
+
+    // Widgets parked here until their own display returns.
+    int visitorCount() const;
+
+    // Context menu and its actions.
+    QMenu* contextMenu(const QUuid& id);
+    void setWidgetSize(const QUuid& id, WidgetSize size);
+    void setGlassStyle(ThemeStore::GlassStyle style);
+    void setStackRotate(const QUuid& stackID, int seconds);
+    void showNextInStack(const QUuid& stackID);
+    void removeWidget(const QUuid& id);
+    void unstackWidget(const QUuid& id);
+    void openWidgetSettings(const QUuid& id);
+    // Opens an instance's page in the configuration window; set by the application.
+    std::function<void(const QUuid&)> widgetSettingsOpener;
+
+    // The drop at the end of a drag.
+    void handleDragEnded(const QUuid& draggedID);
+    bool handlePlainClick(const QUuid& id, QPointF point);
+
+    // For tests and the status menu.
+    DesktopPanel* panel(const QUuid& id) const;
+    PanelState* panelState(const QUuid& id) const;
+    QList<QUuid> panelIDs() const;
+    int activeIndex(const QUuid& stackID) const { return m_stackActive.value(stackID); }
+    bool isDragging() const { return m_isDragging; }
+
+Q_SIGNALS:
+    // After every sync: the panels stand where the grid says.
+    void synced();
+
+private:
+    struct Entry {
+        std::unique_ptr<DesktopPanel> panel;
+        std::unique_ptr<PanelState> state;
+        std::unique_ptr<TimeSource> time;
+        WidgetInstance instance;
+        bool covered = false;
+    };
+
+    QList<WidgetInstance> desktopInstances() const;
+    void spawn(const WidgetInstance& instance);
+    void refreshContent(Entry& entry);
+    void refreshAllContent();
+    void placeUnpositioned();
+    void updateDesktopActive();
+    void fadePanels(double opacity);
+    bool handleScroll(const QUuid& id, const StackScrollGesture::Event& event);
+    QList<QRectF> otherTileRects(const QUuid& id) const;
+    QList<ScreenInfo> screens() const;
+    QRectF mainVisibleFrame() const;
+    void writeSize(const QList<QUuid>& ids, WidgetSize size);
+
+    Services m_services;
+    TileRenderer m_renderer;
+    std::map<QUuid, Entry> m_panels;
+    QHash<QUuid, int> m_stackActive;
+    QHash<QUuid, QDateTime> m_stackLastRotate;
+    StackScrollGesture m_stackScroll;
+    QHash<QObject*, QUuid> m_windows;
+    bool m_isVisible = false;
+    bool m_isDragging = false;
+    QUuid m_draggingID;
+    bool m_isResolvingOverlaps = false;
+    int m_pendingOverlapWrites = 0;
+    QString m_sweptSignature;
+    bool m_veiled = false;
+    ScheduledTask m_veilTask;
+    ScheduledTask m_occlusionTask;
+    std::vector<ScheduledTask> m_wakeTasks;
+    bool m_syncing = false;
+};
+
+} // namespace tw

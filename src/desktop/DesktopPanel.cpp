@@ -1,0 +1,269 @@
+#include "desktop/DesktopPanel.h"
+
+#include "desktop/DesktopSpace.h"
+#include "faces/TileRenderer.h"
+#include "faces/WidgetFace.h"
+#include "model/Metrics.h"
+
+#include <QContextMenuEvent>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <QWheelEvent>
+#include <QWindow>
+
+#include <cmath>
+
+namespace tw {
+
+DesktopPanel::DesktopPanel(const QUuid& instanceID, DesktopWindowing& windowing,
+                           DesktopWindowing::Focus focus, TileRenderer& renderer)
+    : QWidget(nullptr, DesktopWindowing::windowFlags(focus))
+    , m_instanceID(instanceID)
+    , m_windowing(windowing)
+    , m_renderer(renderer) {
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    setAttribute(Qt::WA_DeleteOnClose, false);
+    setMouseTracking(false);
+    setWindowTitle(QStringLiteral("Tarnwick"));
+    // Tools that look at windows (and the end-to-end tests) find a tile's panel by its role.
+    setWindowRole(instanceID.toString(QUuid::WithoutBraces));
+    winId();
+    m_windowing.prepare(windowHandle(), focus);
+}
+
+DesktopPanel::~DesktopPanel() {
+    if (windowHandle() != nullptr) {
+        m_windowing.release(windowHandle());
+    }
+}
+
+QRectF DesktopPanel::frame() const {
+    return DesktopSpace::current().fromToolkit(QRectF(geometry()));
+}
+
+void DesktopPanel::setFrameOrigin(QPointF origin) {
+    const QRectF target = DesktopSpace::current().toToolkit(QRectF(origin, QSizeF(size())));
+    const QPoint topLeft(static_cast<int>(std::lround(target.x())),
+                         static_cast<int>(std::lround(target.y())));
+    if (topLeft != pos()) {
+        move(topLeft);
+    }
+}
+
+void DesktopPanel::setContentSize(QSizeF points) {
+    // The top edge stays where it is: a tile grows downward and to the right, as it is drawn.
+    const QRectF before = frame();
+    const QSize whole(static_cast<int>(std::lround(points.width())),
+                      static_cast<int>(std::lround(points.height())));
+    if (whole == size()) {
+        return;
+    }
+    resize(whole);
+    setFrameOrigin(QPointF(before.x(), before.y() + before.height() - whole.height()));
+    update();
+}
+
+void DesktopPanel::slide(QPointF origin) {
+    if (m_slide) {
+        m_slide->stop();
+        m_slide->deleteLater();
+    }
+    auto* animation = new QVariantAnimation(this);
+    animation->setDuration(static_cast<int>(slideDuration.count()));
+    animation->setEasingCurve(QEasingCurve::OutCubic);
+    animation->setStartValue(frame().topLeft());
+    animation->setEndValue(origin);
+    connect(animation, &QVariantAnimation::valueChanged, this,
+            [this](const QVariant& value) { setFrameOrigin(value.toPointF()); });
+    m_slide = animation;
+    animation->start(QAbstractAnimation::DeleteWhenStopped);
+}
+
+bool DesktopPanel::isSliding() const {
+    return m_slide && m_slide->state() == QAbstractAnimation::Running;
+}
+
+void DesktopPanel::setContent(const WidgetFace& face, const FaceContext& context) {
+    m_face = &face;
+    const bool rescaled = context.scale != m_context.scale;
+    m_context = context;
+    if (rescaled) {
+        updateShape();
+    }
+    update();
+}
+
+void DesktopPanel::setNow(const QDateTime& now) {
+    if (now == m_context.now) {
+        return;
+    }
+    m_context.now = now;
+    update(tileRectInWidget());
+}
+
+void DesktopPanel::setHighlight(double opacity) {
+    if (opacity != m_highlight) {
+        m_highlight = opacity;
+        update();
+    }
+}
+
+QRect DesktopPanel::tileRectInWidget() const {
+    const int m = static_cast<int>(margin);
+    return rect().adjusted(m, m, -m, -m);
+}
+
+void DesktopPanel::paintEvent(QPaintEvent* event) {
+    if (m_face == nullptr) {
+        return;
+    }
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.fillRect(event->rect(), Qt::transparent);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    m_context.devicePixelRatio = devicePixelRatioF();
+    m_renderer.paint(painter, QRectF(tileRectInWidget()), *m_face, m_context, m_highlight);
+}
+
+void DesktopPanel::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) {
+        QWidget::mousePressEvent(event);
+        return;
+    }
+    const auto space = DesktopSpace::current();
+    const auto needsShift = moveNeedsShift && moveNeedsShift() ? DragTracker::MoveNeedsShift::Yes
+                                                               : DragTracker::MoveNeedsShift::No;
+    m_drag.press(space.fromToolkit(event->globalPosition()), frame().topLeft(), needsShift);
+    m_dragNeighbours = snapCandidates ? snapCandidates() : QList<QRectF>();
+    m_dragBounds = snapBounds ? snapBounds() : std::nullopt;
+    event->accept();
+}
+
+void DesktopPanel::mouseMoveEvent(QMouseEvent* event) {
+    if (!m_drag.isPressed()) {
+        return;
+    }
+    const bool wasMoving = m_drag.hasMoved();
+    const auto shift = event->modifiers().testFlag(Qt::ShiftModifier) ? DragTracker::Shift::Down
+                                                                      : DragTracker::Shift::Up;
+    const auto origin =
+        m_drag.move(DesktopSpace::current().fromToolkit(event->globalPosition()), shift);
+    if (!origin) {
+        return;
+    }
+    if (!wasMoving && onUserDrag) {
+        onUserDrag();
+    }
+    setFrameOrigin(DragTracker::snapped(*origin, QSizeF(size()), m_dragNeighbours, m_dragBounds));
+}
+
+void DesktopPanel::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton || !m_drag.isPressed()) {
+        QWidget::mouseReleaseEvent(event);
+        return;
+    }
+    switch (m_drag.release()) {
+    case DragTracker::Release::DragEnded:
+        if (onDragEnded) {
+            onDragEnded();
+        }
+        break;
+    case DragTracker::Release::Click:
+        if (onPlainClick) {
+            const QPointF local = event->position();
+            onPlainClick(QPointF(local.x(), height() - local.y()));
+        }
+        break;
+    case DragTracker::Release::Nothing:
+        break;
+    }
+}
+
+void DesktopPanel::contextMenuEvent(QContextMenuEvent* event) {
+    if (!contextMenuProvider) {
+        return;
+    }
+    QMenu* menu = contextMenuProvider();
+    if (menu == nullptr) {
+        return;
+    }
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(event->globalPos());
+}
+
+void DesktopPanel::wheelEvent(QWheelEvent* event) {
+    if (!onScroll) {
+        event->ignore();
+        return;
+    }
+    StackScrollGesture::Event scroll;
+    const QPointF delta = !event->pixelDelta().isNull() ? QPointF(event->pixelDelta())
+                                                        : QPointF(event->angleDelta()) / 8.0;
+    scroll.deltaX = delta.x();
+    scroll.deltaY = delta.y();
+    switch (event->phase()) {
+    case Qt::NoScrollPhase:
+        scroll.phase = StackScrollGesture::Phase::none;
+        break;
+    case Qt::ScrollBegin:
+        scroll.phase = StackScrollGesture::Phase::began;
+        break;
+    case Qt::ScrollUpdate:
+        scroll.phase = StackScrollGesture::Phase::changed;
+        break;
+    case Qt::ScrollEnd:
+        scroll.phase = StackScrollGesture::Phase::ended;
+        break;
+    case Qt::ScrollMomentum:
+        scroll.phase = StackScrollGesture::Phase::changed;
+        scroll.momentum = true;
+        break;
+    }
+    scroll.at = std::chrono::steady_clock::now().time_since_epoch();
+    event->setAccepted(onScroll(scroll));
+}
+
+void DesktopPanel::enterEvent(QEnterEvent* event) {
+    if (onHoverChange) {
+        onHoverChange(true);
+    }
+    QWidget::enterEvent(event);
+}
+
+void DesktopPanel::leaveEvent(QEvent* event) {
+    if (onHoverChange) {
+        onHoverChange(false);
+    }
+    QWidget::leaveEvent(event);
+}
+
+void DesktopPanel::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    updateShape();
+}
+
+// Without a compositor the transparent margin would show as black: the window is cut to its
+// tile, at the cost of the shadow.
+void DesktopPanel::updateShape() {
+    if (m_windowing.isCompositing()) {
+        clearMask();
+        return;
+    }
+    QPainterPath path;
+    const qreal radius = Metrics::tileCornerRadius * m_context.scale;
+    path.addRoundedRect(QRectF(tileRectInWidget()), radius, radius);
+    setMask(QRegion(path.toFillPolygon().toPolygon()));
+}
+
+void DesktopPanel::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::ActivationChange && onKeyChange) {
+        onKeyChange(isActiveWindow());
+    }
+    QWidget::changeEvent(event);
+}
+
+} // namespace tw

@@ -1,0 +1,99 @@
+// The window of one tile on the desktop: frameless and translucent, its frame the tile grown by
+// 22 points on every side, kept below normal windows; it tells clicks from drags, snaps while
+// dragged, offers its context menu and draws its face only when the face's picture changes.
+#pragma once
+
+#include "desktop/DragTracker.h"
+#include "faces/FaceContext.h"
+#include "grid/StackScrollGesture.h"
+#include "platform/DesktopWindowing.h"
+
+#include <QPointer>
+#include <QUuid>
+#include <QVariantAnimation>
+#include <QWidget>
+
+#include <chrono>
+#include <functional>
+#include <optional>
+
+class QMenu;
+
+namespace tw {
+
+class TileRenderer;
+class WidgetFace;
+
+class DesktopPanel final : public QWidget {
+    Q_OBJECT
+public:
+    static constexpr double margin = DragTracker::panelMargin;
+    static constexpr std::chrono::milliseconds slideDuration{180};
+
+    DesktopPanel(const QUuid& instanceID, DesktopWindowing& windowing,
+                 DesktopWindowing::Focus focus, TileRenderer& renderer);
+    ~DesktopPanel() override;
+
+    QUuid instanceID() const { return m_instanceID; }
+
+    // The panel's frame and its tile, in internal desktop points.
+    QRectF frame() const;
+    QRectF tileRect() const { return frame().adjusted(margin, margin, -margin, -margin); }
+    // Lands on whole device pixels, which keeps text and thin lines crisp.
+    void setFrameOrigin(QPointF origin);
+    void setContentSize(QSizeF size);
+    // Moves the panel to `origin` over `slideDuration`.
+    void slide(QPointF origin);
+    bool isSliding() const;
+
+    void setContent(const WidgetFace& face, const FaceContext& context);
+    const FaceContext& context() const { return m_context; }
+    // A new time for the face: repaints the tile only.
+    void setNow(const QDateTime& now);
+    // The ring around a new tile, 0 (none) to 1.
+    void setHighlight(double opacity);
+
+    // Hooks the controller sets when it spawns the panel.
+    std::function<QMenu*()> contextMenuProvider;
+    std::function<void(bool)> onHoverChange;
+    // The other tiles' rectangles and the visible frame, asked at the start of each drag.
+    std::function<QList<QRectF>()> snapCandidates;
+    std::function<std::optional<QRectF>()> snapBounds;
+    std::function<bool()> moveNeedsShift;
+    std::function<void()> onUserDrag;
+    std::function<void()> onDragEnded;
+    // A click at a point of the panel in internal orientation (y up from its bottom edge); true
+    // when the click was used.
+    std::function<bool(QPointF)> onPlainClick;
+    std::function<bool(const StackScrollGesture::Event&)> onScroll;
+    std::function<void(bool)> onKeyChange;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    QRect tileRectInWidget() const;
+    void updateShape();
+
+    QUuid m_instanceID;
+    DesktopWindowing& m_windowing;
+    TileRenderer& m_renderer;
+    const WidgetFace* m_face = nullptr;
+    FaceContext m_context;
+    double m_highlight = 0;
+    DragTracker m_drag;
+    QList<QRectF> m_dragNeighbours;
+    std::optional<QRectF> m_dragBounds;
+    QPointer<QVariantAnimation> m_slide;
+};
+
+} // namespace tw
