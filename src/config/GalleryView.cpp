@@ -182,7 +182,7 @@ QString GalleryView::messageFor(AddOutcome outcome, const QString& kind) {
                 .arg(name);
         }
         return L("gallery.atMaximum",
-                 QStringLiteral("At most %2 of %1 can be on the desktop, and all %2 are there."))
+                 QStringLiteral("%1: at most %2 can be on the desktop, and all %2 are there."))
             .arg(name)
             .arg(most);
     }
