@@ -10,8 +10,11 @@
 namespace tw {
 
 std::optional<int> runDesktopHost(LaunchContext& context) {
+    // Panels on an off-screen platform would run forever with nobody to see them.
+    const QString platform = QGuiApplication::platformName();
     if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr ||
-        QGuiApplication::primaryScreen() == nullptr) {
+        QGuiApplication::primaryScreen() == nullptr || platform == QLatin1String("offscreen") ||
+        platform == QLatin1String("minimal")) {
         context.err << QStringLiteral(
             "Tarnwick needs a display: set DISPLAY or WAYLAND_DISPLAY.\n");
         return 1;

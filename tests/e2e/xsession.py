@@ -35,6 +35,7 @@ class XSession:
         self._xvfb = None
         self._wm = None
         self._logdir = tempfile.mkdtemp(prefix="tw-xsession-")
+        self._logs = []
 
     def __enter__(self):
         read_fd, write_fd = os.pipe()
@@ -42,7 +43,7 @@ class XSession:
             ["Xvfb", "-displayfd", str(write_fd), "-screen", "0", self.size + "x24",
              "-nolisten", "tcp", "-noreset", "+extension", "RANDR"],
             pass_fds=(write_fd,), stdout=subprocess.DEVNULL,
-            stderr=open(os.path.join(self._logdir, "xvfb.log"), "w"),
+            stderr=self._log("xvfb.log"),
             start_new_session=True)
         os.close(write_fd)
         number = b""
@@ -61,7 +62,7 @@ class XSession:
             self._wm = subprocess.Popen(
                 ["openbox", "--sm-disable"], env=self.env(),
                 stdout=subprocess.DEVNULL,
-                stderr=open(os.path.join(self._logdir, "openbox.log"), "w"),
+                stderr=self._log("openbox.log"),
                 start_new_session=True)
             self._wait_for_window_manager()
         return self
@@ -75,8 +76,15 @@ class XSession:
                 except subprocess.TimeoutExpired:
                     proc.kill()
                     proc.wait()
+        for log in self._logs:
+            log.close()
         shutil.rmtree(self._logdir, ignore_errors=True)
         return False
+
+    def _log(self, name):
+        log = open(os.path.join(self._logdir, name), "w", encoding="utf-8")
+        self._logs.append(log)
+        return log
 
     def env(self, extra=None):
         env = dict(os.environ)

@@ -1,0 +1,249 @@
+#!/usr/bin/env python3
+"""The real host on a private Xvfb with openbox, driven like a person with xdotool: the first
+desktop, dragging onto a tile of the same size (a stack), half onto one of another size (it
+slides off), removing a tile from its context menu, and a restart that keeps every place.
+
+    test_desktop.py --binary build/tarnwick --artifacts build/artifacts
+"""
+
+import argparse
+import json
+import os
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+from xsession import XSession, missing_tools  # noqa: E402
+
+BINARY = None
+ARTIFACTS = None
+SCREEN = (1920, 1080)
+MARGIN = 22
+TILE = {"small": (96, 96), "large": (204, 204), "wide": (204, 96)}
+
+
+def overlap(a, b):
+    w = min(a[0] + a[2], b[0] + b[2]) - max(a[0], b[0])
+    h = min(a[1] + a[3], b[1] + b[3]) - max(a[1], b[1])
+    return w > 0.5 and h > 0.5
+
+
+class Host:
+    """One run of the executable on a fresh data directory and fresh preferences."""
+
+    def __init__(self, session, data_dir, config_home):
+        self.session = session
+        self.data_dir = data_dir
+        self.config_home = config_home
+        self.process = None
+
+    def start(self, *arguments):
+        env = {"TKW_APP_SUPPORT_DIR": self.data_dir, "XDG_CONFIG_HOME": self.config_home,
+               "XDG_RUNTIME_DIR": self.config_home, "QT_LOGGING_RULES": "*.info=false"}
+        return subprocess.Popen([BINARY, *arguments], env=self.session.env(env),
+                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+
+    def launch(self):
+        self.process = self.start()
+        return self
+
+    def stop(self):
+        if self.process and self.process.poll() is None:
+            self.process.terminate()
+            try:
+                self.process.wait(timeout=10)
+            except subprocess.TimeoutExpired:
+                self.process.kill()
+                self.process.wait()
+
+    def grid(self):
+        with open(os.path.join(self.data_dir, "grid.json"), encoding="utf-8") as f:
+            return json.load(f)
+
+    def panels(self):
+        """Instance id (lower case) to the panel's geometry, for every panel on screen."""
+        found = {}
+        for window in self.session.client_windows():
+            role = self.session.prop(window, "WM_WINDOW_ROLE")
+            geometry = self.session.geometry(window)
+            if role and geometry:
+                found[role.strip('"').lower()] = (window, geometry)
+        return found
+
+    def wait_for_panels(self, count):
+        return self.session.wait_for(lambda: len(self.panels()) == count and self.panels())
+
+
+def tile_rect(instance):
+    """The tile as a y-down rectangle on the screen, from the grid's y-up top-left corner."""
+    w, h = TILE[instance["size"]]
+    return (instance["posX"], SCREEN[1] - instance["posY"], w, h)
+
+
+def centre(geometry):
+    x, y, w, h = geometry
+    return (x + w // 2, y + h // 2)
+
+
+class DesktopTest(unittest.TestCase):
+    def setUp(self):
+        self.data_dir = tempfile.mkdtemp(prefix="tw-e2e-data-")
+        self.config_home = tempfile.mkdtemp(prefix="tw-e2e-config-")
+        # Quiet starts: the configuration window would stand in front of the tiles.
+        os.makedirs(os.path.join(self.config_home, "Tarnwick"))
+        with open(os.path.join(self.config_home, "Tarnwick", "Tarnwick.conf"), "w") as f:
+            f.write("[General]\ntarnwick.openWindowAtLaunch=false\n")
+        self.session = XSession(size="%dx%d" % SCREEN).__enter__()
+        self.host = Host(self.session, self.data_dir, self.config_home).launch()
+        self.panels = self.host.wait_for_panels(3)
+        self.assertTrue(self.panels, "the first desktop did not show three panels")
+
+    def tearDown(self):
+        self.host.stop()
+        self.session.__exit__(None, None, None)
+        shutil.rmtree(self.data_dir, ignore_errors=True)
+        shutil.rmtree(self.config_home, ignore_errors=True)
+
+    def instances(self):
+        return {i["id"].lower(): i for i in self.host.grid()["instances"]}
+
+    def by_kind(self, kind):
+        return next(i for i in self.instances().values() if i["kind"] == kind)
+
+    def settle(self, predicate, message):
+        self.assertTrue(self.session.wait_for(predicate, timeout=10),
+                        message + ": " + json.dumps(self.host.grid()["instances"]))
+
+    def test_first_start_shows_the_first_desktop(self):
+        instances = self.instances()
+        self.assertEqual(sorted(i["kind"] for i in instances.values()),
+                         ["calendar", "clock", "weather"])
+        area = self.session.work_area()
+        tiles = []
+        for ident, (_, geometry) in self.panels.items():
+            size = TILE[instances[ident]["size"]]
+            self.assertEqual(geometry[2:], (size[0] + 2 * MARGIN, size[1] + 2 * MARGIN))
+            tile = (geometry[0] + MARGIN, geometry[1] + MARGIN, size[0], size[1])
+            self.assertGreaterEqual(tile[0], area[0])
+            self.assertGreaterEqual(tile[1], area[1])
+            self.assertLessEqual(tile[0] + tile[2], area[0] + area[2])
+            self.assertLessEqual(tile[1] + tile[3], area[1] + area[3])
+            # The panel stands where the grid says.
+            self.assertEqual(tile, tile_rect(instances[ident]))
+            tiles.append(tile)
+        for i, a in enumerate(tiles):
+            for b in tiles[i + 1:]:
+                self.assertFalse(overlap(a, b), "%s overlaps %s" % (a, b))
+        for window, _ in self.panels.values():
+            state = self.session.prop(window, "_NET_WM_STATE") or ""
+            for hint in ("_NET_WM_STATE_BELOW", "_NET_WM_STATE_SKIP_TASKBAR",
+                         "_NET_WM_STATE_SKIP_PAGER"):
+                self.assertIn(hint, state)
+        if ARTIFACTS:
+            os.makedirs(ARTIFACTS, exist_ok=True)
+            self.session.run(["import", "-window", "root",
+                              os.path.join(ARTIFACTS, "first-desktop.png")], check=False)
+
+    def test_dragging_fully_onto_a_tile_of_the_same_size_stacks_them(self):
+        clock = self.by_kind("clock")
+        calendar = self.by_kind("calendar")
+        start = centre(self.panels[calendar["id"].lower()][1])
+        end = centre(self.panels[clock["id"].lower()][1])
+        self.session.drag(start, end)
+
+        def stacked():
+            now = self.instances()
+            a, b = now[clock["id"].lower()], now[calendar["id"].lower()]
+            return a.get("stackID") and a.get("stackID") == b.get("stackID")
+        self.settle(stacked, "the two large tiles did not form a stack in grid.json")
+        now = self.instances()
+        self.assertEqual((now[calendar["id"].lower()]["posX"], now[calendar["id"].lower()]["posY"]),
+                         (clock["posX"], clock["posY"]))
+        # One of the two shows, the other waits its turn.
+        self.settle(lambda: len(self.host.panels()) == 2, "a stack shows one member at a time")
+
+    def test_dropping_half_onto_a_tile_of_another_size_slides_it_off(self):
+        clock = self.by_kind("clock")
+        weather = self.by_kind("weather")
+        wx, wy, ww, wh = self.panels[weather["id"].lower()][1]
+        cx, cy, cw, ch = self.panels[clock["id"].lower()][1]
+        start = (wx + ww // 2, wy + wh // 2)
+        # The weather tile's top half over the clock tile's lower half.
+        end = (cx + cw // 2, cy + ch - MARGIN - 96 // 4)
+        self.session.drag(start, end)
+
+        def settled():
+            now = self.instances()
+            rects = [tile_rect(i) for i in now.values()]
+            return all(not overlap(a, b) for n, a in enumerate(rects) for b in rects[n + 1:]) \
+                and now[weather["id"].lower()]["posY"] != weather["posY"]
+        self.settle(settled, "the dropped tile still overlaps another")
+        now = self.instances()
+        self.assertNotIn("stackID", now[weather["id"].lower()])
+        time.sleep(0.4)  # the slide lasts 0.18 s
+        panel = self.host.panels()[weather["id"].lower()][1]
+        self.assertEqual((panel[0] + MARGIN, panel[1] + MARGIN),
+                         tile_rect(now[weather["id"].lower()])[:2])
+
+    def test_remove_widget_from_the_context_menu(self):
+        weather = self.by_kind("weather")
+        x, y = centre(self.panels[weather["id"].lower()][1])
+        self.session.xdotool("mousemove", "--sync", x, y)
+        self.session.xdotool("click", 3)
+        time.sleep(0.5)
+        # "Remove Widget" is the menu's last entry.
+        self.session.xdotool("key", "Up")
+        self.session.xdotool("key", "Return")
+        self.settle(lambda: weather["id"].lower() not in self.instances(),
+                    "Remove Widget did not take the tile out of grid.json")
+        self.settle(lambda: len(self.host.panels()) == 2, "the removed tile's panel stays")
+
+    def test_quit_and_start_again_keeps_every_place(self):
+        before = {k: g for k, (_, g) in self.panels.items()}
+        # A second start brings the first one's window forward and ends by itself.
+        second = self.host.start()
+        self.assertEqual(second.wait(timeout=15), 0)
+        window = self.session.wait_for(lambda: self.session.output(
+            ["xdotool", "search", "--name", "^Tarnwick$"]).split())
+        self.assertTrue(window, "the configuration window did not come forward")
+        config = [w for w in window if self.session.geometry(int(w)) and
+                  self.session.geometry(int(w))[2:] == (980, 680)]
+        self.assertTrue(config, "no 980 x 680 window titled Tarnwick")
+        # Without a tray the status menu is the window's menu bar: Quit Tarnwick is its last item.
+        gx, gy, _, _ = self.session.geometry(int(config[0]))
+        self.session.xdotool("mousemove", "--sync", gx + 30, gy + 10)
+        self.session.xdotool("click", 1)
+        time.sleep(0.5)
+        self.session.xdotool("key", "Up")
+        self.session.xdotool("key", "Return")
+        self.assertEqual(self.host.process.wait(timeout=15), 0)
+        self.session.wait_for(lambda: not self.host.panels(), timeout=5)
+
+        self.host.launch()
+        after = self.host.wait_for_panels(3)
+        self.assertTrue(after)
+        self.assertEqual({k: g for k, (_, g) in after.items()}, before)
+
+
+def main():
+    global BINARY, ARTIFACTS
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--binary", required=True)
+    parser.add_argument("--artifacts")
+    args, rest = parser.parse_known_args()
+    BINARY = os.path.abspath(args.binary)
+    ARTIFACTS = args.artifacts
+    missing = missing_tools()
+    if missing:
+        print("missing " + ", ".join(missing) + ": scripts/setup installs them", file=sys.stderr)
+        return 1
+    result = unittest.main(argv=[sys.argv[0], "-v", *rest], exit=False).result
+    return 0 if result.wasSuccessful() else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
