@@ -142,11 +142,15 @@ bool TopologyMemory::isVisitor(const QUuid& id, const QList<LayoutDisplay>& disp
     if (home == m_homes.constEnd()) {
         return false;
     }
-    return std::none_of(displays.begin(), displays.end(), [&](const LayoutDisplay& display) {
-        return display.id == home->displayID ||
-               (!home->displayName.isEmpty() &&
-                LayoutDisplay::namesMatch(display.name, home->displayName));
-    });
+    // Ids first: comparing names folds them, which costs far more.
+    if (std::any_of(displays.begin(), displays.end(),
+                    [&](const LayoutDisplay& display) { return display.id == home->displayID; })) {
+        return false;
+    }
+    return home->displayName.isEmpty() ||
+           std::none_of(displays.begin(), displays.end(), [&](const LayoutDisplay& display) {
+               return LayoutDisplay::namesMatch(display.name, home->displayName);
+           });
 }
 
 void TopologyMemory::load() {
