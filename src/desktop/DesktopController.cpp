@@ -285,6 +285,8 @@ void DesktopController::spawn(const WidgetInstance& instance) {
         m_draggingID = id;
     };
     panel->onDragEnded = [this, id] { handleDragEnded(id); };
+    // Whatever moved the tile while it slid, it ends where the grid says.
+    connect(panel, &DesktopPanel::slideFinished, this, [this] { sync(); });
     panel->onPlainClick = [this, id](QPointF point) { return handlePlainClick(id, point); };
     panel->contextMenuProvider = [this, id] { return contextMenu(id); };
     panel->onScroll = [this, id](const StackScrollGesture::Event& event) {
@@ -456,7 +458,11 @@ void DesktopController::resolveAllOverlaps() {
     for (const WidgetInstance& instance : desktopInstances()) {
         if (m_panels.count(instance.id) > 0 && !isHiddenStackMember(instance.id)) {
             order.append(instance.id);
-            rects.insert(instance.id, m_panels.at(instance.id).panel->tileRect());
+            // Where the panel belongs rather than where it stands: a panel may still be sliding.
+            const QSizeF size = windowSize(instance);
+            rects.insert(instance.id,
+                         QRectF(origin(instance, size), size)
+                             .adjusted(panelMargin, panelMargin, -panelMargin, -panelMargin));
         }
     }
     for (const QUuid& id : order) {
@@ -475,8 +481,10 @@ void DesktopController::resolveAllOverlaps() {
         rects.insert(id, resolved);
         ++m_pendingOverlapWrites;
         m_services.grid.updatePosition(id, resolved.x(), RectEdges::maxY(resolved));
-        m_panels.at(id).panel->setFrameOrigin(resolved.topLeft() -
-                                              QPointF(panelMargin, panelMargin));
+        DesktopPanel& panel = *m_panels.at(id).panel;
+        if (!panel.isSliding()) {
+            panel.setFrameOrigin(resolved.topLeft() - QPointF(panelMargin, panelMargin));
+        }
         --m_pendingOverlapWrites;
     }
     m_sweptSignature = layoutSignature();

@@ -78,6 +78,7 @@ void DesktopPanel::slide(QPointF origin) {
     animation->setEndValue(origin);
     connect(animation, &QVariantAnimation::valueChanged, this,
             [this](const QVariant& value) { setFrameOrigin(value.toPointF()); });
+    connect(animation, &QVariantAnimation::finished, this, &DesktopPanel::slideFinished);
     m_slide = animation;
     animation->start(QAbstractAnimation::DeleteWhenStopped);
 }

@@ -68,6 +68,10 @@ public:
     std::function<bool(const StackScrollGesture::Event&)> onScroll;
     std::function<void(bool)> onKeyChange;
 
+Q_SIGNALS:
+    // A slide reached its end.
+    void slideFinished();
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;

@@ -1,0 +1,298 @@
+// The controller against a real grid store on a temporary directory, real panels on the
+// off-screen platform, and manual time.
+#include "ManualClock.h"
+#include "ManualScheduler.h"
+#include "desktop/DesktopController.h"
+#include "faces/FaceRegistry.h"
+#include "grid/GridStore.h"
+#include "grid/OverlapResolver.h"
+#include "grid/RectEdges.h"
+#include "look/ThemeStore.h"
+#include "model/WidgetRegistry.h"
+#include "platform/null/FixedDisplays.h"
+#include "platform/null/MemoryDefaults.h"
+#include "platform/null/NullDesktopWindowing.h"
+#include "settings/AppSettings.h"
+#include "tick/MinuteCoordinator.h"
+#include "tick/TickCoordinator.h"
+
+#include <QMenu>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace tw;
+using namespace tw::test;
+
+namespace {
+
+const QRectF kScreen(0, 0, 1920, 1080);
+
+struct Fixture {
+    QTemporaryDir dir;
+    ManualClock clock;
+    ManualScheduler scheduler{&clock};
+    MemoryDefaults defaults;
+    FixedDisplays displays{
+        {ScreenInfo{QStringLiteral("main"), QStringLiteral("Main"), kScreen, kScreen, true}}};
+    WidgetRegistry registry;
+    NullDesktopWindowing windowing;
+    FaceRegistry faces;
+    AppSettings settings{defaults};
+    std::unique_ptr<ThemeStore> theme;
+    std::unique_ptr<TickCoordinator> ticker;
+    std::unique_ptr<MinuteCoordinator> minutes;
+    std::unique_ptr<GridStore> grid;
+    std::unique_ptr<DesktopController> controller;
+
+    Fixture() {
+        qputenv("TKW_APP_SUPPORT_DIR", dir.path().toUtf8());
+        theme = std::make_unique<ThemeStore>(defaults, dir.filePath(QStringLiteral("theme.json")));
+        ticker = std::make_unique<TickCoordinator>(scheduler, clock);
+        minutes = std::make_unique<MinuteCoordinator>(*ticker);
+        grid = std::make_unique<GridStore>(GridStore::Services{
+            .clock = clock, .scheduler = scheduler, .registry = registry, .displays = &displays});
+        controller = std::make_unique<DesktopController>(DesktopController::Services{
+            .theme = *theme,
+            .ticker = *ticker,
+            .minutes = *minutes,
+            .grid = *grid,
+            .settings = settings,
+            .displays = displays,
+            .windowing = windowing,
+            .scheduler = scheduler,
+            .clock = clock,
+            .registry = registry,
+            .faces = faces,
+        });
+        controller->show();
+    }
+
+    WidgetInstance byKind(const QString& kind) const {
+        for (const WidgetInstance& i : grid->layout().instances) {
+            if (i.kind == kind) {
+                return i;
+            }
+        }
+        return {};
+    }
+    QRectF tile(const WidgetInstance& i) const {
+        return RectEdges::tileRect(*i.posX, *i.posY, i.pixelSize());
+    }
+    // Drags a panel so that its tile's lower-left corner lands at `tileOrigin`, and lets go.
+    void dropAt(const QUuid& id, QPointF tileOrigin) {
+        controller->panel(id)->setFrameOrigin(tileOrigin - QPointF(22, 22));
+        controller->handleDragEnded(id);
+    }
+    int visiblePanels() const {
+        int n = 0;
+        for (const QUuid& id : controller->panelIDs()) {
+            n += controller->panel(id)->isVisible() ? 1 : 0;
+        }
+        return n;
+    }
+};
+
+} // namespace
+
+class tst_DesktopController : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void firstStartPlacesTheFirstDesktopWithoutOverlap() {
+        Fixture f;
+        QCOMPARE(f.controller->panelIDs().size(), 3);
+        QVERIFY(f.ticker->desktopActive());
+        QList<QRectF> tiles;
+        for (const WidgetInstance& i : f.grid->layout().instances) {
+            QVERIFY(i.posX && i.posY);
+            const QRectF t = f.tile(i);
+            QVERIFY(kScreen.contains(t));
+            QCOMPARE(f.controller->panel(i.id)->tileRect(), t);
+            QCOMPARE(f.controller->panel(i.id)->frame().size(), t.size() + QSizeF(44, 44));
+            for (const QRectF& other : tiles) {
+                QVERIFY(!OverlapResolver::overlaps(t, other));
+            }
+            tiles.append(t);
+        }
+        // The weather stands beneath the clock, as the logical grid has it.
+        QVERIFY(f.byKind(QStringLiteral("weather")).posY < f.byKind(QStringLiteral("clock")).posY);
+    }
+
+    void lockOnlyAndUnknownKindsGetNoPanel() {
+        Fixture f;
+        WidgetSettings lockOnly{{QStringLiteral("lockOnly"), QStringLiteral("true")}};
+        const auto added = f.grid->addFree(QStringLiteral("battery"), WidgetSize::small, lockOnly,
+                                           QPointF(1500, 900));
+        QVERIFY(added);
+        QVERIFY(!f.controller->panel(added->id));
+        QCOMPARE(f.controller->panelIDs().size(), 3);
+    }
+
+    void aTileOffEveryDisplayIsClampedBack() {
+        Fixture f;
+        const WidgetInstance clock = f.byKind(QStringLiteral("clock"));
+        f.grid->updatePosition(clock.id, 5000, -300);
+        const QRectF tile = f.controller->panel(clock.id)->tileRect();
+        QVERIFY2(kScreen.contains(tile),
+                 qPrintable(QStringLiteral("%1 %2").arg(tile.x()).arg(tile.y())));
+    }
+
+    void removingTheLastWidgetClearsDesktopActive() {
+        Fixture f;
+        for (const WidgetInstance& i : f.grid->layout().instances) {
+            QVERIFY(f.ticker->desktopActive());
+            f.controller->removeWidget(i.id);
+        }
+        QVERIFY(f.controller->panelIDs().isEmpty());
+        QVERIFY(!f.ticker->desktopActive());
+    }
+
+    void hideAndShowWriteDesktopActive() {
+        Fixture f;
+        f.controller->hide();
+        QVERIFY(!f.ticker->desktopActive());
+        QCOMPARE(f.visiblePanels(), 0);
+        f.controller->toggle();
+        QVERIFY(f.ticker->desktopActive());
+        QCOMPARE(f.visiblePanels(), 3);
+    }
+
+    void dropFullyOntoTheSameSizeStacks() {
+        Fixture f;
+        const WidgetInstance clock = f.byKind(QStringLiteral("clock"));
+        const WidgetInstance calendar = f.byKind(QStringLiteral("calendar"));
+        f.dropAt(calendar.id, f.tile(clock).topLeft() + QPointF(10, 10));
+        const auto a = f.grid->instance(clock.id);
+        const auto b = f.grid->instance(calendar.id);
+        QVERIFY(a->stackID && a->stackID == b->stackID);
+        QCOMPARE(b->posX, a->posX);
+        // One of the two is on show: the one just dropped.
+        QCOMPARE(f.visiblePanels(), 2);
+        QVERIFY(f.controller->panel(calendar.id)->isVisible());
+        QVERIFY(f.controller->isHiddenStackMember(clock.id));
+    }
+
+    void dropHalfOntoAnotherSizeSlidesOff() {
+        Fixture f;
+        const WidgetInstance clock = f.byKind(QStringLiteral("clock"));
+        const WidgetInstance weather = f.byKind(QStringLiteral("weather"));
+        const QRectF target = f.tile(clock);
+        f.dropAt(weather.id, QPointF(target.x(), target.y() + target.height() / 2 - 48));
+        const auto moved = f.grid->instance(weather.id);
+        QVERIFY(!moved->stackID);
+        const QRectF rect = f.tile(*moved);
+        for (const WidgetInstance& other : f.grid->layout().instances) {
+            if (other.id != weather.id) {
+                QVERIFY(!OverlapResolver::overlaps(rect, f.tile(other)));
+            }
+        }
+    }
+
+    void stacksTurnByThemselvesAndByHand() {
+        Fixture f;
+        const WidgetInstance clock = f.byKind(QStringLiteral("clock"));
+        const WidgetInstance calendar = f.byKind(QStringLiteral("calendar"));
+        f.grid->groupIntoStack(calendar.id, clock.id);
+        const QUuid stack = *f.grid->instance(clock.id)->stackID;
+        f.controller->setStackRotate(stack, 4);
+        const QDateTime t0 = f.clock.now();
+        QCOMPARE(f.controller->activeIndex(stack), 0);
+        f.controller->advanceStacks(t0.addSecs(3));
+        QCOMPARE(f.controller->activeIndex(stack), 0);
+        f.controller->advanceStacks(t0.addSecs(4));
+        QCOMPARE(f.controller->activeIndex(stack), 1);
+        // A step by hand restarts the rhythm.
+        f.clock.setNow(t0.addSecs(7));
+        f.controller->stepStack(stack, 1);
+        QCOMPARE(f.controller->activeIndex(stack), 0);
+        f.controller->advanceStacks(t0.addSecs(10));
+        QCOMPARE(f.controller->activeIndex(stack), 0);
+        f.controller->advanceStacks(t0.addSecs(11));
+        QCOMPARE(f.controller->activeIndex(stack), 1);
+        // Hidden desktops don't turn.
+        f.controller->hide();
+        f.controller->advanceStacks(t0.addSecs(30));
+        QCOMPARE(f.controller->activeIndex(stack), 1);
+    }
+
+    void clickZonesOfAStack_data() {
+        QTest::addColumn<QPointF>("point");
+        QTest::addColumn<int>("index");
+        QTest::newRow("left arrow") << QPointF(22 + 10, 150) << 1;
+        QTest::newRow("right arrow") << QPointF(22 + 204 - 10, 150) << 1;
+        QTest::newRow("dots do not step") << QPointF(22 + 100, 22 + 10) << 0;
+    }
+    void clickZonesOfAStack() {
+        QFETCH(QPointF, point);
+        QFETCH(int, index);
+        Fixture f;
+        const WidgetInstance clock = f.byKind(QStringLiteral("clock"));
+        f.grid->groupIntoStack(f.byKind(QStringLiteral("calendar")).id, clock.id);
+        const QUuid stack = *f.grid->instance(clock.id)->stackID;
+        QVERIFY(f.controller->handlePlainClick(clock.id, point));
+        QCOMPARE(f.controller->activeIndex(stack), index);
+    }
+
+    void resizingAStackMemberResizesTheStack() {
+        Fixture f;
+        const WidgetInstance clock = f.byKind(QStringLiteral("clock"));
+        const WidgetInstance calendar = f.byKind(QStringLiteral("calendar"));
+        f.grid->groupIntoStack(calendar.id, clock.id);
+        f.controller->setWidgetSize(calendar.id, WidgetSize::small);
+        QCOMPARE(f.grid->instance(clock.id)->size, WidgetSize::small);
+        QCOMPARE(f.grid->instance(calendar.id)->size, WidgetSize::small);
+        QCOMPARE(f.controller->panel(clock.id)->frame().size(), QSizeF(96 + 44, 96 + 44));
+    }
+
+    void contextMenuInItsOrder() {
+        Fixture f;
+        const WidgetInstance clock = f.byKind(QStringLiteral("clock"));
+        f.grid->groupIntoStack(f.byKind(QStringLiteral("calendar")).id, clock.id);
+        std::unique_ptr<QMenu> menu(f.controller->contextMenu(clock.id));
+        QStringList titles;
+        for (const QAction* action : menu->actions()) {
+            titles.append(action->text());
+        }
+        const int settings = titles.first() == QStringLiteral("Widget Settings…") ? 1 : 0;
+        QCOMPARE(
+            titles.mid(settings),
+            (QStringList{QStringLiteral("Size"), QStringLiteral("Glass"),
+                         QStringLiteral("Show Next"), QStringLiteral("Rotate Every"),
+                         QStringLiteral("Remove from Stack"), QStringLiteral("Remove Widget")}));
+        QMenu* rotate = menu->actions().at(settings + 3)->menu();
+        QStringList choices;
+        for (const QAction* action : rotate->actions()) {
+            choices.append(action->text());
+        }
+        QCOMPARE(choices, (QStringList{QStringLiteral("Off"), QStringLiteral("4 s"),
+                                       QStringLiteral("8 s"), QStringLiteral("15 s")}));
+    }
+
+    void veilFadesAndLiftsAfterItsGuard() {
+        Fixture f;
+        f.controller->setVeil(true);
+        QVERIFY(f.controller->isVeiled());
+        f.scheduler.advance(std::chrono::milliseconds(7900));
+        QVERIFY(f.controller->isVeiled());
+        f.scheduler.advance(std::chrono::milliseconds(100));
+        // The guard lifted it; the panels return 0.35 s later.
+        QVERIFY(f.controller->isVeiled());
+        f.scheduler.advance(std::chrono::milliseconds(350));
+        QVERIFY(!f.controller->isVeiled());
+    }
+
+    void syncDuringADragLeavesTheDraggedPanelAlone() {
+        Fixture f;
+        const WidgetInstance clock = f.byKind(QStringLiteral("clock"));
+        DesktopPanel* panel = f.controller->panel(clock.id);
+        panel->onUserDrag();
+        panel->setFrameOrigin(QPointF(900, 300));
+        f.controller->sync();
+        QCOMPARE(panel->frame().topLeft(), QPointF(900, 300));
+        panel->onDragEnded();
+        QVERIFY(!f.controller->isDragging());
+        QCOMPARE(*f.grid->instance(clock.id)->posX, 922.0);
+    }
+};
+
+QTEST_MAIN(tst_DesktopController)
+#include "tst_desktopcontroller.moc"
