@@ -27,23 +27,31 @@ std::optional<QPointF> FreeSpot::find(const QSizeF& tile, const QRectF& visibleF
     const double right = maxX(visibleFrame) - margin + tolerance;
     const double top = maxY(visibleFrame) - margin;
     const double bottom = minY(visibleFrame) + margin - tolerance;
+    QList<QRectF> band;
     for (int iy = 0;; ++iy) {
         const double spotTop = top - iy * step;
         if (spotTop - h < bottom) {
             break;
         }
+        // Only the tiles that reach into this row's height can stop a place in it.
+        band.clear();
+        for (const QRectF& r : std::as_const(grown)) {
+            if (minY(r) < spotTop && maxY(r) > spotTop - h) {
+                band.append(r);
+            }
+        }
         int ix = 0;
         while (left + ix * step + w <= right) {
-            const QRectF spot(left + ix * step, spotTop - h, w, h);
+            const double x = left + ix * step;
             const QRectF* hit = nullptr;
-            for (const QRectF& r : grown) {
-                if (overlapWidth(spot, r) > 0 && overlapHeight(spot, r) > 0) {
+            for (const QRectF& r : std::as_const(band)) {
+                if (minX(r) < x + w && maxX(r) > x) {
                     hit = &r;
                     break;
                 }
             }
             if (!hit) {
-                return QPointF(spot.x(), spotTop);
+                return QPointF(x, spotTop);
             }
             // Every place of this row left of the hit tile's right edge meets it too: jump past.
             const int past = static_cast<int>(std::ceil((maxX(*hit) - left) / step));

@@ -17,6 +17,7 @@
 #include <QLoggingCategory>
 
 #include <algorithm>
+#include <limits>
 
 namespace tw {
 
@@ -108,7 +109,8 @@ int GridStore::nextOrder() const {
     const auto highest = std::max_element(
         m_layout.instances.cbegin(), m_layout.instances.cend(),
         [](const WidgetInstance& a, const WidgetInstance& b) { return a.order < b.order; });
-    return highest->order + 1;
+    // A file may hold any order; the largest stays the largest rather than wrapping around.
+    return std::min(highest->order, std::numeric_limits<int>::max() - 1) + 1;
 }
 
 QList<WidgetInstance> GridStore::instances(int page) const {
@@ -126,7 +128,8 @@ int GridStore::displayRows(int page) const {
     int lowest = 0;
     for (const WidgetInstance& instance : m_layout.instances) {
         if (instance.page == page && instance.isPlaced()) {
-            lowest = std::max(lowest, instance.row + rows(instance.size));
+            lowest =
+                std::max(lowest, std::min(instance.row, Metrics::gridRows) + rows(instance.size));
         }
     }
     return std::clamp(lowest, 3, Metrics::gridRows);
@@ -289,6 +292,16 @@ GridStore::AppendResult GridStore::append(const QList<WidgetInstance>& instances
         next.instances.append(instance);
         ++counts[instance.kind];
         result.placed.append(instance);
+    }
+    // Foreign stacks come as they stand, but a stack left with one member is no stack.
+    QSet<QUuid> stackIDs;
+    for (const WidgetInstance& instance : std::as_const(result.placed)) {
+        if (instance.stackID) {
+            stackIDs.insert(*instance.stackID);
+        }
+    }
+    for (const QUuid& stackID : std::as_const(stackIDs)) {
+        repairStack(next, stackID);
     }
     next.pageCount = GridLayout::pageCountFor(next.pageCount, next.instances);
     setLayout(std::move(next));

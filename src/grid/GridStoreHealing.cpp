@@ -119,9 +119,13 @@ void GridStore::snapRetiredSizes(GridLayout& layout, DefinitionCache& definition
         }
     }
     QList<QUuid> stackIDs;
-    for (const WidgetInstance& instance : std::as_const(layout.instances)) {
+    for (WidgetInstance& instance : layout.instances) {
         if (instance.stackID && !stackIDs.contains(*instance.stackID)) {
             stackIDs.append(*instance.stackID);
+        }
+        // A place in a stack whose id didn't survive decoding belongs to no stack.
+        if (!instance.stackID) {
+            instance.stackIndex.reset();
         }
     }
     for (const QUuid& stackID : stackIDs) {
@@ -150,10 +154,11 @@ void GridStore::normalizePlacements(GridLayout& layout) {
         QSet<GridCell> occupied;
         for (const qsizetype i : std::as_const(indices)) {
             WidgetInstance& instance = layout.instances[i];
+            // Subtracting keeps a cell read from a file far off the grid from overflowing.
             const bool keeps =
                 instance.isPlaced() &&
-                instance.col + columns(instance.size) <= Metrics::gridColumns &&
-                instance.row + rows(instance.size) <= Metrics::gridRows &&
+                instance.col <= Metrics::gridColumns - columns(instance.size) &&
+                instance.row <= Metrics::gridRows - rows(instance.size) &&
                 !cellsCovered(instance.col, instance.row, instance.size).intersects(occupied);
             if (!keeps) {
                 // The desktop position stands either way; only the logical cell moves.

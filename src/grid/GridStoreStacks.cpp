@@ -141,6 +141,8 @@ void GridStore::groupIntoStack(const QUuid& dragged, const QUuid& onto) {
     } else {
         movers.append(dragged);
     }
+    // Numbered 0 ... n − 1 first, so the newcomers count on from n whatever a file held.
+    normalizeStack(next, stackID);
     int nextIndex = -1;
     for (const WidgetInstance& instance : std::as_const(next.instances)) {
         if (instance.stackID == stackID) {

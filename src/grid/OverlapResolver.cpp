@@ -2,6 +2,8 @@
 
 #include "grid/RectEdges.h"
 
+#include <QList>
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -103,36 +105,55 @@ std::optional<QRectF> OverlapResolver::scan(const QRectF& rect, std::span<const 
         return std::nullopt;
     }
     const QPointF origin = centre(rect);
-    const double halfW = rect.width() / 2;
-    const double halfH = rect.height() / 2;
+    const double w = rect.width();
+    const double h = rect.height();
     std::optional<QRectF> best;
     double bestDistance = std::numeric_limits<double>::infinity();
+    QList<QRectF> band;
     // Positions advance by multiplication, not by summing steps, so that far rows don't drift.
     for (int iy = 0;; ++iy) {
         const double y = minY(*bounds) + iy * step;
-        if (y > maxY(*bounds) - rect.height()) {
+        if (y > maxY(*bounds) - h) {
             break;
         }
-        const double dy = y + halfH - origin.y();
+        const double dy = y + h / 2 - origin.y();
         if (dy * dy >= bestDistance) {
             // No place in this row can be strictly nearer; later rows may.
             continue;
         }
-        for (int ix = 0;; ++ix) {
+        const QRectF row(minX(*bounds), y, bounds->width(), h);
+        band.clear();
+        for (const QRectF& other : avoiding) {
+            if (overlapHeight(row, other) > tolerance) {
+                band.append(other);
+            }
+        }
+        for (int ix = 0;;) {
             const double x = minX(*bounds) + ix * step;
-            if (x > maxX(*bounds) - rect.width()) {
+            if (x > maxX(*bounds) - w) {
                 break;
             }
-            const double dx = x + halfW - origin.x();
+            const double dx = x + w / 2 - origin.x();
             const double distance = dx * dx + dy * dy;
             if (distance >= bestDistance) {
+                ++ix;
                 continue;
             }
-            const QRectF candidate(x, y, rect.width(), rect.height());
-            if (!overlapsAny(candidate, avoiding)) {
+            const QRectF candidate(x, y, w, h);
+            const auto hit = std::find_if(band.cbegin(), band.cend(), [&](const QRectF& other) {
+                return overlaps(candidate, other);
+            });
+            if (hit == band.cend()) {
                 best = candidate;
                 bestDistance = distance;
+                ++ix;
+                continue;
             }
+            // The places of this row short of the hit tile's right edge (less the tolerance)
+            // overlap it too.
+            const int past =
+                static_cast<int>(std::ceil((maxX(*hit) - tolerance - minX(*bounds)) / step));
+            ix = std::max(ix + 1, past);
         }
     }
     return best;

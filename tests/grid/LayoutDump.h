@@ -26,6 +26,9 @@ inline QStringList dump(const GridLayout& layout) {
                         .arg(QChar(char16_t(u'A' + stacks.indexOf(*i.stackID))))
                         .arg(i.stackIndex ? QString::number(*i.stackIndex) : QStringLiteral("-"));
         }
+        if (!i.stackID && i.stackIndex) {
+            line += QStringLiteral(" index %1").arg(*i.stackIndex);
+        }
         if (i.posX || i.posY) {
             line += QStringLiteral(" at %1,%2")
                         .arg(i.posX ? QString::number(*i.posX) : QStringLiteral("-"),

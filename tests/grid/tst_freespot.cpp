@@ -1,5 +1,6 @@
 #include "grid/FreeSpot.h"
 
+#include <QRandomGenerator>
 #include <QTest>
 
 using Rects = QList<QRectF>;
@@ -67,6 +68,47 @@ private Q_SLOTS:
         }
         // Rows of 11 (x from 40 in steps of 120) and 6 rows (tops 835, 715, ... 235).
         QCOMPARE(placed.size(), 66);
+    }
+
+    // The search jumps over places it knows to be taken; it must find what trying every place
+    // from the top-left finds.
+    void agreesWithTryingEveryPlace() {
+        QRandomGenerator random(7);
+        int found = 0;
+        for (int round = 0; round < 300; ++round) {
+            const QRectF frame(random.bounded(50.0), random.bounded(50.0),
+                               400 + random.bounded(800.0), 300 + random.bounded(600.0));
+            Rects occupied;
+            for (int i = random.bounded(1, 30); i > 0; --i) {
+                occupied << QRectF(frame.x() + random.bounded(frame.width()),
+                                   frame.y() + random.bounded(frame.height()),
+                                   20 + random.bounded(250.0), 20 + random.bounded(250.0));
+            }
+            const QSizeF tile(50 + random.bounded(200.0), 50 + random.bounded(200.0));
+            const Spot fast = tw::FreeSpot::find(tile, frame, occupied);
+            QCOMPARE(fast, everyPlace(tile, frame, occupied));
+            found += fast ? 1 : 0;
+        }
+        QVERIFY(found > 30 && found < 270);
+    }
+
+private:
+    static Spot everyPlace(const QSizeF& tile, const QRectF& frame, const Rects& occupied) {
+        for (double top = frame.y() + frame.height() - 40;
+             top - tile.height() >= frame.y() + 40 - 0.5; top -= 20) {
+            for (double x = frame.x() + 40;
+                 x + tile.width() <= frame.x() + frame.width() - 40 + 0.5; x += 20) {
+                const QRectF spot(x, top - tile.height(), tile.width(), tile.height());
+                bool free = true;
+                for (const QRectF& r : occupied) {
+                    free = free && !spot.intersects(r.adjusted(-14, -14, 14, 14));
+                }
+                if (free) {
+                    return QPointF(x, top);
+                }
+            }
+        }
+        return std::nullopt;
     }
 };
 

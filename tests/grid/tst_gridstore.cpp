@@ -148,6 +148,10 @@ private Q_SLOTS:
             << true
             << strings({"moon small 0,0 stack A#2", "clock small 1,0 stack A#0",
                         "battery small 2,0 stack A#1"});
+        WidgetInstance orphan = makeInstance(QStringLiteral("moon"), WidgetSize::small, 0, 0);
+        orphan.stackIndex = 3;
+        QTest::newRow("a stack index without a stack goes")
+            << Instances{orphan} << true << strings({"moon small 0,0"});
         QTest::newRow("a retired lock size moves too; nonsense stays")
             << Instances{withSetting(clock(0, 0), QStringLiteral("lockSize"),
                                      QStringLiteral("huge")),

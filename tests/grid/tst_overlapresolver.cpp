@@ -1,6 +1,9 @@
 #include "grid/OverlapResolver.h"
 
+#include <QRandomGenerator>
 #include <QTest>
+
+#include <limits>
 
 using Rects = QList<QRectF>;
 using Bounds = std::optional<QRectF>;
@@ -104,6 +107,57 @@ private Q_SLOTS:
         QFETCH(double, step);
         QFETCH(Bounds, expected);
         QCOMPARE(tw::OverlapResolver::scan(rect, avoiding, bounds, step), expected);
+    }
+
+    // The scan skips places it knows to be taken; it must find what trying every place finds.
+    void scanAgreesWithTryingEveryPlace() {
+        QRandomGenerator random(42);
+        int found = 0;
+        for (int round = 0; round < 300; ++round) {
+            const QRectF bounds(random.bounded(100.0), random.bounded(100.0),
+                                300 + random.bounded(700.0), 300 + random.bounded(500.0));
+            Rects avoiding;
+            for (int i = random.bounded(1, 80); i > 0; --i) {
+                avoiding << QRectF(bounds.x() + random.bounded(bounds.width()),
+                                   bounds.y() + random.bounded(bounds.height()),
+                                   20 + random.bounded(200.0), 20 + random.bounded(200.0));
+            }
+            const QRectF rect(bounds.x() + random.bounded(bounds.width() - 100),
+                              bounds.y() + random.bounded(bounds.height() - 100),
+                              50 + random.bounded(50.0), 50 + random.bounded(50.0));
+            const double step = 5 + random.bounded(30);
+            const Bounds fast = tw::OverlapResolver::scan(rect, avoiding, bounds, step);
+            QCOMPARE(fast, everyPlace(rect, avoiding, bounds, step));
+            found += fast ? 1 : 0;
+        }
+        // Both outcomes are covered.
+        QVERIFY(found > 30 && found < 270);
+    }
+
+private:
+    static Bounds everyPlace(const QRectF& rect, const Rects& avoiding, const QRectF& bounds,
+                             double step) {
+        Bounds best;
+        double bestDistance = std::numeric_limits<double>::infinity();
+        for (int iy = 0; bounds.y() + iy * step <= bounds.y() + bounds.height() - rect.height();
+             ++iy) {
+            for (int ix = 0; bounds.x() + ix * step <= bounds.x() + bounds.width() - rect.width();
+                 ++ix) {
+                const QRectF candidate(bounds.x() + ix * step, bounds.y() + iy * step, rect.width(),
+                                       rect.height());
+                bool free = true;
+                for (const QRectF& other : avoiding) {
+                    free = free && !tw::OverlapResolver::overlaps(candidate, other);
+                }
+                const QPointF d = candidate.center() - rect.center();
+                const double distance = d.x() * d.x() + d.y() * d.y();
+                if (free && distance < bestDistance) {
+                    best = candidate;
+                    bestDistance = distance;
+                }
+            }
+        }
+        return best;
     }
 };
 

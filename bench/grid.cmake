@@ -1,0 +1,1 @@
+tw_add_bench(bench_grid LIBS tw_grid)
