@@ -14,6 +14,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QHash>
 #include <QLoggingCategory>
 
 #include <algorithm>
@@ -29,6 +31,14 @@ const QString kWeatherUserPlaced = QStringLiteral("tarnwick.weather.userPlaced")
 
 // Without a screen, a preset lays out as if on a common laptop display.
 const QRectF kFallbackVisibleFrame(0, 0, 1440, 900);
+
+QHash<QString, int> countKinds(const QList<WidgetInstance>& instances) {
+    QHash<QString, int> counts;
+    for (const WidgetInstance& instance : instances) {
+        ++counts[instance.kind];
+    }
+    return counts;
+}
 } // namespace
 
 GridStore::GridStore(const Services& services, QObject* parent)
@@ -229,12 +239,17 @@ std::optional<ScreenInfo> GridStore::mainScreen() const {
     return std::nullopt;
 }
 
+void GridStore::removeEverything() {
+    // One by one, as a user would: each removal is saved and recorded.
+    const QList<WidgetInstance> current = m_layout.instances;
+    for (const WidgetInstance& instance : current) {
+        remove(instance.id);
+    }
+}
+
 int GridStore::apply(const DesktopPreset& preset, Replacing replacing) {
     if (replacing == Replacing::yes) {
-        const QList<WidgetInstance> current = m_layout.instances;
-        for (const WidgetInstance& instance : current) {
-            remove(instance.id);
-        }
+        removeEverything();
     }
     const std::optional<ScreenInfo> screen = mainScreen();
     const QRectF frame = screen ? screen->visibleFrame : kFallbackVisibleFrame;
@@ -242,10 +257,7 @@ int GridStore::apply(const DesktopPreset& preset, Replacing replacing) {
     GridLayout next = m_layout;
     int order = nextOrder();
     int added = 0;
-    QHash<QString, int> counts;
-    for (const WidgetInstance& instance : next.instances) {
-        ++counts[instance.kind];
-    }
+    QHash<QString, int> counts = countKinds(next.instances);
     for (const DesktopPreset::Entry& entry : preset.availableEntries(m_registry)) {
         if (!m_registry.definition(entry.kind) ||
             counts.value(entry.kind) >= WidgetRegistry::maxInstances(entry.kind)) {
@@ -272,17 +284,11 @@ int GridStore::apply(const DesktopPreset& preset, Replacing replacing) {
 GridStore::AppendResult GridStore::append(const QList<WidgetInstance>& instances,
                                           Replacing replacing) {
     if (replacing == Replacing::yes) {
-        const QList<WidgetInstance> current = m_layout.instances;
-        for (const WidgetInstance& instance : current) {
-            remove(instance.id);
-        }
+        removeEverything();
     }
     AppendResult result;
     GridLayout next = m_layout;
-    QHash<QString, int> counts;
-    for (const WidgetInstance& instance : next.instances) {
-        ++counts[instance.kind];
-    }
+    QHash<QString, int> counts = countKinds(next.instances);
     for (const WidgetInstance& instance : instances) {
         if (!m_registry.definition(instance.kind) ||
             counts.value(instance.kind) >= WidgetRegistry::maxInstances(instance.kind)) {

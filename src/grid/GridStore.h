@@ -10,7 +10,6 @@
 #include "platform/ScheduledTask.h"
 
 #include <QDateTime>
-#include <QHash>
 #include <QObject>
 #include <QPointF>
 #include <QSet>
@@ -26,7 +25,6 @@ class Clock;
 class CustomStoreHealth;
 class DefinitionCache;
 class Defaults;
-class Displays;
 class Scheduler;
 class WidgetRegistry;
 
@@ -169,6 +167,7 @@ private:
     static void repairStack(GridLayout& layout, const QUuid& stackID);
 
     void setLayout(GridLayout layout);
+    void removeEverything();
     int indexOf(const QUuid& id) const;
     int nextOrder() const;
     std::optional<ScreenInfo> mainScreen() const;
