@@ -11,6 +11,7 @@
 #include <QGuiApplication>
 
 #include <memory>
+#include <span>
 
 namespace tw {
 
@@ -33,14 +34,15 @@ std::unique_ptr<QCoreApplication> makeApplication(ApplicationKind kind, int& arg
 
 QStringList rawArguments(int argc, char** argv) {
     QStringList arguments;
-    for (int i = 0; i < argc; ++i) {
-        arguments.append(QString::fromLocal8Bit(argv[i]));
+    for (const char* argument : std::span(argv, static_cast<std::size_t>(argc))) {
+        arguments.append(QString::fromLocal8Bit(argument));
     }
     return arguments;
 }
 
 bool matches(const LaunchStep& step, const LaunchArguments& arguments) {
-    return step.flag && arguments.values(QLatin1String(step.flag), step.valueCount).has_value();
+    return step.flag != nullptr &&
+           arguments.values(QLatin1String(step.flag), step.valueCount).has_value();
 }
 
 } // namespace
@@ -77,8 +79,8 @@ const LaunchStep* LaunchChain::winner(const LaunchArguments& arguments) {
 int LaunchChain::run(int& argc, char** argv) {
     const LaunchArguments arguments(rawArguments(argc, argv));
     const LaunchStep* chosen = winner(arguments);
-    const std::unique_ptr<QCoreApplication> app =
-        makeApplication(chosen ? chosen->application : application().application, argc, argv);
+    const std::unique_ptr<QCoreApplication> app = makeApplication(
+        chosen != nullptr ? chosen->application : application().application, argc, argv);
 
     SettingsDefaults defaults;
     // Before anything is looked at: every mode may render localised text.
@@ -95,7 +97,7 @@ int LaunchChain::run(int& argc, char** argv) {
             context.values = arguments.values(QLatin1String(step.flag), step.valueCount).value();
             return step.run(context).value_or(0);
         }
-        if (!step.flag) {
+        if (step.flag == nullptr) {
             if (const std::optional<int> status = step.run(context)) {
                 return *status;
             }

@@ -12,7 +12,9 @@ namespace tw {
 
 class CustomWidgetDefinitions {
 public:
+    CustomWidgetDefinitions() = default;
     virtual ~CustomWidgetDefinitions() = default;
+    Q_DISABLE_COPY_MOVE(CustomWidgetDefinitions)
 
     // The definition of a kind that begins with "custom.", or nullopt when none exists.
     virtual std::optional<WidgetDefinition> widgetDefinition(const QString& kind) const = 0;

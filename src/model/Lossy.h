@@ -21,7 +21,7 @@ template <typename T>
 QList<T> decodeLossyList(const QJsonArray& array) {
     QList<T> decoded;
     decoded.reserve(array.size());
-    for (const QJsonValue& element : array) {
+    for (const auto& element : array) {
         if (Lossy<T> item = Lossy<T>::fromJson(element); item.value) {
             decoded.append(std::move(*item.value));
         }

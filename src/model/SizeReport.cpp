@@ -50,8 +50,11 @@ QString SizeReport::table() {
     const int widgets = static_cast<int>(definitions.size());
     const int possible = widgets * static_cast<int>(allWidgetSizes.size());
     const double percent = possible > 0 ? 100.0 * filled / possible : 0.0;
-    lines.append(QString::asprintf("%d widgets, %d of %d possible size slots filled (%.0f %%)",
-                                   widgets, filled, possible, percent));
+    lines.append(QStringLiteral("%1 widgets, %2 of %3 possible size slots filled (%4 %)")
+                     .arg(widgets)
+                     .arg(filled)
+                     .arg(possible)
+                     .arg(QString::number(percent, 'f', 0)));
     return lines.join(QLatin1Char('\n')) + QLatin1Char('\n');
 }
 

@@ -7,6 +7,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <array>
 
 namespace tw {
 
@@ -71,7 +72,7 @@ std::optional<QString> WidgetAction::defaultTarget(const QString& kind) {
         const char* target;
     };
     // crypto, currency and worldmap stay silent on purpose.
-    static constexpr Default defaults[] = {
+    static constexpr std::array<Default, 10> defaults{{
         {"calendar", "com.apple.iCal"},
         {"weather", "com.apple.weather"},
         {"clock", "com.apple.clock"},
@@ -82,7 +83,7 @@ std::optional<QString> WidgetAction::defaultTarget(const QString& kind) {
         {"network", "com.apple.systempreferences"},
         {"btdevices", "com.apple.systempreferences"},
         {"photos", "com.apple.Photos"},
-    };
+    }};
     for (const Default& entry : defaults) {
         if (kind == QLatin1String(entry.kind)) {
             return QLatin1String(entry.target);

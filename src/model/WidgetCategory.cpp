@@ -64,7 +64,7 @@ QStringList widgetCategoryMembers(WidgetCategory category) {
 
 WidgetCategory widgetCategoryOf(const QString& kind) {
     const BuiltInWidget* widget = BuiltInWidget::find(kind);
-    return widget ? widget->category : WidgetCategory::tools;
+    return widget != nullptr ? widget->category : WidgetCategory::tools;
 }
 
 } // namespace tw

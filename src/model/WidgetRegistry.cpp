@@ -18,7 +18,7 @@ QString lastPathComponent(const QString& path) {
     while (end > 1 && path.at(end - 1) == QLatin1Char('/')) {
         --end;
     }
-    const QString trimmed = path.left(end);
+    QString trimmed = path.left(end);
     if (trimmed == QLatin1String("/")) {
         return trimmed;
     }
@@ -50,7 +50,7 @@ const QList<WidgetDefinition>& WidgetRegistry::all() {
 
 std::optional<WidgetDefinition> WidgetRegistry::definition(const QString& kind) const {
     if (isCustomKind(kind)) {
-        return m_custom ? m_custom->widgetDefinition(kind) : std::nullopt;
+        return m_custom != nullptr ? m_custom->widgetDefinition(kind) : std::nullopt;
     }
     return builtInDefinition(kind);
 }
@@ -69,7 +69,7 @@ int WidgetRegistry::maxInstances(const QString& kind) {
         return customMaxInstances;
     }
     const BuiltInWidget* widget = BuiltInWidget::find(kind);
-    return widget ? widget->maxInstances : 1;
+    return widget != nullptr ? widget->maxInstances : 1;
 }
 
 QSet<QString> WidgetRegistry::contentKeys(const QString& kind) {

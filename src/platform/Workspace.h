@@ -20,15 +20,17 @@ public:
     QString error() const { return m_error; }
 
 private:
-    explicit LaunchResult(const QString& error)
-        : m_error(error) {}
+    explicit LaunchResult(QString error)
+        : m_error(std::move(error)) {}
 
     QString m_error;
 };
 
 class Workspace {
 public:
+    Workspace() = default;
     virtual ~Workspace() = default;
+    Q_DISABLE_COPY_MOVE(Workspace)
 
     // Opens a web address, a mail link or a local file with the desktop's handler for it.
     virtual LaunchResult open(const QUrl& url) = 0;
