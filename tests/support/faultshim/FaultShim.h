@@ -1,6 +1,7 @@
 // Makes file-system calls fail on demand, for tests of what a full or broken disk does to a write.
-// The library interposes write, pwrite, writev, fsync, fdatasync and close; link it into a test
-// (it must come before libc, as any directly linked library does) or load it with LD_PRELOAD.
+// The shared library interposes write, pwrite, writev, fsync, fdatasync and close for the whole
+// process, Qt's own calls included: a test links it (a directly linked library is searched before
+// libc, as with LD_PRELOAD) and arms it through the functions below.
 #pragma once
 
 extern "C" {
