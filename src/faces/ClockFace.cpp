@@ -16,10 +16,6 @@ QString zoneTitle(const FaceContext& context) {
     return id.isEmpty() ? QString() : FaceKit::cityName(id);
 }
 
-QDateTime zonedNow(const FaceContext& context) {
-    return context.now.toTimeZone(FaceKit::zone(context.setting(QStringLiteral("zone"))));
-}
-
 } // namespace
 
 bool ClockFace::isAnalog(const WidgetSettings& settings) {
@@ -47,7 +43,7 @@ void ClockFace::paint(QPainter& painter, const QRectF& rect, const FaceContext& 
 }
 
 void ClockFace::paintDigital(QPainter& painter, const QRectF& rect, const FaceContext& context) {
-    const QDateTime now = zonedNow(context);
+    const QDateTime now = FaceKit::zoned(context);
     const bool h24 = FaceKit::uses24Hour(context);
     const bool seconds = showsSeconds(context.size, context.settings);
     const QString time = FaceKit::hoursMinutes(now.time(), h24);
@@ -67,14 +63,14 @@ void ClockFace::paintDigital(QPainter& painter, const QRectF& rect, const FaceCo
         const QRectF bottom(rect.left(), rect.bottom() - rect.height() * 0.22, rect.width(),
                             rect.height() * 0.22);
         FaceKit::drawFitted(
-            painter, top,
+            painter, context, top,
             city.isEmpty() ? locale.toString(now.date(), QStringLiteral("dddd")) : city,
             QFont::DemiBold, context.accent(), Qt::AlignLeft | Qt::AlignVCenter, 13);
-        FaceKit::drawFitted(painter, middle, time, QFont::Light, context.primary(),
+        FaceKit::drawFitted(painter, context, middle, time, QFont::Light, context.primary(),
                             Qt::AlignLeft | Qt::AlignVCenter, 40);
-        FaceKit::drawFitted(painter, bottom, h24 ? shortDate : half + QLatin1Char(' ') + shortDate,
-                            QFont::Normal, context.secondary(), Qt::AlignLeft | Qt::AlignVCenter,
-                            12);
+        FaceKit::drawFitted(painter, context, bottom,
+                            h24 ? shortDate : half + QLatin1Char(' ') + shortDate, QFont::Normal,
+                            context.secondary(), Qt::AlignLeft | Qt::AlignVCenter, 12);
         return;
     }
 
@@ -91,48 +87,48 @@ void ClockFace::paintDigital(QPainter& painter, const QRectF& rect, const FaceCo
                           ((seconds || !half.isEmpty()) ? rect.width() * 0.06 : 0));
     }
     const qreal maxSize = oneRow ? timeArea.height() * 1.2 : timeArea.height();
-    const QRectF used = FaceKit::drawFitted(painter, timeArea, time, QFont::Light,
+    const QRectF used = FaceKit::drawFitted(painter, context, timeArea, time, QFont::Light,
                                             context.primary(), align, maxSize);
 
     const qreal small = std::max<qreal>(9, used.height() * 0.3);
     QRectF side(used.right() + 2, used.top(), rect.right() - used.right() - 2,
                 used.height() * 0.86);
-    painter.setFont(FaceKit::font(small, QFont::Medium));
+    const QFont smallFont = FaceKit::font(small, QFont::Medium);
     if (seconds) {
-        painter.setPen(context.accent());
-        painter.drawText(side, Qt::AlignLeft | Qt::AlignBottom, secondsText);
+        FaceKit::drawText(painter, context, side, Qt::AlignLeft | Qt::AlignBottom, secondsText,
+                          smallFont, context.accent());
     }
     if (!half.isEmpty()) {
-        painter.setPen(context.secondary());
-        painter.drawText(side.adjusted(0, used.height() * 0.12, 0, 0), Qt::AlignLeft | Qt::AlignTop,
-                         half);
+        FaceKit::drawText(painter, context, side.adjusted(0, used.height() * 0.12, 0, 0),
+                          Qt::AlignLeft | Qt::AlignTop, half, smallFont, context.secondary());
     }
 
     const QRectF caption(rect.left(), rect.top(), rect.width(), captionHeight);
     const QString header =
         city.isEmpty() ? (oneRow ? date : locale.toString(now.date(), QStringLiteral("dddd")))
                        : city;
-    FaceKit::drawElided(painter, caption, header,
+    FaceKit::drawElided(painter, context, caption, header,
                         FaceKit::font(captionHeight * 0.72, QFont::DemiBold), context.accent(),
                         oneRow ? Qt::AlignLeft | Qt::AlignVCenter
                                : Qt::AlignHCenter | Qt::AlignVCenter);
     if (oneRow) {
         if (!city.isEmpty()) {
-            FaceKit::drawElided(painter, caption, shortDate, FaceKit::font(captionHeight * 0.66),
-                                context.secondary(), Qt::AlignRight | Qt::AlignVCenter);
+            FaceKit::drawElided(painter, context, caption, shortDate,
+                                FaceKit::font(captionHeight * 0.66), context.secondary(),
+                                Qt::AlignRight | Qt::AlignVCenter);
         }
         return;
     }
     const QRectF footer(rect.left(), rect.bottom() - captionHeight * 1.1, rect.width(),
                         captionHeight);
-    FaceKit::drawElided(painter, footer,
+    FaceKit::drawElided(painter, context, footer,
                         city.isEmpty() ? locale.toString(now.date(), QStringLiteral("d MMMM yyyy"))
                                        : date,
                         FaceKit::font(captionHeight * 0.7), context.secondary(), Qt::AlignCenter);
 }
 
 void ClockFace::paintAnalog(QPainter& painter, const QRectF& rect, const FaceContext& context) {
-    const QDateTime now = zonedNow(context);
+    const QDateTime now = FaceKit::zoned(context);
     const AnalogDial::Hands hands = showsSeconds(context.size, context.settings)
                                         ? AnalogDial::Hands::WithSeconds
                                         : AnalogDial::Hands::HoursMinutes;
@@ -150,7 +146,7 @@ void ClockFace::paintAnalog(QPainter& painter, const QRectF& rect, const FaceCon
     const QString city = zoneTitle(context);
     const QLocale locale;
     const qreal line = text.height() / 4;
-    FaceKit::drawFitted(painter,
+    FaceKit::drawFitted(painter, context,
                         QRectF(text.left(), text.top() + line * 0.2, text.width(), line * 0.9),
                         city.isEmpty() ? locale.toString(now.date(), QStringLiteral("dddd")) : city,
                         QFont::DemiBold, context.accent(), Qt::AlignLeft | Qt::AlignVCenter, 16);
@@ -160,9 +156,9 @@ void ClockFace::paintAnalog(QPainter& painter, const QRectF& rect, const FaceCon
         time += QLatin1Char(' ') + FaceKit::dayHalf(now.time());
     }
     FaceKit::drawFitted(
-        painter, QRectF(text.left(), text.top() + line * 1.1, text.width(), line * 1.7), time,
-        QFont::Light, context.primary(), Qt::AlignLeft | Qt::AlignVCenter, 44);
-    FaceKit::drawFitted(painter,
+        painter, context, QRectF(text.left(), text.top() + line * 1.1, text.width(), line * 1.7),
+        time, QFont::Light, context.primary(), Qt::AlignLeft | Qt::AlignVCenter, 44);
+    FaceKit::drawFitted(painter, context,
                         QRectF(text.left(), text.top() + line * 2.9, text.width(), line * 0.9),
                         locale.toString(now.date(), QStringLiteral("ddd d MMMM")), QFont::Normal,
                         context.secondary(), Qt::AlignLeft | Qt::AlignVCenter, 14);

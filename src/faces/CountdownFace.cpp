@@ -137,16 +137,17 @@ void CountdownFace::paint(QPainter& painter, const QRectF& rect, const FaceConte
     }
 
     const qreal titleHeight = std::min<qreal>(rect.height() * 0.2, 20);
-    FaceKit::drawFitted(painter, QRectF(rect.left(), rect.top(), rect.width(), titleHeight),
-                        s.title, QFont::DemiBold, context.accent(),
-                        Qt::AlignLeft | Qt::AlignVCenter, titleHeight * 0.78);
+    FaceKit::drawFitted(
+        painter, context, QRectF(rect.left(), rect.top(), rect.width(), titleHeight), s.title,
+        QFont::DemiBold, context.accent(), Qt::AlignLeft | Qt::AlignVCenter, titleHeight * 0.78);
     const QRectF body = rect.adjusted(0, titleHeight + 2, 0, 0);
 
     switch (context.size) {
     case WidgetSize::small: {
-        FaceKit::drawFitted(painter, body.adjusted(0, 0, 0, -body.height() * 0.3), shortText(p),
-                            QFont::Light, context.primary(), Qt::AlignLeft | Qt::AlignVCenter, 30);
-        FaceKit::drawFitted(painter, body.adjusted(0, body.height() * 0.72, 0, 0),
+        FaceKit::drawFitted(painter, context, body.adjusted(0, 0, 0, -body.height() * 0.3),
+                            shortText(p), QFont::Light, context.primary(),
+                            Qt::AlignLeft | Qt::AlignVCenter, 30);
+        FaceKit::drawFitted(painter, context, body.adjusted(0, body.height() * 0.72, 0, 0),
                             p.passed ? L("countdown.ago", QStringLiteral("ago"))
                                      : L("countdown.left", QStringLiteral("left")),
                             QFont::Normal, context.secondary(), Qt::AlignLeft | Qt::AlignVCenter,
@@ -161,18 +162,18 @@ void CountdownFace::paint(QPainter& painter, const QRectF& rect, const FaceConte
         FaceKit::drawRing(painter, ring, side * 0.07, p.passed ? 1.0 : progress, context.accent(),
                           track);
         const QRectF inner = ring.adjusted(side * 0.2, side * 0.22, -side * 0.2, -side * 0.22);
-        FaceKit::drawFitted(painter, inner.adjusted(0, 0, 0, -inner.height() * 0.45),
+        FaceKit::drawFitted(painter, context, inner.adjusted(0, 0, 0, -inner.height() * 0.45),
                             QString::number(p.days), QFont::Light, context.primary(),
                             Qt::AlignHCenter | Qt::AlignBottom, side * 0.4);
         FaceKit::drawFitted(
-            painter, inner.adjusted(0, inner.height() * 0.56, 0, -inner.height() * 0.22),
+            painter, context, inner.adjusted(0, inner.height() * 0.56, 0, -inner.height() * 0.22),
             p.days == 1 ? L("countdown.day", QStringLiteral("day"))
                         : L("countdown.days", QStringLiteral("days")),
             QFont::Normal, context.secondary(), Qt::AlignHCenter | Qt::AlignTop, side * 0.1);
-        FaceKit::drawFitted(painter, inner.adjusted(0, inner.height() * 0.78, 0, 0), clockText(p),
-                            QFont::Medium, context.secondary(), Qt::AlignHCenter | Qt::AlignTop,
-                            side * 0.09);
-        FaceKit::drawFitted(painter,
+        FaceKit::drawFitted(painter, context, inner.adjusted(0, inner.height() * 0.78, 0, 0),
+                            clockText(p), QFont::Medium, context.secondary(),
+                            Qt::AlignHCenter | Qt::AlignTop, side * 0.09);
+        FaceKit::drawFitted(painter, context,
                             QRectF(body.left(), body.bottom() - footer, body.width(), footer),
                             status, QFont::Normal, context.secondary(), Qt::AlignCenter, 13);
         return;
@@ -217,14 +218,15 @@ void CountdownFace::paint(QPainter& painter, const QRectF& rect, const FaceConte
         const QRectF unitRect =
             column ? b.adjusted(b.width() * 0.58, 0, -8, 0)
                    : QRectF(b.left(), b.bottom() - unitHeight, b.width(), unitHeight * 0.85);
-        FaceKit::drawFitted(painter, valueRect, values[static_cast<size_t>(i)], QFont::Light,
-                            context.primary(),
+        FaceKit::drawFitted(painter, context, valueRect, values[static_cast<size_t>(i)],
+                            QFont::Light, context.primary(),
                             column ? Qt::AlignLeft | Qt::AlignVCenter : Qt::AlignCenter,
                             column ? b.height() * 0.7 : valueRect.height() * 0.85);
-        FaceKit::drawFitted(
-            painter, unitRect, units[static_cast<size_t>(i)], QFont::Medium, context.secondary(),
-            column ? Qt::AlignRight | Qt::AlignVCenter : Qt::AlignHCenter | Qt::AlignTop,
-            std::min<qreal>(12, unitRect.height() * 0.8));
+        FaceKit::drawFitted(painter, context, unitRect, units[static_cast<size_t>(i)],
+                            QFont::Medium, context.secondary(),
+                            column ? Qt::AlignRight | Qt::AlignVCenter
+                                   : Qt::AlignHCenter | Qt::AlignTop,
+                            std::min<qreal>(12, unitRect.height() * 0.8));
     }
     if (withBar) {
         FaceKit::drawBar(painter, QRectF(body.left(), blocks.bottom() + 8, body.width(), barHeight),
@@ -232,8 +234,9 @@ void CountdownFace::paint(QPainter& painter, const QRectF& rect, const FaceConte
     }
     if (withStatus) {
         FaceKit::drawFitted(
-            painter, QRectF(body.left(), body.bottom() - statusHeight, body.width(), statusHeight),
-            status, QFont::Normal, context.secondary(), Qt::AlignLeft | Qt::AlignVCenter,
+            painter, context,
+            QRectF(body.left(), body.bottom() - statusHeight, body.width(), statusHeight), status,
+            QFont::Normal, context.secondary(), Qt::AlignLeft | Qt::AlignVCenter,
             statusHeight * 0.72);
     }
 }

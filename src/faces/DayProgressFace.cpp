@@ -42,13 +42,13 @@ void DayProgressFace::paint(QPainter& painter, const QRectF& rect,
         const QRectF ring(rect.center().x() - side / 2, rect.top(), side, side);
         FaceKit::drawRing(painter, ring, side * 0.1, f, context.accent(), track);
         const QRectF inner = ring.adjusted(side * 0.22, side * 0.3, -side * 0.22, -side * 0.3);
-        FaceKit::drawFitted(painter, inner, percent, QFont::DemiBold, context.primary(),
+        FaceKit::drawFitted(painter, context, inner, percent, QFont::DemiBold, context.primary(),
                             Qt::AlignCenter, side * 0.26);
         if (large) {
             const QRectF lines(rect.left(), ring.bottom() + 4, rect.width(), textHeight - 4);
-            FaceKit::drawFitted(painter, lines.adjusted(0, 0, 0, -lines.height() / 2), title,
-                                QFont::DemiBold, context.primary(), Qt::AlignCenter, 18);
-            FaceKit::drawFitted(painter, lines.adjusted(0, lines.height() / 2, 0, 0), left,
+            FaceKit::drawFitted(painter, context, lines.adjusted(0, 0, 0, -lines.height() / 2),
+                                title, QFont::DemiBold, context.primary(), Qt::AlignCenter, 18);
+            FaceKit::drawFitted(painter, context, lines.adjusted(0, lines.height() / 2, 0, 0), left,
                                 QFont::Normal, context.secondary(), Qt::AlignCenter, 14);
         }
         return;
@@ -58,9 +58,9 @@ void DayProgressFace::paint(QPainter& painter, const QRectF& rect,
     // left.
     const qreal line = rect.height() / (context.size == WidgetSize::wideTall ? 6 : 3.4);
     const QRectF header(rect.left(), rect.top(), rect.width(), line * 1.2);
-    FaceKit::drawFitted(painter, header, title, QFont::DemiBold, context.accent(),
+    FaceKit::drawFitted(painter, context, header, title, QFont::DemiBold, context.accent(),
                         Qt::AlignLeft | Qt::AlignVCenter, line * 0.8);
-    FaceKit::drawFitted(painter, header, percent, QFont::Light, context.primary(),
+    FaceKit::drawFitted(painter, context, header, percent, QFont::Light, context.primary(),
                         Qt::AlignRight | Qt::AlignVCenter, line * 1.1);
     const qreal barTop = header.bottom() + line * 0.3;
     const qreal barHeight =
@@ -102,10 +102,10 @@ void DayProgressFace::paint(QPainter& painter, const QRectF& rect,
         FaceKit::drawBar(painter, bar, f, context.accent(), track);
     }
     const QRectF footer(rect.left(), rect.bottom() - line * 0.9, rect.width(), line * 0.9);
-    FaceKit::drawFitted(painter, footer, left, QFont::Normal, context.secondary(),
+    FaceKit::drawFitted(painter, context, footer, left, QFont::Normal, context.secondary(),
                         Qt::AlignLeft | Qt::AlignVCenter, line * 0.62);
     FaceKit::drawFitted(
-        painter, footer, FaceKit::hoursMinutes(now.time(), FaceKit::uses24Hour(context)),
+        painter, context, footer, FaceKit::hoursMinutes(now.time(), FaceKit::uses24Hour(context)),
         QFont::Medium, context.secondary(), Qt::AlignRight | Qt::AlignVCenter, line * 0.62);
 }
 

@@ -1,6 +1,7 @@
 #include "faces/FaceKit.h"
 
 #include "faces/FaceContext.h"
+#include "faces/TextCache.h"
 #include "platform/SymbolProvider.h"
 
 #include <QFontMetricsF>
@@ -40,23 +41,42 @@ qreal fittingPixelSize(const QString& text, const QSizeF& box, QFont::Weight wei
     return std::max<qreal>(size, 1);
 }
 
-QRectF drawFitted(QPainter& painter, const QRectF& rect, const QString& text, QFont::Weight weight,
-                  const QColor& color, Qt::Alignment alignment, qreal maxPixelSize) {
-    const QFont f = font(fittingPixelSize(text, rect.size(), weight, maxPixelSize), weight);
-    painter.setFont(f);
+QRectF drawText(QPainter& painter, const FaceContext& context, const QRectF& rect, int flags,
+                const QString& text, const QFont& font, const QColor& color) {
+    if (context.text != nullptr) {
+        return context.text->draw(painter, rect, flags, text, font, color,
+                                  context.devicePixelRatio * context.scale);
+    }
+    painter.setFont(font);
     painter.setPen(color);
     QRectF used;
-    painter.drawText(rect, static_cast<int>(alignment | Qt::TextSingleLine), text, &used);
+    painter.drawText(rect, flags, text, &used);
     return used;
 }
 
-void drawElided(QPainter& painter, const QRectF& rect, const QString& text, const QFont& font,
-                const QColor& color, Qt::Alignment alignment) {
+QRectF drawFitted(QPainter& painter, const FaceContext& context, const QRectF& rect,
+                  const QString& text, QFont::Weight weight, const QColor& color,
+                  Qt::Alignment alignment, qreal maxPixelSize) {
+    const auto compute = [&] { return fittingPixelSize(text, rect.size(), weight, maxPixelSize); };
+    const qreal size = context.text == nullptr
+                           ? compute()
+                           : context.text->fittedSize(QStringLiteral("%1|%2x%3|%4|%5")
+                                                          .arg(text)
+                                                          .arg(rect.width())
+                                                          .arg(rect.height())
+                                                          .arg(static_cast<int>(weight))
+                                                          .arg(maxPixelSize),
+                                                      compute);
+    return drawText(painter, context, rect, static_cast<int>(alignment | Qt::TextSingleLine), text,
+                    font(size, weight), color);
+}
+
+void drawElided(QPainter& painter, const FaceContext& context, const QRectF& rect,
+                const QString& text, const QFont& font, const QColor& color,
+                Qt::Alignment alignment) {
     const QFontMetricsF metrics(font);
-    painter.setFont(font);
-    painter.setPen(color);
-    painter.drawText(rect, static_cast<int>(alignment | Qt::TextSingleLine),
-                     metrics.elidedText(text, Qt::ElideRight, rect.width()));
+    drawText(painter, context, rect, static_cast<int>(alignment | Qt::TextSingleLine),
+             metrics.elidedText(text, Qt::ElideRight, rect.width()), font, color);
 }
 
 void drawBar(QPainter& painter, const QRectF& rect, double fraction, const QColor& fill,
@@ -117,6 +137,11 @@ QTimeZone zone(const QString& id) {
         }
     }
     return QTimeZone::systemTimeZone();
+}
+
+QDateTime zoned(const FaceContext& context) {
+    const QString id = context.setting(QStringLiteral("zone"));
+    return id.isEmpty() ? context.now : context.now.toTimeZone(zone(id));
 }
 
 bool uses24Hour(const FaceContext& context) {

@@ -24,14 +24,21 @@ QFont font(qreal pixelSize, QFont::Weight weight = QFont::Normal);
 qreal fittingPixelSize(const QString& text, const QSizeF& box, QFont::Weight weight,
                        qreal maxPixelSize);
 
+// As QPainter::drawText, large text coming from the context's text cache when it has one.
+// Returns the rectangle the text's line took.
+QRectF drawText(QPainter& painter, const FaceContext& context, const QRectF& rect, int flags,
+                const QString& text, const QFont& font, const QColor& color);
+
 // Draws `text` on one line fitted into `rect` (shrunk to fit, never above `maxPixelSize`).
 // Returns the rectangle the text actually took.
-QRectF drawFitted(QPainter& painter, const QRectF& rect, const QString& text, QFont::Weight weight,
-                  const QColor& color, Qt::Alignment alignment, qreal maxPixelSize);
+QRectF drawFitted(QPainter& painter, const FaceContext& context, const QRectF& rect,
+                  const QString& text, QFont::Weight weight, const QColor& color,
+                  Qt::Alignment alignment, qreal maxPixelSize);
 
 // Draws `text` at a fixed size, elided at the right if it is too long for `rect`.
-void drawElided(QPainter& painter, const QRectF& rect, const QString& text, const QFont& font,
-                const QColor& color, Qt::Alignment alignment);
+void drawElided(QPainter& painter, const FaceContext& context, const QRectF& rect,
+                const QString& text, const QFont& font, const QColor& color,
+                Qt::Alignment alignment);
 
 // A rounded bar of `fraction` (clamped to 0...1) over a faint track.
 void drawBar(QPainter& painter, const QRectF& rect, double fraction, const QColor& fill,
@@ -47,6 +54,10 @@ void drawSymbol(QPainter& painter, const FaceContext& context, const QString& sy
 
 // The time zone of a settings value: an IANA id; empty or unknown means the system zone.
 QTimeZone zone(const QString& id);
+
+// The context's time in the zone of its "zone" setting; the time as given (the host's local
+// time) when the setting is empty, which spares a zone conversion on every tick.
+QDateTime zoned(const FaceContext& context);
 
 // Whether times read with a 24-hour clock: the "format" setting ("12" or "24"), else the locale.
 bool uses24Hour(const FaceContext& context);

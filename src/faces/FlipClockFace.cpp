@@ -25,7 +25,7 @@ void card(QPainter& painter, const QRectF& rect, const QString& digits, const Fa
     painter.setBrush(QColor(0, 0, 0, 40));
     painter.drawRoundedRect(rect, radius, radius);
     painter.setClipping(false);
-    FaceKit::drawFitted(painter,
+    FaceKit::drawFitted(painter, context,
                         rect.adjusted(rect.width() * 0.08, rect.height() * 0.08,
                                       -rect.width() * 0.08, -rect.height() * 0.08),
                         digits, QFont::Bold, context.primary(), Qt::AlignCenter,
@@ -54,8 +54,7 @@ std::optional<TimeGrain> FlipClockFace::grain(WidgetSize size, const WidgetSetti
 }
 
 void FlipClockFace::paint(QPainter& painter, const QRectF& rect, const FaceContext& context) const {
-    const QDateTime now =
-        context.now.toTimeZone(FaceKit::zone(context.setting(QStringLiteral("zone"))));
+    const QDateTime now = FaceKit::zoned(context);
     const bool h24 = FaceKit::uses24Hour(context);
     const QTime t = now.time();
     const int hour = h24 ? t.hour() : (t.hour() % 12 == 0 ? 12 : t.hour() % 12);
@@ -86,7 +85,7 @@ void FlipClockFace::paint(QPainter& painter, const QRectF& rect, const FaceConte
     }
     if (dated) {
         FaceKit::drawFitted(
-            painter,
+            painter, context,
             QRectF(rect.left(), rect.bottom() - dateHeight * 0.9, rect.width(), dateHeight * 0.8),
             QLocale().toString(now.date(), QStringLiteral("dddd, d MMMM")), QFont::Medium,
             context.secondary(), Qt::AlignCenter, dateHeight * 0.7);

@@ -106,7 +106,7 @@ QImage GallerySheet::render(const FaceRegistry& faces, TileRenderer& renderer,
                             QRectF(section.heading.left(),
                                    section.heading.center().y() - iconSide / 2, iconSide, iconSide),
                             QColor(255, 255, 255, 220), title(section.category));
-        FaceKit::drawElided(painter, section.heading.adjusted(iconSide + 10, 0, 0, 0),
+        FaceKit::drawElided(painter, base, section.heading.adjusted(iconSide + 10, 0, 0, 0),
                             title(section.category), FaceKit::font(20, QFont::Bold),
                             QColor(255, 255, 255, 235), Qt::AlignLeft | Qt::AlignVCenter);
         for (const Placed& placed : section.tiles) {
@@ -117,7 +117,7 @@ QImage GallerySheet::render(const FaceRegistry& faces, TileRenderer& renderer,
             context.scale = 1.0;
             context.settings = {};
             renderer.paint(painter, placed.tile, faces.face(context.kind()), context);
-            FaceKit::drawElided(painter,
+            FaceKit::drawElided(painter, base,
                                 QRectF(placed.tile.left(), placed.tile.bottom() + 8,
                                        placed.tile.width(), kLabel - 4),
                                 placed.definition.metadata.displayName + QStringLiteral("  ·  ") +

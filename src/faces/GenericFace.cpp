@@ -59,12 +59,12 @@ void GenericFace::paint(QPainter& painter, const QRectF& rect, const FaceContext
                             b.adjusted(badge * 0.2, badge * 0.2, -badge * 0.2, -badge * 0.2),
                             context.accent(), name);
         const QRectF text(b.right() + 12, area.top(), area.right() - b.right() - 12, h);
-        FaceKit::drawFitted(painter, QRectF(text.left(), text.center().y() - 22, text.width(), 24),
-                            name, QFont::DemiBold, context.primary(),
-                            Qt::AlignLeft | Qt::AlignBottom, 20);
-        FaceKit::drawElided(painter, QRectF(text.left(), text.center().y() + 3, text.width(), 18),
-                            category, FaceKit::font(12), context.secondary(),
-                            Qt::AlignLeft | Qt::AlignTop);
+        FaceKit::drawFitted(
+            painter, context, QRectF(text.left(), text.center().y() - 22, text.width(), 24), name,
+            QFont::DemiBold, context.primary(), Qt::AlignLeft | Qt::AlignBottom, 20);
+        FaceKit::drawElided(painter, context,
+                            QRectF(text.left(), text.center().y() + 3, text.width(), 18), category,
+                            FaceKit::font(12), context.secondary(), Qt::AlignLeft | Qt::AlignTop);
         return;
     }
     if (context.size == WidgetSize::small || context.size == WidgetSize::tall) {
@@ -82,10 +82,12 @@ void GenericFace::paint(QPainter& painter, const QRectF& rect, const FaceContext
     const QRectF symbolRect(area.center().x() - side / 2, area.top() + (h - side) * 0.36, side,
                             side);
     FaceKit::drawSymbol(painter, context, meta.symbol, symbolRect, context.accent(), name);
-    FaceKit::drawFitted(painter, QRectF(area.left(), symbolRect.bottom() + 10, w, 24), name,
-                        QFont::DemiBold, context.primary(), Qt::AlignHCenter | Qt::AlignTop, 20);
-    FaceKit::drawElided(painter, QRectF(area.left(), symbolRect.bottom() + 36, w, 18), category,
-                        FaceKit::font(12), context.secondary(), Qt::AlignHCenter | Qt::AlignTop);
+    FaceKit::drawFitted(painter, context, QRectF(area.left(), symbolRect.bottom() + 10, w, 24),
+                        name, QFont::DemiBold, context.primary(), Qt::AlignHCenter | Qt::AlignTop,
+                        20);
+    FaceKit::drawElided(painter, context, QRectF(area.left(), symbolRect.bottom() + 36, w, 18),
+                        category, FaceKit::font(12), context.secondary(),
+                        Qt::AlignHCenter | Qt::AlignTop);
 }
 
 } // namespace tw

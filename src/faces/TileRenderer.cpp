@@ -84,8 +84,7 @@ QRectF TileRenderer::contentRect(const QSizeF& nominalTile, TileShape shape) {
 void TileRenderer::paint(QPainter& painter, const QRectF& tile, const WidgetFace& face,
                          const FaceContext& context, double highlight) {
     if (TileShape::of(context.metadata).chrome == TileShape::Chrome::Glass) {
-        paintShadow(painter, tile, context.devicePixelRatio);
-        paintGlass(painter, tile, context);
+        paintBackground(painter, tile, context);
     }
     paintFace(painter, tile, face, context);
     if (highlight > 0) {
@@ -93,11 +92,48 @@ void TileRenderer::paint(QPainter& painter, const QRectF& tile, const WidgetFace
     }
 }
 
+static QString sizeKey(const QSizeF& tile, qreal devicePixelRatio) {
+    return QStringLiteral("%1x%2@%3")
+        .arg(tile.width(), 0, 'f', 2)
+        .arg(tile.height(), 0, 'f', 2)
+        .arg(devicePixelRatio, 0, 'f', 2);
+}
+
+static QString colorKey(const ThemeColor& c) {
+    return QStringLiteral("%1,%2,%3,%4").arg(c.red).arg(c.green).arg(c.blue).arg(c.opacity);
+}
+
+const QImage& TileRenderer::background(const QSizeF& tile, const FaceContext& context) {
+    const qreal dpr = context.devicePixelRatio > 0 ? context.devicePixelRatio : 1.0;
+    const QString key = sizeKey(tile, dpr) + QLatin1Char('|') + colorKey(context.theme.surface) +
+                        QLatin1Char('|') + colorKey(context.theme.surfaceElevated) +
+                        QStringLiteral("|%1|%2|%3")
+                            .arg(static_cast<int>(context.glass.finish))
+                            .arg(context.glass.strength)
+                            .arg(static_cast<int>(context.glass.shade));
+    auto found = m_backgrounds.constFind(key);
+    if (found != m_backgrounds.constEnd()) {
+        return *found;
+    }
+    if (m_backgrounds.size() >= kMaxShadows) {
+        m_backgrounds.clear();
+    }
+    QImage image = shadow(tile, dpr).copy();
+    image.setDevicePixelRatio(dpr);
+    {
+        QPainter p(&image);
+        paintGlass(p, QRectF(QPointF(panelMargin, panelMargin), tile), context);
+    }
+    return *m_backgrounds.insert(key, image);
+}
+
+void TileRenderer::paintBackground(QPainter& painter, const QRectF& tile,
+                                   const FaceContext& context) {
+    painter.drawImage(panelRect(tile).topLeft(), background(tile.size(), context));
+}
+
 const QImage& TileRenderer::shadow(const QSizeF& tile, qreal devicePixelRatio) {
-    const QString key = QStringLiteral("%1x%2@%3")
-                            .arg(tile.width(), 0, 'f', 2)
-                            .arg(tile.height(), 0, 'f', 2)
-                            .arg(devicePixelRatio, 0, 'f', 2);
+    const QString key = sizeKey(tile, devicePixelRatio);
     auto found = m_shadows.constFind(key);
     if (found != m_shadows.constEnd()) {
         return *found;
@@ -198,13 +234,22 @@ void TileRenderer::paintFace(QPainter& painter, const QRectF& tile, const Widget
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setRenderHint(QPainter::TextAntialiasing);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    if (shape.chrome == TileShape::Chrome::Glass) {
+    // Padded faces keep to their padding by construction (and by test); only content that
+    // reaches the edges needs the costly rounded clip.
+    if (shape.chrome == TileShape::Chrome::Glass && shape.bleed == TileShape::Bleed::Full) {
         painter.setClipPath(roundedTile(tile), Qt::IntersectClip);
     }
     painter.translate(tile.topLeft());
     const double scale = context.scale > 0 ? context.scale : 1.0;
     painter.scale(scale, scale);
-    face.paint(painter, contentRect(tile.size() / scale, shape), context);
+    const QRectF content = contentRect(tile.size() / scale, shape);
+    if (context.text != nullptr) {
+        face.paint(painter, content, context);
+    } else {
+        FaceContext withCache = context;
+        withCache.text = &m_text;
+        face.paint(painter, content, withCache);
+    }
     painter.restore();
 }
 

@@ -1,8 +1,10 @@
-// Draws a tile: its shadow in the panel's margin, the frosted or clear glass, the face clipped to
-// the rounded shape, and the highlight ring. Keeps the blurred shadows it has made, so a tile that
-// redraws every second never blurs anything.
+// Draws a tile: its shadow in the panel's margin, the frosted or clear glass, the face (clipped to
+// the rounded shape where it bleeds to the edge), and the highlight ring. Keeps the shadows and
+// glass it has made, so a tile that redraws every second only copies its background and draws
+// its face: nothing is blurred or filled twice.
 #pragma once
 
+#include "faces/TextCache.h"
 #include "faces/TileShape.h"
 #include "model/Metrics.h"
 
@@ -38,11 +40,14 @@ public:
     void paint(QPainter& painter, const QRectF& tile, const WidgetFace& face,
                const FaceContext& context, double highlight = 0);
 
-    // The parts, for hosts that draw them apart.
+    // The parts, for hosts that draw them apart. paintBackground is shadow and glass from the
+    // cache.
+    void paintBackground(QPainter& painter, const QRectF& tile, const FaceContext& context);
     void paintShadow(QPainter& painter, const QRectF& tile, qreal devicePixelRatio);
     static void paintGlass(QPainter& painter, const QRectF& tile, const FaceContext& context);
-    static void paintFace(QPainter& painter, const QRectF& tile, const WidgetFace& face,
-                          const FaceContext& context);
+    // Large text comes from the context's text cache, or from the renderer's own.
+    void paintFace(QPainter& painter, const QRectF& tile, const WidgetFace& face,
+                   const FaceContext& context);
     static void paintHighlight(QPainter& painter, const QRectF& tile, const QColor& color,
                                double opacity);
 
@@ -52,11 +57,16 @@ public:
 
     // How many blurred shadows are kept (one per tile size and pixel ratio).
     qsizetype cachedShadows() const { return m_shadows.size(); }
+    // How many shadow-and-glass backgrounds are kept (one per size, ratio, theme and glass).
+    qsizetype cachedBackgrounds() const { return m_backgrounds.size(); }
 
 private:
     const QImage& shadow(const QSizeF& tile, qreal devicePixelRatio);
+    const QImage& background(const QSizeF& tile, const FaceContext& context);
 
     QHash<QString, QImage> m_shadows;
+    QHash<QString, QImage> m_backgrounds;
+    TextCache m_text;
 };
 
 } // namespace tw

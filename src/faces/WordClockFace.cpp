@@ -119,8 +119,7 @@ QStringList WordClockFace::words(const QTime& time) {
 }
 
 void WordClockFace::paint(QPainter& painter, const QRectF& rect, const FaceContext& context) const {
-    const QDateTime now =
-        context.now.toTimeZone(FaceKit::zone(context.setting(QStringLiteral("zone"))));
+    const QDateTime now = FaceKit::zoned(context);
     const std::vector<bool> lit = litCells(words(now.time()));
     const auto rows = static_cast<qreal>(kGrid.size());
 

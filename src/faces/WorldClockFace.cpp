@@ -139,11 +139,11 @@ void WorldClockFace::paint(QPainter& painter, const QRectF& rect,
                              AnalogDial::Daylight::Shade);
             const QRectF label(cell.left() + 2, dial.bottom() + 2, cell.width() - 4,
                                labelHeight * 0.5);
-            FaceKit::drawElided(painter, label, cities.at(i).name,
+            FaceKit::drawElided(painter, context, label, cities.at(i).name,
                                 FaceKit::font(labelHeight * 0.38, QFont::DemiBold),
                                 i == 0 ? context.accent() : context.primary(), Qt::AlignCenter);
             FaceKit::drawElided(
-                painter, label.translated(0, label.height()),
+                painter, context, label.translated(0, label.height()),
                 timeText(cities.at(i)) + QLatin1Char(' ') + offsetText(cities.at(i).offset),
                 FaceKit::font(labelHeight * 0.34), context.secondary(), Qt::AlignCenter);
         }
@@ -161,15 +161,15 @@ void WorldClockFace::paint(QPainter& painter, const QRectF& rect,
         for (int i = 0; i < n; ++i) {
             const QRectF cell(rect.left() + (i % cols) * cw, rect.top() + (i / cols) * ch, cw, ch);
             const qreal line = ch / 4;
-            FaceKit::drawFitted(painter, QRectF(cell.left() + 4, cell.top(), cw - 8, line),
+            FaceKit::drawFitted(painter, context, QRectF(cell.left() + 4, cell.top(), cw - 8, line),
                                 cities.at(i).name, QFont::DemiBold,
                                 i == 0 ? context.accent() : context.secondary(),
                                 Qt::AlignLeft | Qt::AlignVCenter, line * 0.72);
-            FaceKit::drawFitted(painter,
+            FaceKit::drawFitted(painter, context,
                                 QRectF(cell.left() + 4, cell.top() + line, cw - 8, line * 1.9),
                                 timeText(cities.at(i)), QFont::Light, context.primary(),
                                 Qt::AlignLeft | Qt::AlignVCenter, line * 1.7);
-            FaceKit::drawFitted(painter,
+            FaceKit::drawFitted(painter, context,
                                 QRectF(cell.left() + 4, cell.top() + line * 2.95, cw - 8, line),
                                 shortDetail(cities.at(i)), QFont::Normal, context.secondary(),
                                 Qt::AlignLeft | Qt::AlignVCenter, line * 0.62);
@@ -183,11 +183,11 @@ void WorldClockFace::paint(QPainter& painter, const QRectF& rect,
         const QRectF row(rect.left(), rect.top() + i * rh, rect.width(), rh);
         if (rh < 40) {
             // Small: the name over the time.
-            FaceKit::drawFitted(painter, QRectF(row.left(), row.top(), row.width(), rh * 0.36),
-                                cities.at(i).name, QFont::DemiBold,
-                                i == 0 ? context.accent() : context.secondary(),
-                                Qt::AlignLeft | Qt::AlignVCenter, rh * 0.3);
-            FaceKit::drawFitted(painter,
+            FaceKit::drawFitted(
+                painter, context, QRectF(row.left(), row.top(), row.width(), rh * 0.36),
+                cities.at(i).name, QFont::DemiBold, i == 0 ? context.accent() : context.secondary(),
+                Qt::AlignLeft | Qt::AlignVCenter, rh * 0.3);
+            FaceKit::drawFitted(painter, context,
                                 QRectF(row.left(), row.top() + rh * 0.36, row.width(), rh * 0.6),
                                 timeText(cities.at(i)), QFont::Light, context.primary(),
                                 Qt::AlignLeft | Qt::AlignVCenter, rh * 0.55);
@@ -195,14 +195,14 @@ void WorldClockFace::paint(QPainter& painter, const QRectF& rect,
         }
         const QRectF timeRect(row.left() + row.width() * 0.45, row.top(), row.width() * 0.55,
                               row.height());
-        FaceKit::drawFitted(painter, timeRect.adjusted(0, rh * 0.12, 0, -rh * 0.12),
+        FaceKit::drawFitted(painter, context, timeRect.adjusted(0, rh * 0.12, 0, -rh * 0.12),
                             timeText(cities.at(i)), QFont::Light, context.primary(),
                             Qt::AlignRight | Qt::AlignVCenter, rh * 0.5);
         FaceKit::drawFitted(
-            painter, QRectF(row.left(), row.top(), row.width() * 0.5, row.height() * 0.55),
+            painter, context, QRectF(row.left(), row.top(), row.width() * 0.5, row.height() * 0.55),
             cities.at(i).name, QFont::DemiBold, i == 0 ? context.accent() : context.primary(),
             Qt::AlignLeft | Qt::AlignBottom, rh * 0.26);
-        FaceKit::drawFitted(painter,
+        FaceKit::drawFitted(painter, context,
                             QRectF(row.left(), row.top() + row.height() * 0.55, row.width() * 0.5,
                                    row.height() * 0.4),
                             detail(cities.at(i)), QFont::Normal, context.secondary(),

@@ -41,10 +41,10 @@ void YearProgressFace::paint(QPainter& painter, const QRectF& rect,
         FaceKit::drawRing(painter, rect, rect.width() * 0.1, f, context.accent(), track);
         const QRectF inner = rect.adjusted(rect.width() * 0.2, rect.height() * 0.28,
                                            -rect.width() * 0.2, -rect.height() * 0.28);
-        FaceKit::drawFitted(painter, inner.adjusted(0, 0, 0, -inner.height() * 0.45), year,
+        FaceKit::drawFitted(painter, context, inner.adjusted(0, 0, 0, -inner.height() * 0.45), year,
                             QFont::DemiBold, context.secondary(),
                             Qt::AlignHCenter | Qt::AlignBottom, 12);
-        FaceKit::drawFitted(painter, inner.adjusted(0, inner.height() * 0.5, 0, 0),
+        FaceKit::drawFitted(painter, context, inner.adjusted(0, inner.height() * 0.5, 0, 0),
                             ProgressText::percent(f, 0), QFont::DemiBold, context.primary(),
                             Qt::AlignHCenter | Qt::AlignTop, 18);
         return;
@@ -53,12 +53,13 @@ void YearProgressFace::paint(QPainter& painter, const QRectF& rect,
     const bool dots = context.size == WidgetSize::large || context.size == WidgetSize::wideTall;
     const qreal line = dots ? rect.height() / 7 : rect.height() / 3.4;
     const QRectF header(rect.left(), rect.top(), rect.width(), line * 1.2);
-    FaceKit::drawFitted(painter, header, year, QFont::Bold, context.accent(),
+    FaceKit::drawFitted(painter, context, header, year, QFont::Bold, context.accent(),
                         Qt::AlignLeft | Qt::AlignVCenter, line * 0.9);
-    FaceKit::drawFitted(painter, header, ProgressText::percent(f, dots ? 1 : 2), QFont::Light,
-                        context.primary(), Qt::AlignRight | Qt::AlignVCenter, line * 1.1);
+    FaceKit::drawFitted(painter, context, header, ProgressText::percent(f, dots ? 1 : 2),
+                        QFont::Light, context.primary(), Qt::AlignRight | Qt::AlignVCenter,
+                        line * 1.1);
     const QRectF footer(rect.left(), rect.bottom() - line * 0.9, rect.width(), line * 0.9);
-    FaceKit::drawFitted(painter, footer, dayText, QFont::Normal, context.secondary(),
+    FaceKit::drawFitted(painter, context, footer, dayText, QFont::Normal, context.secondary(),
                         Qt::AlignLeft | Qt::AlignVCenter, line * 0.62);
 
     if (!dots) {

@@ -290,7 +290,7 @@ void TestTileRenderer::tileScaleEnlargesThePicture() {
     QImage face = canvas(QSizeF(306, 306), 1);
     {
         QPainter painter(&face);
-        TileRenderer::paintFace(painter, QRectF(0, 0, 306, 306), faces.face(metadata.kind),
+        renderer.paintFace(painter, QRectF(0, 0, 306, 306), faces.face(metadata.kind),
                                 context);
     }
     QVERIFY(paintedBounds(face).width() > 204);

@@ -1,0 +1,168 @@
+// The cost of drawing tiles: each face with its own view once at its largest size at a pixel ratio
+// of 2 (glass, cached shadow and face), a seconds clock redrawn tick after tick, and the whole
+// gallery sheet.
+#include "faces/FaceContext.h"
+#include "faces/FaceRegistry.h"
+#include "faces/GallerySheet.h"
+#include "faces/TileRenderer.h"
+#include "look/Theme.h"
+#include "model/WidgetRegistry.h"
+#include "platform/linux/MaterialSymbolProvider.h"
+
+#include <QGuiApplication>
+#include <QImage>
+#include <QLoggingCategory>
+#include <QPainter>
+
+#include <algorithm>
+#include <benchmark/benchmark.h>
+#include <cmath>
+
+namespace {
+
+using namespace tw;
+
+const QDateTime kStart(QDate(2026, 11, 22), QTime(10, 9, 41));
+
+struct Fixture {
+    MaterialSymbolProvider symbols;
+    FaceRegistry faces;
+    TileRenderer renderer;
+
+    FaceContext context(const QString& kind, WidgetSize size,
+                        const WidgetSettings& settings = {}) const {
+        FaceContext c =
+            FaceContext::forKind(WidgetRegistry::builtInDefinition(kind)->metadata, size);
+        c.theme = Theme::defaultTheme();
+        c.devicePixelRatio = 2;
+        c.now = kStart;
+        c.settings = settings;
+        c.surface = SurfaceFlags::desktop();
+        c.symbols = &symbols;
+        return c;
+    }
+};
+
+Fixture& fixture() {
+    static Fixture f;
+    return f;
+}
+
+WidgetSize largestSize(const WidgetMetadata& metadata) {
+    return *std::max_element(
+        metadata.allowedSizes.begin(), metadata.allowedSizes.end(),
+        [](WidgetSize a, WidgetSize b) { return cellCount(a) < cellCount(b); });
+}
+
+QImage panelImage(const QSizeF& tile) {
+    QImage image(
+        QSize(static_cast<int>(std::ceil((tile.width() + 2 * TileRenderer::panelMargin) * 2)),
+              static_cast<int>(std::ceil((tile.height() + 2 * TileRenderer::panelMargin) * 2))),
+        QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(2);
+    return image;
+}
+
+// One full redraw of a panel, as a desktop panel's paint event does it, time moving a second a
+// frame.
+void drawTile(benchmark::State& state, const QString& kind, WidgetSize size,
+              const WidgetSettings& settings) {
+    Fixture& f = fixture();
+    FaceContext context = f.context(kind, size, settings);
+    const WidgetFace& face = f.faces.face(kind);
+    QImage image = panelImage(context.points);
+    const QRectF tile(QPointF(TileRenderer::panelMargin, TileRenderer::panelMargin),
+                      context.points);
+    qint64 second = 0;
+    for (auto _ : state) {
+        context.now = kStart.addSecs(++second);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        f.renderer.paint(painter, tile, face, context);
+    }
+}
+
+// The parts of one tick of the seconds clock: 0 clearing the panel, 1 the cached shadow, 2 the
+// glass drawn afresh (the renderer keeps it, this shows why), 3 the face.
+void partsOfATick(benchmark::State& state) {
+    Fixture& f = fixture();
+    FaceContext context = f.context(QStringLiteral("clock"), WidgetSize::wide);
+    const WidgetFace& face = f.faces.face(QStringLiteral("clock"));
+    QImage image = panelImage(context.points);
+    const QRectF tile(QPointF(TileRenderer::panelMargin, TileRenderer::panelMargin),
+                      context.points);
+    const int part = static_cast<int>(state.range(0));
+    qint64 second = 0;
+    for (auto _ : state) {
+        context.now = kStart.addSecs(++second);
+        if (part == 0) {
+            image.fill(Qt::transparent);
+            continue;
+        }
+        QPainter painter(&image);
+        if (part == 1) {
+            f.renderer.paintShadow(painter, tile, 2);
+        } else if (part == 2) {
+            TileRenderer::paintGlass(painter, tile, context);
+        } else {
+            f.renderer.paintFace(painter, tile, face, context);
+        }
+    }
+}
+
+void gallerySheet(benchmark::State& state) {
+    Fixture& f = fixture();
+    FaceContext base = f.context(QStringLiteral("clock"), WidgetSize::small);
+    base.surface = SurfaceFlags::snapshot();
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(GallerySheet::render(f.faces, f.renderer, base));
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication app(argc, argv);
+    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
+
+    for (const QString& kind : fixture().faces.kinds()) {
+        const WidgetSize size = largestSize(WidgetRegistry::builtInDefinition(kind)->metadata);
+        const std::string name =
+            "face/" + kind.toStdString() + "/" + rawValue(size).toStdString() + "@2x";
+        benchmark::RegisterBenchmark(name.c_str(), drawTile, kind, size, WidgetSettings())
+            ->Unit(benchmark::kMicrosecond)
+            ->Repetitions(9)
+            ->ReportAggregatesOnly(true);
+    }
+    const WidgetSettings analog{{QStringLiteral("style"), QStringLiteral("analog")}};
+    benchmark::RegisterBenchmark("face/clock-analog/large@2x", drawTile, QStringLiteral("clock"),
+                                 WidgetSize::large, analog)
+        ->Unit(benchmark::kMicrosecond)
+        ->Repetitions(9)
+        ->ReportAggregatesOnly(true);
+    // The tile most often on a desktop, redrawn once a second.
+    benchmark::RegisterBenchmark("tick/clock-seconds/wide@2x", drawTile, QStringLiteral("clock"),
+                                 WidgetSize::wide, WidgetSettings())
+        ->Unit(benchmark::kMicrosecond)
+        ->Repetitions(9)
+        ->ReportAggregatesOnly(true);
+    benchmark::RegisterBenchmark("face/generic/grand@2x", drawTile, QStringLiteral("weather"),
+                                 WidgetSize::grand, WidgetSettings())
+        ->Unit(benchmark::kMicrosecond)
+        ->Repetitions(9)
+        ->ReportAggregatesOnly(true);
+    benchmark::RegisterBenchmark("tick/clock-seconds-parts/wide@2x", partsOfATick)
+        ->ArgName("part")
+        ->DenseRange(0, 3)
+        ->Unit(benchmark::kMicrosecond);
+    benchmark::RegisterBenchmark("gallery/sheet@2x", gallerySheet)
+        ->Unit(benchmark::kMillisecond)
+        ->Repetitions(5)
+        ->ReportAggregatesOnly(true);
+
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

@@ -1,0 +1,60 @@
+#include "faces/TextCache.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+
+#include <cmath>
+
+namespace tw {
+
+QRectF TextCache::draw(QPainter& painter, const QRectF& rect, int flags, const QString& text,
+                       const QFont& font, const QColor& color, qreal devicePixelRatio) {
+    const qreal dpr = devicePixelRatio > 0 ? devicePixelRatio : 1.0;
+    if (text.isEmpty() || font.pixelSize() * dpr < largeText) {
+        painter.setFont(font);
+        painter.setPen(color);
+        QRectF used;
+        painter.drawText(rect, flags, text, &used);
+        return used;
+    }
+    const QString key = text + QLatin1Char('\x1f') + font.key() + QLatin1Char('\x1f') +
+                        QString::number(color.rgba(), 16) + QLatin1Char('\x1f') +
+                        QString::number(rect.width()) + QLatin1Char('x') +
+                        QString::number(rect.height()) + QLatin1Char('\x1f') +
+                        QString::number(flags) + QLatin1Char('\x1f') + QString::number(dpr);
+    auto found = m_pictures.constFind(key);
+    if (found == m_pictures.constEnd()) {
+        if (m_pictures.size() >= capacity) {
+            m_pictures.clear();
+        }
+        const QRectF box(QPointF(0, 0), rect.size());
+        const QRectF line = QFontMetricsF(font).boundingRect(box, flags, text);
+        // Glyphs may overhang their line box a little on every side.
+        const qreal pad = std::ceil(font.pixelSize() * 0.2);
+        const QRectF area = line.adjusted(-pad, -pad, pad, pad);
+        const QPointF origin(std::floor(area.left() * dpr) / dpr,
+                             std::floor(area.top() * dpr) / dpr);
+        QImage image(QSize(static_cast<int>(std::ceil((area.right() - origin.x()) * dpr)),
+                           static_cast<int>(std::ceil((area.bottom() - origin.y()) * dpr))),
+                     QImage::Format_ARGB32_Premultiplied);
+        image.setDevicePixelRatio(dpr);
+        image.fill(Qt::transparent);
+        {
+            QPainter p(&image);
+            p.setRenderHint(QPainter::TextAntialiasing);
+            p.translate(-origin);
+            p.setFont(font);
+            p.setPen(color);
+            p.drawText(box, flags, text);
+        }
+        found = m_pictures.insert(key, Picture{image, line, origin});
+    }
+    // Whole device pixels, so the picture is copied, not resampled.
+    const QTransform& world = painter.deviceTransform();
+    QPointF at = world.map(rect.topLeft() + found->origin);
+    at = QPointF(std::round(at.x()), std::round(at.y()));
+    painter.drawImage(world.inverted().map(at), found->image);
+    return found->line.translated(rect.topLeft());
+}
+
+} // namespace tw
