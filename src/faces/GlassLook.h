@@ -1,6 +1,8 @@
 // How a tile's glass is drawn: frosted or clear, its strength, and light or dark.
 #pragma once
 
+#include "look/ThemeStore.h"
+
 namespace tw {
 
 struct GlassLook {
@@ -16,6 +18,9 @@ struct GlassLook {
     Shade shade = Shade::Dark;
 
     bool operator==(const GlassLook&) const = default;
+
+    // The store's glass on a system of the given appearance; liquid draws frosted here.
+    static GlassLook from(const ThemeStore& store, ThemeStore::SystemAppearance system);
 };
 
 } // namespace tw

@@ -1,0 +1,59 @@
+// The tile's glass follows the theme store: style, strength and the tint against the system.
+#include "faces/GlassLook.h"
+#include "platform/null/MemoryDefaults.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace tw;
+
+class TestGlassLook : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void fromStore_data();
+    void fromStore();
+};
+
+void TestGlassLook::fromStore_data() {
+    QTest::addColumn<ThemeStore::GlassStyle>("style");
+    QTest::addColumn<double>("strength");
+    QTest::addColumn<ThemeStore::GlassTint>("tint");
+    QTest::addColumn<ThemeStore::SystemAppearance>("system");
+    QTest::addColumn<GlassLook>("expected");
+    using Style = ThemeStore::GlassStyle;
+    using Tint = ThemeStore::GlassTint;
+    using System = ThemeStore::SystemAppearance;
+    QTest::newRow("defaults") << Style::Frosted << 0.0 << Tint::Dark << System::Light
+                              << GlassLook{GlassLook::Finish::Frosted, 0.0, GlassLook::Shade::Dark};
+    QTest::newRow("clear and light")
+        << Style::Clear << 0.4 << Tint::Light << System::Dark
+        << GlassLook{GlassLook::Finish::Clear, 0.4, GlassLook::Shade::Light};
+    QTest::newRow("liquid draws frosted")
+        << Style::Liquid << 1.0 << Tint::Dark << System::Dark
+        << GlassLook{GlassLook::Finish::Frosted, 1.0, GlassLook::Shade::Dark};
+    // Automatic takes the system's darkness as it stands, as the store defines it.
+    QTest::newRow("automatic on a dark system")
+        << Style::Frosted << 0.0 << Tint::Auto << System::Dark
+        << GlassLook{GlassLook::Finish::Frosted, 0.0, GlassLook::Shade::Light};
+    QTest::newRow("automatic on a light system")
+        << Style::Frosted << 0.0 << Tint::Auto << System::Light
+        << GlassLook{GlassLook::Finish::Frosted, 0.0, GlassLook::Shade::Dark};
+}
+
+void TestGlassLook::fromStore() {
+    QFETCH(ThemeStore::GlassStyle, style);
+    QFETCH(double, strength);
+    QFETCH(ThemeStore::GlassTint, tint);
+    QFETCH(ThemeStore::SystemAppearance, system);
+    QTemporaryDir dir;
+    MemoryDefaults defaults;
+    ThemeStore store(defaults, dir.filePath(QStringLiteral("theme.json")));
+    store.setGlassStyle(style);
+    store.setGlassStrength(strength);
+    store.setGlassTint(tint);
+    QTEST(GlassLook::from(store, system), "expected");
+}
+
+QTEST_GUILESS_MAIN(TestGlassLook)
+#include "tst_glasslook.moc"
