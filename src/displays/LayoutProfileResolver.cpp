@@ -4,6 +4,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <numeric>
@@ -83,6 +84,127 @@ private:
     std::vector<int> m_parent;
 };
 
+using Captured = LayoutProfileResolver::Captured;
+
+// Indices of the captured widgets, grouped by display id, in order of first appearance.
+QList<QList<int>> byDisplayInOrder(const QList<Captured>& captured) {
+    QList<QList<int>> groups;
+    QHash<QString, qsizetype> groupOf;
+    for (int i = 0; i < captured.size(); ++i) {
+        auto it = groupOf.constFind(captured[i].display.id);
+        if (it == groupOf.cend()) {
+            it = groupOf.insert(captured[i].display.id, groups.size());
+            groups.append(QList<int>());
+        }
+        groups[*it].append(i);
+    }
+    return groups;
+}
+
+// Widgets of one display closer than twice the margin to a neighbour form one cluster.
+QList<QList<int>> clustersOf(const QList<Captured>& captured, const QList<int>& members) {
+    const auto count = static_cast<int>(members.size());
+    std::vector<Rect> expanded;
+    expanded.reserve(static_cast<size_t>(count));
+    for (const int index : members) {
+        expanded.push_back(expandedRect(captured[index], LayoutProfileResolver::clusterMargin));
+    }
+    UnionFind sets(count);
+    for (int a = 0; a < count; ++a) {
+        for (int b = a + 1; b < count; ++b) {
+            if (expanded[static_cast<size_t>(a)].intersects(expanded[static_cast<size_t>(b)])) {
+                sets.unite(a, b);
+            }
+        }
+    }
+    QList<QList<int>> clusters;
+    QHash<int, qsizetype> clusterOf;
+    for (int i = 0; i < count; ++i) {
+        const int root = sets.find(i);
+        auto it = clusterOf.constFind(root);
+        if (it == clusterOf.cend()) {
+            it = clusterOf.insert(root, clusters.size());
+            clusters.append(QList<int>());
+        }
+        clusters[*it].append(members[i]);
+    }
+    return clusters;
+}
+
+struct Anchors {
+    LayoutAnchor horizontal = LayoutAnchor::center;
+    LayoutAnchor vertical = LayoutAnchor::center;
+    LayoutDisplayRect visibleFrame;
+};
+
+// One pair of anchors for a whole cluster, from where the middle of its bounding box lies.
+Anchors anchorsOf(const QList<Captured>& captured, const QList<int>& cluster) {
+    double minX = std::numeric_limits<double>::infinity();
+    double maxX = -std::numeric_limits<double>::infinity();
+    double minBottom = std::numeric_limits<double>::infinity();
+    double maxTop = -std::numeric_limits<double>::infinity();
+    for (const int index : cluster) {
+        const Captured& c = captured[index];
+        minX = std::min(minX, c.x);
+        maxX = std::max(maxX, c.x + c.width);
+        minBottom = std::min(minBottom, c.topY - c.height);
+        maxTop = std::max(maxTop, c.topY);
+    }
+    const LayoutDisplayRect vf = captured[cluster.first()].display.visibleFrame;
+    const double cx = vf.width > 0.0 ? ((minX + maxX) * 0.5 - vf.x) / vf.width : 0.5;
+    const double cy =
+        vf.height > 0.0 ? (vf.y + vf.height - (minBottom + maxTop) * 0.5) / vf.height : 0.5;
+    constexpr double band = LayoutProfileResolver::centerBand;
+    const LayoutAnchor horizontal = std::abs(cx - 0.5) <= band ? LayoutAnchor::center
+                                    : cx < 0.5                 ? LayoutAnchor::leading
+                                                               : LayoutAnchor::trailing;
+    const LayoutAnchor vertical = std::abs(cy - 0.5) <= band ? LayoutAnchor::center
+                                  : cy < 0.5                 ? LayoutAnchor::top
+                                                             : LayoutAnchor::bottom;
+    return {horizontal, vertical, vf};
+}
+
+LayoutWidgetPlacement anchoredPlacement(const Captured& c, const Anchors& anchors) {
+    const LayoutDisplayRect& vf = anchors.visibleFrame;
+    LayoutWidgetPlacement placement;
+    placement.widgetID = c.id;
+    placement.displayID = c.display.id;
+    placement.displayName = c.display.name;
+    placement.wasOnMainDisplay = c.display.isMain;
+    placement.absoluteX = c.x;
+    placement.absoluteTopY = c.topY;
+    placement.normalizedX = fractionOfTravel(c.x - vf.x, std::max(vf.width - c.width, 0.0));
+    placement.normalizedY =
+        fractionOfTravel(vf.y + vf.height - c.topY, std::max(vf.height - c.height, 0.0));
+    placement.anchorH = anchors.horizontal;
+    placement.anchorV = anchors.vertical;
+    switch (anchors.horizontal) {
+    case LayoutAnchor::leading:
+        placement.offsetX = c.x - vf.x;
+        break;
+    case LayoutAnchor::trailing:
+        placement.offsetX = (vf.x + vf.width) - (c.x + c.width);
+        break;
+    default:
+        placement.offsetX = (c.x + c.width * 0.5) - (vf.x + vf.width * 0.5);
+        break;
+    }
+    switch (anchors.vertical) {
+    case LayoutAnchor::top:
+        placement.offsetY = (vf.y + vf.height) - c.topY;
+        break;
+    case LayoutAnchor::bottom:
+        placement.offsetY = (c.topY - c.height) - vf.y;
+        break;
+    default:
+        placement.offsetY = (c.topY - c.height * 0.5) - (vf.y + vf.height * 0.5);
+        break;
+    }
+    placement.displayOriginX = c.display.frame.x;
+    placement.displayOriginY = c.display.frame.y;
+    return placement;
+}
+
 double squaredDistance(double x1, double y1, double x2, double y2) {
     const double dx = x1 - x2;
     const double dy = y1 - y2;
@@ -134,9 +256,10 @@ void placeByPlacements(GridLayout& layout, const QHash<QUuid, LayoutWidgetPlacem
 } // namespace
 
 QString LayoutProfileResolver::roundTripDecimal(double value) {
-    char buffer[64];
-    const auto result = std::to_chars(std::begin(buffer), std::end(buffer), value);
-    QString text = QString::fromLatin1(buffer, static_cast<qsizetype>(result.ptr - buffer));
+    std::array<char, 64> buffer{};
+    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+    QString text =
+        QString::fromLatin1(buffer.data(), static_cast<qsizetype>(result.ptr - buffer.data()));
     if (std::isfinite(value) && !text.contains(QLatin1Char('.')) &&
         !text.contains(QLatin1Char('e'))) {
         text += QStringLiteral(".0");
@@ -165,110 +288,11 @@ QHash<QUuid, LayoutWidgetPlacement>
 LayoutProfileResolver::anchoredPlacements(const QList<Captured>& captured) {
     QHash<QUuid, LayoutWidgetPlacement> result;
     result.reserve(captured.size());
-
-    // Display ids in order of first appearance, each with the indices of its widgets.
-    QList<QString> displayOrder;
-    QHash<QString, QList<int>> byDisplay;
-    for (int i = 0; i < captured.size(); ++i) {
-        const QString& id = captured[i].display.id;
-        auto it = byDisplay.find(id);
-        if (it == byDisplay.end()) {
-            displayOrder.append(id);
-            it = byDisplay.insert(id, {});
-        }
-        it->append(i);
-    }
-
-    for (const QString& displayId : displayOrder) {
-        const QList<int>& members = byDisplay[displayId];
-        const int count = static_cast<int>(members.size());
-        std::vector<Rect> expanded;
-        expanded.reserve(static_cast<size_t>(count));
-        for (const int index : members) {
-            expanded.push_back(expandedRect(captured[index], clusterMargin));
-        }
-        UnionFind clusters(count);
-        for (int a = 0; a < count; ++a) {
-            for (int b = a + 1; b < count; ++b) {
-                if (expanded[static_cast<size_t>(a)].intersects(expanded[static_cast<size_t>(b)])) {
-                    clusters.unite(a, b);
-                }
-            }
-        }
-        QHash<int, QList<int>> clusterMembers;
-        QList<int> clusterOrder;
-        for (int i = 0; i < count; ++i) {
-            const int root = clusters.find(i);
-            if (!clusterMembers.contains(root)) {
-                clusterOrder.append(root);
-            }
-            clusterMembers[root].append(members[i]);
-        }
-
-        for (const int root : clusterOrder) {
-            const QList<int>& cluster = clusterMembers[root];
-            double minX = std::numeric_limits<double>::infinity();
-            double maxX = -std::numeric_limits<double>::infinity();
-            double minBottom = std::numeric_limits<double>::infinity();
-            double maxTop = -std::numeric_limits<double>::infinity();
+    for (const QList<int>& members : byDisplayInOrder(captured)) {
+        for (const QList<int>& cluster : clustersOf(captured, members)) {
+            const Anchors anchors = anchorsOf(captured, cluster);
             for (const int index : cluster) {
-                const Captured& c = captured[index];
-                minX = std::min(minX, c.x);
-                maxX = std::max(maxX, c.x + c.width);
-                minBottom = std::min(minBottom, c.topY - c.height);
-                maxTop = std::max(maxTop, c.topY);
-            }
-            const LayoutDisplayRect vf = captured[cluster.first()].display.visibleFrame;
-            const double cx = vf.width > 0.0 ? ((minX + maxX) * 0.5 - vf.x) / vf.width : 0.5;
-            const double cy =
-                vf.height > 0.0 ? (vf.y + vf.height - (minBottom + maxTop) * 0.5) / vf.height : 0.5;
-            const LayoutAnchor anchorH = std::abs(cx - 0.5) <= centerBand ? LayoutAnchor::center
-                                         : cx < 0.5                       ? LayoutAnchor::leading
-                                                                          : LayoutAnchor::trailing;
-            const LayoutAnchor anchorV = std::abs(cy - 0.5) <= centerBand ? LayoutAnchor::center
-                                         : cy < 0.5                       ? LayoutAnchor::top
-                                                                          : LayoutAnchor::bottom;
-
-            for (const int index : cluster) {
-                const Captured& c = captured[index];
-                LayoutWidgetPlacement placement;
-                placement.widgetID = c.id;
-                placement.displayID = c.display.id;
-                placement.displayName = c.display.name;
-                placement.wasOnMainDisplay = c.display.isMain;
-                placement.absoluteX = c.x;
-                placement.absoluteTopY = c.topY;
-                placement.normalizedX =
-                    fractionOfTravel(c.x - vf.x, std::max(vf.width - c.width, 0.0));
-                placement.normalizedY = fractionOfTravel(vf.y + vf.height - c.topY,
-                                                         std::max(vf.height - c.height, 0.0));
-                placement.anchorH = anchorH;
-                placement.anchorV = anchorV;
-                switch (anchorH) {
-                case LayoutAnchor::leading:
-                    placement.offsetX = c.x - vf.x;
-                    break;
-                case LayoutAnchor::trailing:
-                    placement.offsetX = (vf.x + vf.width) - (c.x + c.width);
-                    break;
-                default:
-                    placement.offsetX = (c.x + c.width * 0.5) - (vf.x + vf.width * 0.5);
-                    break;
-                }
-                switch (anchorV) {
-                case LayoutAnchor::top:
-                    placement.offsetY = (vf.y + vf.height) - c.topY;
-                    break;
-                case LayoutAnchor::bottom:
-                    placement.offsetY = (c.topY - c.height) - vf.y;
-                    break;
-                default:
-                    placement.offsetY = (c.topY - c.height * 0.5) - (vf.y + vf.height * 0.5);
-                    break;
-                }
-                placement.displayOriginX = c.display.frame.x;
-                placement.displayOriginY = c.display.frame.y;
-                result.insert(c.id, placement);
+                result.insert(captured[index].id, anchoredPlacement(captured[index], anchors));
             }
         }
     }

@@ -25,7 +25,7 @@ template <typename T>
 QList<T> lossyList(const QJsonArray& array) {
     QList<T> items;
     items.reserve(array.size());
-    for (const QJsonValue& value : array) {
+    for (const auto& value : array) {
         if (auto item = T::fromJson(value)) {
             items.append(std::move(*item));
         }

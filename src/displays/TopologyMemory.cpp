@@ -65,7 +65,7 @@ void TopologyMemory::remember(const GridLayout& layout, const QList<LayoutDispla
         LayoutProfileResolver::snapshot(layout, displays, allHomes(), m_clock.now());
     // Whole replacement: a widget that left the layout loses its home.
     setHomesFrom(snapshot.placements);
-    m_snapshots.insert(signature, std::move(snapshot));
+    m_snapshots.insert(signature, snapshot);
     m_currentSignature = signature;
     save();
     saveHomes();
@@ -177,7 +177,7 @@ void TopologyMemory::load() {
             ++placementless;
             continue;
         }
-        original.insert(it.key(), std::move(*snapshot));
+        original.insert(it.key(), *snapshot);
     }
     if (placementless > 0) {
         qCInfo(lcTopology, "dropped %lld placement-less snapshot(s)",
@@ -188,11 +188,11 @@ void TopologyMemory::load() {
     // form of the signature are filed where the current code will look for them.
     QMap<QString, LayoutProfileSnapshot> rebuilt;
     for (const LayoutProfileSnapshot& snapshot : std::as_const(original)) {
-        LayoutProfileSnapshot upgraded = LayoutProfileResolver::upgraded(snapshot);
+        const LayoutProfileSnapshot upgraded = LayoutProfileResolver::upgraded(snapshot);
         const QString key = LayoutProfileResolver::topologySignature(upgraded.displays);
         const auto existing = rebuilt.constFind(key);
         if (existing == rebuilt.constEnd() || upgraded.capturedAt > existing->capturedAt) {
-            rebuilt.insert(key, std::move(upgraded));
+            rebuilt.insert(key, upgraded);
         }
     }
     if (rebuilt == original) {
@@ -212,10 +212,10 @@ void TopologyMemory::loadHomes() {
     if (!document || !document->isArray()) {
         return;
     }
-    for (const QJsonValue& value : document->array()) {
+    for (const auto& value : document->array()) {
         if (auto placement = LayoutWidgetPlacement::fromJson(value)) {
             if (!m_homes.contains(placement->widgetID)) {
-                m_homes.insert(placement->widgetID, std::move(*placement));
+                m_homes.insert(placement->widgetID, *placement);
             }
         }
     }
