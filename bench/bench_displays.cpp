@@ -109,6 +109,22 @@ void layoutForSettled(benchmark::State& state) {
 }
 BENCHMARK(layoutForSettled)->Unit(benchmark::kMicrosecond);
 
+// What every grid save costs on top of its own write: one capture and both files.
+void remember(benchmark::State& state) {
+    QTemporaryDir dir;
+    SystemClock clock;
+    QtScheduler scheduler;
+    FixedDisplays displays;
+    ScreenTopologyWatcher watcher(displays, scheduler);
+    TopologyMemory memory(watcher, clock, dir.filePath(QStringLiteral("topology.json")));
+    const GridLayout layout = desk();
+    for (auto _ : state) {
+        memory.remember(layout, threeDisplays);
+    }
+    state.SetItemsProcessed(state.iterations() * layout.instances.size());
+}
+BENCHMARK(remember)->Unit(benchmark::kMicrosecond);
+
 } // namespace
 
 int main(int argc, char** argv) {
