@@ -31,12 +31,12 @@ DropDecision DropDecision::decide(WidgetSize size, const QRectF& rect, std::span
         const double smaller = std::min(area, other.rect.width() * other.rect.height());
         const double share = w * h / smaller;
         // The highest share wins; the first of equal ones stays.
-        if (share >= stackingShare && (!target || share > bestShare)) {
+        if (share >= stackingShare && (target == nullptr || share > bestShare)) {
             target = &other;
             bestShare = share;
         }
     }
-    if (target) {
+    if (target != nullptr) {
         return {Outcome::stack, target->id, rect};
     }
     QVarLengthArray<QRectF, 64> avoiding;

@@ -50,7 +50,7 @@ std::optional<QPointF> FreeSpot::find(const QSizeF& tile, const QRectF& visibleF
                     break;
                 }
             }
-            if (!hit) {
+            if (hit == nullptr) {
                 return QPointF(x, spotTop);
             }
             // Every place of this row left of the hit tile's right edge meets it too: jump past.

@@ -65,8 +65,6 @@ GridStore::GridStore(const Services& services, const QString& fileURL, SharedSta
     m_history.reset(m_layout);
 }
 
-GridStore::~GridStore() = default;
-
 GridLayout GridStore::load() {
     std::optional<GridLayout> decoded;
     QFile file(m_fileURL);
@@ -153,10 +151,10 @@ int GridStore::instanceCount(const QString& kind) const {
 
 std::optional<WidgetInstance> GridStore::addFree(const QString& kind,
                                                  std::optional<WidgetSize> size,
-                                                 std::optional<WidgetSettings> settings,
+                                                 const std::optional<WidgetSettings>& settings,
                                                  std::optional<QPointF> origin) {
     // Placing weather by hand, even in vain, keeps the automatic first placement away.
-    if (m_ownsSharedState && m_defaults && kind == kWeatherKind) {
+    if (m_ownsSharedState && m_defaults != nullptr && kind == kWeatherKind) {
         m_defaults->setValue(kWeatherUserPlaced, true);
     }
     const std::optional<WidgetDefinition> definition = m_registry.definition(kind);
@@ -224,7 +222,7 @@ void GridStore::replaceLayout(const GridLayout& layout) {
 }
 
 std::optional<ScreenInfo> GridStore::mainScreen() const {
-    if (!m_displays) {
+    if (m_displays == nullptr) {
         return std::nullopt;
     }
     const QList<ScreenInfo> screens = m_displays->screens();

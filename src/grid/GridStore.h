@@ -64,7 +64,6 @@ public:
     explicit GridStore(const Services& services, QObject* parent = nullptr);
     // A store on `fileURL` (previews, imports): no first start, no shared state.
     GridStore(const Services& services, const QString& fileURL, QObject* parent = nullptr);
-    ~GridStore() override;
 
     const GridLayout& layout() const { return m_layout; }
     QUuid highlightedID() const { return m_highlightedID; }
@@ -82,10 +81,10 @@ public:
 
     // Adds one widget, without a desktop position unless `origin` is given. Nothing when the kind
     // is unknown or at its maximum. A further one of a kind leaves the content settings behind.
-    std::optional<WidgetInstance> addFree(const QString& kind,
-                                          std::optional<WidgetSize> size = std::nullopt,
-                                          std::optional<WidgetSettings> settings = std::nullopt,
-                                          std::optional<QPointF> origin = std::nullopt);
+    std::optional<WidgetInstance>
+    addFree(const QString& kind, std::optional<WidgetSize> size = std::nullopt,
+            const std::optional<WidgetSettings>& settings = std::nullopt,
+            std::optional<QPointF> origin = std::nullopt);
     void remove(const QUuid& id);
     // Removes every instance of the kind and gives how many there were.
     int removeAll(const QString& kind);

@@ -16,6 +16,14 @@ namespace tw {
 namespace {
 const QString kLockSize = QStringLiteral("lockSize");
 
+// A placed instance keeps its cell when it lies within the grid and on free cells.
+bool keepsCell(const WidgetInstance& instance, const QSet<GridCell>& occupied) {
+    // Subtracting keeps a cell read from a file far off the grid from overflowing.
+    return instance.isPlaced() && instance.col <= Metrics::gridColumns - columns(instance.size) &&
+           instance.row <= Metrics::gridRows - rows(instance.size) &&
+           !GridStore::cellsCovered(instance.col, instance.row, instance.size).intersects(occupied);
+}
+
 double aspect(WidgetSize size) {
     return static_cast<double>(columns(size)) / rows(size);
 }
@@ -87,7 +95,7 @@ void GridStore::heal(GridLayout& layout) const {
 
 void GridStore::dropUnknownKinds(GridLayout& layout, DefinitionCache& definitions) const {
     // While the custom store can't be read, its widgets stay: their definitions may come back.
-    const bool customStoreHealthy = m_customHealth && m_customHealth->isHealthy();
+    const bool customStoreHealthy = m_customHealth != nullptr && m_customHealth->isHealthy();
     layout.instances.removeIf([&](const WidgetInstance& instance) {
         if (definitions.definition(instance.kind)) {
             return false;
@@ -154,12 +162,7 @@ void GridStore::normalizePlacements(GridLayout& layout) {
         QSet<GridCell> occupied;
         for (const qsizetype i : std::as_const(indices)) {
             WidgetInstance& instance = layout.instances[i];
-            // Subtracting keeps a cell read from a file far off the grid from overflowing.
-            const bool keeps =
-                instance.isPlaced() &&
-                instance.col <= Metrics::gridColumns - columns(instance.size) &&
-                instance.row <= Metrics::gridRows - rows(instance.size) &&
-                !cellsCovered(instance.col, instance.row, instance.size).intersects(occupied);
+            const bool keeps = keepsCell(instance, occupied);
             if (!keeps) {
                 // The desktop position stands either way; only the logical cell moves.
                 const std::optional<GridCell> slot = freeSlot(occupied, instance.size);
