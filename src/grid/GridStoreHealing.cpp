@@ -162,8 +162,7 @@ void GridStore::normalizePlacements(GridLayout& layout) {
         QSet<GridCell> occupied;
         for (const qsizetype i : std::as_const(indices)) {
             WidgetInstance& instance = layout.instances[i];
-            const bool keeps = keepsCell(instance, occupied);
-            if (!keeps) {
+            if (!keepsCell(instance, occupied)) {
                 // The desktop position stands either way; only the logical cell moves.
                 const std::optional<GridCell> slot = freeSlot(occupied, instance.size);
                 instance.col = slot ? slot->col : -1;
