@@ -104,10 +104,10 @@ void GalleryCard::paintEvent(QPaintEvent*) {
 
     const QRectF text(0, stage.bottom() + 2, width() - m_add->width() - 8, kTextHeight - 4);
     const QPalette pal = palette();
-    FaceKit::drawElided(painter, text.adjusted(0, 0, 0, -text.height() / 2), m_metadata.displayName,
-                        FaceKit::font(13, QFont::DemiBold), pal.color(QPalette::WindowText),
-                        Qt::AlignLeft | Qt::AlignBottom);
-    FaceKit::drawElided(painter, text.adjusted(0, text.height() / 2 + 1, 0, 0),
+    FaceKit::drawElided(painter, context, text.adjusted(0, 0, 0, -text.height() / 2),
+                        m_metadata.displayName, FaceKit::font(13, QFont::DemiBold),
+                        pal.color(QPalette::WindowText), Qt::AlignLeft | Qt::AlignBottom);
+    FaceKit::drawElided(painter, context, text.adjusted(0, text.height() / 2 + 1, 0, 0),
                         label(m_metadata.defaultSize), FaceKit::font(11),
                         pal.color(QPalette::PlaceholderText), Qt::AlignLeft | Qt::AlignTop);
 }

@@ -201,7 +201,11 @@ GalleryView::AddOutcome GalleryView::add(const QString& kind) {
     }
     const AddOutcome outcome = m_addHandler(kind, definition->metadata.defaultSize);
     m_message->setText(messageFor(outcome, kind));
-    m_message->setProperty("refused", outcome != AddOutcome::Added);
+    QPalette palette = this->palette();
+    if (outcome != AddOutcome::Added) {
+        palette.setColor(QPalette::WindowText, QColor(0xC0, 0x39, 0x2B));
+    }
+    m_message->setPalette(palette);
     m_message->show();
     if (outcome == AddOutcome::Added) {
         Q_EMIT added(kind);

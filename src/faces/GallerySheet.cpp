@@ -94,8 +94,9 @@ QImage GallerySheet::render(const FaceRegistry& faces, TileRenderer& renderer,
     QImage image(
         QSize(static_cast<int>(std::ceil(width * dpr)), static_cast<int>(std::ceil(height * dpr))),
         QImage::Format_ARGB32_Premultiplied);
-    image.setDevicePixelRatio(dpr);
     QPainter painter(&image);
+    // Scaled by hand: QPainter applies an image's pixel ratio only from 1 up.
+    painter.scale(dpr, dpr);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setRenderHint(QPainter::TextAntialiasing);
     paintBackdrop(painter, QRectF(0, 0, width, height));
@@ -126,6 +127,8 @@ QImage GallerySheet::render(const FaceRegistry& faces, TileRenderer& renderer,
                                 Qt::AlignLeft | Qt::AlignVCenter);
         }
     }
+    painter.end();
+    image.setDevicePixelRatio(dpr);
     return image;
 }
 

@@ -37,16 +37,18 @@ QRectF TextCache::draw(QPainter& painter, const QRectF& rect, int flags, const Q
         QImage image(QSize(static_cast<int>(std::ceil((area.right() - origin.x()) * dpr)),
                            static_cast<int>(std::ceil((area.bottom() - origin.y()) * dpr))),
                      QImage::Format_ARGB32_Premultiplied);
-        image.setDevicePixelRatio(dpr);
         image.fill(Qt::transparent);
         {
+            // Scaled by hand: QPainter applies an image's pixel ratio only from 1 up.
             QPainter p(&image);
             p.setRenderHint(QPainter::TextAntialiasing);
+            p.scale(dpr, dpr);
             p.translate(-origin);
             p.setFont(font);
             p.setPen(color);
             p.drawText(box, flags, text);
         }
+        image.setDevicePixelRatio(dpr);
         found = m_pictures.insert(key, Picture{image, line, origin});
     }
     // Whole device pixels, so the picture is copied, not resampled.

@@ -119,11 +119,14 @@ const QImage& TileRenderer::background(const QSizeF& tile, const FaceContext& co
         m_backgrounds.clear();
     }
     QImage image = shadow(tile, dpr).copy();
-    image.setDevicePixelRatio(dpr);
+    image.setDevicePixelRatio(1);
     {
+        // Scaled by hand: QPainter applies an image's pixel ratio only from 1 up.
         QPainter p(&image);
+        p.scale(dpr, dpr);
         paintGlass(p, QRectF(QPointF(panelMargin, panelMargin), tile), context);
     }
+    image.setDevicePixelRatio(dpr);
     return *m_backgrounds.insert(key, image);
 }
 
@@ -281,10 +284,14 @@ QImage TileRenderer::picture(const WidgetFace& face, const FaceContext& context,
         QSize(static_cast<int>(std::ceil((context.points.width() + 2 * panelMargin) * dpr)),
               static_cast<int>(std::ceil((context.points.height() + 2 * panelMargin) * dpr))),
         QImage::Format_ARGB32_Premultiplied);
-    image.setDevicePixelRatio(dpr);
     image.fill(Qt::transparent);
-    QPainter painter(&image);
-    paint(painter, tile, face, context, highlight);
+    {
+        // Scaled by hand: QPainter applies an image's pixel ratio only from 1 up.
+        QPainter painter(&image);
+        painter.scale(dpr, dpr);
+        paint(painter, tile, face, context, highlight);
+    }
+    image.setDevicePixelRatio(dpr);
     return image;
 }
 

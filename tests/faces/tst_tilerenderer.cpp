@@ -79,6 +79,7 @@ private Q_SLOTS:
     void clearAndStrongerGlassLetMoreThrough();
     void highlightRingSurroundsTheTile();
     void tileScaleEnlargesThePicture();
+    void fractionalPixelRatiosKeepTheGeometry();
 };
 
 void TestTileRenderer::facesStayInsideTheirTiles_data() {
@@ -290,10 +291,25 @@ void TestTileRenderer::tileScaleEnlargesThePicture() {
     QImage face = canvas(QSizeF(306, 306), 1);
     {
         QPainter painter(&face);
-        renderer.paintFace(painter, QRectF(0, 0, 306, 306), faces.face(metadata.kind),
-                                context);
+        renderer.paintFace(painter, QRectF(0, 0, 306, 306), faces.face(metadata.kind), context);
     }
     QVERIFY(paintedBounds(face).width() > 204);
+}
+
+void TestTileRenderer::fractionalPixelRatiosKeepTheGeometry() {
+    // Previews are drawn smaller than life; glass and text must shrink with the tile.
+    const FaceRegistry faces;
+    TileRenderer renderer;
+    const WidgetMetadata metadata =
+        WidgetRegistry::builtInDefinition(QStringLiteral("clock"))->metadata;
+    const FaceContext context =
+        contextFor(metadata, WidgetSize::wide, GlassLook::Shade::Light, 0.5);
+    const QImage picture = renderer.picture(faces.face(metadata.kind), context);
+    QCOMPARE(picture.size(), QSize(124, 70));
+    const int middleRow = 35;
+    QVERIFY(qAlpha(picture.pixel(62, middleRow)) > 200);
+    // Six points right of the tile's edge: shadow at most, never glass.
+    QVERIFY(qAlpha(picture.pixel((22 + 204 + 6) / 2, middleRow)) < 100);
 }
 
 QTEST_MAIN(TestTileRenderer)
