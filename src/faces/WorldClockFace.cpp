@@ -150,6 +150,22 @@ void WorldClockFace::paint(QPainter& painter, const QRectF& rect,
         return;
     }
 
+    // One size for each kind of text, so that no city's time looks larger than another's.
+    auto common = [&](auto textOf, const QSizeF& box, QFont::Weight weight, qreal most) {
+        qreal size = most;
+        for (const City& c : cities) {
+            size = std::min(size, FaceKit::fittingPixelSize(textOf(c), box, weight, most));
+        }
+        return size;
+    };
+    const auto nameOf = [](const City& c) { return c.name; };
+    // Narrow columns: the time alone, its half of the day going to the line below.
+    const auto bareTime = [&](const City& c) { return FaceKit::hoursMinutes(c.time.time(), h24); };
+    const auto columnDetail = [&](const City& c) {
+        return h24 ? shortDetail(c)
+                   : FaceKit::dayHalf(c.time.time()) + QStringLiteral(" \u00b7 ") + shortDetail(c);
+    };
+
     const bool columnsLayout =
         context.size == WidgetSize::wide || context.size == WidgetSize::wideTall;
     if (columnsLayout) {
@@ -161,18 +177,22 @@ void WorldClockFace::paint(QPainter& painter, const QRectF& rect,
         for (int i = 0; i < n; ++i) {
             const QRectF cell(rect.left() + (i % cols) * cw, rect.top() + (i / cols) * ch, cw, ch);
             const qreal line = ch / 4;
+            const QSizeF box(cw - 8, line);
             FaceKit::drawFitted(painter, context, QRectF(cell.left() + 4, cell.top(), cw - 8, line),
                                 cities.at(i).name, QFont::DemiBold,
                                 i == 0 ? context.accent() : context.secondary(),
-                                Qt::AlignLeft | Qt::AlignVCenter, line * 0.72);
-            FaceKit::drawFitted(painter, context,
-                                QRectF(cell.left() + 4, cell.top() + line, cw - 8, line * 1.9),
-                                timeText(cities.at(i)), QFont::Light, context.primary(),
-                                Qt::AlignLeft | Qt::AlignVCenter, line * 1.7);
+                                Qt::AlignLeft | Qt::AlignVCenter,
+                                common(nameOf, box, QFont::DemiBold, line * 0.72));
+            FaceKit::drawFitted(
+                painter, context, QRectF(cell.left() + 4, cell.top() + line, cw - 8, line * 1.9),
+                bareTime(cities.at(i)), QFont::Light, context.primary(),
+                Qt::AlignLeft | Qt::AlignVCenter,
+                common(bareTime, QSizeF(cw - 8, line * 1.9), QFont::Light, line * 1.7));
             FaceKit::drawFitted(painter, context,
                                 QRectF(cell.left() + 4, cell.top() + line * 2.95, cw - 8, line),
-                                shortDetail(cities.at(i)), QFont::Normal, context.secondary(),
-                                Qt::AlignLeft | Qt::AlignVCenter, line * 0.62);
+                                columnDetail(cities.at(i)), QFont::Normal, context.secondary(),
+                                Qt::AlignLeft | Qt::AlignVCenter,
+                                common(columnDetail, box, QFont::Normal, line * 0.62));
         }
         return;
     }
@@ -187,17 +207,20 @@ void WorldClockFace::paint(QPainter& painter, const QRectF& rect,
                 painter, context, QRectF(row.left(), row.top(), row.width(), rh * 0.36),
                 cities.at(i).name, QFont::DemiBold, i == 0 ? context.accent() : context.secondary(),
                 Qt::AlignLeft | Qt::AlignVCenter, rh * 0.3);
-            FaceKit::drawFitted(painter, context,
-                                QRectF(row.left(), row.top() + rh * 0.36, row.width(), rh * 0.6),
-                                timeText(cities.at(i)), QFont::Light, context.primary(),
-                                Qt::AlignLeft | Qt::AlignVCenter, rh * 0.55);
+            FaceKit::drawFitted(
+                painter, context, QRectF(row.left(), row.top() + rh * 0.36, row.width(), rh * 0.6),
+                timeText(cities.at(i)), QFont::Light, context.primary(),
+                Qt::AlignLeft | Qt::AlignVCenter,
+                common(timeText, QSizeF(row.width(), rh * 0.6), QFont::Light, rh * 0.55));
             continue;
         }
         const QRectF timeRect(row.left() + row.width() * 0.45, row.top(), row.width() * 0.55,
                               row.height());
         FaceKit::drawFitted(painter, context, timeRect.adjusted(0, rh * 0.12, 0, -rh * 0.12),
                             timeText(cities.at(i)), QFont::Light, context.primary(),
-                            Qt::AlignRight | Qt::AlignVCenter, rh * 0.5);
+                            Qt::AlignRight | Qt::AlignVCenter,
+                            common(timeText, timeRect.adjusted(0, rh * 0.12, 0, -rh * 0.12).size(),
+                                   QFont::Light, rh * 0.5));
         FaceKit::drawFitted(
             painter, context, QRectF(row.left(), row.top(), row.width() * 0.5, row.height() * 0.55),
             cities.at(i).name, QFont::DemiBold, i == 0 ? context.accent() : context.primary(),
