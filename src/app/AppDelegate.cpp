@@ -190,8 +190,18 @@ void AppDelegate::showConfigWindow() {
             });
             return gallery;
         });
+        // The previews live on the one tick while the window is on screen, and only then.
         connect(m_configWindow.get(), &ConfigWindow::visibilityChanged, m_settings.get(),
-                [this](bool visible) { m_settings->setConfigWindowVisible(visible); });
+                [this](bool visible) {
+                    m_settings->setConfigWindowVisible(visible);
+                    m_ticker->setPreviewActive(visible);
+                });
+        connect(m_ticker.get(), &TickCoordinator::nowChanged, m_configWindow.get(),
+                [this](const QDateTime& now) {
+                    if (auto* gallery = qobject_cast<GalleryView*>(m_configWindow->content())) {
+                        gallery->setNow(now);
+                    }
+                });
         makeMainMenu();
     }
     m_configWindow->present();

@@ -255,10 +255,26 @@ void DesktopController::placeUnpositioned() {
         writes.append({instance.id, *spot});
         occupied.append(RectEdges::tileRect(spot->x(), spot->y(), size));
     }
-    m_isResolvingOverlaps = true;
-    for (const auto& [id, spot] : writes) {
-        m_services.grid.updatePosition(id, spot.x(), spot.y());
+    if (writes.isEmpty()) {
+        return;
     }
+    // One write for all of them: placing tiles nobody placed is not a change to undo. A stack
+    // stands in one place, so its members share the spot.
+    QHash<QUuid, QPointF> spots;
+    for (const auto& [id, spot] : writes) {
+        const auto instance = m_services.grid.instance(id);
+        spots.insert(instance && instance->stackID ? *instance->stackID : id, spot);
+    }
+    GridLayout next = m_services.grid.layout();
+    for (WidgetInstance& instance : next.instances) {
+        const QUuid key = instance.stackID ? *instance.stackID : instance.id;
+        if (const auto spot = spots.constFind(key); spot != spots.cend()) {
+            instance.posX = spot->x();
+            instance.posY = spot->y();
+        }
+    }
+    m_isResolvingOverlaps = true;
+    m_services.grid.replaceLayout(next);
     m_isResolvingOverlaps = false;
 }
 

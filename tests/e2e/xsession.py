@@ -91,6 +91,9 @@ class XSession:
         env.pop("WAYLAND_DISPLAY", None)
         env["DISPLAY"] = self.display
         env["QT_QPA_PLATFORM"] = "xcb"
+        # Without a session bus libdbus would start one per process ("autolaunch") and leave it
+        # running; a private session has no bus unless the caller brings one.
+        env.setdefault("DBUS_SESSION_BUS_ADDRESS", "disabled:")
         if extra:
             env.update(extra)
         return env
