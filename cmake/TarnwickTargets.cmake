@@ -17,6 +17,10 @@ if(TW_SANITIZE)
     -fno-sanitize-recover=undefined)
   target_link_options(tw_options INTERFACE -fsanitize=address,undefined)
 endif()
+if(TW_BUILD_FUZZ AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+  # Coverage for every library, so a fuzzer is guided by the decoder it drives, not its harness.
+  target_compile_options(tw_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 
 # tw_add_library(<name> [DEPS <targets>...]) — one static library from every .cpp of the calling
 # directory (and of the listed SUBDIRS), its headers found as "<dir>/<Header>.h".
