@@ -525,6 +525,15 @@ bool DesktopController::isHiddenStackMember(const QUuid& id) const {
 
 void DesktopController::applyStackVisibility() {
     for (auto& [id, entry] : m_panels) {
+        if (const auto instance = m_services.grid.instance(id); instance && instance->stackID) {
+            const auto members = m_services.grid.stackMembers(*instance->stackID);
+            const auto count = static_cast<int>(members.size());
+            const int active =
+                std::clamp(m_stackActive.value(*instance->stackID), 0, std::max(count - 1, 0));
+            entry.panel->setStackIndicator(active, count);
+        } else {
+            entry.panel->setStackIndicator(0, 0);
+        }
         const bool shown = m_isVisible && !isHiddenStackMember(id);
         if (shown && !entry.panel->isVisible()) {
             entry.panel->show();

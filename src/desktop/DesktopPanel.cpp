@@ -112,6 +112,44 @@ void DesktopPanel::setHighlight(double opacity) {
     }
 }
 
+void DesktopPanel::setStackIndicator(int index, int count) {
+    if (index != m_stackIndex || count != m_stackCount) {
+        m_stackIndex = index;
+        m_stackCount = count;
+        update(tileRectInWidget());
+    }
+}
+
+// Dots in the tile's bottom band and arrows in its side bands: the zones where clicks step the
+// stack instead of running the tile's action.
+void DesktopPanel::paintStackIndicator(QPainter& painter) const {
+    if (m_stackCount < 2) {
+        return;
+    }
+    const QRectF tile(tileRectInWidget());
+    constexpr qreal dot = 5;
+    constexpr qreal pitch = 9;
+    const qreal width = (m_stackCount - 1) * pitch;
+    const qreal y = tile.bottom() - 10;
+    painter.setPen(Qt::NoPen);
+    for (int i = 0; i < m_stackCount; ++i) {
+        painter.setBrush(QColor(255, 255, 255, i == m_stackIndex ? 230 : 90));
+        painter.drawEllipse(QPointF(tile.center().x() - width / 2 + i * pitch, y), dot / 2,
+                            dot / 2);
+    }
+    if (!m_hovered) {
+        return;
+    }
+    painter.setPen(
+        QPen(QColor(255, 255, 255, 200), 2.0, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(Qt::NoBrush);
+    const qreal cy = tile.center().y();
+    const qreal left = tile.left() + 12;
+    const qreal right = tile.right() - 12;
+    painter.drawPolyline(QPolygonF{{left + 5, cy - 7}, {left, cy}, {left + 5, cy + 7}});
+    painter.drawPolyline(QPolygonF{{right - 5, cy - 7}, {right, cy}, {right - 5, cy + 7}});
+}
+
 QRect DesktopPanel::tileRectInWidget() const {
     const int m = static_cast<int>(margin);
     return rect().adjusted(m, m, -m, -m);
@@ -128,6 +166,7 @@ void DesktopPanel::paintEvent(QPaintEvent* event) {
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     m_context.devicePixelRatio = devicePixelRatioF();
     m_renderer.paint(painter, QRectF(tileRectInWidget()), *m_face, m_context, m_highlight);
+    paintStackIndicator(painter);
 }
 
 void DesktopPanel::mousePressEvent(QMouseEvent* event) {
@@ -229,6 +268,10 @@ void DesktopPanel::wheelEvent(QWheelEvent* event) {
 }
 
 void DesktopPanel::enterEvent(QEnterEvent* event) {
+    m_hovered = true;
+    if (m_stackCount > 1) {
+        update(tileRectInWidget());
+    }
     if (onHoverChange) {
         onHoverChange(true);
     }
@@ -236,6 +279,10 @@ void DesktopPanel::enterEvent(QEnterEvent* event) {
 }
 
 void DesktopPanel::leaveEvent(QEvent* event) {
+    m_hovered = false;
+    if (m_stackCount > 1) {
+        update(tileRectInWidget());
+    }
     if (onHoverChange) {
         onHoverChange(false);
     }

@@ -52,6 +52,9 @@ public:
     void setNow(const QDateTime& now);
     // The ring around a new tile, 0 (none) to 1.
     void setHighlight(double opacity);
+    // A member of a stack shows its place among `count` as dots, and arrows while hovered;
+    // a count below 2 shows neither.
+    void setStackIndicator(int index, int count);
 
     // Hooks the controller sets when it spawns the panel.
     std::function<QMenu*()> contextMenuProvider;
@@ -86,6 +89,7 @@ protected:
 
 private:
     QRect tileRectInWidget() const;
+    void paintStackIndicator(QPainter& painter) const;
     void updateShape();
 
     QUuid m_instanceID;
@@ -94,6 +98,9 @@ private:
     const WidgetFace* m_face = nullptr;
     FaceContext m_context;
     double m_highlight = 0;
+    int m_stackIndex = 0;
+    int m_stackCount = 0;
+    bool m_hovered = false;
     DragTracker m_drag;
     QList<QRectF> m_dragNeighbours;
     std::optional<QRectF> m_dragBounds;

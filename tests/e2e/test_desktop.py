@@ -165,6 +165,10 @@ class DesktopTest(unittest.TestCase):
                          (clock["posX"], clock["posY"]))
         # One of the two shows, the other waits its turn.
         self.settle(lambda: len(self.host.panels()) == 2, "a stack shows one member at a time")
+        if ARTIFACTS:
+            time.sleep(0.3)
+            self.session.run(["import", "-window", "root", os.path.join(ARTIFACTS, "stack.png")],
+                             check=False)
 
     def test_dropping_half_onto_a_tile_of_another_size_slides_it_off(self):
         clock = self.by_kind("clock")
