@@ -211,6 +211,35 @@ double squaredDistance(double x1, double y1, double x2, double y2) {
     return dx * dx + dy * dy;
 }
 
+// Several displays of the placement's name: twins of one model are told apart by their place
+// in the arrangement, else by which one was main.
+const LayoutDisplay* amongNamesakes(const QList<const LayoutDisplay*>& namesakes,
+                                    const LayoutWidgetPlacement& placement) {
+    if (namesakes.size() == 1) {
+        return namesakes.first();
+    }
+    if (placement.displayOriginX.has_value() && placement.displayOriginY.has_value()) {
+        const LayoutDisplay* nearest = namesakes.first();
+        double nearestDistance = std::numeric_limits<double>::infinity();
+        for (const LayoutDisplay* candidate : namesakes) {
+            const double distance =
+                squaredDistance(candidate->frame.x, candidate->frame.y, *placement.displayOriginX,
+                                *placement.displayOriginY);
+            if (distance < nearestDistance) {
+                nearestDistance = distance;
+                nearest = candidate;
+            }
+        }
+        return nearest;
+    }
+    for (const LayoutDisplay* candidate : namesakes) {
+        if (candidate->isMain == placement.wasOnMainDisplay) {
+            return candidate;
+        }
+    }
+    return namesakes.first();
+}
+
 QHash<QUuid, LayoutWidgetPlacement> byWidget(const QList<LayoutWidgetPlacement>& placements) {
     QHash<QUuid, LayoutWidgetPlacement> result;
     result.reserve(placements.size());
@@ -251,6 +280,22 @@ void placeByPlacements(GridLayout& layout, const QHash<QUuid, LayoutWidgetPlacem
         widget.posX = std::isfinite(point.x) ? point.x : placement->absoluteX;
         widget.posY = std::isfinite(point.topY) ? point.topY : placement->absoluteTopY;
     }
+}
+
+// The widget stands within `tolerance` on both axes of where `placement` puts it.
+bool sitsWhereItResolves(const WidgetInstance& widget, const LayoutWidgetPlacement& placement,
+                         const QList<LayoutDisplay>& displays, double tolerance) {
+    if (!widget.posX.has_value() || !widget.posY.has_value()) {
+        return false;
+    }
+    const auto target = LayoutProfileResolver::targetDisplay(placement, displays);
+    if (!target.has_value()) {
+        return false;
+    }
+    const auto resolved =
+        LayoutProfileResolver::resolvedPoint(placement, *target, widget.pixelSize());
+    return std::abs(resolved.x - *widget.posX) <= tolerance &&
+           std::abs(resolved.topY - *widget.posY) <= tolerance;
 }
 
 } // namespace
@@ -353,53 +398,28 @@ LayoutProfileResolver::targetDisplay(const LayoutWidgetPlacement& placement,
         }
     }
     if (!placement.displayName.isEmpty()) {
-        QList<const LayoutDisplay*> candidates;
+        QList<const LayoutDisplay*> namesakes;
         for (const LayoutDisplay& display : displays) {
             if (LayoutDisplay::namesMatch(display.name, placement.displayName)) {
-                candidates.append(&display);
+                namesakes.append(&display);
             }
         }
-        if (candidates.size() == 1) {
-            return *candidates.first();
-        }
-        if (candidates.size() > 1) {
-            // Twins of one model are told apart by their place in the arrangement.
-            if (placement.displayOriginX && placement.displayOriginY) {
-                const LayoutDisplay* nearest = candidates.first();
-                double nearestDistance = std::numeric_limits<double>::infinity();
-                for (const LayoutDisplay* candidate : candidates) {
-                    const double distance =
-                        squaredDistance(candidate->frame.x, candidate->frame.y,
-                                        *placement.displayOriginX, *placement.displayOriginY);
-                    if (distance < nearestDistance) {
-                        nearestDistance = distance;
-                        nearest = candidate;
-                    }
-                }
-                return *nearest;
-            }
-            for (const LayoutDisplay* candidate : candidates) {
-                if (candidate->isMain == placement.wasOnMainDisplay) {
-                    return *candidate;
-                }
-            }
-            return *candidates.first();
+        if (!namesakes.isEmpty()) {
+            return *amongNamesakes(namesakes, placement);
         }
     }
     if (displays.isEmpty()) {
         return std::nullopt;
     }
-    for (const LayoutDisplay& display : displays) {
-        if (display.isMain == placement.wasOnMainDisplay) {
-            return display;
-        }
+    const auto sameRole = std::find_if(displays.begin(), displays.end(), [&](const auto& display) {
+        return display.isMain == placement.wasOnMainDisplay;
+    });
+    if (sameRole != displays.end()) {
+        return *sameRole;
     }
-    for (const LayoutDisplay& display : displays) {
-        if (display.isMain) {
-            return display;
-        }
-    }
-    return displays.first();
+    const auto main = std::find_if(displays.begin(), displays.end(),
+                                   [](const LayoutDisplay& display) { return display.isMain; });
+    return main != displays.end() ? *main : displays.first();
 }
 
 LayoutProfileResolver::Point
@@ -467,35 +487,25 @@ LayoutProfileSnapshot LayoutProfileResolver::snapshot(const GridLayout& layout,
 
         // A visitor parked away from its absent home display stays parked while it sits where
         // its home resolves; only a real move gives it a new home.
-        if (p && !known.contains(p->displayID) && widget.posX && widget.posY) {
-            if (const auto target = targetDisplay(*p, displays)) {
-                const Point resolved = resolvedPoint(*p, *target, size);
-                if (std::abs(resolved.x - *widget.posX) <= visitorTolerance &&
-                    std::abs(resolved.topY - *widget.posY) <= visitorTolerance) {
-                    kept.insert(widget.id, *p);
-                    continue;
-                }
-            }
+        if (p != nullptr && !known.contains(p->displayID) &&
+            sitsWhereItResolves(widget, *p, displays, visitorTolerance)) {
+            kept.insert(widget.id, *p);
+            continue;
         }
 
         const bool hasPosition = widget.posX && widget.posY && std::isfinite(*widget.posX) &&
                                  std::isfinite(*widget.posY);
         const auto display =
             hasPosition ? bestDisplay(widget, *widget.posX, *widget.posY, displays) : std::nullopt;
-        if (display) {
-            if (p && p->isAnchored() && isPresent(*p, displays)) {
-                if (const auto target = targetDisplay(*p, displays)) {
-                    const Point resolved = resolvedPoint(*p, *target, size);
-                    if (std::abs(resolved.x - *widget.posX) <= unmovedTolerance &&
-                        std::abs(resolved.topY - *widget.posY) <= unmovedTolerance) {
-                        unchanged.insert(widget.id);
-                    }
-                }
+        if (display.has_value()) {
+            if (p != nullptr && p->isAnchored() && isPresent(*p, displays) &&
+                sitsWhereItResolves(widget, *p, displays, unmovedTolerance)) {
+                unchanged.insert(widget.id);
             }
             // An unchanged widget still takes part, so that it holds its cluster together.
             captured.append(Captured{widget.id, *widget.posX, *widget.posY, size.width(),
                                      size.height(), *display});
-        } else if (p) {
+        } else if (p != nullptr) {
             kept.insert(widget.id, *p);
         }
     }

@@ -89,7 +89,7 @@ std::optional<GridLayout> TopologyMemory::layoutForSettled(const QList<LayoutDis
             leaving = &*it;
         }
     }
-    if (!leaving) {
+    if (leaving == nullptr) {
         leaving = newestSnapshot();
     }
     // A widget added since the last remember has no home yet: it gets one from where it stood on
@@ -97,7 +97,7 @@ std::optional<GridLayout> TopologyMemory::layoutForSettled(const QList<LayoutDis
     const bool someoneHomeless =
         std::any_of(current.instances.begin(), current.instances.end(),
                     [this](const WidgetInstance& widget) { return !m_homes.contains(widget.id); });
-    if (leaving && someoneHomeless) {
+    if (leaving != nullptr && someoneHomeless) {
         const LayoutProfileSnapshot capture =
             LayoutProfileResolver::snapshot(current, leaving->displays, allHomes(), m_clock.now());
         for (const LayoutWidgetPlacement& placement : capture.placements) {
@@ -130,7 +130,7 @@ void TopologyMemory::adoptHomesFromSnapshotsIfNeeded() {
         return;
     }
     const LayoutProfileSnapshot* newest = newestSnapshot();
-    if (!newest) {
+    if (newest == nullptr) {
         return;
     }
     setHomesFrom(newest->placements);
@@ -281,7 +281,7 @@ QList<LayoutWidgetPlacement> TopologyMemory::allHomes() const {
 const LayoutProfileSnapshot* TopologyMemory::newestSnapshot() const {
     const LayoutProfileSnapshot* newest = nullptr;
     for (const LayoutProfileSnapshot& snapshot : m_snapshots) {
-        if (!newest || snapshot.capturedAt > newest->capturedAt) {
+        if (newest == nullptr || snapshot.capturedAt > newest->capturedAt) {
             newest = &snapshot;
         }
     }

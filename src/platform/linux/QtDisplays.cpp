@@ -24,7 +24,7 @@ QString shortHash(const QByteArray& bytes) {
 
 QRectF primaryGeometry() {
     const QScreen* primary = QGuiApplication::primaryScreen();
-    return primary ? QRectF(primary->geometry()) : QRectF();
+    return primary != nullptr ? QRectF(primary->geometry()) : QRectF();
 }
 
 } // namespace
@@ -52,7 +52,7 @@ QList<ScreenInfo> QtDisplays::screens() const {
     QList<QScreen*> screens = QGuiApplication::screens();
     QScreen* primary = QGuiApplication::primaryScreen();
     // The main display comes first, as the rest of the program expects.
-    if (primary && screens.removeOne(primary)) {
+    if (primary != nullptr && screens.removeOne(primary)) {
         screens.prepend(primary);
     }
     const QRectF primaryRect = primaryGeometry();
@@ -78,15 +78,15 @@ QList<ScreenInfo> QtDisplays::screens() const {
 }
 
 QRectF QtDisplays::toInternal(const QRectF& qtRect, const QRectF& primary) {
-    return QRectF(qtRect.x() - primary.x(),
-                  (primary.y() + primary.height()) - (qtRect.y() + qtRect.height()), qtRect.width(),
-                  qtRect.height());
+    return {qtRect.x() - primary.x(),
+            (primary.y() + primary.height()) - (qtRect.y() + qtRect.height()), qtRect.width(),
+            qtRect.height()};
 }
 
 QRectF QtDisplays::toQt(const QRectF& internalRect, const QRectF& primary) {
-    return QRectF(internalRect.x() + primary.x(),
-                  (primary.y() + primary.height()) - (internalRect.y() + internalRect.height()),
-                  internalRect.width(), internalRect.height());
+    return {internalRect.x() + primary.x(),
+            (primary.y() + primary.height()) - (internalRect.y() + internalRect.height()),
+            internalRect.width(), internalRect.height()};
 }
 
 QRectF QtDisplays::toQt(const QRectF& internalRect) const {
@@ -102,7 +102,7 @@ void QtDisplays::refreshIdentities() {
     QHash<QString, QByteArray> edids;
     // Other platforms answer the X11 interface too, with no connection behind it.
     auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (x11 && x11->connection()) {
+    if (x11 != nullptr && x11->connection() != nullptr) {
         edids = X11Edid::byName(x11->connection());
     }
     m_idsByName.clear();

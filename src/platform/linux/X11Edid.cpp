@@ -32,9 +32,8 @@ QByteArray outputEdid(xcb_connection_t* connection, xcb_randr_output_t output, x
     if (!reply || reply->format != 8) {
         return {};
     }
-    return QByteArray(
-        reinterpret_cast<const char*>(xcb_randr_get_output_property_data(reply.get())),
-        xcb_randr_get_output_property_data_length(reply.get()));
+    return {reinterpret_cast<const char*>(xcb_randr_get_output_property_data(reply.get())),
+            xcb_randr_get_output_property_data_length(reply.get())};
 }
 
 QString atomName(xcb_connection_t* connection, xcb_atom_t atom) {
@@ -47,16 +46,38 @@ QString atomName(xcb_connection_t* connection, xcb_atom_t atom) {
                              xcb_get_atom_name_name_length(reply.get()));
 }
 
+// A monitor takes the EDID of its first output, under the monitor's own name.
+void addMonitors(xcb_connection_t* connection, xcb_window_t root,
+                 const QHash<xcb_randr_output_t, QByteArray>& byOutput,
+                 QHash<QString, QByteArray>& result) {
+    Reply<xcb_randr_get_monitors_reply_t> monitors(xcb_randr_get_monitors_reply(
+        connection, xcb_randr_get_monitors(connection, root, 1), nullptr));
+    if (!monitors) {
+        return;
+    }
+    for (auto it = xcb_randr_get_monitors_monitors_iterator(monitors.get()); it.rem > 0;
+         xcb_randr_monitor_info_next(&it)) {
+        if (xcb_randr_monitor_info_outputs_length(it.data) < 1) {
+            continue;
+        }
+        const QByteArray edid = byOutput.value(xcb_randr_monitor_info_outputs(it.data)[0]);
+        const QString name = atomName(connection, it.data->name);
+        if (!edid.isEmpty() && !name.isEmpty() && !result.contains(name)) {
+            result.insert(name, edid);
+        }
+    }
+}
+
 } // namespace
 
 QHash<QString, QByteArray> X11Edid::byName(xcb_connection_t* connection) {
     QHash<QString, QByteArray> result;
-    if (!connection) {
+    if (connection == nullptr) {
         return result;
     }
     const xcb_query_extension_reply_t* extension =
         xcb_get_extension_data(connection, &xcb_randr_id);
-    if (!extension || !extension->present) {
+    if (extension == nullptr || extension->present == 0) {
         return result;
     }
     Reply<xcb_randr_query_version_reply_t> version(xcb_randr_query_version_reply(
@@ -96,24 +117,9 @@ QHash<QString, QByteArray> X11Edid::byName(xcb_connection_t* connection) {
                       edid);
     }
 
-    // Qt names a screen after its RandR 1.5 monitor where there is one; a monitor takes the EDID
-    // of its first output.
+    // Qt names a screen after its RandR 1.5 monitor where there is one.
     if (version->major_version > 1 || version->minor_version >= 5) {
-        Reply<xcb_randr_get_monitors_reply_t> monitors(xcb_randr_get_monitors_reply(
-            connection, xcb_randr_get_monitors(connection, root, 1), nullptr));
-        if (monitors) {
-            for (auto it = xcb_randr_get_monitors_monitors_iterator(monitors.get()); it.rem;
-                 xcb_randr_monitor_info_next(&it)) {
-                if (xcb_randr_monitor_info_outputs_length(it.data) < 1) {
-                    continue;
-                }
-                const QByteArray edid = byOutput.value(xcb_randr_monitor_info_outputs(it.data)[0]);
-                const QString name = atomName(connection, it.data->name);
-                if (!edid.isEmpty() && !name.isEmpty() && !result.contains(name)) {
-                    result.insert(name, edid);
-                }
-            }
-        }
+        addMonitors(connection, root, byOutput, result);
     }
     return result;
 }
