@@ -280,6 +280,39 @@ private Q_SLOTS:
         QVERIFY(!f.controller->isVeiled());
     }
 
+    void wakeRepeatsTheSyncUntilTheDisplaysAreBack() {
+        Fixture f;
+        const WidgetInstance clock = f.byKind(QStringLiteral("clock"));
+        DesktopPanel* panel = f.controller->panel(clock.id);
+        const QPointF home = panel->frame().topLeft();
+        Q_EMIT f.displays.didWake();
+        QCOMPARE(panel->frame().topLeft(), home);
+        // The window server moves the panel after the first sync; the repeats put it back.
+        for (const int ms : {1500, 2500}) {
+            panel->setFrameOrigin(QPointF(700, 100));
+            f.scheduler.advance(std::chrono::milliseconds(ms));
+            QCOMPARE(panel->frame().topLeft(), home);
+        }
+    }
+
+    void aCoveredPanelIsOccludedUnlessVeiled() {
+        Fixture f;
+        const WidgetInstance clock = f.byKind(QStringLiteral("clock"));
+        QObject* window = f.controller->panel(clock.id)->windowHandle();
+        PanelState* state = f.controller->panelState(clock.id);
+        Q_EMIT f.windowing.coveredChanged(window, true);
+        QVERIFY(!state->occluded());
+        f.scheduler.advance(DesktopController::occlusionDebounce);
+        QVERIFY(state->occluded());
+        f.controller->setVeil(true);
+        Q_EMIT f.windowing.coveredChanged(window, false);
+        f.scheduler.advance(DesktopController::occlusionDebounce);
+        QVERIFY(state->occluded());
+        f.controller->setVeil(false);
+        f.scheduler.advance(DesktopController::veilReturn);
+        QVERIFY(!state->occluded());
+    }
+
     void syncDuringADragLeavesTheDraggedPanelAlone() {
         Fixture f;
         const WidgetInstance clock = f.byKind(QStringLiteral("clock"));
