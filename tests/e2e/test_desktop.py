@@ -98,12 +98,20 @@ class DesktopTest(unittest.TestCase):
         with open(os.path.join(self.config_home, "Tarnwick", "Tarnwick.conf"), "w") as f:
             f.write("[General]\ntarnwick.openWindowAtLaunch=false\n")
         self.session = XSession(size="%dx%d" % SCREEN).__enter__()
+        self.helpers = []
+        self.before_launch()
         self.host = Host(self.session, self.data_dir, self.config_home).launch()
         self.panels = self.host.wait_for_panels(3)
         self.assertTrue(self.panels, "the first desktop did not show three panels")
 
+    def before_launch(self):
+        pass
+
     def tearDown(self):
         self.host.stop()
+        for helper in self.helpers:
+            helper.terminate()
+            helper.wait()
         self.session.__exit__(None, None, None)
         shutil.rmtree(self.data_dir, ignore_errors=True)
         shutil.rmtree(self.config_home, ignore_errors=True)
@@ -231,6 +239,46 @@ class DesktopTest(unittest.TestCase):
         after = self.host.wait_for_panels(3)
         self.assertTrue(after)
         self.assertEqual({k: g for k, (_, g) in after.items()}, before)
+
+
+@unittest.skipUnless(shutil.which("trayer"), "needs trayer, an XEmbed system tray")
+class TrayTest(DesktopTest):
+    """With a system tray on the desktop the status item stands in it."""
+
+    def before_launch(self):
+        self.helpers.append(subprocess.Popen(
+            ["trayer", "--edge", "bottom", "--align", "right", "--widthtype", "request",
+             "--height", "32"], env=self.session.env(), stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL))
+        self.session.wait_for(lambda: "window id # 0x" in self.session.output(
+            ["xprop", "-root", "_NET_SYSTEM_TRAY_S0"]) or self.tray_window())
+
+    def tray_window(self):
+        return next((w for w in self.session.client_windows()
+                     if self.session.prop(w, "WM_NAME") == '"panel"'), None)
+
+    def test_quit_from_the_status_menu(self):
+        tray = self.tray_window()
+        self.assertIsNotNone(tray, "trayer did not start")
+        # The icon is the tray's only one, at its right end.
+        x, y, w, h = self.session.geometry(tray)
+        self.assertTrue(self.session.wait_for(lambda: self.session.geometry(tray)[2] >= 16),
+                        "no icon joined the tray")
+        x, y, w, h = self.session.geometry(tray)
+        self.session.xdotool("mousemove", "--sync", x + w - 12, y + h // 2)
+        self.session.xdotool("click", 3)
+        time.sleep(0.5)
+        # "Quit Tarnwick" is the menu's last entry.
+        self.session.xdotool("key", "Up")
+        self.session.xdotool("key", "Return")
+        self.assertEqual(self.host.process.wait(timeout=15), 0)
+
+    # The desktop tests above run once, without a tray.
+    test_first_start_shows_the_first_desktop = None
+    test_dragging_fully_onto_a_tile_of_the_same_size_stacks_them = None
+    test_dropping_half_onto_a_tile_of_another_size_slides_it_off = None
+    test_remove_widget_from_the_context_menu = None
+    test_quit_and_start_again_keeps_every_place = None
 
 
 def main():
