@@ -2,6 +2,7 @@
 
 #include "faces/FaceContext.h"
 #include "faces/FaceKit.h"
+#include "faces/PictureCache.h"
 
 #include <QPainter>
 #include <QtMath>
@@ -23,22 +24,12 @@ void hand(QPainter& painter, qreal angleDegrees, qreal length, qreal tail, qreal
 
 } // namespace
 
-void AnalogDial::draw(QPainter& painter, const QRectF& rect, const QTime& time,
-                      const FaceContext& context, Hands hands, Detail detail, Daylight daylight) {
-    const qreal side = std::min(rect.width(), rect.height());
+namespace {
+
+// The still part of the dial, centred on the origin: face, marks and numbers.
+void paintDial(QPainter& painter, qreal side, const QColor& face, const FaceContext& context,
+               AnalogDial::Detail detail) {
     const qreal r = side / 2;
-    const QPointF centre = rect.center();
-    const bool isDay = time.hour() >= 6 && time.hour() < 18;
-
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.translate(centre);
-
-    QColor face = context.elevated();
-    if (daylight == Daylight::Shade) {
-        face = isDay ? context.primary() : context.separator();
-        face.setAlphaF(isDay ? 0.16F : 0.5F);
-    }
     painter.setPen(QPen(context.separator(), std::max<qreal>(0.75, side / 120)));
     painter.setBrush(face);
     painter.drawEllipse(QPointF(0, 0), r - 0.5, r - 0.5);
@@ -61,7 +52,7 @@ void AnalogDial::draw(QPainter& painter, const QRectF& rect, const QTime& time,
         painter.restore();
     }
 
-    if (detail == Detail::Numbered && side >= 120) {
+    if (detail == AnalogDial::Detail::Numbered && side >= 120) {
         painter.setFont(FaceKit::font(r * 0.2, QFont::Medium));
         painter.setPen(context.primary());
         for (int n = 3; n <= 12; n += 3) {
@@ -71,7 +62,48 @@ void AnalogDial::draw(QPainter& painter, const QRectF& rect, const QTime& time,
             painter.drawText(box, Qt::AlignCenter, QString::number(n));
         }
     }
+}
 
+} // namespace
+
+void AnalogDial::draw(QPainter& painter, const QRectF& rect, const QTime& time,
+                      const FaceContext& context, Hands hands, Detail detail, Daylight daylight) {
+    const qreal side = std::min(rect.width(), rect.height());
+    const qreal r = side / 2;
+    const QPointF centre = rect.center();
+    const bool isDay = time.hour() >= 6 && time.hour() < 18;
+
+    QColor face = context.elevated();
+    if (daylight == Daylight::Shade) {
+        face = isDay ? context.primary() : context.separator();
+        face.setAlphaF(isDay ? 0.16F : 0.5F);
+    }
+    // The dial stands still; only the hands move, so it is drawn once and copied after.
+    const QRectF square(centre.x() - r, centre.y() - r, side, side);
+    const auto still = [&](QPainter& p) {
+        p.translate(r, r);
+        paintDial(p, side, face, context, detail);
+    };
+    if (context.pictures != nullptr) {
+        const QString key = QStringLiteral("dial|%1|%2|%3|%4|%5|%6")
+                                .arg(face.rgba())
+                                .arg(context.separator().rgba())
+                                .arg(context.primary().rgba())
+                                .arg(context.secondary().rgba())
+                                .arg(static_cast<int>(detail))
+                                .arg(side);
+        context.pictures->draw(painter, square, key, context.devicePixelRatio * context.scale,
+                               still);
+    } else {
+        painter.save();
+        painter.translate(square.topLeft());
+        still(painter);
+        painter.restore();
+    }
+
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(centre);
     const qreal seconds = time.second();
     const qreal minutes = time.minute() + seconds / 60.0;
     const qreal hours = (time.hour() % 12) + minutes / 60.0;

@@ -18,7 +18,7 @@
 namespace tw {
 
 class SymbolProvider;
-class TextCache;
+class PictureCache;
 
 struct FaceContext {
     // The kind's catalogue entry: name, symbol, chrome and bleed.
@@ -39,8 +39,8 @@ struct FaceContext {
     AnimationPace pace;
     // Never null when drawing; NullSymbolProvider where no icon set exists.
     const SymbolProvider* symbols = nullptr;
-    // Pictures of large text kept between frames; the tile renderer supplies its own when unset.
-    TextCache* text = nullptr;
+    // Pictures kept between frames (large text, dials); the tile renderer supplies its own.
+    PictureCache* pictures = nullptr;
 
     // Size, scale and settings of one instance; the rest keeps its defaults for the host to fill.
     static FaceContext forInstance(const WidgetMetadata& metadata, const WidgetInstance& instance);

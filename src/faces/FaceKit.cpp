@@ -1,7 +1,7 @@
 #include "faces/FaceKit.h"
 
 #include "faces/FaceContext.h"
-#include "faces/TextCache.h"
+#include "faces/PictureCache.h"
 #include "platform/SymbolProvider.h"
 
 #include <QFontMetricsF>
@@ -43,9 +43,9 @@ qreal fittingPixelSize(const QString& text, const QSizeF& box, QFont::Weight wei
 
 QRectF drawText(QPainter& painter, const FaceContext& context, const QRectF& rect, int flags,
                 const QString& text, const QFont& font, const QColor& color) {
-    if (context.text != nullptr) {
-        return context.text->draw(painter, rect, flags, text, font, color,
-                                  context.devicePixelRatio * context.scale);
+    if (context.pictures != nullptr) {
+        return context.pictures->draw(painter, rect, flags, text, font, color,
+                                      context.devicePixelRatio * context.scale);
     }
     painter.setFont(font);
     painter.setPen(color);
@@ -58,15 +58,15 @@ QRectF drawFitted(QPainter& painter, const FaceContext& context, const QRectF& r
                   const QString& text, QFont::Weight weight, const QColor& color,
                   Qt::Alignment alignment, qreal maxPixelSize) {
     const auto compute = [&] { return fittingPixelSize(text, rect.size(), weight, maxPixelSize); };
-    const qreal size = context.text == nullptr
+    const qreal size = context.pictures == nullptr
                            ? compute()
-                           : context.text->fittedSize(QStringLiteral("%1|%2x%3|%4|%5")
-                                                          .arg(text)
-                                                          .arg(rect.width())
-                                                          .arg(rect.height())
-                                                          .arg(static_cast<int>(weight))
-                                                          .arg(maxPixelSize),
-                                                      compute);
+                           : context.pictures->fittedSize(QStringLiteral("%1|%2x%3|%4|%5")
+                                                              .arg(text)
+                                                              .arg(rect.width())
+                                                              .arg(rect.height())
+                                                              .arg(static_cast<int>(weight))
+                                                              .arg(maxPixelSize),
+                                                          compute);
     return drawText(painter, context, rect, static_cast<int>(alignment | Qt::TextSingleLine), text,
                     font(size, weight), color);
 }

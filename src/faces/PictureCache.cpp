@@ -1,4 +1,4 @@
-#include "faces/TextCache.h"
+#include "faces/PictureCache.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
@@ -7,8 +7,8 @@
 
 namespace tw {
 
-QRectF TextCache::draw(QPainter& painter, const QRectF& rect, int flags, const QString& text,
-                       const QFont& font, const QColor& color, qreal devicePixelRatio) {
+QRectF PictureCache::draw(QPainter& painter, const QRectF& rect, int flags, const QString& text,
+                          const QFont& font, const QColor& color, qreal devicePixelRatio) {
     const qreal dpr = devicePixelRatio > 0 ? devicePixelRatio : 1.0;
     if (text.isEmpty() || font.pixelSize() * dpr < largeText) {
         painter.setFont(font);
@@ -51,12 +51,43 @@ QRectF TextCache::draw(QPainter& painter, const QRectF& rect, int flags, const Q
         image.setDevicePixelRatio(dpr);
         found = m_pictures.insert(key, Picture{image, line, origin});
     }
+    blit(painter, rect.topLeft() + found->origin, found->image);
+    return found->line.translated(rect.topLeft());
+}
+
+void PictureCache::draw(QPainter& painter, const QRectF& rect, const QString& key,
+                        qreal devicePixelRatio, const std::function<void(QPainter&)>& paint) {
+    const qreal dpr = devicePixelRatio > 0 ? devicePixelRatio : 1.0;
+    const QString fullKey =
+        key + QStringLiteral("|%1x%2@%3").arg(rect.width()).arg(rect.height()).arg(dpr);
+    auto found = m_still.constFind(fullKey);
+    if (found == m_still.constEnd()) {
+        if (m_still.size() >= capacity) {
+            m_still.clear();
+        }
+        QImage image(QSize(static_cast<int>(std::ceil(rect.width() * dpr)),
+                           static_cast<int>(std::ceil(rect.height() * dpr))),
+                     QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        {
+            QPainter p(&image);
+            p.setRenderHint(QPainter::Antialiasing);
+            p.setRenderHint(QPainter::TextAntialiasing);
+            p.scale(dpr, dpr);
+            paint(p);
+        }
+        image.setDevicePixelRatio(dpr);
+        found = m_still.insert(fullKey, image);
+    }
+    blit(painter, rect.topLeft(), *found);
+}
+
+void PictureCache::blit(QPainter& painter, const QPointF& topLeft, const QImage& image) {
     // Whole device pixels, so the picture is copied, not resampled.
     const QTransform& world = painter.deviceTransform();
-    QPointF at = world.map(rect.topLeft() + found->origin);
+    QPointF at = world.map(topLeft);
     at = QPointF(std::round(at.x()), std::round(at.y()));
-    painter.drawImage(world.inverted().map(at), found->image);
-    return found->line.translated(rect.topLeft());
+    painter.drawImage(world.inverted().map(at), image);
 }
 
 } // namespace tw

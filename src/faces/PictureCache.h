@@ -1,7 +1,7 @@
-// Pictures of large text. The raster engine caches glyphs only up to a modest pixel size and fills
-// larger ones as outlines on every draw, which makes a big clock cost far more than its tick
-// allows; this keeps each large text as a picture at the device pixel ratio, and remembers fitted
-// font sizes, so an unchanged time costs a copy.
+// Pictures of what faces draw again and again unchanged: large text (the raster engine caches
+// glyphs only up to a modest pixel size and fills larger ones as outlines on every draw) and the
+// still parts of a face, such as a dial under its hands. Each is kept at the device pixel ratio,
+// with the fitted font sizes, so an unchanged time costs a copy.
 #pragma once
 
 #include <QColor>
@@ -11,11 +11,13 @@
 #include <QRectF>
 #include <QString>
 
+#include <functional>
+
 class QPainter;
 
 namespace tw {
 
-class TextCache {
+class PictureCache {
 public:
     // Text whose glyphs are at least this many device pixels tall is drawn from pictures.
     static constexpr qreal largeText = 44;
@@ -25,6 +27,12 @@ public:
     // text's line took. `devicePixelRatio` is the target's.
     QRectF draw(QPainter& painter, const QRectF& rect, int flags, const QString& text,
                 const QFont& font, const QColor& color, qreal devicePixelRatio);
+
+    // What `paint` draws into `rect` (in the painter's coordinates), drawn once into a picture
+    // kept under `key` and copied from then on. `paint` gets a painter whose origin is the
+    // rectangle's top-left.
+    void draw(QPainter& painter, const QRectF& rect, const QString& key, qreal devicePixelRatio,
+              const std::function<void(QPainter&)>& paint);
 
     // A fitted pixel size remembered for the same text, box, weight and cap; `compute` otherwise.
     template <typename Compute>
@@ -39,7 +47,7 @@ public:
         return *m_fits.insert(key, compute());
     }
 
-    qsizetype pictures() const { return m_pictures.size(); }
+    qsizetype pictures() const { return m_pictures.size() + m_still.size(); }
 
 private:
     struct Picture {
@@ -48,7 +56,10 @@ private:
         QPointF origin; // where the picture's top-left goes, relative to the same
     };
 
+    void blit(QPainter& painter, const QPointF& topLeft, const QImage& image);
+
     QHash<QString, Picture> m_pictures;
+    QHash<QString, QImage> m_still;
     QHash<QString, qreal> m_fits;
 };
 

@@ -246,11 +246,11 @@ void TileRenderer::paintFace(QPainter& painter, const QRectF& tile, const Widget
     const double scale = context.scale > 0 ? context.scale : 1.0;
     painter.scale(scale, scale);
     const QRectF content = contentRect(tile.size() / scale, shape);
-    if (context.text != nullptr) {
+    if (context.pictures != nullptr) {
         face.paint(painter, content, context);
     } else {
         FaceContext withCache = context;
-        withCache.text = &m_text;
+        withCache.pictures = &m_text;
         face.paint(painter, content, withCache);
     }
     painter.restore();

@@ -4,7 +4,7 @@
 // its face: nothing is blurred or filled twice.
 #pragma once
 
-#include "faces/TextCache.h"
+#include "faces/PictureCache.h"
 #include "faces/TileShape.h"
 #include "model/Metrics.h"
 
@@ -66,7 +66,7 @@ private:
 
     QHash<QString, QImage> m_shadows;
     QHash<QString, QImage> m_backgrounds;
-    TextCache m_text;
+    PictureCache m_text;
 };
 
 } // namespace tw
