@@ -48,7 +48,7 @@ void GenericFace::paint(QPainter& painter, const QRectF& rect, const FaceContext
     const QString category = title(widgetCategoryOf(meta.kind));
     const qreal h = area.height();
     const qreal w = area.width();
-    if (w >= h * 1.8) {
+    if (w >= h * 1.8 && h < 120) {
         // Wide: the symbol in a badge on the left, the name and its group beside it.
         const qreal badge = std::min(h, 64.0);
         const QRectF b(area.left(), area.center().y() - badge / 2, badge, badge);
@@ -68,7 +68,8 @@ void GenericFace::paint(QPainter& painter, const QRectF& rect, const FaceContext
         return;
     }
     if (context.size == WidgetSize::small || context.size == WidgetSize::tall) {
-        const qreal side = std::min(w, h) * 0.42;
+        // A tall tile has room for a symbol as wide as its column.
+        const qreal side = context.size == WidgetSize::tall ? w * 0.6 : std::min(w, h) * 0.42;
         FaceKit::drawSymbol(painter, context, meta.symbol,
                             QRectF(area.left(), area.top(), side, side), context.accent(), name);
         const QRectF label(area.left(), area.bottom() - 34, w, 34);
@@ -77,7 +78,7 @@ void GenericFace::paint(QPainter& painter, const QRectF& rect, const FaceContext
         painter.drawText(label, Qt::AlignLeft | Qt::AlignBottom | Qt::TextWordWrap, name);
         return;
     }
-    // Square and tall tiles: the symbol large in the middle, the name and group under it.
+    // Square and big tiles: the symbol large in the middle, the name and group under it.
     const qreal side = std::min(w, h) * 0.36;
     const QRectF symbolRect(area.center().x() - side / 2, area.top() + (h - side) * 0.36, side,
                             side);
