@@ -1,5 +1,7 @@
 #include "config/ConfigWindow.h"
 
+#include "platform/Scheduler.h"
+
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QMenuBar>
@@ -8,8 +10,10 @@
 
 namespace tw {
 
-ConfigWindow::ConfigWindow(std::function<QWidget*()> makeContent, QWidget* parent)
+ConfigWindow::ConfigWindow(Scheduler& scheduler, std::function<QWidget*()> makeContent,
+                           QWidget* parent)
     : QWidget(parent, Qt::Window)
+    , m_scheduler(scheduler)
     , m_makeContent(std::move(makeContent))
     , m_layout(new QVBoxLayout(this))
     , m_menuBar(new QMenuBar(this)) {
@@ -19,13 +23,6 @@ ConfigWindow::ConfigWindow(std::function<QWidget*()> makeContent, QWidget* paren
     m_layout->setMenuBar(m_menuBar);
     m_menuBar->setVisible(false);
     resize(contentSize);
-    m_dropTimer.setSingleShot(true);
-    m_dropTimer.setInterval(dropDelay);
-    connect(&m_dropTimer, &QTimer::timeout, this, [this] {
-        if (!isVisible() && m_content) {
-            delete m_content;
-        }
-    });
 }
 
 void ConfigWindow::installContent() {
@@ -37,7 +34,7 @@ void ConfigWindow::installContent() {
 }
 
 void ConfigWindow::present() {
-    m_dropTimer.stop();
+    m_drop.cancel();
     installContent();
     if (!isVisible()) {
         if (const QScreen* screen = QGuiApplication::primaryScreen()) {
@@ -55,7 +52,11 @@ void ConfigWindow::closeEvent(QCloseEvent* event) {
     // Closing hides: the application lives on in its tiles and its status item.
     event->accept();
     Q_EMIT closed();
-    m_dropTimer.start();
+    m_drop = m_scheduler.singleShot(dropDelay, std::chrono::milliseconds(100), this, [this] {
+        if (!isVisible() && m_content) {
+            delete m_content;
+        }
+    });
 }
 
 void ConfigWindow::showEvent(QShowEvent* event) {

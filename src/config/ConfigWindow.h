@@ -2,8 +2,9 @@
 // after a moment so that a closed window costs nothing, and never quits the application.
 #pragma once
 
+#include "platform/ScheduledTask.h"
+
 #include <QPointer>
-#include <QTimer>
 #include <QWidget>
 
 #include <chrono>
@@ -14,6 +15,8 @@ class QVBoxLayout;
 
 namespace tw {
 
+class Scheduler;
+
 class ConfigWindow final : public QWidget {
     Q_OBJECT
 public:
@@ -21,8 +24,10 @@ public:
     // How long a closed window keeps its views, in case it is opened again at once.
     static constexpr std::chrono::milliseconds dropDelay{500};
 
-    // `makeContent` builds the view tree each time the window needs one.
-    explicit ConfigWindow(std::function<QWidget*()> makeContent, QWidget* parent = nullptr);
+    // `makeContent` builds the view tree each time the window needs one; `scheduler` must
+    // outlive the window.
+    ConfigWindow(Scheduler& scheduler, std::function<QWidget*()> makeContent,
+                 QWidget* parent = nullptr);
 
     // Shows the window (building its views if they were dropped), brings it forward, focuses it.
     void present();
@@ -44,11 +49,12 @@ protected:
 private:
     void installContent();
 
+    Scheduler& m_scheduler;
     std::function<QWidget*()> m_makeContent;
     QVBoxLayout* m_layout;
     QMenuBar* m_menuBar;
     QPointer<QWidget> m_content;
-    QTimer m_dropTimer;
+    ScheduledTask m_drop;
 };
 
 } // namespace tw

@@ -6,6 +6,7 @@
 #include "faces/FaceRegistry.h"
 #include "model/WidgetRegistry.h"
 #include "settings/L.h"
+#include "tick/TickCoordinator.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -125,6 +126,15 @@ void GalleryView::setNow(const QDateTime& now) {
             card->timeMoved(before, now);
         }
     }
+}
+
+QDateTime GalleryView::now() const {
+    return m_source->base().now;
+}
+
+void GalleryView::followTicker(TickCoordinator& ticker) {
+    setNow(ticker.currentTime());
+    connect(&ticker, &TickCoordinator::nowChanged, this, &GalleryView::setNow);
 }
 
 QString GalleryView::query() const {

@@ -23,6 +23,7 @@ class FaceRegistry;
 class GalleryCard;
 class GalleryPreviewSource;
 class SymbolProvider;
+class TickCoordinator;
 
 class GalleryView final : public QWidget {
     Q_OBJECT
@@ -44,6 +45,10 @@ public:
     void setGlass(const GlassLook& glass);
     // The time the previews show; faces repaint only when their grain moved.
     void setNow(const QDateTime& now);
+    QDateTime now() const;
+    // Takes the time from the ticker from now on, starting at its current time. Whether the ticker
+    // runs is the window's affair (TickCoordinator::setPreviewActive while it is shown).
+    void followTicker(TickCoordinator& ticker);
 
     QString query() const;
     void setQuery(const QString& query);

@@ -1,9 +1,12 @@
 // The gallery lists the catalogue by category, searches it, and adds through its handler with a
 // clear word when the host refuses.
+#include "ManualClock.h"
+#include "ManualScheduler.h"
 #include "config/GalleryView.h"
 #include "faces/FaceRegistry.h"
 #include "model/WidgetRegistry.h"
 #include "platform/null/NullSymbolProvider.h"
+#include "tick/TickCoordinator.h"
 
 #include <QApplication>
 #include <QLineEdit>
@@ -46,6 +49,7 @@ private Q_SLOTS:
     void refusalsSayWhy_data();
     void refusalsSayWhy();
     void withoutAHandlerNothingCanBeAdded();
+    void previewsFollowTheTicker();
 
 private:
     FaceRegistry m_faces;
@@ -142,6 +146,22 @@ void TestGalleryView::withoutAHandlerNothingCanBeAdded() {
     }
     QCOMPARE(view.add(QStringLiteral("clock")), GalleryView::AddOutcome::NoRoom);
     QVERIFY(view.message().isEmpty());
+}
+
+void TestGalleryView::previewsFollowTheTicker() {
+    test::ManualClock clock;
+    test::ManualScheduler scheduler(&clock);
+    TickCoordinator ticker(scheduler, clock);
+    GalleryView view(m_faces, m_symbols);
+    view.followTicker(ticker);
+    QCOMPARE(view.now(), clock.now());
+    ticker.setPreviewActive(true);
+    scheduler.advance(std::chrono::milliseconds(3000));
+    QCOMPARE(view.now(), clock.now());
+    ticker.setPreviewActive(false);
+    const QDateTime stopped = view.now();
+    scheduler.advance(std::chrono::milliseconds(3000));
+    QCOMPARE(view.now(), stopped);
 }
 
 QTEST_MAIN(TestGalleryView)

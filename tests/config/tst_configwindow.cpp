@@ -1,0 +1,70 @@
+#include "config/ConfigWindow.h"
+
+#include "ManualScheduler.h"
+
+#include <QApplication>
+#include <QPointer>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace tw;
+using namespace tw::test;
+
+class tst_ConfigWindow : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void oneWindowTitledTarnwick() {
+        ManualScheduler scheduler;
+        int built = 0;
+        ConfigWindow window(scheduler, [&] {
+            ++built;
+            return new QWidget();
+        });
+        window.present();
+        QCOMPARE(window.windowTitle(), QStringLiteral("Tarnwick"));
+        QCOMPARE(window.size(), QSize(980, 680));
+        QVERIFY(window.isVisible());
+        // A second opening brings the same window and the same views forward.
+        window.present();
+        QCOMPARE(built, 1);
+    }
+
+    void closingDropsTheViewsAndNeverQuits() {
+        ManualScheduler scheduler;
+        int built = 0;
+        ConfigWindow window(scheduler, [&] {
+            ++built;
+            return new QWidget();
+        });
+        QSignalSpy quits(qApp, &QCoreApplication::aboutToQuit);
+        window.present();
+        QPointer<QWidget> views = window.content();
+        window.close();
+        QVERIFY(!window.isVisible());
+        scheduler.advance(std::chrono::milliseconds(499));
+        QVERIFY(views);
+        scheduler.advance(std::chrono::milliseconds(1));
+        QVERIFY(!views);
+        QVERIFY(!window.content());
+        window.present();
+        QVERIFY(window.content());
+        QCOMPARE(built, 2);
+        QCOMPARE(quits.size(), 0);
+    }
+
+    void reopenedInTimeKeepsItsViews() {
+        ManualScheduler scheduler;
+        ConfigWindow window(scheduler, [] { return new QWidget(); });
+        window.present();
+        QPointer<QWidget> views = window.content();
+        window.close();
+        scheduler.advance(std::chrono::milliseconds(200));
+        window.present();
+        scheduler.advance(std::chrono::milliseconds(1000));
+        QVERIFY(views);
+        QCOMPARE(window.content(), views.data());
+    }
+};
+
+QTEST_MAIN(tst_ConfigWindow)
+#include "tst_configwindow.moc"
