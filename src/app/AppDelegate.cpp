@@ -172,7 +172,7 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
 
 void AppDelegate::showConfigWindow() {
     if (!m_configWindow) {
-        m_configWindow = std::make_unique<ConfigWindow>([this]() -> QWidget* {
+        m_configWindow = std::make_unique<ConfigWindow>(*m_scheduler, [this]() -> QWidget* {
             auto* gallery = new GalleryView(*m_faces, *m_symbols);
             gallery->setTheme(m_theme->themed());
             gallery->setNow(m_clock.now());

@@ -1,6 +1,5 @@
-#include "config/ConfigWindow.h"
-
 #include "ManualScheduler.h"
+#include "config/ConfigWindow.h"
 
 #include <QApplication>
 #include <QPointer>
