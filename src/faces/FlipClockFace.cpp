@@ -2,6 +2,7 @@
 
 #include "faces/FaceContext.h"
 #include "faces/FaceKit.h"
+#include "faces/PictureCache.h"
 
 #include <QLocale>
 #include <QPainter>
@@ -15,16 +16,29 @@ namespace {
 void card(QPainter& painter, const QRectF& rect, const QString& digits, const FaceContext& context,
           const QString& corner) {
     const qreal radius = std::min(rect.width(), rect.height()) * 0.12;
+    const QColor body = context.elevated();
+    // The blank card never changes: drawn once, copied after.
+    const auto blank = [&](QPainter& p) {
+        const QRectF local(QPointF(0, 0), rect.size());
+        p.setPen(Qt::NoPen);
+        p.setBrush(body);
+        p.drawRoundedRect(local, radius, radius);
+        // The lower half is a shade darker: the card's fold catches less light.
+        p.setClipRect(QRectF(0, local.center().y(), local.width(), local.height() / 2));
+        p.setBrush(QColor(0, 0, 0, 40));
+        p.drawRoundedRect(local, radius, radius);
+    };
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(context.elevated());
-    painter.drawRoundedRect(rect, radius, radius);
-    // The lower half is a shade darker: the card's fold catches less light.
-    painter.setClipRect(QRectF(rect.left(), rect.center().y(), rect.width(), rect.height() / 2));
-    painter.setBrush(QColor(0, 0, 0, 40));
-    painter.drawRoundedRect(rect, radius, radius);
-    painter.setClipping(false);
+    if (context.pictures != nullptr) {
+        context.pictures->draw(painter, rect, QStringLiteral("flipcard|%1").arg(body.rgba()),
+                               context.devicePixelRatio * context.scale, blank);
+    } else {
+        painter.save();
+        painter.translate(rect.topLeft());
+        blank(painter);
+        painter.restore();
+    }
     FaceKit::drawFitted(painter, context,
                         rect.adjusted(rect.width() * 0.08, rect.height() * 0.08,
                                       -rect.width() * 0.08, -rect.height() * 0.08),
