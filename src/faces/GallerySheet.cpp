@@ -5,7 +5,6 @@
 #include "faces/FaceRegistry.h"
 #include "faces/TileRenderer.h"
 #include "model/WidgetRegistry.h"
-#include "settings/L.h"
 
 #include <QPainter>
 #include <QRadialGradient>
