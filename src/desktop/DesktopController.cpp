@@ -1,5 +1,7 @@
 #include "desktop/DesktopController.h"
 
+#include "desktop/DesktopGeometry.h"
+#include "desktop/PanelContextMenu.h"
 #include "displays/LayoutDisplay.h"
 #include "displays/TopologyMemory.h"
 #include "faces/FaceRegistry.h"
@@ -13,14 +15,11 @@
 #include "platform/Clock.h"
 #include "platform/Scheduler.h"
 #include "settings/AppSettings.h"
-#include "settings/L.h"
 #include "tick/MinuteCoordinator.h"
 #include "tick/TickCoordinator.h"
 #include "tick/TimeSource.h"
 
-#include <QActionGroup>
 #include <QLoggingCategory>
-#include <QMenu>
 #include <QPropertyAnimation>
 #include <QSet>
 #include <QWindow>
@@ -36,11 +35,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-QRectF tileOf(const WidgetInstance& instance) {
-    return RectEdges::tileRect(instance.posX.value_or(0), instance.posY.value_or(0),
-                               instance.pixelSize());
-}
-
 bool isLockOnly(const WidgetInstance& instance) {
     const auto value = instance.setting(QStringLiteral("lockOnly"));
     return value && (*value == QLatin1String("true") || *value == QLatin1String("1"));
@@ -49,16 +43,6 @@ bool isLockOnly(const WidgetInstance& instance) {
 // Kinds that are typed into: they take the keyboard and never run a click action.
 bool isTypedInto(const QString& kind) {
     return kind == QLatin1String("stickynote") || kind == QLatin1String("terminal");
-}
-
-double distanceToRect(QPointF p, const QRectF& r) {
-    const double dx = std::max({RectEdges::minX(r) - p.x(), 0.0, p.x() - RectEdges::maxX(r)});
-    const double dy = std::max({RectEdges::minY(r) - p.y(), 0.0, p.y() - RectEdges::maxY(r)});
-    return std::hypot(dx, dy);
-}
-
-double clampInto(double value, double lo, double hi) {
-    return hi < lo ? lo : std::clamp(value, lo, hi);
 }
 
 } // namespace
@@ -207,70 +191,24 @@ void DesktopController::sync() {
 // A tile that has never been placed on the desktop is given a place on the main display, in
 // reading order of its logical cell, so that a first start shows the grid as it was laid out.
 void DesktopController::placeUnpositioned() {
-    QList<WidgetInstance> unplaced;
-    QList<QRectF> occupied;
-    QSet<QUuid> placedStacks;
-    for (const WidgetInstance& instance : desktopInstances()) {
-        if (instance.posX && instance.posY) {
-            occupied.append(tileOf(instance));
-        } else if (!instance.stackID || !placedStacks.contains(*instance.stackID)) {
-            unplaced.append(instance);
-            if (instance.stackID) {
-                placedStacks.insert(*instance.stackID);
-            }
-        }
-    }
-    if (unplaced.isEmpty()) {
+    const QList<WidgetInstance> instances = desktopInstances();
+    const bool anyUnplaced = std::any_of(instances.cbegin(), instances.cend(),
+                                         [](const auto& i) { return !i.posX || !i.posY; });
+    if (!anyUnplaced) {
         return;
     }
-    std::stable_sort(unplaced.begin(), unplaced.end(), [](const auto& a, const auto& b) {
-        return std::tie(a.page, a.row, a.col, a.order) < std::tie(b.page, b.row, b.col, b.order);
-    });
-    const QRectF frame = mainVisibleFrame();
-    QList<std::pair<QUuid, QPointF>> writes;
-    for (const WidgetInstance& instance : unplaced) {
-        const QSizeF size = instance.pixelSize();
-        std::optional<QPointF> spot;
-        // A tile laid out on the logical grid keeps its cell, measured from the screen's
-        // top-left corner as presets are, when that place is free.
-        if (instance.isPlaced()) {
-            const QPointF cell(frame.x() + GridStore::presetInset +
-                                   instance.col * GridStore::presetPitch,
-                               RectEdges::maxY(frame) - GridStore::presetInset -
-                                   instance.row * GridStore::presetPitch);
-            const QRectF rect = RectEdges::tileRect(cell.x(), cell.y(), size);
-            const bool free =
-                std::none_of(occupied.cbegin(), occupied.cend(),
-                             [&](const QRectF& o) { return OverlapResolver::overlaps(rect, o); });
-            if (free && frame.contains(rect)) {
-                spot = cell;
-            }
-        }
-        if (!spot) {
-            spot = FreeSpot::find(size, frame, occupied);
-        }
-        if (!spot) {
-            continue;
-        }
-        writes.append({instance.id, *spot});
-        occupied.append(RectEdges::tileRect(spot->x(), spot->y(), size));
-    }
-    if (writes.isEmpty()) {
+    const QHash<QUuid, QPointF> places =
+        DesktopGeometry::firstPlaces(instances, mainVisibleFrame());
+    if (places.isEmpty()) {
         return;
     }
-    // One write for all of them: placing tiles nobody placed is not a change to undo. A stack
-    // stands in one place, so its members share the spot.
-    QHash<QUuid, QPointF> spots;
-    for (const auto& [id, spot] : writes) {
-        const auto instance = m_services.grid.instance(id);
-        spots.insert(instance && instance->stackID ? *instance->stackID : id, spot);
-    }
+    // One write for all of them: placing tiles nobody placed is not a change to undo.
     GridLayout next = m_services.grid.layout();
     for (WidgetInstance& instance : next.instances) {
-        const QUuid key = instance.stackID ? *instance.stackID : instance.id;
-        if (const auto spot = spots.constFind(key); spot != spots.cend()) {
-            instance.posX = spot->x();
-            instance.posY = spot->y();
+        if (const auto place = places.constFind(instance.stackID.value_or(instance.id));
+            place != places.cend() && (!instance.posX || !instance.posY)) {
+            instance.posX = place->x();
+            instance.posY = place->y();
         }
     }
     m_isResolvingOverlaps = true;
@@ -375,43 +313,11 @@ QList<ScreenInfo> DesktopController::screens() const {
 }
 
 QRectF DesktopController::mainVisibleFrame() const {
-    const QList<ScreenInfo> all = screens();
-    for (const ScreenInfo& screen : all) {
-        if (screen.isMain) {
-            return screen.visibleFrame;
-        }
-    }
-    return all.isEmpty() ? QRectF(0, 0, 1440, 900) : all.first().visibleFrame;
+    return DesktopGeometry::mainVisibleFrame(screens());
 }
 
 QRectF DesktopController::visibleFrame(const QPointF& tileTopLeft, const QSizeF& tileSize) const {
-    const QList<ScreenInfo> all = screens();
-    if (all.isEmpty()) {
-        return QRectF(0, 0, 1440, 900);
-    }
-    const QRectF tile = RectEdges::tileRect(tileTopLeft.x(), tileTopLeft.y(), tileSize);
-    const ScreenInfo* best = nullptr;
-    double bestArea = 0;
-    for (const ScreenInfo& screen : all) {
-        const double w = RectEdges::overlapWidth(tile, screen.frame);
-        const double h = RectEdges::overlapHeight(tile, screen.frame);
-        if (w > 0 && h > 0 && w * h > bestArea) {
-            bestArea = w * h;
-            best = &screen;
-        }
-    }
-    if (best == nullptr) {
-        const QPointF centre = RectEdges::centre(tile);
-        double nearest = std::numeric_limits<double>::infinity();
-        for (const ScreenInfo& screen : all) {
-            const double d = distanceToRect(centre, screen.frame);
-            if (d < nearest) {
-                nearest = d;
-                best = &screen;
-            }
-        }
-    }
-    return best->visibleFrame;
+    return DesktopGeometry::visibleFrame(screens(), tileTopLeft, tileSize);
 }
 
 QPointF DesktopController::origin(const WidgetInstance& instance, const QSizeF& size) const {
@@ -426,14 +332,7 @@ QPointF DesktopController::origin(const WidgetInstance& instance, const QSizeF& 
         const QRectF frame = mainVisibleFrame();
         topLeft = QPointF(frame.x() + FreeSpot::margin, RectEdges::maxY(frame) - FreeSpot::margin);
     }
-    const QRectF frame = visibleFrame(*topLeft, tile);
-    const double x =
-        clampInto(topLeft->x(), RectEdges::minX(frame), RectEdges::maxX(frame) - tile.width());
-    const double top =
-        clampInto(topLeft->y(), RectEdges::minY(frame) + tile.height(), RectEdges::maxY(frame));
-    // With the tile taller than the display, its top edge stays on screen.
-    const double clampedTop = tile.height() > frame.height() ? RectEdges::maxY(frame) : top;
-    return {x - panelMargin, clampedTop - tile.height() - panelMargin};
+    return DesktopGeometry::panelOrigin(screens(), *topLeft, tile);
 }
 
 std::optional<QRectF> DesktopController::resolveBounds(const DesktopPanel& panel) const {
@@ -787,55 +686,31 @@ QMenu* DesktopController::contextMenu(const QUuid& id) {
         return nullptr;
     }
     const auto definition = m_services.registry.definition(instance->kind);
-    auto* menu = new QMenu();
-    if (definition && definition->metadata.hasSettings) {
-        menu->addAction(L("widget.settings", QStringLiteral("Widget Settings…")), this,
-                        [this, id] { openWidgetSettings(id); });
+    PanelContextMenu::Facts facts{
+        .hasSettings = definition && definition->metadata.hasSettings,
+        .allowedSizes =
+            definition ? definition->metadata.allowedSizes : QList<WidgetSize>{instance->size},
+        .size = instance->size,
+        .glass = m_services.theme.glassStyle(),
+        .stackSeconds = std::nullopt,
+    };
+    std::optional<QUuid> stack = instance->stackID;
+    if (stack) {
+        facts.stackSeconds = m_services.grid.stackSeconds(*stack);
     }
-
-    QMenu* sizes = menu->addMenu(L("widget.size", QStringLiteral("Size")));
-    const QList<WidgetSize> allowed =
-        definition ? definition->metadata.allowedSizes : QList<WidgetSize>{instance->size};
-    for (const WidgetSize size : allowed) {
-        QAction* action =
-            sizes->addAction(label(size), this, [this, id, size] { setWidgetSize(id, size); });
-        action->setCheckable(true);
-        action->setChecked(size == instance->size);
-    }
-
-    QMenu* glass = menu->addMenu(L("widget.glass", QStringLiteral("Glass")));
-    const std::array<std::tuple<ThemeStore::GlassStyle, const char*, QString>, 3> styles{{
-        {ThemeStore::GlassStyle::Frosted, "appearance.frosted", QStringLiteral("Frosted")},
-        {ThemeStore::GlassStyle::Clear, "appearance.clear", QStringLiteral("Clear")},
-        {ThemeStore::GlassStyle::Liquid, "appearance.liquid", QStringLiteral("Liquid")},
-    }};
-    for (const auto& [style, key, english] : styles) {
-        QAction* action = glass->addAction(L(key, english), this,
-                                           [this, style = style] { setGlassStyle(style); });
-        action->setCheckable(true);
-        action->setChecked(m_services.theme.glassStyle() == style);
-    }
-
-    if (instance->stackID) {
-        const QUuid stack = *instance->stackID;
-        menu->addAction(L("stack.showNext", QStringLiteral("Show Next")), this,
-                        [this, stack] { showNextInStack(stack); });
-        QMenu* rotate = menu->addMenu(L("stack.rotateEvery", QStringLiteral("Rotate Every")));
-        const int current = m_services.grid.stackSeconds(stack);
-        for (const int seconds : rotateChoices) {
-            const QString title = seconds == 0 ? L("common.off", QStringLiteral("Off"))
-                                               : QString::number(seconds) + QStringLiteral(" s");
-            QAction* action = rotate->addAction(
-                title, this, [this, stack, seconds] { setStackRotate(stack, seconds); });
-            action->setCheckable(true);
-            action->setChecked(current == seconds);
-        }
-        menu->addAction(L("stack.unstack", QStringLiteral("Remove from Stack")), this,
-                        [this, id] { unstackWidget(id); });
-    }
-    menu->addAction(L("widget.removeWidget", QStringLiteral("Remove Widget")), this,
-                    [this, id] { removeWidget(id); });
-    return menu;
+    const QUuid stackID = stack.value_or(QUuid());
+    return PanelContextMenu::build(
+        facts,
+        {
+            .openSettings = [this, id] { openWidgetSettings(id); },
+            .setSize = [this, id](WidgetSize size) { setWidgetSize(id, size); },
+            .setGlass = [this](ThemeStore::GlassStyle style) { setGlassStyle(style); },
+            .showNext = [this, stackID] { showNextInStack(stackID); },
+            .setRotate = [this, stackID](int seconds) { setStackRotate(stackID, seconds); },
+            .unstack = [this, id] { unstackWidget(id); },
+            .remove = [this, id] { removeWidget(id); },
+        },
+        this);
 }
 
 void DesktopController::setWidgetSize(const QUuid& id, WidgetSize size) {

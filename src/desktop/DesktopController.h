@@ -77,7 +77,6 @@ public:
     // Click zones of a stack's own arrows and dots, in points from the tile's edges.
     static constexpr double stackArrowZone = 30;
     static constexpr double stackDotZone = 20;
-    static constexpr std::array<int, 4> rotateChoices{0, 4, 8, 15};
 
     explicit DesktopController(const Services& services, QObject* parent = nullptr);
     ~DesktopController() override;

@@ -1,0 +1,45 @@
+// Where tiles stand among the displays: the display a tile belongs to, a panel's origin clamped
+// into it, and the first places of tiles that were never put on the desktop. All in internal
+// points; pure functions of the screens they are given.
+#pragma once
+
+#include "model/WidgetInstance.h"
+#include "platform/Displays.h"
+
+#include <QHash>
+#include <QList>
+#include <QPointF>
+#include <QRectF>
+#include <QUuid>
+
+#include <optional>
+
+namespace tw {
+
+class DesktopGeometry {
+public:
+    DesktopGeometry() = delete;
+
+    static constexpr double panelMargin = 22;
+    // Stands in for the screen when there is none.
+    static QRectF fallbackFrame() { return {0, 0, 1440, 900}; }
+
+    // The main display's visible frame, else the first display's, else the fallback.
+    static QRectF mainVisibleFrame(const QList<ScreenInfo>& screens);
+    // The visible frame of the display with which the tile shares the largest area, or, when it
+    // meets none, of the display nearest to its centre.
+    static QRectF visibleFrame(const QList<ScreenInfo>& screens, QPointF tileTopLeft,
+                               QSizeF tileSize);
+    // The panel origin for a tile whose top-left corner wants to be at `tileTopLeft`: the tile
+    // clamped into its display's visible frame, grown by the margin.
+    static QPointF panelOrigin(const QList<ScreenInfo>& screens, QPointF tileTopLeft,
+                               QSizeF tileSize);
+
+    // Places for tiles without a desktop position, in reading order of their logical cells: the
+    // cell measured from the top-left corner of `frame` when that place is free, else the first
+    // free spot. Members of one stack share a place, keyed by the stack's id.
+    static QHash<QUuid, QPointF> firstPlaces(const QList<WidgetInstance>& instances,
+                                             const QRectF& frame);
+};
+
+} // namespace tw

@@ -1,0 +1,103 @@
+#include "desktop/DesktopGeometry.h"
+
+#include <QTest>
+
+using namespace tw;
+
+namespace {
+
+// The main display 1920 × 1080 with a 40-point bar at the bottom; a second one to its right.
+const QList<ScreenInfo> kTwo{
+    {QStringLiteral("a"), QStringLiteral("A"), QRectF(0, 0, 1920, 1080), QRectF(0, 40, 1920, 1040),
+     true},
+    {QStringLiteral("b"), QStringLiteral("B"), QRectF(1920, 0, 1280, 1024),
+     QRectF(1920, 0, 1280, 1024), false},
+};
+
+WidgetInstance at(int col, int row, WidgetSize size = WidgetSize::large) {
+    WidgetInstance i;
+    i.kind = QStringLiteral("clock");
+    i.size = size;
+    i.col = col;
+    i.row = row;
+    return i;
+}
+
+} // namespace
+
+class tst_DesktopGeometry : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void tileBelongsToADisplay_data() {
+        QTest::addColumn<QPointF>("topLeft");
+        QTest::addColumn<QRectF>("frame");
+        QTest::newRow("inside the main display") << QPointF(100, 900) << kTwo[0].visibleFrame;
+        QTest::newRow("mostly on the second") << QPointF(1900, 900) << kTwo[1].visibleFrame;
+        QTest::newRow("off both, nearest the second") << QPointF(4000, 500) << kTwo[1].visibleFrame;
+        QTest::newRow("off both, nearest the main one")
+            << QPointF(-900, 500) << kTwo[0].visibleFrame;
+    }
+    void tileBelongsToADisplay() {
+        QFETCH(QPointF, topLeft);
+        QFETCH(QRectF, frame);
+        QCOMPARE(DesktopGeometry::visibleFrame(kTwo, topLeft, QSizeF(204, 204)), frame);
+    }
+
+    void originIsClampedIntoTheDisplay_data() {
+        QTest::addColumn<QPointF>("topLeft");
+        QTest::addColumn<QPointF>("origin");
+        QTest::newRow("in place") << QPointF(100, 900) << QPointF(78, 900 - 204 - 22);
+        QTest::newRow("below the bar comes up") << QPointF(100, 100) << QPointF(78, 40 - 22);
+        QTest::newRow("past the top comes down")
+            << QPointF(100, 2000) << QPointF(78, 1080 - 204 - 22);
+        QTest::newRow("off to the right ends on the second")
+            << QPointF(9000, 500) << QPointF(3200 - 204 - 22, 500 - 204 - 22);
+    }
+    void originIsClampedIntoTheDisplay() {
+        QFETCH(QPointF, topLeft);
+        QFETCH(QPointF, origin);
+        QCOMPARE(DesktopGeometry::panelOrigin(kTwo, topLeft, QSizeF(204, 204)), origin);
+    }
+
+    void noScreenStillGivesAFrame() {
+        QCOMPARE(DesktopGeometry::mainVisibleFrame({}), DesktopGeometry::fallbackFrame());
+        QCOMPARE(DesktopGeometry::visibleFrame({}, QPointF(5, 5), QSizeF(10, 10)),
+                 DesktopGeometry::fallbackFrame());
+    }
+
+    void firstPlacesFollowTheLogicalCells() {
+        const QRectF frame = kTwo[0].visibleFrame;
+        WidgetInstance clock = at(0, 0);
+        WidgetInstance calendar = at(2, 0);
+        WidgetInstance weather = at(0, 2, WidgetSize::wide);
+        const auto places = DesktopGeometry::firstPlaces({clock, calendar, weather}, frame);
+        QCOMPARE(places.value(clock.id), QPointF(48, 1080 - 48));
+        QCOMPARE(places.value(calendar.id), QPointF(48 + 216, 1080 - 48));
+        QCOMPARE(places.value(weather.id), QPointF(48, 1080 - 48 - 216));
+    }
+
+    void aTakenCellFallsBackToAFreeSpot() {
+        const QRectF frame = kTwo[0].visibleFrame;
+        WidgetInstance placed = at(0, 0);
+        placed.posX = 60;
+        placed.posY = 1030;
+        WidgetInstance newcomer = at(0, 0);
+        const auto places = DesktopGeometry::firstPlaces({placed, newcomer}, frame);
+        QVERIFY(!places.contains(placed.id));
+        const QPointF spot = places.value(newcomer.id);
+        QVERIFY(spot.x() >= 60 + 204 + 14);
+        QCOMPARE(spot.y(), 1080.0 - 40);
+    }
+
+    void aStackGetsOnePlace() {
+        WidgetInstance a = at(0, 0);
+        WidgetInstance b = at(1, 1);
+        a.stackID = b.stackID = QUuid::createUuid();
+        const auto places = DesktopGeometry::firstPlaces({a, b}, kTwo[0].visibleFrame);
+        QCOMPARE(places.size(), 1);
+        QVERIFY(places.contains(*a.stackID));
+    }
+};
+
+QTEST_MAIN(tst_DesktopGeometry)
+#include "tst_desktopgeometry.moc"
