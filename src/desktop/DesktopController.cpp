@@ -55,6 +55,13 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
             sync();
         }
     });
+    // The ring around a tile just added; the store clears it by itself.
+    connect(&m_services.grid, &GridStore::highlightedIDChanged, this, [this] {
+        const QUuid highlighted = m_services.grid.highlightedID();
+        for (auto& [id, entry] : m_panels) {
+            entry.panel->setHighlight(id == highlighted ? 1.0 : 0.0);
+        }
+    });
     connect(&m_services.ticker, &TickCoordinator::nowChanged, this,
             [this](const QDateTime& now) { advanceStacks(now); });
     connect(&m_services.displays, &Displays::didWake, this,

@@ -52,6 +52,7 @@ public:
     void setNow(const QDateTime& now);
     // The ring around a new tile, 0 (none) to 1.
     void setHighlight(double opacity);
+    double highlight() const { return m_highlight; }
     // A member of a stack shows its place among `count` as dots, and arrows while hovered;
     // a count below 2 shows neither.
     void setStackIndicator(int index, int count);

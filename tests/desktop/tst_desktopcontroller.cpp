@@ -117,6 +117,17 @@ private Q_SLOTS:
         QVERIFY(f.byKind(QStringLiteral("weather")).posY < f.byKind(QStringLiteral("clock")).posY);
     }
 
+    void aNewTileIsRingedForAWhile() {
+        Fixture f;
+        const auto added = f.grid->addFree(QStringLiteral("battery"), WidgetSize::small,
+                                           std::nullopt, QPointF(1500, 900));
+        QVERIFY(added);
+        f.grid->highlight(added->id);
+        QCOMPARE(f.controller->panel(added->id)->highlight(), 1.0);
+        f.scheduler.advance(GridStore::highlightDuration);
+        QCOMPARE(f.controller->panel(added->id)->highlight(), 0.0);
+    }
+
     void lockOnlyAndUnknownKindsGetNoPanel() {
         Fixture f;
         WidgetSettings lockOnly{{QStringLiteral("lockOnly"), QStringLiteral("true")}};
