@@ -3,7 +3,9 @@
 #include "faces/AnalogDial.h"
 #include "faces/FaceContext.h"
 #include "faces/FaceKit.h"
+#include "faces/PictureCache.h"
 
+#include <QFontMetricsF>
 #include <QLocale>
 #include <QPainter>
 
@@ -74,26 +76,57 @@ void ClockFace::paintDigital(QPainter& painter, const QRectF& rect, const FaceCo
         return;
     }
 
-    // The time takes most of the height; seconds sit beside it, smaller, on the same baseline.
+    // The time takes most of the height; seconds and the day half sit beside it, smaller.
     const qreal captionHeight =
         oneRow ? rect.height() * 0.24 : std::min<qreal>(rect.height() * 0.14, 22);
-    QRectF timeArea = rect.adjusted(0, captionHeight, 0, oneRow ? 0 : -captionHeight * 1.3);
-    if (seconds || !half.isEmpty()) {
-        timeArea.setWidth(timeArea.width() * 0.8);
-    }
-    const Qt::Alignment align = oneRow ? Qt::AlignLeft | Qt::AlignVCenter : Qt::AlignCenter;
-    if (!oneRow) {
-        timeArea.moveLeft(rect.left() + (rect.width() - timeArea.width()) / 2 -
-                          ((seconds || !half.isEmpty()) ? rect.width() * 0.06 : 0));
-    }
+    const QRectF timeArea = rect.adjusted(0, captionHeight, 0, oneRow ? 0 : -captionHeight * 1.3);
     const qreal maxSize = oneRow ? timeArea.height() * 1.2 : timeArea.height();
-    const QRectF used = FaceKit::drawFitted(painter, context, timeArea, time, QFont::Light,
-                                            context.primary(), align, maxSize);
+    const auto sideFont = [](qreal lineHeight) {
+        return FaceKit::font(std::max<qreal>(9, lineHeight * 0.3), QFont::Medium);
+    };
+    // The side column grows with the time, so both are fitted together: shrink the time until
+    // the time and its column share the width.
+    const auto fit = [&] {
+        qreal size = FaceKit::fittingPixelSize(time, timeArea.size(), QFont::Light, maxSize);
+        for (int pass = 0; pass < 4 && size > 6; ++pass) {
+            const QFontMetricsF metrics(FaceKit::font(size, QFont::Light));
+            const QFontMetricsF side(sideFont(metrics.height()));
+            const qreal sideWidth =
+                2 + std::max(seconds ? side.horizontalAdvance(secondsText) : 0.0,
+                             half.isEmpty() ? 0.0 : side.horizontalAdvance(half));
+            const qreal total = metrics.horizontalAdvance(time) + sideWidth;
+            if (total <= timeArea.width()) {
+                break;
+            }
+            size *= timeArea.width() / total * 0.98;
+        }
+        return size;
+    };
+    const qreal size = context.pictures == nullptr
+                           ? fit()
+                           : context.pictures->fittedSize(QStringLiteral("clock|%1|%2|%3|%4x%5")
+                                                              .arg(time, half)
+                                                              .arg(seconds)
+                                                              .arg(timeArea.width())
+                                                              .arg(timeArea.height()),
+                                                          fit);
+    const QFont timeFont = FaceKit::font(size, QFont::Light);
+    const QFontMetricsF timeMetrics(timeFont);
+    const QFont smallFont = sideFont(timeMetrics.height());
+    const QFontMetricsF smallMetrics(smallFont);
+    const qreal sideWidth =
+        (seconds || !half.isEmpty())
+            ? 2 + std::max(seconds ? smallMetrics.horizontalAdvance(secondsText) : 0.0,
+                           smallMetrics.horizontalAdvance(half))
+            : 0.0;
+    const qreal timeWidth = timeMetrics.horizontalAdvance(time);
+    const qreal left =
+        oneRow ? timeArea.left() : timeArea.left() + (timeArea.width() - timeWidth - sideWidth) / 2;
+    const QRectF used = FaceKit::drawText(
+        painter, context, QRectF(left, timeArea.top(), timeWidth + 1, timeArea.height()),
+        Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, time, timeFont, context.primary());
 
-    const qreal small = std::max<qreal>(9, used.height() * 0.3);
-    QRectF side(used.right() + 2, used.top(), rect.right() - used.right() - 2,
-                used.height() * 0.86);
-    const QFont smallFont = FaceKit::font(small, QFont::Medium);
+    const QRectF side(used.right() + 2, used.top(), sideWidth, used.height() * 0.86);
     if (seconds) {
         FaceKit::drawText(painter, context, side, Qt::AlignLeft | Qt::AlignBottom, secondsText,
                           smallFont, context.accent());
