@@ -1,43 +1,23 @@
 #include "ManualClock.h"
+#include "TarnwickProcess.h"
 #include "app/LaunchChain.h"
 #include "app/LaunchModes.h"
 #include "platform/null/MemoryDefaults.h"
 #include "tick/SnapshotClock.h"
 
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
 namespace {
 
-struct Run {
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
+using Run = tw::test::ProcessRun;
 
 // The real executable, with its preferences in a directory of its own.
 Run runTarnwick(const QStringList& arguments, const QString& home,
                 const QString& twkTime = QString()) {
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("HOME"), home);
-    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), home + QLatin1String("/.config"));
+    QProcessEnvironment environment = tw::test::isolatedEnvironment(home, twkTime);
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    environment.remove(QStringLiteral("TWK_TIME"));
-    if (!twkTime.isNull()) {
-        environment.insert(QStringLiteral("TWK_TIME"), twkTime);
-    }
-    process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(TARNWICK_EXECUTABLE), arguments);
-    Run run;
-    if (!process.waitForFinished(30000) || process.exitStatus() != QProcess::NormalExit) {
-        return run;
-    }
-    run.exitCode = process.exitCode();
-    run.out = QString::fromUtf8(process.readAllStandardOutput());
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    return run;
+    return tw::test::runProcess(QStringLiteral(TARNWICK_EXECUTABLE), arguments, environment);
 }
 
 const QString countsLine = QStringLiteral("widgets=51 sizes=9 themes=25\n");

@@ -1,40 +1,24 @@
 // The widget picture modes as the real executable runs them, with no display at all.
+#include "TarnwickProcess.h"
+
 #include <QCryptographicHash>
 #include <QFile>
 #include <QImage>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
 namespace {
 
-struct Run {
-    int exitCode = -1;
-    QString out;
-};
+using Run = tw::test::ProcessRun;
 
 // No display and no platform chosen: the mode must pick the offscreen platform itself.
 Run runTarnwick(const QStringList& arguments, const QString& home,
                 const QString& twkTime = QString()) {
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("HOME"), home);
-    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), home + QLatin1String("/.config"));
+    QProcessEnvironment environment = tw::test::isolatedEnvironment(home, twkTime);
     environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
     environment.remove(QStringLiteral("DISPLAY"));
     environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
-    environment.remove(QStringLiteral("TWK_TIME"));
-    if (!twkTime.isNull()) {
-        environment.insert(QStringLiteral("TWK_TIME"), twkTime);
-    }
-    process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(TARNWICK_EXECUTABLE), arguments);
-    Run run;
-    if (process.waitForFinished(30000) && process.exitStatus() == QProcess::NormalExit) {
-        run.exitCode = process.exitCode();
-        run.out = QString::fromUtf8(process.readAllStandardOutput());
-    }
-    return run;
+    return tw::test::runProcess(QStringLiteral(TARNWICK_EXECUTABLE), arguments, environment);
 }
 
 QByteArray digest(const QString& path) {
