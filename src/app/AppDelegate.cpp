@@ -95,6 +95,11 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
 
     m_scheduler = std::make_unique<QtScheduler>();
     m_settings = std::make_unique<AppSettings>(m_defaults);
+    // The settings store is QtCore-only; the application's state reaches it from here.
+    connect(qApp, &QGuiApplication::applicationStateChanged, m_settings.get(),
+            [this](Qt::ApplicationState state) {
+                m_settings->setAppActive(state == Qt::ApplicationActive);
+            });
     m_displays = std::make_unique<QtDisplays>();
     m_windowing = X11DesktopWindowing::create();
     m_workspace = std::make_unique<LinuxWorkspace>();
