@@ -720,31 +720,10 @@ QMenu* DesktopController::contextMenu(const QUuid& id) {
         this);
 }
 
-void DesktopController::setWidgetSize(const QUuid& id, WidgetSize size) {
-    const auto instance = m_services.grid.instance(id);
-    if (!instance || instance->size == size) {
-        return;
-    }
-    QList<QUuid> ids{id};
-    if (instance->stackID) {
-        ids.clear();
-        for (const WidgetInstance& member : m_services.grid.stackMembers(*instance->stackID)) {
-            ids.append(member.id);
-        }
-    }
-    writeSize(ids, size);
-}
-
 // The tile keeps its top-left corner; the sync that follows resizes the panels and the overlap
-// sweep moves whatever the bigger tile now covers.
-void DesktopController::writeSize(const QList<QUuid>& ids, WidgetSize size) {
-    GridLayout next = m_services.grid.layout();
-    for (WidgetInstance& instance : next.instances) {
-        if (ids.contains(instance.id)) {
-            instance.size = size;
-        }
-    }
-    m_services.grid.replaceLayout(next);
+// sweep moves whatever the bigger tile now covers. A stack is resized whole by the store.
+void DesktopController::setWidgetSize(const QUuid& id, WidgetSize size) {
+    m_services.grid.setSize({id}, size);
 }
 
 void DesktopController::setGlassStyle(ThemeStore::GlassStyle style) {

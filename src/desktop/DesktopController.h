@@ -162,7 +162,6 @@ private:
     QList<QRectF> otherTileRects(const QUuid& id) const;
     QList<ScreenInfo> screens() const;
     QRectF mainVisibleFrame() const;
-    void writeSize(const QList<QUuid>& ids, WidgetSize size);
 
     Services m_services;
     TileRenderer m_renderer;

@@ -108,6 +108,9 @@ public:
                                     const std::optional<ScreenInfo>& screen = std::nullopt) const;
     // Moves a tile, and the whole stack it is in, then saves.
     void updatePosition(const QUuid& id, double x, double y);
+    // Gives the tiles a new size, and with them every member of a stack any of them is in, since
+    // a stack holds one size; then saves, so the change can be undone like any other.
+    void setSize(const QList<QUuid>& ids, WidgetSize size);
 
     // Stacks: members sorted by stackIndex; the rhythm in seconds (0 when unknown).
     QList<WidgetInstance> stackMembers(const QUuid& stackID) const;

@@ -200,4 +200,30 @@ void GridStore::updatePosition(const QUuid& id, double x, double y) {
     save();
 }
 
+void GridStore::setSize(const QList<QUuid>& ids, WidgetSize size) {
+    QSet<QUuid> stacks;
+    for (const WidgetInstance& instance : m_layout.instances) {
+        if (instance.stackID && ids.contains(instance.id)) {
+            stacks.insert(*instance.stackID);
+        }
+    }
+    GridLayout next = m_layout;
+    bool changed = false;
+    for (WidgetInstance& instance : next.instances) {
+        const bool chosen =
+            ids.contains(instance.id) || (instance.stackID && stacks.contains(*instance.stackID));
+        if (chosen && instance.size != size) {
+            instance.size = size;
+            changed = true;
+        }
+    }
+    if (!changed) {
+        return;
+    }
+    // A larger tile may now cover cells of the settings grid that others hold.
+    normalizePlacements(next);
+    setLayout(std::move(next));
+    save();
+}
+
 } // namespace tw

@@ -248,10 +248,18 @@ private Q_SLOTS:
         const WidgetInstance clock = f.byKind(QStringLiteral("clock"));
         const WidgetInstance calendar = f.byKind(QStringLiteral("calendar"));
         f.grid->groupIntoStack(calendar.id, clock.id);
+        f.clock.advance(std::chrono::seconds(2));
+        const QSizeF before = f.controller->panel(clock.id)->frame().size();
         f.controller->setWidgetSize(calendar.id, WidgetSize::small);
         QCOMPARE(f.grid->instance(clock.id)->size, WidgetSize::small);
         QCOMPARE(f.grid->instance(calendar.id)->size, WidgetSize::small);
         QCOMPARE(f.controller->panel(clock.id)->frame().size(), QSizeF(96 + 44, 96 + 44));
+        // A resize is one step of history, and its undo gives the panels their old size.
+        QVERIFY(f.grid->undo());
+        QCOMPARE(f.grid->instance(clock.id)->size, clock.size);
+        QCOMPARE(f.grid->instance(calendar.id)->size, clock.size);
+        QVERIFY(f.grid->instance(calendar.id)->stackID.has_value());
+        QCOMPARE(f.controller->panel(clock.id)->frame().size(), before);
     }
 
     void contextMenuInItsOrder() {

@@ -140,6 +140,81 @@ private Q_SLOTS:
         QCOMPARE(lines().at(0), QStringLiteral("clock small 0,0 stack A#0 at 400.5,600"));
     }
 
+    void resizing_data() {
+        QTest::addColumn<bool>("stack");
+        QTest::addColumn<QList<int>>("indices");
+        QTest::addColumn<WidgetSize>("size");
+        QTest::addColumn<QStringList>("sizes");
+        const QStringList untouched = strings({"small", "small", "small", "small", "large"});
+        QTest::newRow("one tile") << false << QList<int>{2} << WidgetSize::wide
+                                  << strings({"small", "small", "wide", "small", "large"});
+        QTest::newRow("two tiles") << false << QList<int>{0, 4} << WidgetSize::tall
+                                   << strings({"tall", "small", "small", "small", "tall"});
+        QTest::newRow("one member takes its stack along")
+            << true << QList<int>{1} << WidgetSize::large
+            << strings({"large", "large", "small", "small", "large"});
+        QTest::newRow("a stack by all its members")
+            << true << QList<int>{0, 1} << WidgetSize::wide
+            << strings({"wide", "wide", "small", "small", "large"});
+        QTest::newRow("the size it has")
+            << false << QList<int>{0} << WidgetSize::small << untouched;
+        QTest::newRow("unknown id") << true << QList<int>{-1} << WidgetSize::wide << untouched;
+        QTest::newRow("nothing") << false << QList<int>{} << WidgetSize::wide << untouched;
+    }
+    void resizing() {
+        QFETCH(bool, stack);
+        QFETCH(QList<int>, indices);
+        QFETCH(WidgetSize, size);
+        QFETCH(QStringList, sizes);
+        if (stack) {
+            store->groupIntoStack(id(1), id(0));
+            f.pause();
+        }
+        const GridLayout before = store->layout();
+        const bool couldUndo = store->canUndo();
+        QList<QUuid> ids;
+        for (int index : std::as_const(indices)) {
+            ids.append(index < 0 ? QUuid::createUuid() : id(index));
+        }
+        QSignalSpy changes(store.get(), &GridStore::layoutChanged);
+        store->setSize(ids, size);
+
+        QStringList actual;
+        for (const WidgetInstance& instance : store->layout().instances) {
+            actual.append(rawValue(instance.size));
+            // A resize never moves a tile on the desktop.
+            const WidgetInstance& old = before.instances.at(actual.size() - 1);
+            QCOMPARE(instance.posX, old.posX);
+            QCOMPARE(instance.posY, old.posY);
+        }
+        QCOMPARE(actual, sizes);
+        // The settings grid stays free of overlaps however large a tile grew.
+        QSet<GridCell> occupied;
+        for (const WidgetInstance& instance : store->layout().instances) {
+            if (instance.col >= 0) {
+                const QSet<GridCell> cells =
+                    GridStore::cellsCovered(instance.col, instance.row, instance.size);
+                QVERIFY(!occupied.intersects(cells));
+                occupied.unite(cells);
+            }
+        }
+        if (store->layout() == before) {
+            QCOMPARE(changes.count(), 0);
+            QCOMPARE(store->canUndo(), couldUndo);
+            return;
+        }
+        const GridLayout after = store->layout();
+        // One ordinary step: undo brings the old sizes back, redo the new, and what came before
+        // the resize can still be undone.
+        QVERIFY(store->undo());
+        QCOMPARE(store->layout().instances, before.instances);
+        QCOMPARE(store->canUndo(), couldUndo);
+        QVERIFY(store->redo());
+        QCOMPARE(store->layout().instances, after.instances);
+        QVERIFY(store->undo());
+        QCOMPARE(store->layout().instances, before.instances);
+    }
+
     void stackSeconds() {
         store->groupIntoStack(id(1), id(0));
         const QUuid stack = *store->layout().instances.at(0).stackID;
