@@ -121,6 +121,36 @@ private Q_SLOTS:
         QCOMPARE(QtDisplays::toQt(internal, primary), qt);
     }
 
+    void uniqueIds_data() {
+        using Ids = QHash<QString, QString>;
+        QTest::addColumn<Ids>("read");
+        QTest::addColumn<Ids>("unique");
+        const QString twin = QStringLiteral("edid-0a1b2c3d4e5f6071");
+        const QString other = QStringLiteral("model-99aa88bb77cc66dd");
+        const QString dp1 = QStringLiteral("DP-1");
+        const QString dp2 = QStringLiteral("DP-2");
+        const QString hdmi = QStringLiteral("HDMI-1");
+        QTest::newRow("nothing read") << Ids{} << Ids{};
+        QTest::newRow("one monitor keeps its id") << Ids{{dp1, twin}} << Ids{{dp1, twin}};
+        QTest::newRow("different monitors keep theirs")
+            << Ids{{dp1, twin}, {hdmi, other}} << Ids{{dp1, twin}, {hdmi, other}};
+        QTest::newRow("twins: the second takes its connector")
+            << Ids{{dp2, twin}, {dp1, twin}}
+            << Ids{{dp1, twin}, {dp2, twin + QStringLiteral("-DP-2")}};
+        QTest::newRow("three twins beside another")
+            << Ids{{hdmi, twin}, {dp2, other}, {dp1, twin}, {QStringLiteral("DP-3"), twin}}
+            << Ids{{dp1, twin},
+                   {dp2, other},
+                   {QStringLiteral("DP-3"), twin + QStringLiteral("-DP-3")},
+                   {hdmi, twin + QStringLiteral("-HDMI-1")}};
+    }
+    void uniqueIds() {
+        using Ids = QHash<QString, QString>;
+        QFETCH(Ids, read);
+        QFETCH(Ids, unique);
+        QCOMPARE(QtDisplays::uniqueIds(read), unique);
+    }
+
     void screensOfTheRunningSession() {
         QtDisplays displays;
         const QList<ScreenInfo> screens = displays.screens();

@@ -7,6 +7,7 @@
 #include <QGuiApplication>
 #include <QLoggingCategory>
 #include <QScreen>
+#include <QSet>
 
 namespace tw {
 
@@ -93,6 +94,22 @@ QRectF QtDisplays::toQt(const QRectF& internalRect) const {
     return toQt(internalRect, primaryGeometry());
 }
 
+QHash<QString, QString> QtDisplays::uniqueIds(const QHash<QString, QString>& idsByName) {
+    QStringList names = idsByName.keys();
+    names.sort();
+    QSet<QString> taken;
+    QHash<QString, QString> result;
+    for (const QString& name : std::as_const(names)) {
+        QString id = idsByName.value(name);
+        if (taken.contains(id)) {
+            id += QLatin1Char('-') + name;
+        }
+        taken.insert(id);
+        result.insert(name, id);
+    }
+    return result;
+}
+
 void QtDisplays::watch(QScreen* screen) {
     connect(screen, &QScreen::geometryChanged, this, &Displays::screensChanged);
     connect(screen, &QScreen::availableGeometryChanged, this, &Displays::screensChanged);
@@ -116,6 +133,7 @@ void QtDisplays::refreshIdentities() {
             m_idsByName.insert(name, QStringLiteral("model-") + shortHash(identity.toUtf8()));
         }
     }
+    m_idsByName = uniqueIds(m_idsByName);
 }
 
 void QtDisplays::listenForSleep() {

@@ -26,6 +26,11 @@ public:
     // The same against the primary screen of this moment.
     QRectF toQt(const QRectF& internalRect) const;
 
+    // Ids by screen name, made unique: of screens sharing an id (twin monitors without serial
+    // numbers), the one whose name sorts first keeps it and the others add "-" and their name,
+    // so that neither a lone monitor nor a change of primary screen changes an id.
+    static QHash<QString, QString> uniqueIds(const QHash<QString, QString>& idsByName);
+
 private Q_SLOTS:
     void onPrepareForSleep(bool start);
 
