@@ -154,6 +154,7 @@ bool TopologyMemory::isVisitor(const QUuid& id, const QList<LayoutDisplay>& disp
 }
 
 void TopologyMemory::load() {
+    AtomicFile::removeStaleTemporaries(m_filePath);
     if (!QFileInfo::exists(m_filePath)) {
         return;
     }
@@ -208,6 +209,7 @@ void TopologyMemory::load() {
 }
 
 void TopologyMemory::loadHomes() {
+    AtomicFile::removeStaleTemporaries(m_homesPath);
     const auto document = readJson(m_homesPath);
     if (!document || !document->isArray()) {
         return;

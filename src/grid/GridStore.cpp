@@ -66,6 +66,8 @@ GridStore::GridStore(const Services& services, const QString& fileURL, SharedSta
 }
 
 GridLayout GridStore::load() {
+    // A crash in the middle of a save leaves its temporary file behind.
+    AtomicFile::removeStaleTemporaries(m_fileURL);
     std::optional<GridLayout> decoded;
     QFile file(m_fileURL);
     if (file.open(QIODevice::ReadOnly)) {

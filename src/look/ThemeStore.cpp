@@ -65,6 +65,7 @@ void ThemeStore::load() {
         }
     }
 
+    AtomicFile::removeStaleTemporaries(m_filePath);
     QFile file(m_filePath);
     if (!file.exists()) {
         return;

@@ -1,6 +1,8 @@
 #include "platform/AtomicFile.h"
 
+#include <QDir>
 #include <QFileInfo>
+#include <QLoggingCategory>
 #include <QSaveFile>
 
 #include <cerrno>
@@ -11,6 +13,32 @@
 namespace tw {
 
 namespace {
+Q_LOGGING_CATEGORY(lcAtomicFile, "AtomicFile")
+
+// QSaveFile names its temporary file after the target with "." and six random ASCII letters.
+constexpr qsizetype kTemporarySuffixLength = 6;
+
+// A name of one of the temporaries of `fileName`. A word such as "backup" or "BACKUP" (a copy
+// someone made by hand) is never one: a random name mixes both cases in all but 1 of 32 cases,
+// and a temporary of that rare kind only stays behind as clutter.
+bool isTemporaryName(const QString& name, const QString& fileName) {
+    if (name.size() != fileName.size() + 1 + kTemporarySuffixLength || !name.startsWith(fileName) ||
+        name.at(fileName.size()) != QLatin1Char('.')) {
+        return false;
+    }
+    bool upper = false;
+    bool lower = false;
+    for (const QChar c : QStringView(name).right(kTemporarySuffixLength)) {
+        const bool isUpper = c >= QLatin1Char('A') && c <= QLatin1Char('Z');
+        const bool isLower = c >= QLatin1Char('a') && c <= QLatin1Char('z');
+        if (!isUpper && !isLower) {
+            return false;
+        }
+        upper = upper || isUpper;
+        lower = lower || isLower;
+    }
+    return upper && lower;
+}
 
 AtomicFile::Result failure(const QString& path, const char* step, const QString& reason) {
     return {QStringLiteral("%1: %2 failed: %3").arg(path, QLatin1String(step), reason)};
@@ -57,6 +85,27 @@ AtomicFile::Result AtomicFile::write(const QString& path, const QByteArray& byte
     }
     syncDirectory(path);
     return {};
+}
+
+int AtomicFile::removeStaleTemporaries(const QString& path) {
+    const QFileInfo info(path);
+    const QString fileName = info.fileName();
+    const QDir dir = info.dir();
+    int removed = 0;
+    const QStringList names = dir.entryList(QDir::Files | QDir::Hidden | QDir::NoSymLinks);
+    for (const QString& name : names) {
+        if (!isTemporaryName(name, fileName)) {
+            continue;
+        }
+        if (QFile::remove(dir.filePath(name))) {
+            ++removed;
+            qCInfo(lcAtomicFile, "removed %s, left by an interrupted write",
+                   qUtf8Printable(dir.filePath(name)));
+        } else {
+            qCWarning(lcAtomicFile, "could not remove %s", qUtf8Printable(dir.filePath(name)));
+        }
+    }
+    return removed;
 }
 
 } // namespace tw

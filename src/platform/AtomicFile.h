@@ -23,6 +23,11 @@ public:
     // (flush and sync), and only then renames it over `path`. On failure `path` is untouched and
     // the temporary file removed.
     static Result write(const QString& path, const QByteArray& bytes);
+
+    // Deletes the temporary files that a write of `path` cut short by a crash left beside it,
+    // "<file name>." and six letters, and nothing else; gives how many went. Call it once, before
+    // the first write, while no write of `path` can be under way.
+    static int removeStaleTemporaries(const QString& path);
 };
 
 } // namespace tw

@@ -86,6 +86,20 @@ private Q_SLOTS:
         QCOMPARE(f.files(), files);
     }
 
+    void aSaveCutShortLeavesNothingBehindAtTheNextStart() {
+        GridFixture f;
+        f.writeGrid(QByteArray(R"({"instances":[{"kind":"moon","size":"small"}]})"));
+        for (const char* name : {"grid.json.qWhTzB", "grid.json.backup"}) {
+            QFile file(f.dir.filePath(QString::fromLatin1(name)));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write("{\"instances\":[");
+        }
+        auto store = f.appStore();
+        QCOMPARE(dump(store->layout()), strings({"moon small 0,0"}));
+        QCOMPARE(f.files(),
+                 (QStringList{QStringLiteral("grid.json"), QStringLiteral("grid.json.backup")}));
+    }
+
     void aBadInstanceCostsOnlyItself() {
         GridFixture f;
         f.writeGrid(QByteArray(R"({"instances":[{"kind":"clock","size":"enormous"},

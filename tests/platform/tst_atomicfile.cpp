@@ -163,6 +163,70 @@ private Q_SLOTS:
         QVERIFY(umount(root.constData()) == 0);
     }
 
+    void removesOnlyStaleTemporaries_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<bool>("removed");
+        const QString file = QStringLiteral("file");
+        // Names QSaveFile gave its temporaries in a trial run.
+        QTest::newRow("temporary") << QStringLiteral("grid.json.LHJYuG") << file << true;
+        QTest::newRow("another temporary") << QStringLiteral("grid.json.uoUMzF") << file << true;
+        QTest::newRow("a copy made by hand") << QStringLiteral("grid.json.backup") << file << false;
+        QTest::newRow("in capitals") << QStringLiteral("grid.json.BACKUP") << file << false;
+        QTest::newRow("seven letters") << QStringLiteral("grid.json.corrupt") << file << false;
+        QTest::newRow("five letters") << QStringLiteral("grid.json.AbCdE") << file << false;
+        QTest::newRow("a digit") << QStringLiteral("grid.json.Ab3dEf") << file << false;
+        QTest::newRow("not ASCII")
+            << QStringLiteral("grid.json.") + QChar(0x00C4) + QStringLiteral("bCdEf") << file
+            << false;
+        QTest::newRow("quarantined") << QStringLiteral("grid.json.AbCdEf.corrupt") << file << false;
+        QTest::newRow("no dot") << QStringLiteral("grid.jsonxAbCdEf") << file << false;
+        QTest::newRow("longer name") << QStringLiteral("xgrid.json.AbCdEf") << file << false;
+        QTest::newRow("other case") << QStringLiteral("Grid.json.AbCdEf") << file << false;
+        QTest::newRow("another file's") << QStringLiteral("theme.json.AbCdEf") << file << false;
+        QTest::newRow("a directory")
+            << QStringLiteral("grid.json.AbCdEf") << QStringLiteral("dir") << false;
+        QTest::newRow("a link") << QStringLiteral("grid.json.AbCdEf") << QStringLiteral("link")
+                                << false;
+    }
+    void removesOnlyStaleTemporaries() {
+        QFETCH(QString, name);
+        QFETCH(QString, kind);
+        QFETCH(bool, removed);
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("grid.json"));
+        const QString other = dir.filePath(QStringLiteral("notes.txt"));
+        QVERIFY(writeFile(path, QByteArrayLiteral("{}")));
+        QVERIFY(writeFile(other, QByteArrayLiteral("keep")));
+        const QString candidate = dir.filePath(name);
+        if (kind == QStringLiteral("dir")) {
+            QVERIFY(QDir().mkdir(candidate));
+        } else if (kind == QStringLiteral("link")) {
+            QVERIFY(QFile::link(other, candidate));
+        } else {
+            QVERIFY(writeFile(candidate, QByteArrayLiteral("{\"half")));
+        }
+        QCOMPARE(tw::AtomicFile::removeStaleTemporaries(path), removed ? 1 : 0);
+        QCOMPARE(QFileInfo::exists(candidate), !removed);
+        QCOMPARE(readAll(path), QByteArrayLiteral("{}"));
+        QCOMPARE(readAll(other), QByteArrayLiteral("keep"));
+    }
+
+    void removesEveryTemporaryWithoutTheFileItself() {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("grid.json"));
+        for (const char* name : {"grid.json.LHJYuG", "grid.json.uoUMzF", "grid.json.backup"}) {
+            QVERIFY(writeFile(dir.filePath(QString::fromLatin1(name)), QByteArrayLiteral("{")));
+        }
+        QCOMPARE(tw::AtomicFile::removeStaleTemporaries(path), 2);
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files),
+                 QStringList{QStringLiteral("grid.json.backup")});
+        QCOMPARE(tw::AtomicFile::removeStaleTemporaries(path), 0);
+        QCOMPARE(
+            tw::AtomicFile::removeStaleTemporaries(dir.filePath(QStringLiteral("gone/grid.json"))),
+            0);
+    }
+
 private:
     static bool AtomicFileWrite(const QString& path, const QByteArray& bytes) {
         const auto result = tw::AtomicFile::write(path, bytes);
