@@ -81,6 +81,8 @@ void ClockFace::paintDigital(QPainter& painter, const QRectF& rect, const FaceCo
         oneRow ? rect.height() * 0.24 : std::min<qreal>(rect.height() * 0.14, 22);
     const QRectF timeArea = rect.adjusted(0, captionHeight, 0, oneRow ? 0 : -captionHeight * 1.3);
     const qreal maxSize = oneRow ? timeArea.height() * 1.2 : timeArea.height();
+    // Digits are tabular, so one sample measures every second.
+    const QString secondsSample = QStringLiteral(":00");
     const auto sideFont = [](qreal lineHeight) {
         return FaceKit::font(std::max<qreal>(9, lineHeight * 0.3), QFont::Medium);
     };
@@ -92,7 +94,7 @@ void ClockFace::paintDigital(QPainter& painter, const QRectF& rect, const FaceCo
             const QFontMetricsF metrics(FaceKit::font(size, QFont::Light));
             const QFontMetricsF side(sideFont(metrics.height()));
             const qreal sideWidth =
-                2 + std::max(seconds ? side.horizontalAdvance(secondsText) : 0.0,
+                2 + std::max(seconds ? side.horizontalAdvance(secondsSample) : 0.0,
                              half.isEmpty() ? 0.0 : side.horizontalAdvance(half));
             const qreal total = metrics.horizontalAdvance(time) + sideWidth;
             if (total <= timeArea.width()) {
@@ -102,24 +104,28 @@ void ClockFace::paintDigital(QPainter& painter, const QRectF& rect, const FaceCo
         }
         return size;
     };
-    const qreal size = context.pictures == nullptr
-                           ? fit()
-                           : context.pictures->fittedSize(QStringLiteral("clock|%1|%2|%3|%4x%5")
-                                                              .arg(time, half)
-                                                              .arg(seconds)
-                                                              .arg(timeArea.width())
-                                                              .arg(timeArea.height()),
-                                                          fit);
+    // Everything measured here changes once a minute at most, so it is kept with the pictures.
+    const QString key = QStringLiteral("clock|%1|%2|%3|%4x%5")
+                            .arg(time, half)
+                            .arg(seconds)
+                            .arg(timeArea.width())
+                            .arg(timeArea.height());
+    const auto cached = [&](const QString& part, auto compute) {
+        return context.pictures == nullptr ? compute()
+                                           : context.pictures->fittedSize(key + part, compute);
+    };
+    const qreal size = cached(QStringLiteral("|size"), fit);
     const QFont timeFont = FaceKit::font(size, QFont::Light);
-    const QFontMetricsF timeMetrics(timeFont);
-    const QFont smallFont = sideFont(timeMetrics.height());
-    const QFontMetricsF smallMetrics(smallFont);
-    const qreal sideWidth =
-        (seconds || !half.isEmpty())
-            ? 2 + std::max(seconds ? smallMetrics.horizontalAdvance(secondsText) : 0.0,
-                           smallMetrics.horizontalAdvance(half))
-            : 0.0;
-    const qreal timeWidth = timeMetrics.horizontalAdvance(time);
+    const QFont smallFont = sideFont(QFontMetricsF(timeFont).height());
+    const qreal timeWidth = cached(QStringLiteral("|time"),
+                                   [&] { return QFontMetricsF(timeFont).horizontalAdvance(time); });
+    const qreal sideWidth = cached(QStringLiteral("|side"), [&] {
+        const QFontMetricsF side(smallFont);
+        return (seconds || !half.isEmpty())
+                   ? 2 + std::max(seconds ? side.horizontalAdvance(secondsSample) : 0.0,
+                                  side.horizontalAdvance(half))
+                   : 0.0;
+    });
     const qreal left =
         oneRow ? timeArea.left() : timeArea.left() + (timeArea.width() - timeWidth - sideWidth) / 2;
     const QRectF used = FaceKit::drawText(
