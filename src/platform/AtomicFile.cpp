@@ -3,11 +3,14 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QLoggingCategory>
-#include <QSaveFile>
+#include <QRandomGenerator>
 
+#include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace tw {
@@ -15,29 +18,45 @@ namespace tw {
 namespace {
 Q_LOGGING_CATEGORY(lcAtomicFile, "AtomicFile")
 
-// QSaveFile names its temporary file after the target with "." and six random ASCII letters.
-constexpr qsizetype kTemporarySuffixLength = 6;
+// Temporaries are "<file name>.<pid>-<8 hex digits>.tarnwick-partial": no name a person or
+// another program gives a copy of a data file looks like that.
+const QString kTemporaryEnding = QStringLiteral(".tarnwick-partial");
+constexpr qsizetype kTokenLength = 8;
+constexpr int kMaxLinks = 32;
+constexpr int kNameAttempts = 16;
 
-// A name of one of the temporaries of `fileName`. A word such as "backup" or "BACKUP" (a copy
-// someone made by hand) is never one: a random name mixes both cases in all but 1 of 32 cases,
-// and a temporary of that rare kind only stays behind as clutter.
-bool isTemporaryName(const QString& name, const QString& fileName) {
-    if (name.size() != fileName.size() + 1 + kTemporarySuffixLength || !name.startsWith(fileName) ||
-        name.at(fileName.size()) != QLatin1Char('.')) {
-        return false;
+QString temporaryPath(const QString& target) {
+    const QString token = QString::number(QRandomGenerator::global()->generate(), 16)
+                              .rightJustified(kTokenLength, QLatin1Char('0'));
+    return target + QLatin1Char('.') + QString::number(::getpid()) + QLatin1Char('-') + token +
+           kTemporaryEnding;
+}
+
+// The id of the process that wrote the temporary `name` of `fileName`, or 0 when `name` is not
+// one of the temporaries of that file.
+pid_t writerOf(const QString& name, const QString& fileName) {
+    if (!name.startsWith(fileName + QLatin1Char('.')) || !name.endsWith(kTemporaryEnding)) {
+        return 0;
     }
-    bool upper = false;
-    bool lower = false;
-    for (const QChar c : QStringView(name).right(kTemporarySuffixLength)) {
-        const bool isUpper = c >= QLatin1Char('A') && c <= QLatin1Char('Z');
-        const bool isLower = c >= QLatin1Char('a') && c <= QLatin1Char('z');
-        if (!isUpper && !isLower) {
-            return false;
+    const QStringView middle =
+        QStringView(name).sliced(fileName.size() + 1).chopped(kTemporaryEnding.size());
+    const qsizetype dash = middle.indexOf(QLatin1Char('-'));
+    if (dash < 1 || middle.size() - dash - 1 != kTokenLength) {
+        return 0;
+    }
+    for (const QChar c : middle.sliced(dash + 1)) {
+        if (!((c >= QLatin1Char('0') && c <= QLatin1Char('9')) ||
+              (c >= QLatin1Char('a') && c <= QLatin1Char('f')))) {
+            return 0;
         }
-        upper = upper || isUpper;
-        lower = lower || isLower;
     }
-    return upper && lower;
+    bool ok = false;
+    const int pid = middle.first(dash).toInt(&ok);
+    return ok && pid > 0 ? pid : 0;
+}
+
+bool isRunning(pid_t pid) {
+    return ::kill(pid, 0) == 0 || errno == EPERM;
 }
 
 AtomicFile::Result failure(const QString& path, const char* step, const QString& reason) {
@@ -59,31 +78,85 @@ void syncDirectory(const QString& path) {
     }
 }
 
+// Removes the temporary file unless it was renamed into place.
+struct Temporary {
+    QByteArray path;
+    int fd = -1;
+    bool committed = false;
+
+    ~Temporary() {
+        if (fd >= 0) {
+            ::close(fd);
+        }
+        if (!committed && !path.isEmpty()) {
+            ::unlink(path.constData());
+        }
+    }
+};
+
 } // namespace
 
 AtomicFile::Result AtomicFile::write(const QString& path, const QByteArray& bytes) {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        return failure(path, "open", file.errorString());
+    // A data file someone keeps elsewhere and links here is written where it really lives.
+    QString target = path;
+    for (int hops = 0; QFileInfo(target).isSymLink(); ++hops) {
+        if (hops == kMaxLinks) {
+            return failure(path, "open", QStringLiteral("too many levels of links"));
+        }
+        target = QFileInfo(target).symLinkTarget();
     }
-    // QSaveFile buffers, and an error of the final flush inside commit() goes unnoticed: on a
-    // full disk it would rename an empty file over the good one. So every step is checked here,
-    // before commit() is allowed to rename; the destructor removes the temporary file otherwise.
-    if (file.write(bytes) != bytes.size()) {
-        return failure(path, "write", file.errorString());
+    struct stat existing {};
+    const bool exists = ::stat(QFile::encodeName(target).constData(), &existing) == 0;
+    if (exists && !S_ISREG(existing.st_mode)) {
+        return failure(path, "open", QStringLiteral("not a regular file, left alone"));
     }
-    if (!file.flush() || file.error() != QFileDevice::NoError) {
-        return failure(path, "flush", file.errorString());
+    if (!exists && target != path) {
+        return failure(path, "open", QStringLiteral("a link to nothing, left alone"));
     }
-    while (::fsync(file.handle()) != 0) {
+
+    Temporary temporary;
+    for (int attempt = 0; temporary.fd < 0 && attempt < kNameAttempts; ++attempt) {
+        temporary.path = QFile::encodeName(temporaryPath(target));
+        temporary.fd = ::open(temporary.path.constData(),
+                              O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOCTTY, 0666);
+        if (temporary.fd < 0 && errno != EEXIST) {
+            const int error = errno;
+            temporary.path.clear();
+            return failure(path, "open", errnoText(error));
+        }
+    }
+    if (temporary.fd < 0) {
+        temporary.path.clear();
+        return failure(path, "open", errnoText(EEXIST));
+    }
+    if (exists) {
+        // Best effort: the new file keeps the old one's permissions.
+        ::fchmod(temporary.fd, existing.st_mode & 07777);
+    }
+    for (qsizetype done = 0; done < bytes.size();) {
+        const ssize_t n = ::write(temporary.fd, bytes.constData() + done,
+                                  static_cast<size_t>(bytes.size() - done));
+        if (n < 0 && errno != EINTR) {
+            return failure(path, "write", errnoText(errno));
+        }
+        done += std::max<ssize_t>(n, 0);
+    }
+    while (::fsync(temporary.fd) != 0) {
         if (errno != EINTR) {
             return failure(path, "sync", errnoText(errno));
         }
     }
-    if (!file.commit()) {
-        return failure(path, "commit", file.errorString());
+    // Some file systems report a failed write only at close; the descriptor is gone either way.
+    const int closed = ::close(temporary.fd);
+    temporary.fd = -1;
+    if (closed != 0) {
+        return failure(path, "close", errnoText(errno));
     }
-    syncDirectory(path);
+    if (::rename(temporary.path.constData(), QFile::encodeName(target).constData()) != 0) {
+        return failure(path, "rename", errnoText(errno));
+    }
+    temporary.committed = true;
+    syncDirectory(target);
     return {};
 }
 
@@ -94,7 +167,9 @@ int AtomicFile::removeStaleTemporaries(const QString& path) {
     int removed = 0;
     const QStringList names = dir.entryList(QDir::Files | QDir::Hidden | QDir::NoSymLinks);
     for (const QString& name : names) {
-        if (!isTemporaryName(name, fileName)) {
+        const pid_t writer = writerOf(name, fileName);
+        // A write of another process that is still running may be under way.
+        if (writer == 0 || (writer != ::getpid() && isRunning(writer))) {
             continue;
         }
         if (QFile::remove(dir.filePath(name))) {

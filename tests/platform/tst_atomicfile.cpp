@@ -1,6 +1,7 @@
 #include "FaultShim.h"
 #include "platform/AtomicFile.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -10,6 +11,9 @@
 #include <fcntl.h>
 #include <sched.h>
 #include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -92,15 +96,11 @@ private Q_SLOTS:
         QTest::addColumn<int>("error");
         QTest::addColumn<int>("size");
         QTest::addColumn<QString>("step");
-        const int buffered = 200;  // stays in QSaveFile's buffer until the flush
-        const int direct = 100000; // goes to write() at once
-        QTest::newRow("write ENOSPC, buffered")
-            << int(TwFaultWrite) << ENOSPC << buffered << "flush";
-        QTest::newRow("write ENOSPC, direct") << int(TwFaultWrite) << ENOSPC << direct << "write";
-        QTest::newRow("write EIO, buffered") << int(TwFaultWrite) << EIO << buffered << "flush";
-        QTest::newRow("write EIO, direct") << int(TwFaultWrite) << EIO << direct << "write";
-        QTest::newRow("fsync EIO") << int(TwFaultSync) << EIO << buffered << "sync";
-        QTest::newRow("fsync ENOSPC") << int(TwFaultSync) << ENOSPC << direct << "sync";
+        QTest::newRow("write ENOSPC, small") << int(TwFaultWrite) << ENOSPC << 200 << "write";
+        QTest::newRow("write EIO, large") << int(TwFaultWrite) << EIO << 100000 << "write";
+        QTest::newRow("fsync EIO") << int(TwFaultSync) << EIO << 200 << "sync";
+        QTest::newRow("fsync ENOSPC") << int(TwFaultSync) << ENOSPC << 100000 << "sync";
+        QTest::newRow("close EIO") << int(TwFaultClose) << EIO << 200 << "close";
     }
     void keepsTheOldBytesOnAFault() {
         QFETCH(int, calls);
@@ -112,7 +112,7 @@ private Q_SLOTS:
         const QByteArray old = payload(3000, 'o');
         QVERIFY(tw::AtomicFile::write(path, old));
 
-        twfault_arm(calls, error, -1, QFile::encodeName(dir.path()).constData());
+        twfault_arm(calls, error, 1, QFile::encodeName(dir.path()).constData());
         const auto result = tw::AtomicFile::write(path, payload(size, 'n'));
         twfault_disarm();
         QVERIFY(twfault_failures() > 0);
@@ -163,31 +163,36 @@ private Q_SLOTS:
         QVERIFY(umount(root.constData()) == 0);
     }
 
+    // Only what this class can have left is removed: its own pattern, from a process that is gone.
     void removesOnlyStaleTemporaries_data() {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("kind");
         QTest::addColumn<bool>("removed");
         const QString file = QStringLiteral("file");
-        // Names QSaveFile gave its temporaries in a trial run.
-        QTest::newRow("temporary") << QStringLiteral("grid.json.LHJYuG") << file << true;
-        QTest::newRow("another temporary") << QStringLiteral("grid.json.uoUMzF") << file << true;
-        QTest::newRow("a copy made by hand") << QStringLiteral("grid.json.backup") << file << false;
-        QTest::newRow("in capitals") << QStringLiteral("grid.json.BACKUP") << file << false;
-        QTest::newRow("seven letters") << QStringLiteral("grid.json.corrupt") << file << false;
-        QTest::newRow("five letters") << QStringLiteral("grid.json.AbCdE") << file << false;
-        QTest::newRow("a digit") << QStringLiteral("grid.json.Ab3dEf") << file << false;
-        QTest::newRow("not ASCII")
-            << QStringLiteral("grid.json.") + QChar(0x00C4) + QStringLiteral("bCdEf") << file
-            << false;
-        QTest::newRow("quarantined") << QStringLiteral("grid.json.AbCdEf.corrupt") << file << false;
-        QTest::newRow("no dot") << QStringLiteral("grid.jsonxAbCdEf") << file << false;
-        QTest::newRow("longer name") << QStringLiteral("xgrid.json.AbCdEf") << file << false;
-        QTest::newRow("other case") << QStringLiteral("Grid.json.AbCdEf") << file << false;
-        QTest::newRow("another file's") << QStringLiteral("theme.json.AbCdEf") << file << false;
-        QTest::newRow("a directory")
-            << QStringLiteral("grid.json.AbCdEf") << QStringLiteral("dir") << false;
-        QTest::newRow("a link") << QStringLiteral("grid.json.AbCdEf") << QStringLiteral("link")
-                                << false;
+        const QString gone = QStringLiteral("grid.json.4194305-0a1b2c3d.tarnwick-partial");
+        const QString mine = QStringLiteral("grid.json.%1-0a1b2c3d.tarnwick-partial")
+                                 .arg(QCoreApplication::applicationPid());
+        QTest::newRow("of a process that is gone") << gone << file << true;
+        QTest::newRow("of this process, from before") << mine << file << true;
+        QTest::newRow("of a running process")
+            << QStringLiteral("grid.json.1-0a1b2c3d.tarnwick-partial") << file << false;
+        QTest::newRow("a copy in mixed case")
+            << QStringLiteral("grid.json.Backup") << file << false;
+        QTest::newRow("another copy") << QStringLiteral("grid.json.MyCopy") << file << false;
+        QTest::newRow("six random letters") << QStringLiteral("grid.json.LHJYuG") << file << false;
+        QTest::newRow("quarantined") << gone + QStringLiteral(".corrupt") << file << false;
+        QTest::newRow("capital hex")
+            << QStringLiteral("grid.json.4194305-0A1B2C3D.tarnwick-partial") << file << false;
+        QTest::newRow("short token")
+            << QStringLiteral("grid.json.4194305-0a1b2c3.tarnwick-partial") << file << false;
+        QTest::newRow("no process")
+            << QStringLiteral("grid.json.-0a1b2c3d.tarnwick-partial") << file << false;
+        QTest::newRow("another file's")
+            << QStringLiteral("theme.json.4194305-0a1b2c3d.tarnwick-partial") << file << false;
+        QTest::newRow("a longer name")
+            << QStringLiteral("xgrid.json.4194305-0a1b2c3d.tarnwick-partial") << file << false;
+        QTest::newRow("a directory") << gone << QStringLiteral("dir") << false;
+        QTest::newRow("a link") << gone << QStringLiteral("link") << false;
     }
     void removesOnlyStaleTemporaries() {
         QFETCH(QString, name);
@@ -212,19 +217,69 @@ private Q_SLOTS:
         QCOMPARE(readAll(other), QByteArrayLiteral("keep"));
     }
 
-    void removesEveryTemporaryWithoutTheFileItself() {
+    // A process killed in the middle of a write leaves a temporary that the next start removes,
+    // and only that.
+    void aWriteCutShortIsCleanedUpAtTheNextStart() {
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("grid.json"));
-        for (const char* name : {"grid.json.LHJYuG", "grid.json.uoUMzF", "grid.json.backup"}) {
-            QVERIFY(writeFile(dir.filePath(QString::fromLatin1(name)), QByteArrayLiteral("{")));
+        QVERIFY(writeFile(path, "{}"));
+        QVERIFY(writeFile(dir.filePath(QStringLiteral("grid.json.Backup")), "{"));
+        const pid_t child = fork();
+        if (child == 0) {
+            // The kernel kills the writer with SIGXFSZ once the file passes 4 KiB.
+            const rlimit limit{4096, 4096};
+            setrlimit(RLIMIT_FSIZE, &limit);
+            tw::AtomicFile::write(path, QByteArray(100000, 'x'));
+            _exit(0);
         }
-        QCOMPARE(tw::AtomicFile::removeStaleTemporaries(path), 2);
-        QCOMPARE(QDir(dir.path()).entryList(QDir::Files),
-                 QStringList{QStringLiteral("grid.json.backup")});
-        QCOMPARE(tw::AtomicFile::removeStaleTemporaries(path), 0);
-        QCOMPARE(
-            tw::AtomicFile::removeStaleTemporaries(dir.filePath(QStringLiteral("gone/grid.json"))),
-            0);
+        QVERIFY(child > 0);
+        int status = 0;
+        QCOMPARE(waitpid(child, &status, 0), child);
+        QVERIFY(WIFSIGNALED(status));
+        QCOMPARE(strays(dir.path(), QStringLiteral("grid.json")).size(), 2);
+        QCOMPARE(tw::AtomicFile::removeStaleTemporaries(path), 1);
+        QCOMPARE(strays(dir.path(), QStringLiteral("grid.json")),
+                 QStringList{QStringLiteral("grid.json.Backup")});
+        QCOMPARE(readAll(path), QByteArrayLiteral("{}"));
+    }
+
+    // Nothing but a regular file (or a link to one) is ever replaced.
+    void writesOverNothingButARegularFile_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<bool>("written");
+        QTest::newRow("a link to a file") << "link" << true;
+        QTest::newRow("a directory") << "dir" << false;
+        QTest::newRow("a FIFO") << "fifo" << false;
+        QTest::newRow("a link to nothing") << "dangling" << false;
+        QTest::newRow("a link to /dev/null") << "device" << false;
+    }
+    void writesOverNothingButARegularFile() {
+        QFETCH(QString, kind);
+        QFETCH(bool, written);
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("grid.json"));
+        const QString elsewhere = dir.filePath(QStringLiteral("kept/grid.json"));
+        QVERIFY(QDir().mkpath(QFileInfo(elsewhere).path()));
+        if (kind == QStringLiteral("link")) {
+            QVERIFY(writeFile(elsewhere, "{}"));
+            QVERIFY(QFile::link(elsewhere, path));
+        } else if (kind == QStringLiteral("dir")) {
+            QVERIFY(QDir().mkdir(path));
+        } else if (kind == QStringLiteral("fifo")) {
+            QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+        } else if (kind == QStringLiteral("dangling")) {
+            QVERIFY(QFile::link(elsewhere, path));
+        } else {
+            QVERIFY(QFile::link(QStringLiteral("/dev/null"), path));
+        }
+        const QFileInfo before(path);
+        const auto result = tw::AtomicFile::write(path, QByteArrayLiteral("{\"a\":1}"));
+        QCOMPARE(result.ok(), written);
+        const QFileInfo after(path);
+        QCOMPARE(after.isSymLink(), before.isSymLink());
+        QCOMPARE(after.isDir(), before.isDir());
+        QCOMPARE(readAll(elsewhere), written ? QByteArrayLiteral("{\"a\":1}") : QByteArray());
+        QCOMPARE(strays(QFileInfo(elsewhere).path(), QStringLiteral("grid.json")), QStringList());
     }
 
 private:
