@@ -5,6 +5,7 @@
 #include "platform/AppPaths.h"
 #include "platform/AtomicFile.h"
 #include "platform/Clock.h"
+#include "platform/DataFile.h"
 
 #include <QDir>
 #include <QFile>
@@ -21,13 +22,9 @@ namespace tw {
 namespace {
 Q_LOGGING_CATEGORY(lcTopology, "Topology")
 
-std::optional<QJsonDocument> readJson(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return std::nullopt;
-    }
+std::optional<QJsonDocument> parseJson(const QByteArray& bytes) {
     QJsonParseError error{};
-    QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
+    QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
     if (error.error != QJsonParseError::NoError) {
         return std::nullopt;
     }
@@ -154,20 +151,22 @@ bool TopologyMemory::isVisitor(const QUuid& id, const QList<LayoutDisplay>& disp
 }
 
 void TopologyMemory::load() {
-    AtomicFile::removeStaleTemporaries(m_filePath);
-    if (!QFileInfo::exists(m_filePath)) {
-        return;
-    }
-    const auto document = readJson(m_filePath);
-    if (!document || !document->isObject()) {
+    QJsonObject object;
+    const DataFile::Outcome outcome =
+        DataFile::load(m_filePath, m_clock.now(), [&object](const QByteArray& bytes) {
+            const auto document = parseJson(bytes);
+            object = document ? document->object() : QJsonObject();
+            return document && document->isObject();
+        });
+    m_fileLeftAlone = outcome == DataFile::Outcome::leftAlone;
+    if (outcome == DataFile::Outcome::setAside) {
         qCWarning(lcTopology, "topology memory unreadable — starting fresh");
-        // Set aside rather than overwritten by the next save: nothing the user had is lost.
-        AppPaths::quarantineUnreadable(m_filePath, m_clock.now());
+    }
+    if (outcome != DataFile::Outcome::loaded && outcome != DataFile::Outcome::recovered) {
         return;
     }
 
     QMap<QString, LayoutProfileSnapshot> original;
-    const QJsonObject object = document->object();
     qsizetype placementless = 0;
     for (auto it = object.begin(); it != object.end(); ++it) {
         auto snapshot = LayoutProfileSnapshot::fromJson(it.value());
@@ -209,12 +208,17 @@ void TopologyMemory::load() {
 }
 
 void TopologyMemory::loadHomes() {
-    AtomicFile::removeStaleTemporaries(m_homesPath);
-    const auto document = readJson(m_homesPath);
-    if (!document || !document->isArray()) {
-        return;
-    }
-    for (const auto& value : document->array()) {
+    // Any failure leaves the homes empty without a word of its own; an unreadable file is set
+    // aside rather than overwritten by the next save.
+    QJsonArray array;
+    const DataFile::Outcome outcome =
+        DataFile::load(m_homesPath, m_clock.now(), [&array](const QByteArray& bytes) {
+            const auto document = parseJson(bytes);
+            array = document ? document->array() : QJsonArray();
+            return document && document->isArray();
+        });
+    m_homesLeftAlone = outcome == DataFile::Outcome::leftAlone;
+    for (const auto& value : std::as_const(array)) {
         if (auto placement = LayoutWidgetPlacement::fromJson(value)) {
             if (!m_homes.contains(placement->widgetID)) {
                 m_homes.insert(placement->widgetID, *placement);
@@ -233,6 +237,9 @@ void TopologyMemory::save() {
             m_snapshots.remove(keys[i]);
         }
     }
+    if (m_fileLeftAlone) {
+        return;
+    }
     QJsonObject object;
     for (auto it = m_snapshots.cbegin(); it != m_snapshots.cend(); ++it) {
         object.insert(it.key(), it.value().toJson());
@@ -243,6 +250,9 @@ void TopologyMemory::save() {
 }
 
 void TopologyMemory::saveHomes() {
+    if (m_homesLeftAlone) {
+        return;
+    }
     QJsonArray array;
     for (const LayoutWidgetPlacement& home : allHomes()) {
         array.append(home.toJson());

@@ -70,6 +70,9 @@ private:
     const Clock& m_clock;
     QString m_filePath;
     QString m_homesPath;
+    // Something other than a data file sits at that path; it is never written over.
+    bool m_fileLeftAlone = false;
+    bool m_homesLeftAlone = false;
     // Ordered by signature, so that equal capture times evict in a fixed order.
     QMap<QString, LayoutProfileSnapshot> m_snapshots;
     QHash<QUuid, LayoutWidgetPlacement> m_homes;

@@ -9,12 +9,11 @@
 #include "platform/AppPaths.h"
 #include "platform/AtomicFile.h"
 #include "platform/Clock.h"
+#include "platform/DataFile.h"
 #include "platform/Defaults.h"
 #include "platform/Scheduler.h"
 
 #include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QHash>
 #include <QLoggingCategory>
 
@@ -66,21 +65,19 @@ GridStore::GridStore(const Services& services, const QString& fileURL, SharedSta
 }
 
 GridLayout GridStore::load() {
-    // A crash in the middle of a save leaves its temporary file behind.
-    AtomicFile::removeStaleTemporaries(m_fileURL);
     std::optional<GridLayout> decoded;
-    QFile file(m_fileURL);
-    if (file.open(QIODevice::ReadOnly)) {
-        decoded = GridLayout::fromJsonText(file.readAll());
-        file.close();
-    }
+    const DataFile::Outcome outcome =
+        DataFile::load(m_fileURL, m_clock.now(), [&decoded](const QByteArray& bytes) {
+            decoded = GridLayout::fromJsonText(bytes);
+            return decoded.has_value();
+        });
+    m_fileLeftAlone = outcome == DataFile::Outcome::leftAlone;
     GridLayout start;
     if (decoded) {
         start = std::move(*decoded);
-    } else if (m_ownsSharedState && !QFileInfo::exists(m_fileURL)) {
+    } else if (m_ownsSharedState && outcome == DataFile::Outcome::missing) {
         start = GridLayout::firstDesktop();
     } else {
-        AppPaths::quarantineUnreadable(m_fileURL, m_clock.now());
         start = GridLayout::defaultLayout();
     }
     heal(start);
@@ -335,6 +332,13 @@ void GridStore::save() {
     if (m_ownsSharedState) {
         Q_EMIT saved(m_layout);
     }
+    if (!m_fileLeftAlone) {
+        write();
+    }
+    recordHistory();
+}
+
+void GridStore::write() {
     GridLayout stamped = m_layout;
     const QDateTime now = m_clock.now();
     stamped.savedAt = now;
@@ -345,7 +349,6 @@ void GridStore::save() {
         qCWarning(lcGridStore, "save failed, the next change tries again: %s",
                   qUtf8Printable(result.error));
     }
-    recordHistory();
 }
 
 std::optional<QPointF> GridStore::freeSpot(const QString& kind, WidgetSize size,

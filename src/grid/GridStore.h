@@ -155,6 +155,7 @@ private:
     GridStore(const Services& services, const QString& fileURL, SharedState sharedState,
               QObject* parent);
     GridLayout load();
+    void write();
 
     // Healing, on a layout that nobody observes yet. The cache asks for each kind once.
     void heal(GridLayout& layout) const;
@@ -190,6 +191,8 @@ private:
     std::optional<QDateTime> m_lastSavedAt;
     const QString m_fileURL;
     const bool m_ownsSharedState;
+    // Something other than a data file sits at m_fileURL; it is never written over.
+    bool m_fileLeftAlone = false;
 
     LayoutHistory m_history;
     bool m_applyingHistory = false;

@@ -2,11 +2,11 @@
 
 #include "platform/AppPaths.h"
 #include "platform/AtomicFile.h"
+#include "platform/DataFile.h"
 #include "platform/Defaults.h"
 #include "settings/L.h"
 
 #include <QDir>
-#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLoggingCategory>
@@ -65,28 +65,24 @@ void ThemeStore::load() {
         }
     }
 
-    AtomicFile::removeStaleTemporaries(m_filePath);
-    QFile file(m_filePath);
-    if (!file.exists()) {
-        return;
-    }
-    if (!file.open(QIODevice::ReadOnly)) {
-        qCWarning(lcTheme, "Could not read %s: %s", qUtf8Printable(m_filePath),
-                  qUtf8Printable(file.errorString()));
-        return;
-    }
-    const QByteArray bytes = file.readAll();
-    file.close();
-    QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
-    std::optional<Theme> stored = Theme::fromJson(document.object());
-    if (error.error != QJsonParseError::NoError || !document.isObject() || !stored) {
+    std::optional<Theme> stored;
+    const DataFile::Outcome outcome = DataFile::load(
+        m_filePath, QDateTime::currentDateTime(), [&stored](const QByteArray& bytes) {
+            QJsonParseError error{};
+            const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
+            stored = error.error == QJsonParseError::NoError && document.isObject()
+                         ? Theme::fromJson(document.object())
+                         : std::nullopt;
+            return stored.has_value();
+        });
+    m_fileLeftAlone = outcome == DataFile::Outcome::leftAlone;
+    if (outcome == DataFile::Outcome::setAside) {
         qCWarning(lcTheme, "Unreadable theme file %s; using the default theme",
                   qUtf8Printable(m_filePath));
-        AppPaths::quarantineUnreadable(m_filePath);
-        return;
     }
-    m_current = Theme::builtIn(stored->id).value_or(*stored);
+    if (stored) {
+        m_current = Theme::builtIn(stored->id).value_or(*stored);
+    }
 }
 
 Theme ThemeStore::themed(Theme theme) const {
@@ -128,7 +124,7 @@ void ThemeStore::resetToDefault() {
 }
 
 void ThemeStore::save() {
-    if (!m_persistsPreferences) {
+    if (!m_persistsPreferences || m_fileLeftAlone) {
         return;
     }
     const QByteArray bytes = QJsonDocument(m_current.toJson()).toJson(QJsonDocument::Indented);

