@@ -2,16 +2,18 @@
 
 #include "model/JsonCoding.h"
 
-#include <QLocale>
-
 #include <cmath>
 
 namespace tw {
 
 namespace {
 
-// Settings hold strings; a number or a Boolean written by hand is kept as its text rather than
-// costing the whole widget, and anything else is dropped.
+// A key that is absent or null takes its default; one of the wrong type costs the instance.
+bool present(const QJsonValue& value) {
+    return !value.isUndefined() && !value.isNull();
+}
+
+// Every value a string; anything else fails the whole dictionary, and with it the instance.
 std::optional<WidgetSettings> decodeSettings(const QJsonValue& value) {
     if (!value.isObject()) {
         return std::nullopt;
@@ -19,18 +21,26 @@ std::optional<WidgetSettings> decodeSettings(const QJsonValue& value) {
     WidgetSettings settings;
     const QJsonObject object = value.toObject();
     for (auto it = object.begin(); it != object.end(); ++it) {
-        const QJsonValue item = it.value();
-        if (item.isString()) {
-            settings.insert(it.key(), item.toString());
-        } else if (item.isBool()) {
-            settings.insert(it.key(),
-                            item.toBool() ? QStringLiteral("true") : QStringLiteral("false"));
-        } else if (item.isDouble()) {
-            settings.insert(it.key(),
-                            QString::number(item.toDouble(), 'g', QLocale::FloatingPointShortest));
+        if (!it.value().isString()) {
+            return std::nullopt;
         }
+        settings.insert(it.key(), it.value().toString());
     }
     return settings;
+}
+
+// Decodes `value` into `field` when it is present; false when it is present and malformed.
+template <typename T, typename Decode>
+bool decodeField(const QJsonValue& value, T& field, Decode decode) {
+    if (!present(value)) {
+        return true;
+    }
+    auto decoded = decode(value);
+    if (!decoded) {
+        return false;
+    }
+    field = std::move(*decoded);
+    return true;
 }
 
 } // namespace
@@ -105,26 +115,24 @@ std::optional<WidgetInstance> WidgetInstance::fromJson(const QJsonValue& json) {
     }
     WidgetInstance instance;
     instance.kind = kindValue.toString();
-    const QJsonValue sizeValue = object.value(QStringLiteral("size"));
-    if (!sizeValue.isUndefined() && !sizeValue.isNull()) {
-        const std::optional<WidgetSize> size = widgetSizeFromRawValue(sizeValue.toString());
-        if (!size) {
-            return std::nullopt;
-        }
-        instance.size = *size;
+    const auto field = [&](const char* key) { return object.value(QLatin1String(key)); };
+    const auto size = [](const QJsonValue& v) { return widgetSizeFromRawValue(v.toString()); };
+    const auto text = [](const QJsonValue& v) { return decodeSettings(v); };
+    const bool decoded = decodeField(field("size"), instance.size, size) &&
+                         decodeField(field("id"), instance.id, JsonCoding::decodeUuid) &&
+                         decodeField(field("order"), instance.order, JsonCoding::decodeInt) &&
+                         decodeField(field("page"), instance.page, JsonCoding::decodeInt) &&
+                         decodeField(field("col"), instance.col, JsonCoding::decodeInt) &&
+                         decodeField(field("row"), instance.row, JsonCoding::decodeInt) &&
+                         decodeField(field("posX"), instance.posX, JsonCoding::decodeDouble) &&
+                         decodeField(field("posY"), instance.posY, JsonCoding::decodeDouble) &&
+                         decodeField(field("settings"), instance.settings, text) &&
+                         decodeField(field("stackID"), instance.stackID, JsonCoding::decodeUuid) &&
+                         decodeField(field("stackIndex"), instance.stackIndex,
+                                     JsonCoding::decodeInt);
+    if (!decoded) {
+        return std::nullopt;
     }
-    if (const auto id = JsonCoding::decodeUuid(object.value(QStringLiteral("id")))) {
-        instance.id = *id;
-    }
-    instance.order = JsonCoding::decodeInt(object.value(QStringLiteral("order"))).value_or(0);
-    instance.page = JsonCoding::decodeInt(object.value(QStringLiteral("page"))).value_or(0);
-    instance.col = JsonCoding::decodeInt(object.value(QStringLiteral("col"))).value_or(-1);
-    instance.row = JsonCoding::decodeInt(object.value(QStringLiteral("row"))).value_or(-1);
-    instance.posX = JsonCoding::decodeDouble(object.value(QStringLiteral("posX")));
-    instance.posY = JsonCoding::decodeDouble(object.value(QStringLiteral("posY")));
-    instance.settings = decodeSettings(object.value(QStringLiteral("settings")));
-    instance.stackID = JsonCoding::decodeUuid(object.value(QStringLiteral("stackID")));
-    instance.stackIndex = JsonCoding::decodeInt(object.value(QStringLiteral("stackIndex")));
     return instance;
 }
 

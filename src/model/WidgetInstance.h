@@ -54,8 +54,10 @@ struct WidgetInstance {
 
     // Every non-optional key always, the optional ones only when set.
     QJsonObject toJson() const;
-    // Lenient: only a missing "kind" or a "size" that is not one of the nine fails; a missing
-    // or malformed "id" becomes a fresh UUID and other fields fall back to their defaults.
+    // Lenient about what is missing, strict about what is there: a key absent or null takes its
+    // default (a fresh UUID for "id"), while a missing "kind", a "size" that is not one of the
+    // nine, or any key of the wrong type fails the instance, so that a malformed "id" or
+    // "stackID" never passes for a new widget or an unstacked one.
     static std::optional<WidgetInstance> fromJson(const QJsonValue& json);
 };
 
