@@ -1,6 +1,8 @@
 // Makes a dragged tile click to its neighbours' edges, one axis at a time.
 #pragma once
 
+#include "model/Metrics.h"
+
 #include <optional>
 #include <span>
 
@@ -19,7 +21,7 @@ public:
     // How near, in points, a candidate must be to pull the tile.
     static constexpr double threshold = 14;
     // The gap kept between a tile and a neighbour or the screen's edge.
-    static constexpr double gap = 16;
+    static constexpr double gap = Metrics::cellSpacing;
 
     // The position of a tile of length `tile` moved to the nearest flush, gapped or centred
     // place beside a neighbour or within `bounds`, when that is at most `threshold` away;

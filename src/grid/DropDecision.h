@@ -2,6 +2,7 @@
 // stays where it was dropped.
 #pragma once
 
+#include "model/Metrics.h"
 #include "model/WidgetSize.h"
 
 #include <QRectF>
@@ -30,7 +31,7 @@ struct DropDecision {
     // Share of the smaller tile that a tile of the same size must cover to stack onto it.
     static constexpr double stackingShare = 0.4;
     // The gap kept from the neighbours when sliding off them.
-    static constexpr double gap = 16;
+    static constexpr double gap = Metrics::cellSpacing;
 
     Outcome outcome = Outcome::ignore;
     QUuid stackOnto;

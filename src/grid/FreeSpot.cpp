@@ -4,7 +4,8 @@
 
 #include <QList>
 
-#include <cmath>
+#include <algorithm>
+#include <functional>
 
 namespace tw {
 
@@ -18,44 +19,49 @@ std::optional<QPointF> FreeSpot::find(const QSizeF& tile, const QRectF& visibleF
         h + 2 * margin > visibleFrame.height()) {
         return std::nullopt;
     }
-    QList<QRectF> grown;
-    grown.reserve(static_cast<qsizetype>(occupied.size()));
-    for (const QRectF& r : occupied) {
-        grown.append(r.adjusted(-clearance, -clearance, clearance, clearance));
-    }
     const double left = minX(visibleFrame) + margin;
     const double right = maxX(visibleFrame) - margin + tolerance;
     const double top = maxY(visibleFrame) - margin;
     const double bottom = minY(visibleFrame) + margin - tolerance;
+    QList<QRectF> grown;
+    QList<double> tops{top};
+    grown.reserve(static_cast<qsizetype>(occupied.size()));
+    for (const QRectF& r : occupied) {
+        grown.append(r.adjusted(-clearance, -clearance, clearance, clearance));
+        if (minY(grown.last()) < top) {
+            tops.append(minY(grown.last()));
+        }
+    }
+    std::sort(tops.begin(), tops.end(), std::greater<>());
+    tops.erase(std::unique(tops.begin(), tops.end()), tops.end());
     QList<QRectF> band;
-    for (int iy = 0;; ++iy) {
-        const double spotTop = top - iy * step;
+    QList<double> lefts;
+    for (const double spotTop : std::as_const(tops)) {
         if (spotTop - h < bottom) {
             break;
         }
         // Only the tiles that reach into this row's height can stop a place in it.
         band.clear();
+        lefts = {left};
         for (const QRectF& r : std::as_const(grown)) {
             if (minY(r) < spotTop && maxY(r) > spotTop - h) {
                 band.append(r);
-            }
-        }
-        int ix = 0;
-        while (left + ix * step + w <= right) {
-            const double x = left + ix * step;
-            const QRectF* hit = nullptr;
-            for (const QRectF& r : std::as_const(band)) {
-                if (minX(r) < x + w && maxX(r) > x) {
-                    hit = &r;
-                    break;
+                if (maxX(r) > left) {
+                    lefts.append(maxX(r));
                 }
             }
-            if (hit == nullptr) {
+        }
+        std::sort(lefts.begin(), lefts.end());
+        for (const double x : std::as_const(lefts)) {
+            if (x + w > right) {
+                break;
+            }
+            const bool free = std::none_of(band.cbegin(), band.cend(), [&](const QRectF& r) {
+                return minX(r) < x + w && maxX(r) > x;
+            });
+            if (free) {
                 return QPointF(x, spotTop);
             }
-            // Every place of this row left of the hit tile's right edge meets it too: jump past.
-            const int past = static_cast<int>(std::ceil((maxX(*hit) - left) / step));
-            ix = std::max(ix + 1, past);
         }
     }
     return std::nullopt;

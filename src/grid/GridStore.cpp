@@ -89,7 +89,10 @@ void GridStore::setLayout(GridLayout layout) {
         return;
     }
     m_layout = std::move(layout);
+    const bool publishing = m_publishing;
+    m_publishing = true;
     Q_EMIT layoutChanged();
+    m_publishing = publishing;
 }
 
 int GridStore::indexOf(const QUuid& id) const {
@@ -218,6 +221,29 @@ void GridStore::replaceLayout(const GridLayout& layout) {
     setLayout(std::move(next));
     save();
     resetHistory();
+}
+
+void GridStore::placeUnpositioned(const QHash<QUuid, QPointF>& places) {
+    GridLayout next = m_layout;
+    for (WidgetInstance& instance : next.instances) {
+        const auto place = places.constFind(instance.stackID.value_or(instance.id));
+        if (place != places.cend() && (!instance.posX || !instance.posY)) {
+            instance.posX = place->x();
+            instance.posY = place->y();
+        }
+    }
+    if (next == m_layout) {
+        return;
+    }
+    setLayout(std::move(next));
+    // Asked while a change is being published, the places belong to that change: its own save
+    // writes and records them with it, so that undoing an addition takes the tile away.
+    if (m_publishing) {
+        return;
+    }
+    m_adoptingSave = true;
+    save();
+    m_adoptingSave = false;
 }
 
 std::optional<ScreenInfo> GridStore::mainScreen() const {
@@ -378,7 +404,7 @@ std::optional<QPointF> GridStore::freeSpot(const QString& kind, WidgetSize size,
 }
 
 void GridStore::recordHistory() {
-    if (m_applyingHistory) {
+    if (m_applyingHistory || m_adoptingSave) {
         m_history.adopt(m_layout);
         return;
     }

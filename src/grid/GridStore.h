@@ -6,10 +6,12 @@
 #include "grid/LayoutHistory.h"
 #include "model/GridCell.h"
 #include "model/GridLayout.h"
+#include "model/Metrics.h"
 #include "platform/Displays.h"
 #include "platform/ScheduledTask.h"
 
 #include <QDateTime>
+#include <QHash>
 #include <QObject>
 #include <QPointF>
 #include <QSet>
@@ -54,10 +56,8 @@ public:
 
     static constexpr std::chrono::milliseconds highlightDuration{2200};
     // Distance from the screen's top-left corner of a preset's first cell, and a cell's pitch.
-    static constexpr double presetInset = 48;
-    static constexpr double presetPitch = 108;
-    // How far a widget taken out of a stack moves right and down.
-    static constexpr double stackExitOffset = 40;
+    static constexpr double presetInset = Metrics::screenMargin;
+    static constexpr double presetPitch = Metrics::cellPitch;
 
     // The application's store on "grid.json" in the data directory: a missing file is a first
     // start, and saves tell the topology memory (saved()) and write user defaults.
@@ -90,6 +90,12 @@ public:
     int removeAll(const QString& kind);
     // Heals and takes the whole layout; this can't be undone.
     void replaceLayout(const GridLayout& layout);
+    // Gives the tiles without a desktop position their first one from `places` (keyed by the
+    // stack's id for a member of a stack, else by the tile's) and writes them without a step of
+    // history, which stays as it was: placing tiles nobody placed is no change of the user's, and
+    // undoing it would only have them placed again. Called while a change is published (an
+    // addition), the places join that change instead.
+    void placeUnpositioned(const QHash<QUuid, QPointF>& places);
 
     enum class Replacing { no, yes };
     // Adds the preset's entries below the main screen's top-left corner; gives the count added.
@@ -116,10 +122,11 @@ public:
     QList<WidgetInstance> stackMembers(const QUuid& stackID) const;
     int stackSeconds(const QUuid& stackID) const;
     void setStackSeconds(const QUuid& stackID, int seconds);
-    // Puts `dragged` (with its whole stack, if any) on top of `onto`'s stack. Nothing for equal
-    // ids, unknown ids, members of one stack already, or widgets of different sizes.
+    // Puts `dragged` (with its whole stack, if any) on top of `onto`'s stack, at its place and in
+    // its size. Nothing for equal ids, unknown ids, or members of one stack already.
     void groupIntoStack(const QUuid& dragged, const QUuid& onto);
-    // Takes one widget out, 40 right and 40 down; a stack of one left dissolves.
+    // Takes one widget out (a stack of one left dissolves) and moves it beside where it stood:
+    // to the right on the same row, the spacing apart. A widget outside a stack moves alike.
     void removeFromStack(const QUuid& id);
     // Renumbers a stack 0, 1, 2 ... keeping its order.
     void normalizeStack(const QUuid& stackID);
@@ -196,6 +203,10 @@ private:
 
     LayoutHistory m_history;
     bool m_applyingHistory = false;
+    // The next save becomes the baseline of history without a step of its own.
+    bool m_adoptingSave = false;
+    // True while observers hear of a change that its operation has yet to save.
+    bool m_publishing = false;
     int m_historyRevision = 0;
     std::vector<ScheduledTask> m_highlightTasks;
 };

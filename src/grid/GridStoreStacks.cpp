@@ -1,5 +1,6 @@
 // GridStore: stacks (several widgets of one size in one spot) and moving tiles on the desktop.
 #include "grid/GridStore.h"
+#include "model/Metrics.h"
 
 #include <QLocale>
 
@@ -121,8 +122,7 @@ void GridStore::groupIntoStack(const QUuid& dragged, const QUuid& onto) {
     GridLayout next = m_layout;
     WidgetInstance& target = next.instances[targetIndex];
     const WidgetInstance& moving = next.instances.at(draggedIndex);
-    // One stack, one size: a drop of another size never gets here, and a call must not break it.
-    if ((moving.stackID && moving.stackID == target.stackID) || moving.size != target.size) {
+    if (moving.stackID && moving.stackID == target.stackID) {
         return;
     }
     if (!target.stackID) {
@@ -132,6 +132,7 @@ void GridStore::groupIntoStack(const QUuid& dragged, const QUuid& onto) {
     const QUuid stackID = *target.stackID;
     const std::optional<double> posX = target.posX;
     const std::optional<double> posY = target.posY;
+    const WidgetSize size = target.size;
 
     QList<QUuid> movers;
     if (moving.stackID) {
@@ -156,6 +157,8 @@ void GridStore::groupIntoStack(const QUuid& dragged, const QUuid& onto) {
         it->stackIndex = ++nextIndex;
         it->posX = posX;
         it->posY = posY;
+        // A stack holds one size: the newcomers take the target's, as a resize of one would.
+        it->size = size;
     }
     normalizeStack(next, stackID);
     setLayout(std::move(next));
@@ -164,18 +167,20 @@ void GridStore::groupIntoStack(const QUuid& dragged, const QUuid& onto) {
 
 void GridStore::removeFromStack(const QUuid& id) {
     const int index = indexOf(id);
-    if (index < 0 || !m_layout.instances.at(index).stackID) {
+    if (index < 0) {
         return;
     }
     GridLayout next = m_layout;
-    const QUuid stackID = *next.instances.at(index).stackID;
+    const std::optional<QUuid> stackID = next.instances.at(index).stackID;
     detach(next, index);
-    repairStack(next, stackID);
+    if (stackID) {
+        repairStack(next, *stackID);
+    }
     WidgetInstance& taken = next.instances[index];
     if (taken.posX && taken.posY) {
-        // Beside the stack rather than on it; the desktop's overlap pass tidies a collision.
-        taken.posX = *taken.posX + stackExitOffset;
-        taken.posY = *taken.posY - stackExitOffset;
+        // Beside the stack on its row, the spacing apart; the desktop pushes it on from there
+        // when that place is taken or off the screen.
+        taken.posX = *taken.posX + taken.pixelSize().width() + Metrics::cellSpacing;
     }
     setLayout(std::move(next));
     save();

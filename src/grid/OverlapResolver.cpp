@@ -5,9 +5,12 @@
 #include <QList>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
+#include <functional>
 #include <limits>
+#include <numeric>
+#include <tuple>
+#include <vector>
 
 namespace tw {
 
@@ -15,30 +18,45 @@ using namespace RectEdges;
 
 namespace {
 
-bool overlapsAny(const QRectF& rect, std::span<const QRectF> avoiding) {
-    return std::any_of(avoiding.begin(), avoiding.end(),
-                       [&](const QRectF& other) { return OverlapResolver::overlaps(rect, other); });
-}
+// Positions on one axis, without repeats, the first offered keeping its place in the order.
+class Positions {
+public:
+    Positions(double lo, double hi, double length)
+        : m_lo(lo)
+        , m_hi(hi)
+        , m_length(length) {}
 
-bool within(const QRectF& rect, const std::optional<QRectF>& bounds) {
-    if (!bounds) {
-        return true;
+    void offer(double position) {
+        if (std::isfinite(position) && position >= m_lo - OverlapResolver::tolerance &&
+            position + m_length <= m_hi + OverlapResolver::tolerance &&
+            !m_values.contains(position)) {
+            m_values.append(position);
+        }
     }
-    const double t = OverlapResolver::tolerance;
-    return minX(rect) >= minX(*bounds) - t && maxX(rect) <= maxX(*bounds) + t &&
-           minY(rect) >= minY(*bounds) - t && maxY(rect) <= maxY(*bounds) + t;
-}
+    const QList<double>& values() const { return m_values; }
 
-double squaredDistance(const QPointF& a, const QPointF& b) {
-    const double dx = a.x() - b.x();
-    const double dy = a.y() - b.y();
-    return dx * dx + dy * dy;
-}
+private:
+    double m_lo;
+    double m_hi;
+    double m_length;
+    QList<double> m_values;
+};
 
-bool isFinite(const QRectF& r) {
-    return std::isfinite(r.x()) && std::isfinite(r.y()) && std::isfinite(r.width()) &&
-           std::isfinite(r.height());
-}
+// One x with its next y: the places of one x, in order of y, are merged by a heap into the order of
+// all places, so that only the few nearest are ever looked at.
+struct Cursor {
+    double distance;
+    double vertical;
+    qsizetype xi;
+    qsizetype yi;     // an index of the y positions sorted by distance
+    qsizetype yOffer; // where that y was offered
+
+    // Nearest first; at equal distance a horizontal move, then the order of the offers.
+    bool operator>(const Cursor& other) const {
+        return std::tie(distance, vertical, xi, yOffer) >
+               std::tie(other.distance, other.vertical, other.xi, other.yOffer);
+    }
+};
 
 } // namespace
 
@@ -48,115 +66,69 @@ bool OverlapResolver::overlaps(const QRectF& a, const QRectF& b) {
 
 QRectF OverlapResolver::resolve(const QRectF& rect, std::span<const QRectF> avoiding,
                                 const std::optional<QRectF>& bounds, double gap) {
-    if (!overlapsAny(rect, avoiding)) {
+    const auto overlapsAny = [&](const QRectF& candidate, double clearance) {
+        return std::any_of(avoiding.begin(), avoiding.end(), [&](const QRectF& other) {
+            return overlaps(candidate,
+                            other.adjusted(-clearance, -clearance, clearance, clearance));
+        });
+    };
+    if (!overlapsAny(rect, 0)) {
         return rect;
     }
-    const QPointF origin = centre(rect);
-    std::optional<QRectF> best;
-    double bestDistance = std::numeric_limits<double>::infinity();
-    // The first of equal candidates stays, so a direct push beats a ring step.
-    const auto offer = [&](const QRectF& candidate) {
-        const double distance = squaredDistance(centre(candidate), origin);
-        if (distance < bestDistance && within(candidate, bounds) &&
-            !overlapsAny(candidate, avoiding)) {
-            best = candidate;
-            bestDistance = distance;
-        }
-    };
     const double w = rect.width();
     const double h = rect.height();
+    const double inf = std::numeric_limits<double>::infinity();
+    Positions xs(bounds ? minX(*bounds) : -inf, bounds ? maxX(*bounds) : inf, w);
+    Positions ys(bounds ? minY(*bounds) : -inf, bounds ? maxY(*bounds) : inf, h);
+    xs.offer(rect.x());
+    ys.offer(rect.y());
     for (const QRectF& other : avoiding) {
-        if (!overlaps(rect, other)) {
-            continue;
-        }
-        offer(QRectF(minX(other) - gap - w, rect.y(), w, h));
-        offer(QRectF(maxX(other) + gap, rect.y(), w, h));
-        offer(QRectF(rect.x(), minY(other) - gap - h, w, h));
-        offer(QRectF(rect.x(), maxY(other) + gap, w, h));
+        xs.offer(minX(other) - gap - w);
+        xs.offer(maxX(other) + gap);
+        ys.offer(minY(other) - gap - h);
+        ys.offer(maxY(other) + gap);
     }
-
-    const double step = gap + extraStep;
-    int rings = unboundedRings;
     if (bounds) {
-        const double larger = std::max(bounds->width(), bounds->height());
-        if (std::isfinite(larger) && step > 0) {
-            rings = static_cast<int>(
-                std::clamp(std::ceil(larger / step), 1.0, static_cast<double>(maximumRings)));
+        xs.offer(minX(*bounds) + gap);
+        xs.offer(maxX(*bounds) - gap - w);
+        ys.offer(minY(*bounds) + gap);
+        ys.offer(maxY(*bounds) - gap - h);
+    }
+    const QList<double>& x = xs.values();
+    const QList<double>& y = ys.values();
+    // The y positions by distance, the first offered first among equal ones.
+    QList<qsizetype> byDistance(y.size());
+    std::iota(byDistance.begin(), byDistance.end(), qsizetype{0});
+    std::stable_sort(byDistance.begin(), byDistance.end(), [&](qsizetype a, qsizetype b) {
+        return std::abs(y.at(a) - rect.y()) < std::abs(y.at(b) - rect.y());
+    });
+    const auto cursor = [&](qsizetype xi, qsizetype yi) {
+        const double dx = x.at(xi) - rect.x();
+        const double dy = y.at(byDistance.at(yi)) - rect.y();
+        return Cursor{dx * dx + dy * dy, std::abs(dy), xi, yi, byDistance.at(yi)};
+    };
+    std::vector<Cursor> heap;
+    if (!y.isEmpty()) {
+        heap.reserve(static_cast<size_t>(x.size()));
+        for (qsizetype xi = 0; xi < x.size(); ++xi) {
+            heap.push_back(cursor(xi, 0));
         }
     }
-    static constexpr std::array<std::array<int, 2>, 8> directions{
-        {{1, 0}, {-1, 0}, {0, 1}, {0, -1}, {1, 1}, {-1, 1}, {1, -1}, {-1, -1}}};
-    for (int i = 1; i <= rings; ++i) {
-        const double d = step * i;
-        for (const auto& [dx, dy] : directions) {
-            offer(rect.translated(dx * d, dy * d));
+    std::make_heap(heap.begin(), heap.end(), std::greater<>());
+    while (!heap.empty()) {
+        std::pop_heap(heap.begin(), heap.end(), std::greater<>());
+        const Cursor c = heap.back();
+        heap.pop_back();
+        const QRectF place(x.at(c.xi), y.at(c.yOffer), w, h);
+        if (!overlapsAny(place, gap)) {
+            return place;
+        }
+        if (c.yi + 1 < y.size()) {
+            heap.push_back(cursor(c.xi, c.yi + 1));
+            std::push_heap(heap.begin(), heap.end(), std::greater<>());
         }
     }
-    if (best) {
-        return *best;
-    }
-    return scan(rect, avoiding, bounds, step).value_or(rect);
-}
-
-std::optional<QRectF> OverlapResolver::scan(const QRectF& rect, std::span<const QRectF> avoiding,
-                                            const std::optional<QRectF>& bounds, double step) {
-    if (!bounds || !isFinite(*bounds) || !(step > 0) || rect.width() > bounds->width() ||
-        rect.height() > bounds->height()) {
-        return std::nullopt;
-    }
-    const QPointF origin = centre(rect);
-    const double w = rect.width();
-    const double h = rect.height();
-    std::optional<QRectF> best;
-    double bestDistance = std::numeric_limits<double>::infinity();
-    QList<QRectF> band;
-    // Positions advance by multiplication, not by summing steps, so that far rows don't drift.
-    for (int iy = 0;; ++iy) {
-        const double y = minY(*bounds) + iy * step;
-        if (y > maxY(*bounds) - h) {
-            break;
-        }
-        const double dy = y + h / 2 - origin.y();
-        if (dy * dy >= bestDistance) {
-            // No place in this row can be strictly nearer; later rows may.
-            continue;
-        }
-        const QRectF row(minX(*bounds), y, bounds->width(), h);
-        band.clear();
-        for (const QRectF& other : avoiding) {
-            if (overlapHeight(row, other) > tolerance) {
-                band.append(other);
-            }
-        }
-        for (int ix = 0;;) {
-            const double x = minX(*bounds) + ix * step;
-            if (x > maxX(*bounds) - w) {
-                break;
-            }
-            const double dx = x + w / 2 - origin.x();
-            const double distance = dx * dx + dy * dy;
-            if (distance >= bestDistance) {
-                ++ix;
-                continue;
-            }
-            const QRectF candidate(x, y, w, h);
-            const auto hit = std::find_if(band.cbegin(), band.cend(), [&](const QRectF& other) {
-                return overlaps(candidate, other);
-            });
-            if (hit == band.cend()) {
-                best = candidate;
-                bestDistance = distance;
-                ++ix;
-                continue;
-            }
-            // The places of this row short of the hit tile's right edge (less the tolerance)
-            // overlap it too.
-            const int past =
-                static_cast<int>(std::ceil((maxX(*hit) - tolerance - minX(*bounds)) / step));
-            ix = std::max(ix + 1, past);
-        }
-    }
-    return best;
+    return rect;
 }
 
 } // namespace tw

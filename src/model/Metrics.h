@@ -11,4 +11,10 @@ inline constexpr double tileCornerRadius = 18.0;
 inline constexpr double panelCornerRadius = 28.0;
 inline constexpr double panelPadding = 16.0;
 
+// Where the program places a tile, it keeps `cellSpacing` from every other tile and `screenMargin`
+// from the edges of the visible frame, so that tiles it places line up on rows and columns of
+// `cellPitch` with the first desktop and the presets.
+inline constexpr double cellPitch = cellSize + cellSpacing;
+inline constexpr double screenMargin = 4 * cellSpacing;
+
 } // namespace tw::Metrics

@@ -22,13 +22,13 @@ private Q_SLOTS:
         QTest::newRow("14.01 away stays") << 114.01 << 96.0 << one << none << 114.01;
         QTest::newRow("from the other side") << 86.0 << 96.0 << one << none << 100.0;
         QTest::newRow("right edges flush") << 135.0 << 50.0 << one << none << 146.0;
-        QTest::newRow("just past with the gap") << 205.0 << 96.0 << one << none << 212.0;
-        QTest::newRow("just before with the gap") << -5.0 << 96.0 << one << none << -12.0;
+        QTest::newRow("just past with the gap") << 205.0 << 96.0 << one << none << 208.0;
+        QTest::newRow("just before with the gap") << -5.0 << 96.0 << one << none << -8.0;
         QTest::newRow("centres aligned") << 45.0 << 100.0 << QList<Range>{{0, 200}} << none << 50.0;
         QTest::newRow("screen edge with the gap")
-            << 20.0 << 96.0 << QList<Range>{} << std::optional<Range>(Range{0, 1000}) << 16.0;
+            << 20.0 << 96.0 << QList<Range>{} << std::optional<Range>(Range{0, 1000}) << 12.0;
         QTest::newRow("screen's far edge")
-            << 880.0 << 96.0 << QList<Range>{} << std::optional<Range>(Range{0, 1000}) << 888.0;
+            << 880.0 << 96.0 << QList<Range>{} << std::optional<Range>(Range{0, 1000}) << 892.0;
         QTest::newRow("screen centre")
             << 445.0 << 100.0 << QList<Range>{} << std::optional<Range>(Range{0, 1000}) << 450.0;
         QTest::newRow("nearest over two neighbours")

@@ -37,10 +37,10 @@ private Q_SLOTS:
             << r;
         QTest::newRow("39% of the same size slides")
             << r << Tiles{{a, WidgetSize::small, {158.56, 100, 96, 96}}} << screen << slide
-            << QUuid() << QRectF(52, 100, 96, 96);
+            << QUuid() << QRectF(50.56, 100, 96, 96);
         QTest::newRow("half onto another size slides")
             << r << Tiles{{a, WidgetSize::large, {148, 0, 204, 204}}} << screen << slide << QUuid()
-            << QRectF(52, 100, 96, 96);
+            << QRectF(40, 100, 96, 96);
         QTest::newRow("the larger share wins") << r
                                                << Tiles{{a, WidgetSize::small, {140, 100, 96, 96}},
                                                         {b, WidgetSize::small, {110, 100, 96, 96}}}
