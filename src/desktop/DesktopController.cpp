@@ -45,6 +45,10 @@ bool isTypedInto(const QString& kind) {
     return kind == QLatin1String("stickynote") || kind == QLatin1String("terminal");
 }
 
+QPointF tileTopLeft(const QRectF& tile) {
+    return {tile.x(), RectEdges::maxY(tile)};
+}
+
 } // namespace
 
 DesktopController::DesktopController(const Services& services, QObject* parent)
@@ -209,17 +213,9 @@ void DesktopController::placeUnpositioned() {
     if (places.isEmpty()) {
         return;
     }
-    // One write for all of them: placing tiles nobody placed is not a change to undo.
-    GridLayout next = m_services.grid.layout();
-    for (WidgetInstance& instance : next.instances) {
-        if (const auto place = places.constFind(instance.stackID.value_or(instance.id));
-            place != places.cend() && (!instance.posX || !instance.posY)) {
-            instance.posX = place->x();
-            instance.posY = place->y();
-        }
-    }
+    // One write for all of them, which leaves the history of undo as it was.
     m_isResolvingOverlaps = true;
-    m_services.grid.replaceLayout(next);
+    m_services.grid.placeUnpositioned(places);
     m_isResolvingOverlaps = false;
 }
 
@@ -608,10 +604,15 @@ void DesktopController::handleDragEnded(const QUuid& draggedID) {
         return;
     }
     DesktopPanel& panel = *found->second.panel;
-    const QRectF rect = panel.tileRect();
-    if (rect.isEmpty()) {
+    const QRectF dropped = panel.tileRect();
+    if (dropped.isEmpty()) {
         return;
     }
+    // Kept where it is shown: a tile let go partly off its display stands clamped.
+    const QRectF rect(
+        DesktopGeometry::panelOrigin(screens(), tileTopLeft(dropped), dropped.size()) +
+            QPointF(panelMargin, panelMargin),
+        dropped.size());
     QList<DropDecision::Tile> others;
     for (const auto& [id, entry] : m_panels) {
         if (id == draggedID || isHiddenStackMember(id) || !entry.panel->isVisible()) {
@@ -720,10 +721,45 @@ QMenu* DesktopController::contextMenu(const QUuid& id) {
         this);
 }
 
-// The tile keeps its top-left corner; the sync that follows resizes the panels and the overlap
-// sweep moves whatever the bigger tile now covers. A stack is resized whole by the store.
+// The tile keeps its top-left corner and, grown, is pushed off the tiles it now covers, as after
+// a drag; the store resizes a stack whole. One change: the sync after it finds nothing to move.
 void DesktopController::setWidgetSize(const QUuid& id, WidgetSize size) {
+    m_isResolvingOverlaps = true;
     m_services.grid.setSize({id}, size);
+    pushOffNeighbours(id);
+    m_isResolvingOverlaps = false;
+    sync();
+}
+
+void DesktopController::pushOffNeighbours(const QUuid& id) {
+    const auto instance = m_services.grid.instance(id);
+    if (!instance) {
+        return;
+    }
+    // Where the tiles belong rather than where their panels stand, which the sync has not set yet.
+    const auto placed = [this](const WidgetInstance& i) {
+        const QSizeF size = windowSize(i);
+        return QRectF(origin(i, size), size)
+            .adjusted(panelMargin, panelMargin, -panelMargin, -panelMargin);
+    };
+    std::optional<QRectF> rect;
+    QList<QRectF> others;
+    for (const WidgetInstance& other : desktopInstances()) {
+        if (other.id == id) {
+            rect = placed(other);
+        } else if (!(instance->stackID && other.stackID == instance->stackID) &&
+                   !isHiddenStackMember(other.id)) {
+            others.append(placed(other));
+        }
+    }
+    if (!rect) {
+        return;
+    }
+    const QRectF resolved = OverlapResolver::resolve(
+        *rect, others, visibleFrame(tileTopLeft(*rect), rect->size()), overlapGap);
+    if (resolved != *rect) {
+        m_services.grid.updatePosition(id, resolved.x(), RectEdges::maxY(resolved));
+    }
 }
 
 void DesktopController::setGlassStyle(ThemeStore::GlassStyle style) {
@@ -743,8 +779,31 @@ void DesktopController::removeWidget(const QUuid& id) {
     m_services.grid.remove(id);
 }
 
+// The store sets the tile beside its stack; from there it is pushed on, as after a drag, when that
+// place is taken or off its display. The member on show stays on show, though its index changes.
 void DesktopController::unstackWidget(const QUuid& id) {
+    const auto instance = m_services.grid.instance(id);
+    std::optional<QUuid> shown;
+    if (instance && instance->stackID) {
+        const QList<WidgetInstance> members = m_services.grid.stackMembers(*instance->stackID);
+        const int active = m_stackActive.value(*instance->stackID);
+        if (active >= 0 && active < members.size()) {
+            shown = members.at(active).id;
+        }
+    }
+    m_isResolvingOverlaps = true;
     m_services.grid.removeFromStack(id);
+    pushOffNeighbours(id);
+    m_isResolvingOverlaps = false;
+    if (shown && *shown != id) {
+        const QList<WidgetInstance> rest = m_services.grid.stackMembers(*instance->stackID);
+        for (int i = 0; i < rest.size(); ++i) {
+            if (rest.at(i).id == *shown) {
+                m_stackActive.insert(*instance->stackID, i);
+            }
+        }
+    }
+    sync();
 }
 
 void DesktopController::openWidgetSettings(const QUuid& id) {

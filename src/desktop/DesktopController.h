@@ -9,6 +9,7 @@
 #include "grid/StackScrollGesture.h"
 #include "look/ThemeStore.h"
 #include "model/GridLayout.h"
+#include "model/Metrics.h"
 #include "platform/DesktopWindowing.h"
 #include "platform/Displays.h"
 #include "platform/ScheduledTask.h"
@@ -67,7 +68,7 @@ public:
     };
 
     static constexpr double panelMargin = DesktopPanel::margin;
-    static constexpr double overlapGap = 16;
+    static constexpr double overlapGap = Metrics::cellSpacing;
     static constexpr std::chrono::milliseconds veilGuard{8000};
     static constexpr std::chrono::milliseconds veilReturn{350};
     static constexpr std::chrono::milliseconds fadeDuration{200};
@@ -156,6 +157,9 @@ private:
     void refreshContent(Entry& entry);
     void refreshAllContent();
     void placeUnpositioned();
+    // Moves a tile, with its stack, off the tiles it overlaps, the spacing apart within its
+    // display, as the drop does; writes only when it moves.
+    void pushOffNeighbours(const QUuid& id);
     void updateDesktopActive();
     void fadePanels(double opacity);
     bool handleScroll(const QUuid& id, const StackScrollGesture::Event& event);

@@ -67,13 +67,13 @@ QRectF DesktopGeometry::visibleFrame(const QList<ScreenInfo>& screens, QPointF t
 QPointF DesktopGeometry::panelOrigin(const QList<ScreenInfo>& screens, QPointF tileTopLeft,
                                      QSizeF tileSize) {
     const QRectF frame = visibleFrame(screens, tileTopLeft, tileSize);
+    // Only the top-left corner is held, so a tile reaching onto a neighbouring display stands where
+    // it was put. The right and bottom limits keep half of the tile on its display, so that none
+    // is lost past an edge; a tile that belongs to a display beside another has that much on it.
     const double x = clampInto(tileTopLeft.x(), RectEdges::minX(frame),
-                               RectEdges::maxX(frame) - tileSize.width());
-    // A tile taller than its display keeps its top edge on screen.
-    const double top = tileSize.height() > frame.height()
-                           ? RectEdges::maxY(frame)
-                           : clampInto(tileTopLeft.y(), RectEdges::minY(frame) + tileSize.height(),
-                                       RectEdges::maxY(frame));
+                               RectEdges::maxX(frame) - tileSize.width() / 2);
+    const double top = clampInto(tileTopLeft.y(), RectEdges::minY(frame) + tileSize.height() / 2,
+                                 RectEdges::maxY(frame));
     return {x - panelMargin, top - tileSize.height() - panelMargin};
 }
 

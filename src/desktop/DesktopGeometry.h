@@ -30,8 +30,9 @@ public:
     // meets none, of the display nearest to its centre.
     static QRectF visibleFrame(const QList<ScreenInfo>& screens, QPointF tileTopLeft,
                                QSizeF tileSize);
-    // The panel origin for a tile whose top-left corner wants to be at `tileTopLeft`: the tile
-    // clamped into its display's visible frame, grown by the margin.
+    // The panel origin for a tile whose top-left corner wants to be at `tileTopLeft`: that corner
+    // clamped into its display's visible frame, short of the frame's right and bottom edges by
+    // half the tile; the tile grown by the margin.
     static QPointF panelOrigin(const QList<ScreenInfo>& screens, QPointF tileTopLeft,
                                QSizeF tileSize);
 

@@ -143,8 +143,43 @@ private Q_SLOTS:
         const WidgetInstance clock = f.byKind(QStringLiteral("clock"));
         f.grid->updatePosition(clock.id, 5000, -300);
         const QRectF tile = f.controller->panel(clock.id)->tileRect();
-        QVERIFY2(kScreen.contains(tile),
-                 qPrintable(QStringLiteral("%1 %2").arg(tile.x()).arg(tile.y())));
+        // Its corner on the display, half of it in view.
+        QCOMPARE(tile, QRectF(1920 - 102, 0 + 102 - 204, 204, 204));
+    }
+
+    // Let go partly off the display, a tile is kept where it is shown.
+    void aDropIsSavedWhereItIsShown_data() {
+        QTest::addColumn<QPointF>("dropped");
+        QTest::addColumn<QPointF>("kept");
+        QTest::newRow("off the left edge") << QPointF(-100, 500) << QPointF(0, 704);
+        QTest::newRow("half past the right edge") << QPointF(1800, 500) << QPointF(1800, 704);
+        QTest::newRow("mostly past the right edge") << QPointF(1900, 500) << QPointF(1818, 704);
+    }
+    void aDropIsSavedWhereItIsShown() {
+        QFETCH(QPointF, dropped);
+        QFETCH(QPointF, kept);
+        Fixture f;
+        const WidgetInstance clock = f.byKind(QStringLiteral("clock"));
+        f.dropAt(clock.id, dropped);
+        const auto saved = f.grid->instance(clock.id);
+        QCOMPARE(QPointF(*saved->posX, *saved->posY), kept);
+        QCOMPARE(f.controller->panel(clock.id)->tileRect(), f.tile(*saved));
+    }
+
+    // Tiles the program places itself are no change of the user's: what came before stays
+    // undoable, and undoing the addition doesn't bring back a tile without a place.
+    void placingANewTileKeepsTheHistory() {
+        Fixture f;
+        const WidgetInstance clock = f.byKind(QStringLiteral("clock"));
+        f.grid->updatePosition(clock.id, 900, 700);
+        f.clock.advance(std::chrono::seconds(2));
+        const auto added = f.grid->addFree(QStringLiteral("battery"), WidgetSize::small);
+        QVERIFY(added);
+        QVERIFY(f.grid->instance(added->id)->posX.has_value());
+        QVERIFY(f.grid->undo());
+        QVERIFY(!f.grid->instance(added->id));
+        QVERIFY(f.grid->undo());
+        QCOMPARE(f.grid->instance(clock.id)->posX, clock.posX);
     }
 
     void removingTheLastWidgetClearsDesktopActive() {
@@ -260,6 +295,49 @@ private Q_SLOTS:
         QCOMPARE(f.grid->instance(calendar.id)->size, clock.size);
         QVERIFY(f.grid->instance(calendar.id)->stackID.has_value());
         QCOMPARE(f.controller->panel(clock.id)->frame().size(), before);
+    }
+
+    // The grown tile moves off its neighbour, which stays, and the two changes are one step.
+    void aGrownTileMovesOffItsNeighbour() {
+        Fixture f;
+        const WidgetInstance calendar = f.byKind(QStringLiteral("calendar"));
+        const auto battery = f.grid->addFree(QStringLiteral("battery"), WidgetSize::small,
+                                             std::nullopt, QPointF(1500, 900));
+        f.grid->updatePosition(calendar.id, 1500 + 96 + 12, 900);
+        f.clock.advance(std::chrono::seconds(2));
+        f.controller->setWidgetSize(battery->id, WidgetSize::wide);
+        QCOMPARE(*f.grid->instance(calendar.id)->posX, 1608.0);
+        const auto grown = f.grid->instance(battery->id);
+        QCOMPARE(QPointF(*grown->posX, *grown->posY), QPointF(1608 - 12 - 204, 900));
+        QCOMPARE(f.controller->panel(battery->id)->tileRect(), f.tile(*grown));
+        QVERIFY(f.grid->undo());
+        QCOMPARE(f.grid->instance(battery->id)->size, WidgetSize::small);
+        QCOMPARE(*f.grid->instance(battery->id)->posX, 1500.0);
+    }
+
+    // The menu acts on the tile it was opened on, though the stack turned meanwhile; the tile
+    // taken out stands beside the stack, and the one on show stays on show.
+    void removeFromStackWhileTheStackTurns() {
+        Fixture f;
+        const WidgetInstance clock = f.byKind(QStringLiteral("clock"));
+        const WidgetInstance calendar = f.byKind(QStringLiteral("calendar"));
+        f.grid->groupIntoStack(calendar.id, clock.id);
+        f.grid->groupIntoStack(f.byKind(QStringLiteral("weather")).id, clock.id);
+        const QUuid stack = *f.grid->instance(clock.id)->stackID;
+        std::unique_ptr<QMenu> menu(f.controller->contextMenu(clock.id));
+        f.controller->stepStack(stack, 1);
+        QVERIFY(f.controller->panel(calendar.id)->isVisible());
+        for (QAction* action : menu->actions()) {
+            if (action->text() == QStringLiteral("Remove from Stack")) {
+                action->trigger();
+            }
+        }
+        const auto out = f.grid->instance(clock.id);
+        QVERIFY(!out->stackID);
+        QCOMPARE(QPointF(*out->posX, *out->posY), QPointF(48 + 204 + 12, 1080 - 48));
+        QVERIFY(f.controller->panel(clock.id)->isVisible());
+        QVERIFY(f.controller->panel(calendar.id)->isVisible());
+        QCOMPARE(f.grid->stackMembers(stack).size(), 2);
     }
 
     void contextMenuInItsOrder() {

@@ -47,11 +47,17 @@ private Q_SLOTS:
         QTest::addColumn<QPointF>("topLeft");
         QTest::addColumn<QPointF>("origin");
         QTest::newRow("in place") << QPointF(100, 900) << QPointF(78, 900 - 204 - 22);
-        QTest::newRow("below the bar comes up") << QPointF(100, 100) << QPointF(78, 40 - 22);
+        // The corner is held: a tile reaching onto the second display stays where it was put.
+        QTest::newRow("across the two displays")
+            << QPointF(1800, 900) << QPointF(1778, 900 - 204 - 22);
+        QTest::newRow("below the bar comes up to half")
+            << QPointF(100, 100) << QPointF(78, 40 + 102 - 204 - 22);
         QTest::newRow("past the top comes down")
             << QPointF(100, 2000) << QPointF(78, 1080 - 204 - 22);
-        QTest::newRow("off to the right ends on the second")
-            << QPointF(9000, 500) << QPointF(3200 - 204 - 22, 500 - 204 - 22);
+        QTest::newRow("off to the right ends half on the second")
+            << QPointF(9000, 500) << QPointF(3200 - 102 - 22, 500 - 204 - 22);
+        QTest::newRow("off to the left ends on the main one")
+            << QPointF(-900, 500) << QPointF(-22, 500 - 204 - 22);
     }
     void originIsClampedIntoTheDisplay() {
         QFETCH(QPointF, topLeft);
@@ -85,8 +91,8 @@ private Q_SLOTS:
         const auto places = DesktopGeometry::firstPlaces({placed, newcomer}, frame);
         QVERIFY(!places.contains(placed.id));
         const QPointF spot = places.value(newcomer.id);
-        QVERIFY(spot.x() >= 60 + 204 + 14);
-        QCOMPARE(spot.y(), 1080.0 - 40);
+        // Beside the tile in the way, on the row of the first cells.
+        QCOMPARE(spot, QPointF(60 + 204 + 12, 1080 - 48));
     }
 
     void aStackGetsOnePlace() {
