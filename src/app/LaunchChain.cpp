@@ -3,6 +3,7 @@
 #include "app/LaunchModes.h"
 #include "platform/SettingsDefaults.h"
 #include "platform/SystemClock.h"
+#include "platform/linux/DisplayProbe.h"
 #include "settings/AppSettings.h"
 #include "tick/SnapshotClock.h"
 
@@ -45,6 +46,16 @@ bool matches(const LaunchStep& step, const LaunchArguments& arguments) {
            arguments.values(QLatin1String(step.flag), step.valueCount).has_value();
 }
 
+// Mode flags present without their values: they count as absent, which a person may not expect.
+void noteMissingValues(const LaunchArguments& arguments, QTextStream& err) {
+    for (const LaunchStep& step : LaunchChain::steps()) {
+        if (step.flag != nullptr && step.valueCount > 0 &&
+            arguments.has(QLatin1String(step.flag))) {
+            err << step.flag << " is missing its value and was ignored; see tarnwick --help.\n";
+        }
+    }
+}
+
 } // namespace
 
 const QList<LaunchStep>& LaunchChain::steps() {
@@ -52,6 +63,8 @@ const QList<LaunchStep>& LaunchChain::steps() {
     // The order is part of the interface: with several flags the first listed wins. Picture
     // modes of the configuration window stand before the TWK_TIME step, widget pictures after.
     static const QList<LaunchStep> chain{
+        {"--help", 0, core, &runHelpMode},
+        {"-h", 0, core, &runHelpMode},
         {"--sizes", 0, core, &runSizesMode},
         {"--counts", 0, core, &runCountsMode},
         {nullptr, 0, core, &runSnapshotTimeStep},
@@ -77,8 +90,18 @@ const LaunchStep* LaunchChain::winner(const LaunchArguments& arguments) {
 }
 
 int LaunchChain::run(int& argc, char** argv) {
+    // The one place the version is set: the build's project version.
+    QCoreApplication::setApplicationVersion(QStringLiteral(TARNWICK_VERSION));
     const LaunchArguments arguments(rawArguments(argc, argv));
     const LaunchStep* chosen = winner(arguments);
+    if (chosen == nullptr) {
+        if (const std::optional<QString> problem = DisplayProbe::whyNoDisplay()) {
+            QTextStream err(stderr);
+            err << *problem << '\n';
+            noteMissingValues(arguments, err);
+            return 1;
+        }
+    }
     const std::unique_ptr<QCoreApplication> app = makeApplication(
         chosen != nullptr ? chosen->application : application().application, argc, argv);
 

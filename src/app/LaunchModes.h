@@ -5,6 +5,8 @@
 
 namespace tw {
 
+// --help, -h: the launch modes, their options and the environment; needs no display.
+std::optional<int> runHelpMode(LaunchContext& context);
 // --sizes: the matrix of kinds and sizes.
 std::optional<int> runSizesMode(LaunchContext& context);
 // --counts: "widgets=… sizes=… themes=…".

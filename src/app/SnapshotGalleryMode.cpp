@@ -8,19 +8,29 @@
 #include "tick/SnapshotClock.h"
 
 #include <QImage>
+#include <QImageWriter>
 
 namespace tw {
 
 std::optional<int> runSnapshotGalleryMode(LaunchContext& context) {
     const QString path = context.values.value(0);
     const SnapshotWidgetOptions options = SnapshotWidgetOptions::parse(context.arguments);
-    const MaterialSymbolProvider symbols;
-    const FaceRegistry faces;
-    TileRenderer renderer;
-    const QImage sheet =
-        GallerySheet::render(faces, renderer, options.baseContext(symbols, context.clock.now()));
-    const bool ok = sheet.save(path, "PNG");
+    QString problem = options.problem;
+    if (problem.isEmpty()) {
+        const MaterialSymbolProvider symbols;
+        const FaceRegistry faces;
+        TileRenderer renderer;
+        QImageWriter writer(path, "PNG");
+        if (!writer.write(GallerySheet::render(
+                faces, renderer, options.baseContext(symbols, context.clock.now())))) {
+            problem = QStringLiteral("cannot write %1: %2.").arg(path, writer.errorString());
+        }
+    }
+    const bool ok = problem.isEmpty();
     context.out << "snapshot-gallery ok=" << (ok ? "true" : "false") << " path=" << path << '\n';
+    if (!ok) {
+        context.err << "tarnwick: " << problem << '\n';
+    }
     return ok ? 0 : 1;
 }
 

@@ -8,25 +8,78 @@
 #include "tick/SnapshotClock.h"
 
 #include <QImage>
+#include <QImageWriter>
+
+#include <variant>
 
 namespace tw {
+
+namespace {
+
+QString joined(const QList<WidgetSize>& sizes) {
+    QStringList names;
+    for (const WidgetSize size : sizes) {
+        names << rawValue(size);
+    }
+    return names.join(QLatin1String(", "));
+}
+
+// The size to draw, or why the kind and size of the options make no picture.
+std::variant<WidgetSize, QString> sizeToDraw(const SnapshotWidgetOptions& options,
+                                             const std::optional<WidgetDefinition>& definition) {
+    const QString kinds = QStringLiteral("tarnwick --list-sizes names the kinds.");
+    if (options.kind.isEmpty()) {
+        return QStringLiteral("--kind is missing; ") + kinds;
+    }
+    if (!definition) {
+        return QStringLiteral("unknown --kind \"%1\"; ").arg(options.kind) + kinds;
+    }
+    const WidgetMetadata& metadata = definition->metadata;
+    const std::optional<WidgetSize> size = options.size.isEmpty()
+                                               ? std::optional(metadata.defaultSize)
+                                               : widgetSizeFromRawValue(options.size);
+    if (!size) {
+        return QStringLiteral("unknown --size \"%1\"; the sizes are %2.")
+            .arg(options.size, joined({allWidgetSizes.begin(), allWidgetSizes.end()}));
+    }
+    if (!metadata.allowedSizes.contains(*size)) {
+        return QStringLiteral("%1 has no size %2; it has %3.")
+            .arg(options.kind, options.size, joined(metadata.allowedSizes));
+    }
+    return *size;
+}
+
+// Why the face cannot draw the --style asked for; empty when it can or none was asked.
+QString styleProblem(const SnapshotWidgetOptions& options, const FaceRegistry& faces) {
+    const auto style = options.settings.constFind(QStringLiteral("style"));
+    if (style != options.settings.cend()) {
+        const QStringList styles = faces.face(options.kind).styles();
+        if (styles.isEmpty()) {
+            return QStringLiteral("%1 has only one look; leave out --style.").arg(options.kind);
+        }
+        if (!styles.contains(*style)) {
+            return QStringLiteral("%1 has no --style \"%2\"; its styles are %3.")
+                .arg(options.kind, *style, styles.join(QLatin1String(", ")));
+        }
+    }
+    return {};
+}
+
+} // namespace
 
 std::optional<int> runSnapshotWidgetMode(LaunchContext& context) {
     const QString path = context.values.value(0);
     const SnapshotWidgetOptions options = SnapshotWidgetOptions::parse(context.arguments);
     const std::optional<WidgetDefinition> definition = WidgetRegistry().definition(options.kind);
-    std::optional<WidgetSize> size;
-    if (definition) {
-        size = options.size.isEmpty() ? std::optional(definition->metadata.defaultSize)
-                                      : widgetSizeFromRawValue(options.size);
-        if (size && !definition->metadata.allowedSizes.contains(*size)) {
-            size.reset();
-        }
+    const FaceRegistry faces;
+    const std::variant<WidgetSize, QString> chosen = sizeToDraw(options, definition);
+    const WidgetSize* size = std::get_if<WidgetSize>(&chosen);
+    QString problem = size == nullptr ? std::get<QString>(chosen) : styleProblem(options, faces);
+    if (problem.isEmpty()) {
+        problem = options.problem;
     }
-    bool ok = false;
-    if (definition && size) {
+    if (problem.isEmpty()) {
         const MaterialSymbolProvider symbols;
-        const FaceRegistry faces;
         TileRenderer renderer;
         WidgetInstance instance;
         instance.kind = options.kind;
@@ -39,11 +92,18 @@ std::optional<int> runSnapshotWidgetMode(LaunchContext& context) {
         face.points = sized.points;
         face.scale = sized.scale;
         face.settings = sized.settings;
-        ok = renderer.picture(faces.face(face.kind()), face).save(path, "PNG");
+        QImageWriter writer(path, "PNG");
+        if (!writer.write(renderer.picture(faces.face(face.kind()), face))) {
+            problem = QStringLiteral("cannot write %1: %2.").arg(path, writer.errorString());
+        }
     }
+    const bool ok = problem.isEmpty();
     context.out << "snapshot-widget ok=" << (ok ? "true" : "false") << " path=" << path
                 << " kind=" << options.kind << " size=" << (size ? rawValue(*size) : options.size)
                 << '\n';
+    if (!ok) {
+        context.err << "tarnwick: " << problem << '\n';
+    }
     return ok ? 0 : 1;
 }
 

@@ -14,6 +14,14 @@ SnapshotWidgetOptions SnapshotWidgetOptions::parse(const LaunchArguments& argume
     options.kind = arguments.value(QStringLiteral("--kind")).value_or(QString());
     options.size = arguments.value(QStringLiteral("--size")).value_or(QString());
     options.themeId = arguments.value(QStringLiteral("--theme")).value_or(QString());
+    if (!options.themeId.isEmpty() && !Theme::builtIn(options.themeId)) {
+        QStringList ids;
+        for (const Theme& theme : Theme::builtIns()) {
+            ids << theme.id;
+        }
+        options.problem = QStringLiteral("unknown --theme \"%1\"; the themes are %2.")
+                              .arg(options.themeId, ids.join(QLatin1String(", ")));
+    }
     // Dark glass is the default; --light wins when both are given.
     if (arguments.has(QStringLiteral("--light"))) {
         options.shade = GlassLook::Shade::Light;
@@ -23,6 +31,10 @@ SnapshotWidgetOptions SnapshotWidgetOptions::parse(const LaunchArguments& argume
         const double value = scale->toDouble(&ok);
         if (ok && std::isfinite(value)) {
             options.devicePixelRatio = std::clamp(value, 0.5, 4.0);
+        } else if (options.problem.isEmpty()) {
+            options.problem = QStringLiteral("--scale needs a number of pixels per point, not "
+                                             "\"%1\".")
+                                  .arg(*scale);
         }
     }
     if (const std::optional<QString> style = arguments.value(QStringLiteral("--style"))) {

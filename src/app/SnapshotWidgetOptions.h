@@ -24,10 +24,13 @@ struct SnapshotWidgetOptions {
     double devicePixelRatio = 2.0;
     // --style S and every --set key=value, in order, later ones winning.
     WidgetSettings settings;
+    // What was wrong with a modifier (an unknown --theme, a --scale that is no number), for
+    // stderr; empty when nothing was.
+    QString problem;
 
     static SnapshotWidgetOptions parse(const LaunchArguments& arguments);
 
-    // Theme (an unknown id gives the default theme), glass, pixel ratio, time and the surface of
+    // Theme (none given: the default theme), glass, pixel ratio, time and the surface of
     // a picture; the caller sets the kind and size.
     FaceContext baseContext(const SymbolProvider& symbols, const QDateTime& now) const;
 };

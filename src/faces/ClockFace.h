@@ -10,6 +10,9 @@ class ClockFace final : public WidgetFace {
 public:
     std::optional<TimeGrain> grain(WidgetSize size, const WidgetSettings& settings) const override;
     void paint(QPainter& painter, const QRectF& rect, const FaceContext& context) const override;
+    QStringList styles() const override {
+        return {QStringLiteral("digital"), QStringLiteral("analog")};
+    }
 
     static bool isAnalog(const WidgetSettings& settings);
     // Whether seconds are on view at this size with these settings.

@@ -6,6 +6,7 @@
 #include "tick/TimeGrain.h"
 
 #include <QRectF>
+#include <QStringList>
 
 #include <optional>
 
@@ -29,6 +30,10 @@ public:
     // chromeless kinds and the padded inside of the glass for the others; the painter is clipped
     // to the tile's rounded shape.
     virtual void paint(QPainter& painter, const QRectF& rect, const FaceContext& context) const = 0;
+
+    // The values of the "style" setting the face draws differently, the default first; empty
+    // for a face with one look.
+    virtual QStringList styles() const { return {}; }
 };
 
 } // namespace tw

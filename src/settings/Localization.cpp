@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QLoggingCategory>
 
 namespace tw::Localization {
@@ -14,7 +15,17 @@ Q_LOGGING_CATEGORY(lcLocalization, "Localization")
 
 namespace {
 
-const QString kTableDirectory = QStringLiteral(":/strings");
+// The tables installed beside the executable's directory come first, so that one can be added or
+// mended without a new build; the compiled-in ones stand behind them.
+QStringList tableDirectories() {
+    QStringList directories;
+    if (QCoreApplication::instance() != nullptr) {
+        directories << QCoreApplication::applicationDirPath() +
+                           QStringLiteral("/../share/tarnwick/strings");
+    }
+    directories << QStringLiteral(":/strings");
+    return directories;
+}
 
 QStringList fixedOrder() {
     return {QStringLiteral("en"),      QStringLiteral("de"),     QStringLiteral("fr"),
@@ -24,10 +35,14 @@ QStringList fixedOrder() {
 
 QStringList shippedTables() {
     QStringList languages;
-    const QStringList files =
-        QDir(kTableDirectory).entryList({QStringLiteral("*.json")}, QDir::Files, QDir::Name);
-    for (const QString& file : files) {
-        languages << file.chopped(5);
+    for (const QString& directory : tableDirectories()) {
+        const QStringList files =
+            QDir(directory).entryList({QStringLiteral("*.json")}, QDir::Files, QDir::Name);
+        for (const QString& file : files) {
+            if (!languages.contains(file.chopped(5))) {
+                languages << file.chopped(5);
+            }
+        }
     }
     return languages;
 }
@@ -105,8 +120,13 @@ QString languageName(const QString& code) {
 }
 
 QString tablePath(const QString& language) {
-    const QString path = kTableDirectory + QLatin1Char('/') + language + QStringLiteral(".json");
-    return QFile::exists(path) ? path : QString();
+    for (const QString& directory : tableDirectories()) {
+        const QString path = directory + QLatin1Char('/') + language + QStringLiteral(".json");
+        if (QFileInfo(path).isFile()) {
+            return QDir::cleanPath(path);
+        }
+    }
+    return {};
 }
 
 QStringList preferredLanguages(const Defaults& defaults) {

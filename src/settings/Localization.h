@@ -35,7 +35,8 @@ QStringList availableLanguages();
 bool isSupported(const QString& language);
 // "system" as the localised "System"; any other code as its name in its own language.
 QString languageName(const QString& code);
-// The resource path of the string table of `language`; empty when none ships.
+// The path of the string table of `language`: installed in share/tarnwick/strings beside the
+// executable's directory, else compiled in; empty when none ships.
 QString tablePath(const QString& language);
 
 // "AppleLanguages" of `defaults` when present, else the system's languages.

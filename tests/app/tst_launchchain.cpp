@@ -12,17 +12,30 @@ namespace {
 
 using Run = tw::test::ProcessRun;
 
-// The real executable, with its preferences in a directory of its own.
+// The real executable, with its preferences in a directory of its own, on the off-screen
+// platform, or with no platform chosen and `display` as DISPLAY (none when empty).
 Run runTarnwick(const QStringList& arguments, const QString& home,
-                const QString& twkTime = QString()) {
+                const QString& twkTime = QString(),
+                const QString& display = QStringLiteral("offscreen")) {
     QProcessEnvironment environment = tw::test::isolatedEnvironment(home, twkTime);
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
+    environment.remove(QStringLiteral("DISPLAY"));
+    environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
+    if (display == QLatin1String("offscreen")) {
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), display);
+    } else if (!display.isEmpty()) {
+        environment.insert(QStringLiteral("DISPLAY"), display);
+    }
     return tw::test::runProcess(QStringLiteral(TARNWICK_EXECUTABLE), arguments, environment);
 }
+
+// No X server answers there.
+const QString bogusDisplay = QStringLiteral(":9871");
 
 const QString countsLine = QStringLiteral("widgets=51 sizes=9 themes=25\n");
 const QString sizesEnd =
     QStringLiteral("51 widgets, 249 of 459 possible size slots filled (54 %)\n");
+const int helpLines = 39;
 const QString listSizesStart = QStringLiteral("clock:small,wide,large,banner,wideTall\n");
 
 } // namespace
@@ -48,6 +61,15 @@ private Q_SLOTS:
         QTest::newRow("later flags are ignored")
             << QStringList{QStringLiteral("--list-sizes"), QStringLiteral("--counts")} << countsLine
             << countsLine << 1;
+        const QString helpStart = QStringLiteral("tarnwick 0.1.0\n\nUsage: tarnwick [MODE]");
+        const QString helpEnd =
+            QStringLiteral("Exit status: 0 on success; 1 when a mode fails or no display can be "
+                           "opened.\n");
+        QTest::newRow("help") << QStringList{QStringLiteral("--help")} << helpStart << helpEnd
+                              << helpLines;
+        QTest::newRow("-h wins over every mode")
+            << QStringList{QStringLiteral("--counts"), QStringLiteral("-h")} << helpStart << helpEnd
+            << helpLines;
     }
     void modesAsAProcess() {
         QFETCH(QStringList, arguments);
@@ -55,7 +77,7 @@ private Q_SLOTS:
         QFETCH(QString, outEnd);
         QFETCH(int, lines);
         QTemporaryDir home;
-        const Run run = runTarnwick(arguments, home.path());
+        const Run run = runTarnwick(arguments, home.path(), QString(), QString());
         QCOMPARE(run.exitCode, 0);
         QCOMPARE(run.err, QString());
         QVERIFY2(run.out.startsWith(outStart), qPrintable(run.out.left(200)));
@@ -63,23 +85,55 @@ private Q_SLOTS:
         QCOMPARE(run.out.count(QLatin1Char('\n')), lines);
     }
 
-    // Without a mode the desktop host starts; the off-screen platform has no desktop to put
-    // tiles on, and the host says so instead of running unseen.
+    // Without a mode the desktop host starts. Without a display it says so in one sentence and
+    // ends, whatever else is on the line, before Qt can abort for want of one; on the off-screen
+    // platform there is no desktop to put tiles on.
     void hostNeedsADisplay_data() {
         QTest::addColumn<QStringList>("arguments");
-        QTest::newRow("no flag: the host") << QStringList{};
-        QTest::newRow("case-sensitive") << QStringList{QStringLiteral("--COUNTS")};
-        QTest::newRow("whole arguments only") << QStringList{QStringLiteral("--counts=yes")};
-        QTest::newRow("unknown flags fall through")
-            << QStringList{QStringLiteral("--web"), QStringLiteral("example.com")};
+        QTest::addColumn<QString>("display");
+        QTest::addColumn<QString>("err");
+        const QString unset = QStringLiteral("Tarnwick needs a display: set DISPLAY or "
+                                             "WAYLAND_DISPLAY.\n");
+        const QString bogus = QStringLiteral("Tarnwick needs a display: cannot open DISPLAY=%1; "
+                                             "set DISPLAY or WAYLAND_DISPLAY to a running "
+                                             "display.\n")
+                                  .arg(bogusDisplay);
+        QTest::newRow("no flag, no display") << QStringList{} << QString() << unset;
+        QTest::newRow("unknown flag, no display")
+            << QStringList{QStringLiteral("--web"), QStringLiteral("example.com")} << QString()
+            << unset;
+        QTest::newRow("case-sensitive, display that cannot be opened")
+            << QStringList{QStringLiteral("--COUNTS")} << bogusDisplay << bogus;
+        QTest::newRow("whole arguments only, display that cannot be opened")
+            << QStringList{QStringLiteral("--counts=yes"), QStringLiteral("-platform"),
+                           QStringLiteral("xcb")}
+            << bogusDisplay << bogus;
+        QTest::newRow("a mode without its value is absent")
+            << QStringList{QStringLiteral("--snapshot-widget")} << QString()
+            << unset + QStringLiteral("--snapshot-widget is missing its value and was ignored; "
+                                      "see tarnwick --help.\n");
+        QTest::newRow("off-screen platform")
+            << QStringList{QStringLiteral("--verbose")} << QStringLiteral("offscreen") << unset;
     }
     void hostNeedsADisplay() {
         QFETCH(QStringList, arguments);
+        QFETCH(QString, display);
         QTemporaryDir home;
-        const Run run = runTarnwick(arguments, home.path());
+        const Run run = runTarnwick(arguments, home.path(), QString(), display);
         QCOMPARE(run.exitCode, 1);
         QCOMPARE(run.out, QString());
-        QVERIFY2(run.err.contains(QLatin1String("Tarnwick needs a display")), qPrintable(run.err));
+        QTEST(run.err, "err");
+    }
+
+    // A mode nobody can find is a mode nobody uses.
+    void helpNamesEveryMode() {
+        QTemporaryDir home;
+        const Run run = runTarnwick({QStringLiteral("--help")}, home.path());
+        for (const tw::LaunchStep& step : tw::LaunchChain::steps()) {
+            if (step.flag != nullptr) {
+                QVERIFY2(run.out.contains(QLatin1String(step.flag)), step.flag);
+            }
+        }
     }
 
     // The pin changes nothing in the reports: they stay the same for any TWK_TIME.

@@ -21,6 +21,7 @@ from xsession import XSession, missing_tools  # noqa: E402
 
 BINARY = None
 ARTIFACTS = None
+VERSION = None
 SCREEN = (1920, 1080)
 MARGIN = 22
 TILE = {"small": (96, 96), "large": (204, 204), "wide": (204, 96)}
@@ -244,6 +245,59 @@ class DesktopTest(unittest.TestCase):
         self.assertEqual({k: g for k, (_, g) in after.items()}, before)
 
 
+class UpdateLaunchTest(unittest.TestCase):
+    """Every start records the build's version: the next start of the same version stays quiet,
+    a start of another version opens the configuration window."""
+
+    def setUp(self):
+        self.data_dir = tempfile.mkdtemp(prefix="tw-e2e-data-")
+        self.config_home = tempfile.mkdtemp(prefix="tw-e2e-config-")
+        self.conf = os.path.join(self.config_home, "Tarnwick", "Tarnwick.conf")
+        os.makedirs(os.path.dirname(self.conf))
+        # An install from before versions were recorded, window at launch off.
+        self.write_conf("tarnwick.energyMode=balanced\ntarnwick.openWindowAtLaunch=false\n")
+        self.session = XSession(size="%dx%d" % SCREEN).__enter__()
+        self.host = Host(self.session, self.data_dir, self.config_home)
+
+    def tearDown(self):
+        self.host.stop()
+        self.session.__exit__(None, None, None)
+        shutil.rmtree(self.data_dir, ignore_errors=True)
+        shutil.rmtree(self.config_home, ignore_errors=True)
+
+    def write_conf(self, keys):
+        with open(self.conf, "w", encoding="utf-8") as f:
+            f.write("[General]\n" + keys)
+
+    def recorded_version(self):
+        with open(self.conf, encoding="utf-8") as f:
+            for line in f:
+                if line.startswith("tarnwick.lastLaunchedVersion="):
+                    return line.split("=", 1)[1].strip()
+        return None
+
+    def start_opens_window(self):
+        """Starts the host, waits for its tiles, says whether the window came, and quits."""
+        self.host.launch()
+        self.assertTrue(self.host.wait_for_panels(3), "no tiles")
+        window = self.session.wait_for(lambda: self.session.output(
+            ["xdotool", "search", "--onlyvisible", "--name", "^Tarnwick$"]).split(), timeout=3)
+        self.host.stop()
+        return bool(window)
+
+    def test_a_second_start_of_one_version_is_quiet(self):
+        self.assertTrue(self.start_opens_window(), "an unrecorded install is an update")
+        self.assertEqual(self.recorded_version(), VERSION)
+        self.assertFalse(self.start_opens_window(), "the same version again is no update")
+        with open(self.conf, encoding="utf-8") as f:
+            text = f.read().replace("tarnwick.lastLaunchedVersion=" + VERSION,
+                                    "tarnwick.lastLaunchedVersion=0.0.1")
+        with open(self.conf, "w", encoding="utf-8") as f:
+            f.write(text)
+        self.assertTrue(self.start_opens_window(), "another version is an update")
+        self.assertEqual(self.recorded_version(), VERSION)
+
+
 @unittest.skipUnless(shutil.which("trayer"), "needs trayer, an XEmbed system tray")
 class TrayTest(DesktopTest):
     """With a system tray on the desktop the status item stands in it."""
@@ -285,12 +339,14 @@ class TrayTest(DesktopTest):
 
 
 def main():
-    global BINARY, ARTIFACTS
+    global BINARY, ARTIFACTS, VERSION
     parser = argparse.ArgumentParser()
     parser.add_argument("--binary", required=True)
     parser.add_argument("--artifacts")
+    parser.add_argument("--version", required=True, help="the project version of the build")
     args, rest = parser.parse_known_args()
     BINARY = os.path.abspath(args.binary)
+    VERSION = args.version
     ARTIFACTS = args.artifacts
     missing = missing_tools()
     if missing:

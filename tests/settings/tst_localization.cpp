@@ -6,9 +6,11 @@
 #include "settings/Localization.h"
 #include "settings/StringTable.h"
 
+#include <QDir>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QScopeGuard>
 #include <QTest>
 
 namespace Localization = tw::Localization;
@@ -118,6 +120,27 @@ private Q_SLOTS:
         QVERIFY(table.isEmpty());
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("Cannot read")));
         QVERIFY(!table.loadTable(QStringLiteral(":/strings/none.json"), QStringLiteral("xx")));
+    }
+
+    // An installed program reads its tables from share/tarnwick/strings beside its bin directory,
+    // ahead of the compiled-in ones; a table found only there is a language too.
+    void installedTablesComeFirst() {
+        const QString share = QCoreApplication::applicationDirPath() + QStringLiteral("/../share");
+        QVERIFY(!QDir(share).exists());
+        const QString strings = share + QStringLiteral("/tarnwick/strings");
+        const auto removeShare = qScopeGuard([&] { QDir(share).removeRecursively(); });
+        QVERIFY(QDir().mkpath(strings));
+        for (const QString& language : {QStringLiteral("de"), QStringLiteral("pt")}) {
+            QFile file(strings + QLatin1Char('/') + language + QStringLiteral(".json"));
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write("{\"a.b\": \"c\"}") > 0);
+        }
+        QCOMPARE(Localization::tablePath(QStringLiteral("de")),
+                 QDir::cleanPath(strings + QStringLiteral("/de.json")));
+        QCOMPARE(Localization::tablePath(QStringLiteral("fr")), QString());
+        QCOMPARE(Localization::supportedLanguages().last(), QStringLiteral("pt"));
+        QVERIFY(QDir(share).removeRecursively());
+        QCOMPARE(Localization::tablePath(QStringLiteral("de")),
+                 QStringLiteral(":/strings/de.json"));
     }
 
     // Every shipped table is a flat object of non-empty texts.

@@ -8,6 +8,7 @@ QProcessEnvironment isolatedEnvironment(const QString& home, const QString& twkT
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("HOME"), home);
     environment.insert(QStringLiteral("XDG_CONFIG_HOME"), home + QLatin1String("/.config"));
+    environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), home);
     environment.remove(QStringLiteral("TWK_TIME"));
     if (!twkTime.isNull()) {
         environment.insert(QStringLiteral("TWK_TIME"), twkTime);

@@ -13,7 +13,7 @@ struct ProcessRun {
     QString err;
 };
 
-// Environment for one run: HOME and XDG_CONFIG_HOME under `home`, no inherited TWK_TIME, and the
+// Environment for one run: HOME, XDG_CONFIG_HOME and XDG_RUNTIME_DIR under `home`, no inherited TWK_TIME, and the
 // pin given as `twkTime` when it is not null.
 QProcessEnvironment isolatedEnvironment(const QString& home, const QString& twkTime = QString());
 

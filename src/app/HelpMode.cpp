@@ -1,0 +1,55 @@
+#include "app/LaunchModes.h"
+
+#include <QCoreApplication>
+
+namespace tw {
+
+namespace {
+
+const char* const kUsage = R"(Usage: tarnwick [MODE] [OPTIONS]
+
+Without a mode Tarnwick starts the desktop-widget host on the current display.
+With a mode it does that one job without a display, prints one line or report and
+exits. The first mode in this list wins; other flags are ignored.
+
+Modes:
+  -h, --help                   show this text and exit
+  --sizes                      table of the sizes each widget kind allows
+  --counts                     one line: "widgets=N sizes=N themes=N"
+  --snapshot-widget OUT.png    draw one tile to a PNG file
+      --kind KIND              the widget kind (required; --list-sizes names them)
+      --size SIZE              one of the kind's sizes (default: the kind's own)
+      --style STYLE            a style the kind draws (clock: digital, analog)
+      --set KEY=VALUE          one setting of the tile; may be repeated
+  --snapshot-gallery OUT.png   draw every kind on one sheet
+  --list-sizes                 one line per kind: "kind:size,size,..."
+
+Options of the picture modes:
+  --theme THEME                a built-in theme (default: midnight)
+  --dark, --light              the shade of the glass (default: dark)
+  --scale X                    pixels per point, 0.5 to 4 (default: 2)
+
+A mode whose value is missing counts as absent: the desktop host starts instead.
+Unknown flags are ignored.
+
+Environment:
+  DISPLAY, WAYLAND_DISPLAY     the display the desktop host runs on
+  TWK_TIME=HH:MM               pin the clock to that time tomorrow, for repeatable pictures
+  TKW_APP_SUPPORT_DIR=DIR      keep the data files in DIR
+                               (default: ~/.local/share/Tarnwick)
+  TKW_CONFIG_ONLY=1            open only the configuration window, no tiles
+  TKW_CONFIG_SECTION=NAME      open the configuration window at general, appearance,
+                               layouts, updates or about
+  XDG_CONFIG_HOME              preferences live in its Tarnwick/ (default: ~/.config)
+
+Exit status: 0 on success; 1 when a mode fails or no display can be opened.
+)";
+
+} // namespace
+
+std::optional<int> runHelpMode(LaunchContext& context) {
+    context.out << "tarnwick " << QCoreApplication::applicationVersion() << "\n\n" << kUsage;
+    return 0;
+}
+
+} // namespace tw
