@@ -280,8 +280,9 @@ class UpdateLaunchTest(unittest.TestCase):
         """Starts the host, waits for its tiles, says whether the window came, and quits."""
         self.host.launch()
         self.assertTrue(self.host.wait_for_panels(3), "no tiles")
-        window = self.session.wait_for(lambda: self.session.output(
-            ["xdotool", "search", "--onlyvisible", "--name", "^Tarnwick$"]).split(), timeout=3)
+        window = self.session.wait_for(lambda: [
+            w for w in self.session.output(["xdotool", "search", "--name", "^Tarnwick$"]).split()
+            if (self.session.geometry(int(w)) or (0, 0, 0, 0))[2:] == (980, 680)], timeout=3)
         self.host.stop()
         return bool(window)
 
