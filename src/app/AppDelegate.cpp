@@ -15,8 +15,10 @@
 #include "platform/Clock.h"
 #include "platform/Defaults.h"
 #include "platform/QtScheduler.h"
+#include "platform/linux/FreedesktopNotifications.h"
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/MaterialSymbolProvider.h"
+#include "platform/linux/PortalColorScheme.h"
 #include "platform/linux/QtDisplays.h"
 #include "platform/linux/X11DesktopWindowing.h"
 #include "settings/AppSettings.h"
@@ -103,6 +105,8 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
     m_displays = std::make_unique<QtDisplays>();
     m_windowing = X11DesktopWindowing::create();
     m_workspace = std::make_unique<LinuxWorkspace>();
+    m_notifications = std::make_unique<FreedesktopNotifications>();
+    m_colorScheme = std::make_unique<PortalColorScheme>();
     m_symbols = std::make_unique<MaterialSymbolProvider>();
     m_registry = std::make_unique<WidgetRegistry>();
     m_theme = std::make_unique<ThemeStore>(m_defaults);
@@ -148,6 +152,8 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .watcher = m_watcher.get(),
         .memory = m_memory.get(),
         .workspace = m_workspace.get(),
+        .notifications = m_notifications.get(),
+        .colorScheme = m_colorScheme.get(),
     });
     m_controller->widgetSettingsOpener = [this](const QUuid&) { showConfigWindow(); };
     m_status = std::make_unique<StatusBarController>(*m_controller, *m_grid,

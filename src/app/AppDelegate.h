@@ -12,6 +12,7 @@
 namespace tw {
 
 class AppSettings;
+class ColorSchemeWatcher;
 class ConfigWindow;
 class Defaults;
 class DesktopController;
@@ -19,6 +20,7 @@ class DesktopWindowing;
 class FaceRegistry;
 class GridStore;
 class MinuteCoordinator;
+class Notifications;
 class QtDisplays;
 class QtScheduler;
 class ScreenTopologyWatcher;
@@ -81,6 +83,8 @@ private:
     std::unique_ptr<QtDisplays> m_displays;
     std::unique_ptr<DesktopWindowing> m_windowing;
     std::unique_ptr<Workspace> m_workspace;
+    std::unique_ptr<Notifications> m_notifications;
+    std::unique_ptr<ColorSchemeWatcher> m_colorScheme;
     std::unique_ptr<SymbolProvider> m_symbols;
     std::unique_ptr<WidgetRegistry> m_registry;
     std::unique_ptr<ThemeStore> m_theme;

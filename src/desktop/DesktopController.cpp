@@ -13,6 +13,7 @@
 #include "model/WidgetAction.h"
 #include "model/WidgetRegistry.h"
 #include "platform/Clock.h"
+#include "platform/ColorSchemeWatcher.h"
 #include "platform/Scheduler.h"
 #include "settings/AppSettings.h"
 #include "tick/MinuteCoordinator.h"
@@ -99,6 +100,19 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
     connect(&theme, &ThemeStore::glassStyleChanged, this, [this] { refreshAllContent(); });
     connect(&theme, &ThemeStore::glassStrengthChanged, this, [this] { refreshAllContent(); });
     connect(&theme, &ThemeStore::glassTintChanged, this, [this] { refreshAllContent(); });
+    if (m_services.colorScheme != nullptr) {
+        connect(m_services.colorScheme, &ColorSchemeWatcher::colorSchemeChanged, this, [this] {
+            if (m_services.theme.glassTint() == ThemeStore::GlassTint::Auto) {
+                refreshAllContent();
+            }
+        });
+    }
+}
+
+ThemeStore::SystemAppearance DesktopController::systemAppearance() const {
+    const bool light = m_services.colorScheme != nullptr &&
+                       m_services.colorScheme->colorScheme() == ColorScheme::Light;
+    return light ? ThemeStore::SystemAppearance::Light : ThemeStore::SystemAppearance::Dark;
 }
 
 DesktopController::~DesktopController() {
@@ -271,12 +285,7 @@ void DesktopController::refreshContent(Entry& entry) {
     FaceContext context = FaceContext::forInstance(definition->metadata, entry.instance);
     const ThemeStore& theme = m_services.theme;
     context.theme = theme.themed();
-    const bool light =
-        ThemeStore::prefersLightGlass(theme.glassTint(), ThemeStore::SystemAppearance::Dark);
-    context.glass =
-        GlassLook{theme.glassStyle() == ThemeStore::GlassStyle::Clear ? GlassLook::Finish::Clear
-                                                                      : GlassLook::Finish::Frosted,
-                  theme.glassStrength(), light ? GlassLook::Shade::Light : GlassLook::Shade::Dark};
+    context.glass = GlassLook::from(theme, systemAppearance());
     context.surface = SurfaceFlags::desktop();
     context.symbols = m_services.symbols;
 
@@ -679,11 +688,10 @@ bool DesktopController::handlePlainClick(const QUuid& id, QPointF point) {
         return false;
     }
     const auto action = WidgetAction::resolved(instance->kind, instance->settings);
-    if (!action || action->kind == WidgetActionKind::none || m_services.workspace == nullptr) {
+    if (!action || m_services.workspace == nullptr || m_services.notifications == nullptr) {
         return false;
     }
-    WidgetAction::run(*m_services.workspace, action->kind, action->target);
-    return true;
+    return WidgetAction::run(*m_services.workspace, *m_services.notifications, *action);
 }
 
 // --- context menu ------------------------------------------------------------------------------

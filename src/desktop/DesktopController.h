@@ -33,9 +33,11 @@ namespace tw {
 
 class AppSettings;
 class Clock;
+class ColorSchemeWatcher;
 class FaceRegistry;
 class GridStore;
 class MinuteCoordinator;
+class Notifications;
 class Scheduler;
 class SymbolProvider;
 class TickCoordinator;
@@ -48,7 +50,8 @@ class DesktopController final : public QObject {
     Q_OBJECT
 public:
     // Everything the controller works with; all must outlive it. The watcher and the memory may
-    // be absent (no display handling), as may the workspace (clicks run no action).
+    // be absent (no display handling), as may the workspace and the notifications (clicks run
+    // no action) and the colour scheme (the desktop counts as dark).
     struct Services {
         ThemeStore& theme;
         TickCoordinator& ticker;
@@ -65,6 +68,8 @@ public:
         ScreenTopologyWatcher* watcher = nullptr;
         TopologyMemory* memory = nullptr;
         Workspace* workspace = nullptr;
+        Notifications* notifications = nullptr;
+        const ColorSchemeWatcher* colorScheme = nullptr;
     };
 
     static constexpr double panelMargin = DesktopPanel::margin;
@@ -115,6 +120,9 @@ public:
 
     // Widgets parked here until their own display returns.
     int visitorCount() const;
+
+    // The desktop's look as "Automatic" glass follows it.
+    ThemeStore::SystemAppearance systemAppearance() const;
 
     // Context menu and its actions.
     QMenu* contextMenu(const QUuid& id);

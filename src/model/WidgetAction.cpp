@@ -1,6 +1,8 @@
 #include "model/WidgetAction.h"
 
+#include "platform/Notifications.h"
 #include "platform/Workspace.h"
+#include "settings/L.h"
 
 #include <QFileInfo>
 #include <QLoggingCategory>
@@ -35,12 +37,6 @@ QString encodedForURL(const QString& text) {
     return encoded;
 }
 
-void report(const LaunchResult& result) {
-    if (!result.isSuccess()) {
-        qCCritical(lcWidgetAction, "action failed: %s", qUtf8Printable(result.error()));
-    }
-}
-
 bool holdsBlank(const QString& text) {
     return std::any_of(text.begin(), text.end(), [](QChar c) { return c.isSpace(); });
 }
@@ -58,35 +54,31 @@ WidgetAction::resolved(const QString& kind, const std::optional<WidgetSettings>&
         if (target.isEmpty()) {
             return std::nullopt;
         }
-        return ResolvedAction{*chosen, target};
+        return ResolvedAction{*chosen, target, std::nullopt};
     }
-    if (const auto target = defaultTarget(kind)) {
-        return ResolvedAction{WidgetActionKind::app, *target};
+    if (const auto role = defaultRole(kind)) {
+        return ResolvedAction{WidgetActionKind::app, rawValue(*role), role};
     }
     return std::nullopt;
 }
 
-std::optional<QString> WidgetAction::defaultTarget(const QString& kind) {
-    struct Default {
-        const char* kind;
-        const char* target;
-    };
+std::optional<AppRole> WidgetAction::defaultRole(const QString& kind) {
     // crypto, currency and worldmap stay silent on purpose.
-    static constexpr std::array<Default, 10> defaults{{
-        {"calendar", "com.apple.iCal"},
-        {"weather", "com.apple.weather"},
-        {"clock", "com.apple.clock"},
-        {"worldclock", "com.apple.clock"},
-        {"countdown", "com.apple.clock"},
-        {"system", "com.apple.ActivityMonitor"},
-        {"battery", "com.apple.systempreferences"},
-        {"network", "com.apple.systempreferences"},
-        {"btdevices", "com.apple.systempreferences"},
-        {"photos", "com.apple.Photos"},
+    static const std::array<std::pair<const char*, AppRole>, 10> defaults{{
+        {"calendar", AppRole::calendar},
+        {"weather", AppRole::weather},
+        {"clock", AppRole::clock},
+        {"worldclock", AppRole::clock},
+        {"countdown", AppRole::clock},
+        {"system", AppRole::systemMonitor},
+        {"battery", AppRole::settings},
+        {"network", AppRole::settings},
+        {"btdevices", AppRole::settings},
+        {"photos", AppRole::photos},
     }};
-    for (const Default& entry : defaults) {
-        if (kind == QLatin1String(entry.kind)) {
-            return QLatin1String(entry.target);
+    for (const auto& [name, role] : defaults) {
+        if (kind == QLatin1String(name)) {
+            return role;
         }
     }
     return std::nullopt;
@@ -112,53 +104,132 @@ std::optional<QUrl> WidgetAction::resolvedURL(const QString& text) {
     return std::nullopt;
 }
 
-void WidgetAction::run(Workspace& workspace, WidgetActionKind kind, const QString& target) {
-    const QString trimmed = target.trimmed();
-    if (trimmed.isEmpty()) {
-        return;
+bool WidgetAction::run(Workspace& workspace, Notifications& notifications,
+                       const ResolvedAction& action) {
+    const QString target = action.target.trimmed();
+    if (target.isEmpty() && !action.role) {
+        return false;
     }
-    switch (kind) {
+    LaunchResult result = LaunchResult::success();
+    switch (action.kind) {
     case WidgetActionKind::none:
-        return;
+        return false;
     case WidgetActionKind::app:
-        openApp(workspace, trimmed);
-        return;
+        result = action.role ? openRole(workspace, *action.role) : openApp(workspace, target);
+        break;
     case WidgetActionKind::url:
-        openURL(workspace, trimmed);
-        return;
+        result = openURL(workspace, target);
+        break;
     case WidgetActionKind::shortcut:
-        exec(workspace, QStringLiteral("/usr/bin/shortcuts"), {QStringLiteral("run"), trimmed});
-        return;
+        result =
+            exec(workspace, QStringLiteral("/usr/bin/shortcuts"), {QStringLiteral("run"), target});
+        break;
     }
+    if (!result.isSuccess()) {
+        qCCritical(lcWidgetAction, "action failed: %s", qUtf8Printable(result.error()));
+        const Notice notice = failureNotice(action);
+        notifications.notify(notice.title, notice.body);
+    }
+    return true;
 }
 
-void WidgetAction::openApp(Workspace& workspace, const QString& target) {
+LaunchResult WidgetAction::openApp(Workspace& workspace, const QString& target) {
     if (target.startsWith(QLatin1Char('/')) && QFileInfo::exists(target)) {
-        report(workspace.open(QUrl::fromLocalFile(target)));
-        return;
+        return workspace.open(QUrl::fromLocalFile(target));
     }
     if (target.contains(QLatin1Char('.')) && !holdsBlank(target)) {
         if (const auto location = workspace.applicationForIdentifier(target)) {
-            report(workspace.openApplication(*location));
-            return;
+            return workspace.openApplication(*location);
         }
     }
     if (const auto location = workspace.applicationNamed(target)) {
-        report(workspace.openApplication(*location));
-        return;
+        return workspace.openApplication(*location);
     }
-    report(workspace.openApplicationByName(target));
+    if (const auto role = appRoleFromRawValue(target)) {
+        if (const auto location = workspace.applicationForRole(*role)) {
+            return workspace.openApplication(*location);
+        }
+    }
+    return workspace.openApplicationByName(target);
 }
 
-void WidgetAction::openURL(Workspace& workspace, const QString& text) {
+LaunchResult WidgetAction::openRole(Workspace& workspace, AppRole role) {
+    if (const auto location = workspace.applicationForRole(role)) {
+        return workspace.openApplication(*location);
+    }
+    return LaunchResult::failure(QLatin1String("no application for the role ") + rawValue(role));
+}
+
+LaunchResult WidgetAction::openURL(Workspace& workspace, const QString& text) {
     if (const auto url = resolvedURL(text)) {
-        report(workspace.open(*url));
+        return workspace.open(*url);
     }
+    return LaunchResult::failure(QLatin1String("not an address: ") + text);
 }
 
-void WidgetAction::exec(Workspace& workspace, const QString& program,
-                        const QStringList& arguments) {
-    report(workspace.startDetached(program, arguments));
+LaunchResult WidgetAction::exec(Workspace& workspace, const QString& program,
+                                const QStringList& arguments) {
+    return workspace.startDetached(program, arguments);
+}
+
+WidgetAction::Notice WidgetAction::failureNotice(const ResolvedAction& action) {
+    const QString settingsHint =
+        L("action.failed.chooseDefault",
+          QStringLiteral("Install %1, or choose one as the default in your desktop's settings."));
+    if (action.role) {
+        switch (*action.role) {
+        case AppRole::calendar:
+            return {L("action.failed.calendar", QStringLiteral("Nothing opens calendars")),
+                    settingsHint.arg(L("action.app.calendar", QStringLiteral("a calendar app")))};
+        case AppRole::clock:
+            return {L("action.failed.clock", QStringLiteral("Nothing opens clocks")),
+                    settingsHint.arg(L("action.app.clock", QStringLiteral("a clock app")))};
+        case AppRole::weather:
+            return {L("action.failed.weather", QStringLiteral("Nothing opens the weather")),
+                    settingsHint.arg(L("action.app.weather", QStringLiteral("a weather app")))};
+        case AppRole::systemMonitor:
+            return {
+                L("action.failed.systemMonitor", QStringLiteral("Nothing opens a system monitor")),
+                settingsHint.arg(
+                    L("action.app.systemMonitor", QStringLiteral("a system monitor")))};
+        case AppRole::settings:
+            return {L("action.failed.settings", QStringLiteral("Nothing opens the settings")),
+                    settingsHint.arg(
+                        L("action.app.settings", QStringLiteral("your desktop's settings app")))};
+        case AppRole::photos:
+            return {L("action.failed.photos", QStringLiteral("Nothing opens photos")),
+                    settingsHint.arg(L("action.app.photos", QStringLiteral("a photo viewer")))};
+        case AppRole::terminal:
+            return {L("action.failed.terminal", QStringLiteral("Nothing opens a terminal")),
+                    settingsHint.arg(L("action.app.terminal", QStringLiteral("a terminal")))};
+        case AppRole::fileManager:
+            return {
+                L("action.failed.fileManager", QStringLiteral("Nothing opens folders")),
+                settingsHint.arg(L("action.app.fileManager", QStringLiteral("a file manager")))};
+        case AppRole::musicPlayer:
+            return {
+                L("action.failed.musicPlayer", QStringLiteral("Nothing plays music")),
+                settingsHint.arg(L("action.app.musicPlayer", QStringLiteral("a music player")))};
+        }
+    }
+    const QString title = L("action.failed.target", QStringLiteral("Nothing opens “%1”"))
+                              .arg(action.target.trimmed());
+    switch (action.kind) {
+    case WidgetActionKind::url:
+        return {title, L("action.failed.url.body",
+                         QStringLiteral("This address cannot be opened. Check the widget's "
+                                        "click action in its settings."))};
+    case WidgetActionKind::shortcut:
+        return {title, L("action.failed.shortcut.body",
+                         QStringLiteral("Shortcuts cannot run on this computer. Choose an "
+                                        "application or an address as the click action."))};
+    case WidgetActionKind::none:
+    case WidgetActionKind::app:
+        break;
+    }
+    return {title, L("action.failed.app.body",
+                     QStringLiteral("No application of that name is installed. Install it, or "
+                                    "choose another in the widget's settings."))};
 }
 
 } // namespace tw

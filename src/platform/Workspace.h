@@ -1,6 +1,8 @@
 // The desktop's way of opening things: URLs and files with their handler, applications, processes.
 #pragma once
 
+#include "platform/AppRole.h"
+
 #include <QString>
 #include <QStringList>
 #include <QUrl>
@@ -39,7 +41,10 @@ public:
     virtual std::optional<QString> applicationForIdentifier(const QString& identifier) const = 0;
     // The installed application whose name is `name`, searched where applications live.
     virtual std::optional<QString> applicationNamed(const QString& name) const = 0;
-    // Starts an application found by one of the two look-ups above.
+    // The person's own application for a role (their default calendar, terminal, …), as a
+    // location openApplication() accepts; nullopt when nothing installed can take the role.
+    virtual std::optional<QString> applicationForRole(AppRole role) const = 0;
+    // Starts an application found by one of the look-ups above.
     virtual LaunchResult openApplication(const QString& location) = 0;
     // The last resort for a bare name: let the desktop find something called so and start it.
     virtual LaunchResult openApplicationByName(const QString& name) = 0;

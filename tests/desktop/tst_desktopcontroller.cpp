@@ -9,9 +9,12 @@
 #include "grid/RectEdges.h"
 #include "look/ThemeStore.h"
 #include "model/WidgetRegistry.h"
+#include "platform/null/FixedColorScheme.h"
 #include "platform/null/FixedDisplays.h"
 #include "platform/null/MemoryDefaults.h"
 #include "platform/null/NullDesktopWindowing.h"
+#include "platform/null/NullNotifications.h"
+#include "platform/null/NullWorkspace.h"
 #include "settings/AppSettings.h"
 #include "tick/MinuteCoordinator.h"
 #include "tick/TickCoordinator.h"
@@ -36,6 +39,9 @@ struct Fixture {
         {ScreenInfo{QStringLiteral("main"), QStringLiteral("Main"), kScreen, kScreen, true}}};
     WidgetRegistry registry;
     NullDesktopWindowing windowing;
+    NullWorkspace workspace;
+    NullNotifications notifications;
+    FixedColorScheme colorScheme{ColorScheme::Light};
     FaceRegistry faces;
     AppSettings settings{defaults};
     std::unique_ptr<ThemeStore> theme;
@@ -63,6 +69,9 @@ struct Fixture {
             .clock = clock,
             .registry = registry,
             .faces = faces,
+            .workspace = &workspace,
+            .notifications = &notifications,
+            .colorScheme = &colorScheme,
         });
         controller->show();
     }
@@ -276,6 +285,30 @@ private Q_SLOTS:
         const QUuid stack = *f.grid->instance(clock.id)->stackID;
         QVERIFY(f.controller->handlePlainClick(clock.id, point));
         QCOMPARE(f.controller->activeIndex(stack), index);
+    }
+
+    void aClickOpensThePersonsApplicationOrSaysWhyNot() {
+        Fixture f;
+        f.workspace.addRoleApplication(AppRole::clock, QStringLiteral("/apps/clock"));
+        QVERIFY(f.controller->handlePlainClick(f.byKind(QStringLiteral("clock")).id, {100, 100}));
+        QCOMPARE(f.workspace.requests(), QStringList{QStringLiteral("application /apps/clock")});
+        QTest::ignoreMessage(QtCriticalMsg, "action failed: no application for the role weather");
+        QVERIFY(f.controller->handlePlainClick(f.byKind(QStringLiteral("weather")).id, {100, 100}));
+        QCOMPARE(f.notifications.shown().size(), 1);
+        QCOMPARE(f.notifications.shown().first().title,
+                 QStringLiteral("Nothing opens the weather"));
+    }
+
+    // "Automatic" glass is light on a dark desktop and dark on a light one.
+    void automaticGlassFollowsTheDesktop() {
+        Fixture f;
+        const QUuid clock = f.byKind(QStringLiteral("clock")).id;
+        f.theme->setGlassTint(ThemeStore::GlassTint::Auto);
+        QCOMPARE(f.controller->panel(clock)->context().glass.shade, GlassLook::Shade::Dark);
+        f.colorScheme.setColorScheme(ColorScheme::Dark);
+        QCOMPARE(f.controller->panel(clock)->context().glass.shade, GlassLook::Shade::Light);
+        f.theme->setGlassTint(ThemeStore::GlassTint::Dark);
+        QCOMPARE(f.controller->panel(clock)->context().glass.shade, GlassLook::Shade::Dark);
     }
 
     void resizingAStackMemberResizesTheStack() {

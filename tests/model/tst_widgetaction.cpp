@@ -1,6 +1,8 @@
 #include "model/WidgetAction.h"
+#include "platform/null/NullNotifications.h"
 #include "platform/null/NullWorkspace.h"
 
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -10,7 +12,6 @@ using tw::WidgetActionKind;
 using tw::WidgetSettings;
 
 Q_DECLARE_METATYPE(std::optional<WidgetSettings>)
-Q_DECLARE_METATYPE(tw::WidgetActionKind)
 
 namespace {
 
@@ -42,7 +43,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("expected");
         QTest::newRow("default of calendar") << "calendar"
                                              << "-"
-                                             << "app com.apple.iCal";
+                                             << "app calendar";
         QTest::newRow("explicit none beats the default") << "calendar"
                                                          << "clickAction=none|clickTarget=x"
                                                          << "no action";
@@ -61,13 +62,13 @@ private Q_SLOTS:
                                   << "shortcut Focus";
         QTest::newRow("unknown action falls back") << "clock"
                                                    << "clickAction=launch|clickTarget=x"
-                                                   << "app com.apple.clock";
+                                                   << "app clock";
         QTest::newRow("action is case-sensitive") << "battery"
                                                   << "clickAction=URL|clickTarget=x"
-                                                  << "app com.apple.systempreferences";
+                                                  << "app settings";
         QTest::newRow("other settings only") << "system"
                                              << "style=ring"
-                                             << "app com.apple.ActivityMonitor";
+                                             << "app system-monitor";
         QTest::newRow("silent kind") << "crypto"
                                      << "-"
                                      << "no action";
@@ -82,37 +83,42 @@ private Q_SLOTS:
         QTEST(describe(WidgetAction::resolved(kind, settingsFrom(settings))), "expected");
     }
 
-    void defaultTarget_data() {
+    void defaultRole_data() {
         QTest::addColumn<QString>("kind");
-        QTest::addColumn<QString>("target");
+        QTest::addColumn<QString>("role");
         QTest::newRow("calendar") << "calendar"
-                                  << "com.apple.iCal";
+                                  << "calendar";
         QTest::newRow("weather") << "weather"
-                                 << "com.apple.weather";
+                                 << "weather";
         QTest::newRow("clock") << "clock"
-                               << "com.apple.clock";
+                               << "clock";
         QTest::newRow("worldclock") << "worldclock"
-                                    << "com.apple.clock";
+                                    << "clock";
         QTest::newRow("countdown") << "countdown"
-                                   << "com.apple.clock";
+                                   << "clock";
         QTest::newRow("system") << "system"
-                                << "com.apple.ActivityMonitor";
+                                << "system-monitor";
         QTest::newRow("battery") << "battery"
-                                 << "com.apple.systempreferences";
+                                 << "settings";
         QTest::newRow("network") << "network"
-                                 << "com.apple.systempreferences";
+                                 << "settings";
         QTest::newRow("btdevices") << "btdevices"
-                                   << "com.apple.systempreferences";
+                                   << "settings";
         QTest::newRow("photos") << "photos"
-                                << "com.apple.Photos";
+                                << "photos";
         QTest::newRow("crypto") << "crypto" << QString();
         QTest::newRow("currency") << "currency" << QString();
         QTest::newRow("worldmap") << "worldmap" << QString();
         QTest::newRow("custom") << "custom.E621E1F8-C36C-495A-93FC-0C247A3E6E5F" << QString();
     }
-    void defaultTarget() {
+    void defaultRole() {
         QFETCH(QString, kind);
-        QTEST(WidgetAction::defaultTarget(kind).value_or(QString()), "target");
+        QFETCH(QString, role);
+        const auto found = WidgetAction::defaultRole(kind);
+        QCOMPARE(found ? tw::rawValue(*found) : QString(), role);
+        if (found) {
+            QCOMPARE(tw::appRoleFromRawValue(role.toUpper()), found);
+        }
     }
 
     void resolvedURL_data() {
@@ -161,6 +167,10 @@ private Q_SLOTS:
                                           << "application /apps/editor";
         QTest::newRow("identifier unknown, name known") << "com.apple.clock"
                                                         << "application /apps/clock";
+        QTest::newRow("a role by its raw value") << "Terminal"
+                                                 << "application /apps/terminal";
+        QTest::newRow("a role nothing takes") << "music-player"
+                                              << "by-name music-player";
         QTest::newRow("name") << "Editor"
                               << "application /apps/editor";
         QTest::newRow("a blank is no identifier") << "org.example.Editor x"
@@ -178,6 +188,7 @@ private Q_SLOTS:
                                  QStringLiteral("/apps/editor"));
         workspace.addApplication(QStringLiteral("org.example.Clock"),
                                  QStringLiteral("com.apple.clock"), QStringLiteral("/apps/clock"));
+        workspace.addRoleApplication(tw::AppRole::terminal, QStringLiteral("/apps/terminal"));
         WidgetAction::openApp(workspace, target);
         QCOMPARE(workspace.requests(), QStringList{request});
     }
@@ -193,37 +204,76 @@ private Q_SLOTS:
     }
 
     void runGoesByKind_data() {
-        QTest::addColumn<WidgetActionKind>("kind");
-        QTest::addColumn<QString>("target");
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QString>("settings");
+        QTest::addColumn<QString>("failure");
+        QTest::addColumn<bool>("used");
         QTest::addColumn<QStringList>("requests");
-        QTest::newRow("url") << WidgetActionKind::url << " example.com "
-                             << QStringList{QStringLiteral("open https://example.com")};
-        QTest::newRow("app") << WidgetActionKind::app << "Editor"
-                             << QStringList{QStringLiteral("by-name Editor")};
-        QTest::newRow("shortcut") << WidgetActionKind::shortcut << " Focus  "
-                                  << QStringList{
-                                         QStringLiteral("exec /usr/bin/shortcuts run Focus")};
-        QTest::newRow("none") << WidgetActionKind::none << "Editor" << QStringList();
-        QTest::newRow("blank target") << WidgetActionKind::app << "  " << QStringList();
-        QTest::newRow("url that cannot be one")
-            << WidgetActionKind::url << "exa mple.com" << QStringList();
+        QTest::addColumn<QString>("notice");
+        QTest::newRow("url") << "moon"
+                             << "clickAction=url|clickTarget= example.com "
+                             << "" << true
+                             << QStringList{QStringLiteral("open https://example.com")} << "";
+        QTest::newRow("app") << "moon"
+                             << "clickAction=app|clickTarget=Editor"
+                             << "" << true << QStringList{QStringLiteral("by-name Editor")} << "";
+        QTest::newRow("shortcut") << "moon"
+                                  << "clickAction=shortcut|clickTarget= Focus  "
+                                  << "" << true
+                                  << QStringList{QStringLiteral(
+                                         "exec /usr/bin/shortcuts run Focus")}
+                                  << "";
+        QTest::newRow("default role")
+            << "calendar"
+            << "-"
+            << "" << true << QStringList{QStringLiteral("application /apps/calendar")} << "";
+        QTest::newRow("no action") << "crypto"
+                                   << "-"
+                                   << "" << false << QStringList() << "";
+        QTest::newRow("a role nothing takes")
+            << "clock"
+            << "-"
+            << "" << true << QStringList()
+            << "Nothing opens clocks | Install a clock app, or choose one as the default in "
+               "your desktop's settings.";
+        QTest::newRow("an address that cannot be one")
+            << "moon"
+            << "clickAction=url|clickTarget=exa mple.com"
+            << "" << true << QStringList()
+            << "Nothing opens “exa mple.com” | This address cannot be opened. Check the "
+               "widget's click action in its settings.";
+        QTest::newRow("a program that fails")
+            << "moon"
+            << "clickAction=app|clickTarget=Nothing"
+            << "no application named Nothing" << true
+            << QStringList{QStringLiteral("by-name Nothing")}
+            << "Nothing opens “Nothing” | No application of that name is installed. Install it, "
+               "or choose another in the widget's settings.";
     }
     void runGoesByKind() {
-        QFETCH(WidgetActionKind, kind);
-        QFETCH(QString, target);
+        QFETCH(QString, kind);
+        QFETCH(QString, settings);
+        QFETCH(QString, failure);
+        QFETCH(QString, notice);
         tw::NullWorkspace workspace;
-        WidgetAction::run(workspace, kind, target);
+        workspace.addRoleApplication(tw::AppRole::calendar, QStringLiteral("/apps/calendar"));
+        if (!failure.isEmpty()) {
+            workspace.failWith(failure);
+        }
+        tw::NullNotifications notifications;
+        const auto action = WidgetAction::resolved(kind, settingsFrom(settings));
+        if (!notice.isEmpty()) {
+            QTest::ignoreMessage(QtCriticalMsg,
+                                 QRegularExpression(QStringLiteral("^action failed: .+")));
+        }
+        const bool used = action && WidgetAction::run(workspace, notifications, *action);
+        QTEST(used, "used");
         QTEST(workspace.requests(), "requests");
-    }
-
-    void failureIsOnlyLogged() {
-        tw::NullWorkspace workspace;
-        workspace.failWith(QStringLiteral("no such program"));
-        QTest::ignoreMessage(QtCriticalMsg, "action failed: no such program");
-        WidgetAction::exec(workspace, QStringLiteral("/bin/none"), {});
-        QTest::ignoreMessage(QtCriticalMsg, "action failed: no such program");
-        WidgetAction::openURL(workspace, QStringLiteral("example.com"));
-        QCOMPARE(workspace.requests().size(), 2);
+        QStringList shown;
+        for (const auto& message : notifications.shown()) {
+            shown.append(message.title + QLatin1String(" | ") + message.body);
+        }
+        QCOMPARE(shown, notice.isEmpty() ? QStringList() : QStringList{notice});
     }
 
     void kindRawValues() {

@@ -1,6 +1,11 @@
 #include "platform/linux/DesktopEntry.h"
 
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
+
+#include <sys/stat.h>
 
 using tw::DesktopEntry;
 
@@ -79,6 +84,27 @@ private Q_SLOTS:
             QTEST(entry->isApplication, "application");
             QTEST(entry->hidden, "hidden");
         }
+    }
+
+    // Whatever sits in an applications directory, reading never hangs or fills the memory.
+    void readsOnlyRegularFilesOfModestSize() {
+        QTemporaryDir dir;
+        const QByteArray entry = QByteArrayLiteral("[Desktop Entry]\nType=Application\nExec=x\n");
+        const QString pipe = dir.filePath(QStringLiteral("pipe.desktop"));
+        QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+        QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("folder.desktop")));
+        QFile huge(dir.filePath(QStringLiteral("huge.desktop")));
+        QVERIFY(huge.open(QIODevice::WriteOnly));
+        huge.write(entry + QByteArray(DesktopEntry::maximumSize, '#'));
+        huge.close();
+        QFile fine(dir.filePath(QStringLiteral("fine.desktop")));
+        QVERIFY(fine.open(QIODevice::WriteOnly));
+        fine.write(entry);
+        fine.close();
+        QCOMPARE(DesktopEntry::read(pipe), std::nullopt);
+        QCOMPARE(DesktopEntry::read(dir.filePath(QStringLiteral("folder.desktop"))), std::nullopt);
+        QCOMPARE(DesktopEntry::read(huge.fileName()), std::nullopt);
+        QVERIFY(DesktopEntry::read(fine.fileName()));
     }
 };
 

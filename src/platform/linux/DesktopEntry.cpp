@@ -1,6 +1,10 @@
 #include "platform/linux/DesktopEntry.h"
 
 #include <QFile>
+#include <QStandardPaths>
+
+#include <algorithm>
+#include <sys/stat.h>
 
 namespace tw {
 
@@ -65,6 +69,16 @@ QString withoutFieldCodes(const QString& argument) {
     return out;
 }
 
+QStringList listValue(const QString& value) {
+    return value.split(QLatin1Char(';'), Qt::SkipEmptyParts);
+}
+
+bool sharesAName(const QStringList& names, const QStringList& desktops) {
+    return std::any_of(names.begin(), names.end(), [&](const QString& name) {
+        return desktops.contains(name, Qt::CaseInsensitive);
+    });
+}
+
 } // namespace
 
 std::optional<DesktopEntry> DesktopEntry::parse(const QByteArray& text) {
@@ -97,6 +111,20 @@ std::optional<DesktopEntry> DesktopEntry::parse(const QByteArray& text) {
             entry.isApplication = value == QLatin1String("Application");
         } else if (key == QLatin1String("Hidden")) {
             entry.hidden = value == QLatin1String("true");
+        } else if (key == QLatin1String("NoDisplay")) {
+            entry.noDisplay = value == QLatin1String("true");
+        } else if (key == QLatin1String("TryExec")) {
+            entry.tryExec = value;
+        } else if (key == QLatin1String("Categories")) {
+            entry.categories = listValue(value);
+        } else if (key == QLatin1String("Keywords")) {
+            entry.keywords = listValue(value);
+        } else if (key == QLatin1String("MimeType")) {
+            entry.mimeTypes = listValue(value);
+        } else if (key == QLatin1String("OnlyShowIn")) {
+            entry.onlyShowIn = listValue(value);
+        } else if (key == QLatin1String("NotShowIn")) {
+            entry.notShowIn = listValue(value);
         }
     }
     if (!sawMainGroup) {
@@ -106,11 +134,29 @@ std::optional<DesktopEntry> DesktopEntry::parse(const QByteArray& text) {
 }
 
 std::optional<DesktopEntry> DesktopEntry::read(const QString& filePath) {
+    struct stat status {};
+    if (::stat(QFile::encodeName(filePath).constData(), &status) != 0 || !S_ISREG(status.st_mode) ||
+        status.st_size > maximumSize) {
+        return std::nullopt;
+    }
     QFile file(filePath);
     if (!file.open(QIODevice::ReadOnly)) {
         return std::nullopt;
     }
-    return parse(file.readAll());
+    return parse(file.read(maximumSize));
+}
+
+bool DesktopEntry::isLaunchable(const QStringList& desktops) const {
+    if (!isApplication || hidden || commandLine().isEmpty()) {
+        return false;
+    }
+    if (!tryExec.isEmpty() && QStandardPaths::findExecutable(tryExec).isEmpty()) {
+        return false;
+    }
+    if (!onlyShowIn.isEmpty() && !sharesAName(onlyShowIn, desktops)) {
+        return false;
+    }
+    return !sharesAName(notShowIn, desktops);
 }
 
 QStringList DesktopEntry::commandLine() const {

@@ -1,6 +1,7 @@
 #include "platform/linux/LinuxWorkspace.h"
 
 #include "platform/linux/DesktopEntry.h"
+#include "platform/linux/XdgApplications.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -17,7 +18,48 @@ QStringList applicationDirectories() {
 
 bool isLaunchable(const QString& filePath) {
     const std::optional<DesktopEntry> entry = DesktopEntry::read(filePath);
-    return entry && entry->isApplication && !entry->hidden && !entry->commandLine().isEmpty();
+    return entry &&
+           entry->isLaunchable(qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':')));
+}
+
+// How a desktop says which application takes a role: the handler of a MIME type or URL
+// scheme first, in this order, then an entry by its Categories, then one by its Keywords.
+struct RoleHandlers {
+    QStringList mimeTypes;
+    QStringList categories;
+    QStringList keywords;
+};
+
+RoleHandlers handlersFor(AppRole role) {
+    switch (role) {
+    case AppRole::calendar:
+        return {{QStringLiteral("text/calendar"), QStringLiteral("x-scheme-handler/webcal")},
+                {QStringLiteral("Calendar")},
+                {}};
+    case AppRole::clock:
+        return {{}, {QStringLiteral("Clock")}, {QStringLiteral("Alarm")}};
+    case AppRole::weather:
+        return {{}, {}, {QStringLiteral("Weather"), QStringLiteral("Forecast")}};
+    case AppRole::systemMonitor:
+        return {{}, {QStringLiteral("Monitor")}, {QStringLiteral("Processes")}};
+    case AppRole::settings:
+        return {{}, {QStringLiteral("DesktopSettings"), QStringLiteral("Settings")}, {}};
+    case AppRole::photos:
+        return {{QStringLiteral("image/jpeg"), QStringLiteral("image/png")},
+                {QStringLiteral("Photography"), QStringLiteral("Viewer")},
+                {}};
+    case AppRole::terminal:
+        return {{QStringLiteral("x-scheme-handler/terminal")},
+                {QStringLiteral("TerminalEmulator")},
+                {}};
+    case AppRole::fileManager:
+        return {{QStringLiteral("inode/directory")}, {QStringLiteral("FileManager")}, {}};
+    case AppRole::musicPlayer:
+        return {{QStringLiteral("audio/mpeg"), QStringLiteral("audio/flac")},
+                {QStringLiteral("Music")},
+                {}};
+    }
+    return {};
 }
 
 } // namespace
@@ -51,6 +93,27 @@ std::optional<QString> LinuxWorkspace::applicationNamed(const QString& name) con
                 file.completeBaseName().compare(name, Qt::CaseInsensitive) == 0) {
                 return file.filePath();
             }
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<QString> LinuxWorkspace::applicationForRole(AppRole role) const {
+    const XdgApplications applications = XdgApplications::scan();
+    const RoleHandlers handlers = handlersFor(role);
+    for (const QString& mimeType : handlers.mimeTypes) {
+        if (auto path = applications.handlerFor(mimeType)) {
+            return path;
+        }
+    }
+    for (const QString& category : handlers.categories) {
+        if (auto path = applications.withCategory(category)) {
+            return path;
+        }
+    }
+    for (const QString& keyword : handlers.keywords) {
+        if (auto path = applications.withKeyword(keyword)) {
+            return path;
         }
     }
     return std::nullopt;

@@ -12,6 +12,9 @@ public:
     std::optional<QString> applicationForIdentifier(const QString& identifier) const override;
     // The first desktop entry whose Name or file name equals `name`, ignoring case.
     std::optional<QString> applicationNamed(const QString& name) const override;
+    // The default handler of the role's MIME types and URL schemes along the mimeapps.list
+    // chain, else an entry by the role's Categories, else by its Keywords.
+    std::optional<QString> applicationForRole(AppRole role) const override;
     // Runs the Exec line of the desktop entry at `location`.
     LaunchResult openApplication(const QString& location) override;
     // A program of that name (or its lower-case form) on PATH.

@@ -24,6 +24,13 @@ std::optional<QString> NullWorkspace::applicationNamed(const QString& name) cons
     return std::nullopt;
 }
 
+std::optional<QString> NullWorkspace::applicationForRole(AppRole role) const {
+    if (const auto it = m_roles.constFind(role); it != m_roles.cend()) {
+        return *it;
+    }
+    return std::nullopt;
+}
+
 LaunchResult NullWorkspace::openApplication(const QString& location) {
     return record(QStringLiteral("application ") + location);
 }

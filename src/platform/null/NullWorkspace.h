@@ -4,6 +4,7 @@
 #include "platform/Workspace.h"
 
 #include <QList>
+#include <QMap>
 
 namespace tw {
 
@@ -12,12 +13,17 @@ public:
     LaunchResult open(const QUrl& url) override;
     std::optional<QString> applicationForIdentifier(const QString& identifier) const override;
     std::optional<QString> applicationNamed(const QString& name) const override;
+    std::optional<QString> applicationForRole(AppRole role) const override;
     LaunchResult openApplication(const QString& location) override;
     LaunchResult openApplicationByName(const QString& name) override;
     LaunchResult startDetached(const QString& program, const QStringList& arguments) override;
 
     // Makes an application known to both look-ups.
     void addApplication(const QString& identifier, const QString& name, const QString& location);
+    // Makes an application the one for `role`.
+    void addRoleApplication(AppRole role, const QString& location) {
+        m_roles.insert(role, location);
+    }
     // From now on every request is recorded and then fails with `message`.
     void failWith(const QString& message) { m_failure = message; }
 
@@ -35,6 +41,7 @@ private:
     LaunchResult record(const QString& request);
 
     QList<Application> m_applications;
+    QMap<AppRole, QString> m_roles;
     QStringList m_requests;
     QString m_failure;
 };

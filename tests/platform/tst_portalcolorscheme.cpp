@@ -1,0 +1,138 @@
+#include "SessionBusMock.h"
+#include "platform/linux/PortalColorScheme.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QGuiApplication>
+#include <QPalette>
+#include <QSignalSpy>
+#include <QTest>
+
+Q_DECLARE_METATYPE(tw::ColorScheme)
+
+namespace tw {
+
+namespace {
+
+const QString portal = QStringLiteral("org.freedesktop.portal.Desktop");
+const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
+const QString settings = QStringLiteral("org.freedesktop.portal.Settings");
+
+QDBusMessage mockCall(const QString& method, const QVariantList& arguments) {
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        portal, portalPath, QStringLiteral("org.freedesktop.DBus.Mock"), method);
+    call.setArguments(arguments);
+    return QDBusConnection::sessionBus().call(call);
+}
+
+void setPaletteDark(bool dark) {
+    QPalette palette = QGuiApplication::palette();
+    palette.setColor(QPalette::Window, dark ? QColor(30, 30, 30) : QColor(240, 240, 240));
+    QGuiApplication::setPalette(palette);
+}
+
+} // namespace
+
+// The real watcher against a portal served by python3-dbusmock on a private session bus.
+class TestPortalColorScheme : public QObject {
+    Q_OBJECT
+
+    // A portal whose Settings interface has `method` ("ReadOne" or "Read") answering with the
+    // Python expression `value`; an empty method leaves the bus without a portal.
+    bool startPortal(const QString& method, const QString& value) {
+        if (method.isEmpty()) {
+            return true;
+        }
+        if (!m_bus.startService(portal, {portal, portalPath, settings})) {
+            return false;
+        }
+        const QDBusMessage reply =
+            mockCall(QStringLiteral("AddMethod"),
+                     {settings, method, QStringLiteral("ss"), QStringLiteral("v"),
+                      QString(QStringLiteral("ret = ") + value)});
+        return reply.type() == QDBusMessage::ReplyMessage;
+    }
+
+    static void emitSettingChanged(const QString& key, uint value) {
+        mockCall(QStringLiteral("EmitSignal"),
+                 {settings, QStringLiteral("SettingChanged"), QStringLiteral("ssv"),
+                  QVariantList{QStringLiteral("org.freedesktop.appearance"), key,
+                               QVariant::fromValue(value)}});
+    }
+
+    // Lets the watcher's question reach the portal and its answer come back.
+    static void settle() { QTest::qWait(300); }
+
+private Q_SLOTS:
+    void initTestCase() {
+        if (!m_bus.skipReason().isEmpty()) {
+            QSKIP(qPrintable(m_bus.skipReason()));
+        }
+    }
+    void cleanup() { m_bus.stopServices(); }
+
+    void firstReading_data() {
+        QTest::addColumn<QString>("method");
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<bool>("paletteDark");
+        QTest::addColumn<ColorScheme>("expected");
+        QTest::newRow("dark over a light palette")
+            << "ReadOne"
+            << "dbus.UInt32(1)" << false << ColorScheme::Dark;
+        QTest::newRow("light over a dark palette")
+            << "ReadOne"
+            << "dbus.UInt32(2)" << true << ColorScheme::Light;
+        QTest::newRow("an older portal wraps the value twice")
+            << "Read"
+            << "dbus.UInt32(1, variant_level=2)" << false << ColorScheme::Dark;
+        QTest::newRow("no preference: the palette")
+            << "ReadOne"
+            << "dbus.UInt32(0)" << true << ColorScheme::Dark;
+        QTest::newRow("a value of another type: the palette")
+            << "ReadOne"
+            << "'dark'" << false << ColorScheme::Light;
+        QTest::newRow("no portal: the palette") << ""
+                                                << "" << true << ColorScheme::Dark;
+    }
+    void firstReading() {
+        QFETCH(QString, method);
+        QFETCH(QString, value);
+        QFETCH(bool, paletteDark);
+        setPaletteDark(paletteDark);
+        QVERIFY(startPortal(method, value));
+        PortalColorScheme watcher;
+        settle();
+        QTEST(watcher.colorScheme(), "expected");
+    }
+
+    void followsTheDesktopAsItChanges() {
+        setPaletteDark(false);
+        QVERIFY(startPortal(QStringLiteral("ReadOne"), QStringLiteral("dbus.UInt32(2)")));
+        PortalColorScheme watcher;
+        QSignalSpy changes(&watcher, &ColorSchemeWatcher::colorSchemeChanged);
+        settle();
+        QCOMPARE(watcher.colorScheme(), ColorScheme::Light);
+
+        emitSettingChanged(QStringLiteral("accent-color"), 1);
+        emitSettingChanged(QStringLiteral("color-scheme"), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(changes.count(), 1, 5000);
+        QCOMPARE(changes.first().first().value<ColorScheme>(), ColorScheme::Dark);
+
+        // The portal's word outranks the palette until it says it has no preference.
+        setPaletteDark(false);
+        QCOMPARE(watcher.colorScheme(), ColorScheme::Dark);
+        emitSettingChanged(QStringLiteral("color-scheme"), 0);
+        QTRY_COMPARE_WITH_TIMEOUT(watcher.colorScheme(), ColorScheme::Light, 5000);
+        setPaletteDark(true);
+        QCOMPARE(watcher.colorScheme(), ColorScheme::Dark);
+        QCOMPARE(changes.count(), 3);
+    }
+
+private:
+    SessionBusMock m_bus;
+};
+
+} // namespace tw
+
+QTEST_MAIN(tw::TestPortalColorScheme)
+#include "tst_portalcolorscheme.moc"
