@@ -44,6 +44,7 @@ class Host:
 
     def start(self, *arguments):
         env = {"TKW_APP_SUPPORT_DIR": self.data_dir, "XDG_CONFIG_HOME": self.config_home,
+               "XDG_DATA_HOME": os.path.join(self.config_home, "data"),
                "XDG_RUNTIME_DIR": self.config_home, "QT_LOGGING_RULES": "*.info=false"}
         return subprocess.Popen([BINARY, *arguments], env=self.session.env(env),
                                 stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
@@ -218,6 +219,22 @@ class DesktopTest(unittest.TestCase):
                     "Remove Widget did not take the tile out of grid.json")
         self.settle(lambda: len(self.host.panels()) == 2, "the removed tile's panel stays")
 
+    def test_a_click_opens_the_persons_own_calendar(self):
+        marker = os.path.join(self.config_home, "calendar-opened")
+        applications = os.path.join(self.config_home, "data", "applications")
+        os.makedirs(applications)
+        with open(os.path.join(applications, "org.example.Diary.desktop"), "w") as f:
+            f.write("[Desktop Entry]\nType=Application\nName=Diary\n"
+                    "Exec=touch %s\n" % marker)
+        with open(os.path.join(self.config_home, "mimeapps.list"), "w") as f:
+            f.write("[Default Applications]\ntext/calendar=org.example.Diary.desktop\n")
+        _, geometry = self.panels[self.by_kind("calendar")["id"].lower()]
+        x, y = centre(geometry)
+        self.session.xdotool("mousemove", "--sync", x, y)
+        self.session.xdotool("click", 1)
+        self.assertTrue(self.session.wait_for(lambda: os.path.exists(marker), timeout=10),
+                        "the calendar's click did not start the chosen application")
+
     def test_quit_and_start_again_keeps_every_place(self):
         before = {k: g for k, (_, g) in self.panels.items()}
         # A second start brings the first one's window forward and ends by itself.
@@ -336,6 +353,7 @@ class TrayTest(DesktopTest):
     test_dragging_fully_onto_a_tile_of_the_same_size_stacks_them = None
     test_dropping_half_onto_a_tile_of_another_size_slides_it_off = None
     test_remove_widget_from_the_context_menu = None
+    test_a_click_opens_the_persons_own_calendar = None
     test_quit_and_start_again_keeps_every_place = None
 
 
