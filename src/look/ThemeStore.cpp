@@ -342,7 +342,7 @@ QString ThemeStore::glassTintTitle(GlassTint tint) {
 QString ThemeStore::glassTintSubtitle(GlassTint tint) {
     switch (tint) {
     case GlassTint::Auto:
-        return L("appearance.tint.auto.sub", QStringLiteral("Follows your macOS appearance"));
+        return L("appearance.tint.auto.sub", QStringLiteral("Follows your desktop's appearance"));
     case GlassTint::Light:
         return L("appearance.tint.light.sub", QStringLiteral("Bright, milky glass"));
     case GlassTint::Dark:

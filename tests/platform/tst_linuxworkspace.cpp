@@ -179,11 +179,6 @@ private Q_SLOTS:
             << QStringList{QStringLiteral("share/applications/b.desktop|MimeType=text/calendar;"),
                            QStringLiteral("data/applications/b.desktop|Hidden=true")}
             << "";
-        QTest::newRow("a calendar by its category")
-            << "calendar"
-            << QStringList{QStringLiteral(
-                   "share/applications/c.desktop|Categories=Office;Calendar;")}
-            << "share/applications/c.desktop";
         QTest::newRow("a terminal by its URL scheme")
             << "terminal"
             << QStringList{QStringLiteral(
