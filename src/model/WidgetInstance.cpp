@@ -2,6 +2,8 @@
 
 #include "model/JsonCoding.h"
 
+#include <QLocale>
+
 #include <cmath>
 
 namespace tw {
@@ -13,7 +15,9 @@ bool present(const QJsonValue& value) {
     return !value.isUndefined() && !value.isNull();
 }
 
-// Every value a string; anything else fails the whole dictionary, and with it the instance.
+// Settings hold strings. One value of another kind costs only itself, so that a recovered file
+// keeps its widget: a number or a Boolean written by hand is kept as its text, anything else is
+// dropped. Settings that are not an object fail the instance.
 std::optional<WidgetSettings> decodeSettings(const QJsonValue& value) {
     if (!value.isObject()) {
         return std::nullopt;
@@ -21,10 +25,16 @@ std::optional<WidgetSettings> decodeSettings(const QJsonValue& value) {
     WidgetSettings settings;
     const QJsonObject object = value.toObject();
     for (auto it = object.begin(); it != object.end(); ++it) {
-        if (!it.value().isString()) {
-            return std::nullopt;
+        const QJsonValue item = it.value();
+        if (item.isString()) {
+            settings.insert(it.key(), item.toString());
+        } else if (item.isBool()) {
+            settings.insert(it.key(),
+                            item.toBool() ? QStringLiteral("true") : QStringLiteral("false"));
+        } else if (item.isDouble()) {
+            settings.insert(it.key(),
+                            QString::number(item.toDouble(), 'g', QLocale::FloatingPointShortest));
         }
-        settings.insert(it.key(), it.value().toString());
     }
     return settings;
 }
@@ -118,18 +128,18 @@ std::optional<WidgetInstance> WidgetInstance::fromJson(const QJsonValue& json) {
     const auto field = [&](const char* key) { return object.value(QLatin1String(key)); };
     const auto size = [](const QJsonValue& v) { return widgetSizeFromRawValue(v.toString()); };
     const auto text = [](const QJsonValue& v) { return decodeSettings(v); };
-    const bool decoded = decodeField(field("size"), instance.size, size) &&
-                         decodeField(field("id"), instance.id, JsonCoding::decodeUuid) &&
-                         decodeField(field("order"), instance.order, JsonCoding::decodeInt) &&
-                         decodeField(field("page"), instance.page, JsonCoding::decodeInt) &&
-                         decodeField(field("col"), instance.col, JsonCoding::decodeInt) &&
-                         decodeField(field("row"), instance.row, JsonCoding::decodeInt) &&
-                         decodeField(field("posX"), instance.posX, JsonCoding::decodeDouble) &&
-                         decodeField(field("posY"), instance.posY, JsonCoding::decodeDouble) &&
-                         decodeField(field("settings"), instance.settings, text) &&
-                         decodeField(field("stackID"), instance.stackID, JsonCoding::decodeUuid) &&
-                         decodeField(field("stackIndex"), instance.stackIndex,
-                                     JsonCoding::decodeInt);
+    const bool decoded =
+        decodeField(field("size"), instance.size, size) &&
+        decodeField(field("id"), instance.id, JsonCoding::decodeUuid) &&
+        decodeField(field("order"), instance.order, JsonCoding::decodeInt) &&
+        decodeField(field("page"), instance.page, JsonCoding::decodeInt) &&
+        decodeField(field("col"), instance.col, JsonCoding::decodeInt) &&
+        decodeField(field("row"), instance.row, JsonCoding::decodeInt) &&
+        decodeField(field("posX"), instance.posX, JsonCoding::decodeDouble) &&
+        decodeField(field("posY"), instance.posY, JsonCoding::decodeDouble) &&
+        decodeField(field("settings"), instance.settings, text) &&
+        decodeField(field("stackID"), instance.stackID, JsonCoding::decodeUuid) &&
+        decodeField(field("stackIndex"), instance.stackIndex, JsonCoding::decodeInt);
     if (!decoded) {
         return std::nullopt;
     }

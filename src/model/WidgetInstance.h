@@ -57,7 +57,8 @@ struct WidgetInstance {
     // Lenient about what is missing, strict about what is there: a key absent or null takes its
     // default (a fresh UUID for "id"), while a missing "kind", a "size" that is not one of the
     // nine, or any key of the wrong type fails the instance, so that a malformed "id" or
-    // "stackID" never passes for a new widget or an unstacked one.
+    // "stackID" never passes for a new widget or an unstacked one. Within "settings" a value of
+    // another kind costs only itself.
     static std::optional<WidgetInstance> fromJson(const QJsonValue& json);
 };
 
