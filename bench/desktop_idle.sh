@@ -1,15 +1,20 @@
 #!/usr/bin/env bash
-# What the idle host costs: the real executable on a private Xvfb with openbox, measured from
-# outside through /proc. Three cases, three runs each:
-#   first    — the first desktop (clock, calendar, weather)
-#   twenty   — 20 tiles of kinds that show the time
-#   hidden   — no panel and the configuration window closed: the tick must not exist
-# Per run: processor time (utime + stime) as % of one core over the window, RSS and PSS at its end,
-# exec to the first panel on screen, and voluntary context switches per second. Then min, median
-# and max of each figure per case.
+# What the idle host costs, side by side with the reference tile (a bare Qt program repainting one
+# tile once a second) in the same run: the real executables on a private Xvfb with openbox,
+# measured from outside through /proc. Cases, three runs each:
+#   reference — the reference tile, built from its build.sh into the build directory
+#   first     — the first desktop (clock, calendar, weather)
+#   twenty    — 20 tiles of kinds that show the time
+#   hidden    — no panel and the configuration window closed: the tick must not exist
+#   many300, many1000 — 300 and 1,000 tiles, more than the screen holds: how start-up scales
+# Per run: processor time (all threads, from schedstat) of the program and of the X server as % of
+# one core over the window, RSS and PSS at its end, exec to the first window on screen, and
+# voluntary context switches per second summed over all threads. Then min, median and max of each
+# figure per case, and the median of program plus X server against the reference's.
 #
 #   bench/desktop_idle.sh [BINARY]      (default build-release/tarnwick, else build/tarnwick)
-#   SETTLE=5 WINDOW=60 RUNS=3 bench/desktop_idle.sh
+#   SETTLE=5 WINDOW=60 RUNS=3 CASES="reference first" REFERENCE=/path/to/reference \
+#     bench/desktop_idle.sh
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
 
@@ -21,31 +26,41 @@ if [[ "${1:-}" != "--inside" ]]; then
     done
   fi
   [[ -x "${binary:-}" ]] || { echo "desktop_idle: build the host first (make build)" >&2; exit 1; }
-  exec python3 "$root/tests/e2e/xsession.py" -- bash "$0" --inside "$(readlink -f "$binary")"
+  binary="$(readlink -f "$binary")"
+  reference_src="${REFERENCE:-$root/../shared/reference}"
+  [[ -x "$reference_src/build.sh" ]] ||
+    { echo "desktop_idle: no reference at $reference_src (set REFERENCE)" >&2; exit 1; }
+  reference="$("$reference_src/build.sh" "$(dirname "$binary")/reference" | tail -1)"
+  exec python3 "$root/tests/e2e/xsession.py" -- bash "$0" --inside "$binary" "$reference"
 fi
 
 binary="$2"
+reference="$3"
+server="${XSESSION_SERVER_PID:?desktop_idle: run through xsession.py}"
 settle="${SETTLE:-5}"
 window="${WINDOW:-60}"
 runs="${RUNS:-3}"
-ticks="$(getconf CLK_TCK)"
 results="$(mktemp)"
 trap 'rm -f "$results"' EXIT
 
-cpu_ticks() { awk '{print $14 + $15}' "/proc/$1/stat"; }
-voluntary() { awk '/^voluntary_ctxt_switches/ {print $2}' "/proc/$1/status"; }
+# Nanoseconds on a processor, summed over the live threads: finer than the clock ticks of stat.
+cpu_ns() { cat /proc/"$1"/task/*/schedstat | awk '{s += $1} END {printf "%.0f\n", s}'; }
+voluntary() { cat /proc/"$1"/task/*/status | awk '/^voluntary_ctxt_switches/ {s += $2} END {print s}'; }
 rss_kb() { awk '/^VmRSS/ {print $2}' "/proc/$1/status"; }
 pss_kb() { awk '/^Pss:/ {print $2}' "/proc/$1/smaps_rollup"; }
 
-# A grid of 20 time-driven tiles, placed in rows from the top-left of a 1080-point-high screen.
-write_twenty() {
-  python3 - "$1/grid.json" <<'EOF'
+# A grid of `count` time-driven small tiles in rows of 14 from the top-left of a 1080-point-high
+# screen; past eight rows they lie below the screen and must be brought back and spread out.
+write_tiles() {
+  python3 - "$1/grid.json" "$2" <<'EOF'
 import json, sys, uuid
 kinds = ["clock", "simpleclock", "flipclock", "wordclock", "worldclock", "dayprogress",
          "yearprogress", "countdown"]
+count = int(sys.argv[2])
+columns = 5 if count <= 20 else 14
 instances = []
-for n in range(20):
-    col, row = n % 5, n // 5
+for n in range(count):
+    col, row = n % columns, n // columns
     instances.append({"id": str(uuid.uuid4()).upper(), "kind": kinds[n % len(kinds)],
                       "size": "small", "order": n, "page": 0, "col": -1, "row": -1,
                       "posX": 40 + col * 130, "posY": 1040 - row * 130})
@@ -57,15 +72,24 @@ EOF
 now() { date +%s.%N; }
 
 one_run() {
-  local case="$1" data config pid start shown cpu0 cpu1 vol0 vol1 first_ms
+  local case="$1" data config pid start shown cpu0 cpu1 xcpu0 xcpu1 vol0 vol1 first_ms span
   data="$(mktemp -d)"
   config="$(mktemp -d)"
   mkdir -p "$config/Tarnwick"
   printf '[General]\ntarnwick.openWindowAtLaunch=false\n' >"$config/Tarnwick/Tarnwick.conf"
-  [[ "$case" == twenty ]] && write_twenty "$data"
+  case "$case" in
+    twenty) write_tiles "$data" 20 ;;
+    many300) write_tiles "$data" 300 ;;
+    many1000) write_tiles "$data" 1000 ;;
+  esac
   local -a env=(TKW_APP_SUPPORT_DIR="$data" XDG_CONFIG_HOME="$config" XDG_RUNTIME_DIR="$config"
                 QT_LOGGING_RULES="*.info=false")
   [[ "$case" == hidden ]] && env+=(TKW_CONFIG_ONLY=1)
+  local -a command=("$binary")
+  [[ "$case" == reference ]] && command=("$reference")
+  # Large desktops are measured for their start; their idle window is short.
+  span="$window"
+  [[ "$case" == many* ]] && span=$((window < 15 ? window : 15))
 
   # The first panel (or, hidden, the configuration window) taken on by the window manager: the
   # first client of this private display. One watching xprop, so that looking costs nothing.
@@ -73,7 +97,7 @@ one_run() {
   local spy_pid=$SPY_PID line
   read -r -t 5 line <&"${SPY[0]}" || true
   start="$(now)"
-  env "${env[@]}" "$binary" >/dev/null 2>&1 &
+  env "${env[@]}" "${command[@]}" >/dev/null 2>&1 &
   pid=$!
   shown=""
   while read -r -t 20 line <&"${SPY[0]}"; do
@@ -85,6 +109,7 @@ one_run() {
   kill "$spy_pid" 2>/dev/null || true
   wait "$spy_pid" 2>/dev/null || true
   first_ms="$(awk -v a="$start" -v b="${shown:-$start}" 'BEGIN {printf "%.0f", (b - a) * 1000}')"
+  [[ -n "$shown" ]] || first_ms="never"
   if [[ "$case" == hidden ]]; then
     # Close the configuration window the way a person does; its views go half a second later.
     local win
@@ -100,36 +125,49 @@ one_run() {
     first_ms="-"
   fi
   sleep "$settle"
-  cpu0="$(cpu_ticks "$pid")"; vol0="$(voluntary "$pid")"
-  sleep "$window"
-  cpu1="$(cpu_ticks "$pid")"; vol1="$(voluntary "$pid")"
+  cpu0="$(cpu_ns "$pid")"; xcpu0="$(cpu_ns "$server")"; vol0="$(voluntary "$pid")"
+  sleep "$span"
+  cpu1="$(cpu_ns "$pid")"; xcpu1="$(cpu_ns "$server")"; vol1="$(voluntary "$pid")"
   local rss pss
   rss="$(rss_kb "$pid")"; pss="$(pss_kb "$pid")"
   kill "$pid"; wait "$pid" 2>/dev/null || true
   rm -rf "$data" "$config"
-  local line
-  line="$(awk -v c0="$cpu0" -v c1="$cpu1" -v t="$ticks" -v w="$window" -v v0="$vol0" -v v1="$vol1" \
-              -v rss="$rss" -v pss="$pss" -v first="$first_ms" -v name="$case" 'BEGIN {
-    printf "%s cpu=%.3f%% rss=%.1fMB pss=%.1fMB first_panel=%sms vcsw=%.2f/s\n",
-      name, (c1 - c0) / t / w * 100, rss / 1024, pss / 1024, first, (v1 - v0) / w }')"
+  line="$(awk -v c0="$cpu0" -v c1="$cpu1" -v x0="$xcpu0" -v x1="$xcpu1" \
+              -v w="$span" -v v0="$vol0" -v v1="$vol1" -v rss="$rss" -v pss="$pss" \
+              -v first="$first_ms" -v name="$case" 'BEGIN {
+    cpu = (c1 - c0) / 1e9 / w * 100; x = (x1 - x0) / 1e9 / w * 100
+    printf "%s cpu=%.3f%% xserver=%.3f%% both=%.3f%% rss=%.1fMB pss=%.1fMB first_panel=%sms vcsw=%.2f/s\n",
+      name, cpu, x, cpu + x, rss / 1024, pss / 1024, first, (v1 - v0) / w }')"
   echo "$line"
   echo "$line" >>"$results"
 }
 
+median_of() {
+  grep "^$1 " "$results" | tr ' ' '\n' | awk -F= -v k="$2" '$1 == k {print $2}' |
+    sed 's/[^0-9.]//g' | grep -v '^$' | sort -g | awk '{ v[NR] = $1 } END { if (NR) print v[int((NR + 1) / 2)] }'
+}
+
 summary() {
   local case="$1" key
-  for key in cpu rss pss first_panel vcsw; do
+  for key in cpu xserver both rss pss first_panel vcsw; do
     grep "^$case " "$results" | tr ' ' '\n' | awk -F= -v k="$key" '$1 == k {print $2}' |
       sed 's/[^0-9.]//g' | grep -v '^$' | sort -g | awk -v k="$key" -v c="$case" '
         { v[NR] = $1 }
         END { if (NR) printf "%s %s min=%s median=%s max=%s\n", c, k, v[1], v[int((NR + 1) / 2)], v[NR] }'
   done
+  local mine theirs
+  mine="$(median_of "$case" both)"; theirs="$(median_of reference both)"
+  if [[ "$case" != reference && -n "$mine" && -n "$theirs" ]]; then
+    awk -v a="$mine" -v b="$theirs" -v c="$case" \
+      'BEGIN { if (b > 0) printf "%s both/reference=%.2f\n", c, a / b }'
+  fi
 }
 
-echo "host: $binary; settle ${settle}s, window ${window}s, $runs runs per case"
-cases="${CASES:-first twenty hidden}"
-for case in $cases; do
-  for _ in $(seq 1 "$runs"); do
+echo "host: $binary; reference: $reference; settle ${settle}s, window ${window}s, $runs runs per case"
+cases="${CASES:-reference first twenty hidden many300 many1000}"
+# Runs alternate between the cases so that a drift of the machine spreads over all of them.
+for _ in $(seq 1 "$runs"); do
+  for case in $cases; do
     one_run "$case"
   done
 done

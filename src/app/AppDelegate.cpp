@@ -135,7 +135,7 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
     connect(m_settings.get(), &AppSettings::energyModeChanged, this,
             [this] { m_ticker->setInterval(tickInterval(m_settings->energyMode())); });
 
-    // 12. The desktop and the status item.
+    // 12. The desktop.
     m_controller = std::make_unique<DesktopController>(DesktopController::Services{
         .theme = *m_theme,
         .ticker = *m_ticker,
@@ -156,8 +156,6 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .colorScheme = m_colorScheme.get(),
     });
     m_controller->widgetSettingsOpener = [this](const QUuid&) { showConfigWindow(); };
-    m_status = std::make_unique<StatusBarController>(*m_controller, *m_grid,
-                                                     [this] { showConfigWindow(); });
 
     // 13. The panels.
     if (!m_configOnly) {
@@ -165,6 +163,18 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         m_controller->sync();
         m_controller->applyStackVisibility();
     }
+
+    // The status item and the window come once the panels are out: a person sees the desktop
+    // first, and neither is needed for it.
+    m_deferredLaunch =
+        m_scheduler->singleShot(std::chrono::milliseconds(0), std::chrono::milliseconds(0), this,
+                                [this] { finishLaunching(); });
+}
+
+void AppDelegate::finishLaunching() {
+    // 12. The status item.
+    m_status = std::make_unique<StatusBarController>(*m_controller, *m_grid,
+                                                     [this] { showConfigWindow(); });
 
     // 14. The window.
     const WindowAtLaunch facts{
@@ -182,6 +192,14 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
 }
 
 void AppDelegate::showConfigWindow() {
+    if (!m_status) {
+        // Asked for before launch finished (a second start at once): launch finishing shows it.
+        m_deferredLaunch.cancel();
+        finishLaunching();
+        if (m_configWindow) {
+            return;
+        }
+    }
     if (!m_configWindow) {
         m_configWindow = std::make_unique<ConfigWindow>(*m_scheduler, [this]() -> QWidget* {
             auto* gallery = new GalleryView(*m_faces, *m_symbols);
@@ -206,6 +224,14 @@ void AppDelegate::showConfigWindow() {
                 [this](bool visible) {
                     m_settings->setConfigWindowVisible(visible);
                     m_ticker->setPreviewActive(visible);
+                });
+        // Covered by other windows, it is as good as closed.
+        m_windowing->watchCoverage(m_configWindow->windowHandle());
+        connect(m_windowing.get(), &DesktopWindowing::coveredChanged, m_configWindow.get(),
+                [this](QObject* window, bool covered) {
+                    if (window == m_configWindow->windowHandle()) {
+                        m_configWindow->setCovered(covered);
+                    }
                 });
         connect(m_ticker.get(), &TickCoordinator::nowChanged, m_configWindow.get(),
                 [this](const QDateTime& now) {

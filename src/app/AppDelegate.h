@@ -3,6 +3,8 @@
 // window.
 #pragma once
 
+#include "platform/ScheduledTask.h"
+
 #include <QObject>
 #include <QStringList>
 
@@ -70,6 +72,7 @@ public:
     GridStore& grid() { return *m_grid; }
 
 private:
+    void finishLaunching();
     void makeMainMenu();
 
     Defaults& m_defaults;
@@ -98,6 +101,7 @@ private:
     std::unique_ptr<StatusBarController> m_status;
     std::unique_ptr<ConfigWindow> m_configWindow;
     std::unique_ptr<SingleInstance> m_instance;
+    ScheduledTask m_deferredLaunch;
 };
 
 } // namespace tw

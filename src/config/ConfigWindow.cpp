@@ -61,12 +61,34 @@ void ConfigWindow::closeEvent(QCloseEvent* event) {
 
 void ConfigWindow::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    Q_EMIT visibilityChanged(true);
+    updateOnScreen();
 }
 
 void ConfigWindow::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
-    Q_EMIT visibilityChanged(false);
+    // A hidden window is no longer covered by anything; the next report comes once it is back.
+    m_covered = false;
+    updateOnScreen();
+}
+
+void ConfigWindow::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange) {
+        updateOnScreen();
+    }
+}
+
+void ConfigWindow::setCovered(bool covered) {
+    m_covered = covered;
+    updateOnScreen();
+}
+
+void ConfigWindow::updateOnScreen() {
+    const bool onScreen = isVisible() && !isMinimized() && !m_covered;
+    if (onScreen != m_onScreen) {
+        m_onScreen = onScreen;
+        Q_EMIT visibilityChanged(onScreen);
+    }
 }
 
 } // namespace tw

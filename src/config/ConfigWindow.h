@@ -35,9 +35,13 @@ public:
     QWidget* content() const { return m_content; }
     // The window's own menu bar, where the status menu lives when the desktop has no tray.
     QMenuBar* menuBar() const { return m_menuBar; }
+    // Whether other windows cover all of it, as the windowing system reports.
+    void setCovered(bool covered);
+    // Shown, not minimised and not covered: its previews can be seen.
+    bool isOnScreen() const { return m_onScreen; }
 
 Q_SIGNALS:
-    // Shown or hidden, for AppSettings.configWindowVisible.
+    // On screen or not (hidden, minimised, covered), for AppSettings.configWindowVisible.
     void visibilityChanged(bool visible);
     void closed();
 
@@ -45,9 +49,11 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     void installContent();
+    void updateOnScreen();
 
     Scheduler& m_scheduler;
     std::function<QWidget*()> m_makeContent;
@@ -55,6 +61,8 @@ private:
     QMenuBar* m_menuBar;
     QPointer<QWidget> m_content;
     ScheduledTask m_drop;
+    bool m_covered = false;
+    bool m_onScreen = false;
 };
 
 } // namespace tw

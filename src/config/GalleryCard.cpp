@@ -54,7 +54,9 @@ QSize GalleryCard::sizeHint() const {
 void GalleryCard::timeMoved(const QDateTime& before, const QDateTime& after) {
     const std::optional<TimeGrain> grain =
         m_source.faces().face(m_metadata.kind).grain(m_metadata.defaultSize, WidgetSettings());
-    if (!grain || !isVisible()) {
+    // A preview scrolled out of the view or hidden by the search draws nothing; it shows the
+    // current time when it comes back, since it paints from the shared time.
+    if (!grain || visibleRegion().isEmpty()) {
         return;
     }
     const bool moved = *grain == TimeGrain::Seconds

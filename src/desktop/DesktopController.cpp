@@ -357,8 +357,9 @@ std::optional<QRectF> DesktopController::resolveBounds(const DesktopPanel& panel
 
 QList<QRectF> DesktopController::otherTileRects(const QUuid& id) const {
     QList<QRectF> rects;
+    const QSet<QUuid> hidden = hiddenStackMembers();
     for (const auto& [other, entry] : m_panels) {
-        if (other != id && !isHiddenStackMember(other)) {
+        if (other != id && !hidden.contains(other)) {
             rects.append(entry.panel->tileRect());
         }
     }
@@ -380,38 +381,40 @@ QString DesktopController::layoutSignature() const {
 
 void DesktopController::resolveAllOverlaps() {
     m_isResolvingOverlaps = true;
+    const QSet<QUuid> hidden = hiddenStackMembers();
     QList<QUuid> order;
-    QHash<QUuid, QRectF> rects;
+    QList<QRectF> rects;
     for (const WidgetInstance& instance : desktopInstances()) {
-        if (m_panels.count(instance.id) > 0 && !isHiddenStackMember(instance.id)) {
+        if (m_panels.count(instance.id) > 0 && !hidden.contains(instance.id)) {
             order.append(instance.id);
             // Where the panel belongs rather than where it stands: a panel may still be sliding.
             const QSizeF size = windowSize(instance);
-            rects.insert(instance.id,
-                         QRectF(origin(instance, size), size)
+            rects.append(QRectF(origin(instance, size), size)
                              .adjusted(panelMargin, panelMargin, -panelMargin, -panelMargin));
         }
     }
-    for (const QUuid& id : order) {
-        QList<QRectF> others;
-        for (const QUuid& other : order) {
-            if (other != id) {
-                others.append(rects.value(other));
-            }
-        }
-        const QRectF rect = rects.value(id);
+    // All moves of the sweep are one change: one write, one save.
+    QList<std::pair<QUuid, QPointF>> moves;
+    QList<QRectF> others;
+    for (qsizetype i = 0; i < order.size(); ++i) {
+        others = rects;
+        others.remove(i);
+        const QRectF rect = rects.at(i);
         const QRectF bounds = visibleFrame(QPointF(rect.x(), RectEdges::maxY(rect)), rect.size());
         const QRectF resolved = OverlapResolver::resolve(rect, others, bounds, overlapGap);
         if (resolved == rect) {
             continue;
         }
-        rects.insert(id, resolved);
-        ++m_pendingOverlapWrites;
-        m_services.grid.updatePosition(id, resolved.x(), RectEdges::maxY(resolved));
-        DesktopPanel& panel = *m_panels.at(id).panel;
+        rects[i] = resolved;
+        moves.append({order.at(i), QPointF(resolved.x(), RectEdges::maxY(resolved))});
+        DesktopPanel& panel = *m_panels.at(order.at(i)).panel;
         if (!panel.isSliding()) {
             panel.setFrameOrigin(resolved.topLeft() - QPointF(panelMargin, panelMargin));
         }
+    }
+    if (!moves.isEmpty()) {
+        ++m_pendingOverlapWrites;
+        m_services.grid.updatePositions(moves);
         --m_pendingOverlapWrites;
     }
     m_sweptSignature = layoutSignature();
@@ -421,31 +424,59 @@ void DesktopController::resolveAllOverlaps() {
 // --- stacks ------------------------------------------------------------------------------------
 
 bool DesktopController::isHiddenStackMember(const QUuid& id) const {
-    const auto instance = m_services.grid.instance(id);
-    if (!instance || !instance->stackID) {
-        return false;
+    return hiddenStackMembers().contains(id);
+}
+
+QHash<QUuid, QList<QUuid>> DesktopController::stacks() const {
+    QHash<QUuid, QList<QUuid>> members;
+    for (const WidgetInstance& instance : m_services.grid.layout().instances) {
+        if (instance.stackID && !members.contains(*instance.stackID)) {
+            QList<QUuid>& ids = members[*instance.stackID];
+            for (const WidgetInstance& member : m_services.grid.stackMembers(*instance.stackID)) {
+                ids.append(member.id);
+            }
+        }
     }
-    const QList<WidgetInstance> members = m_services.grid.stackMembers(*instance->stackID);
-    if (members.size() < 2) {
-        return false;
+    return members;
+}
+
+QSet<QUuid> DesktopController::hiddenStackMembers() const {
+    QSet<QUuid> hidden;
+    const auto all = stacks();
+    for (auto it = all.cbegin(); it != all.cend(); ++it) {
+        const QList<QUuid>& members = it.value();
+        if (members.size() < 2) {
+            continue;
+        }
+        const int active =
+            std::clamp(m_stackActive.value(it.key()), 0, static_cast<int>(members.size()) - 1);
+        for (int i = 0; i < members.size(); ++i) {
+            if (i != active) {
+                hidden.insert(members.at(i));
+            }
+        }
     }
-    const int active = std::clamp(m_stackActive.value(*instance->stackID), 0,
-                                  static_cast<int>(members.size()) - 1);
-    return members.at(active).id != id;
+    return hidden;
 }
 
 void DesktopController::applyStackVisibility() {
+    const auto all = stacks();
+    const QSet<QUuid> hidden = hiddenStackMembers();
+    QHash<QUuid, QUuid> stackOf;
+    for (auto it = all.cbegin(); it != all.cend(); ++it) {
+        for (const QUuid& member : it.value()) {
+            stackOf.insert(member, it.key());
+        }
+    }
     for (auto& [id, entry] : m_panels) {
-        if (const auto instance = m_services.grid.instance(id); instance && instance->stackID) {
-            const auto members = m_services.grid.stackMembers(*instance->stackID);
-            const auto count = static_cast<int>(members.size());
-            const int active =
-                std::clamp(m_stackActive.value(*instance->stackID), 0, std::max(count - 1, 0));
+        if (const auto stackID = stackOf.constFind(id); stackID != stackOf.cend()) {
+            const auto count = static_cast<int>(all.value(*stackID).size());
+            const int active = std::clamp(m_stackActive.value(*stackID), 0, std::max(count - 1, 0));
             entry.panel->setStackIndicator(active, count);
         } else {
             entry.panel->setStackIndicator(0, 0);
         }
-        const bool shown = m_isVisible && !isHiddenStackMember(id);
+        const bool shown = m_isVisible && !hidden.contains(id);
         if (shown && !entry.panel->isVisible()) {
             entry.panel->show();
         } else if (!shown && entry.panel->isVisible()) {

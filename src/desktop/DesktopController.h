@@ -18,6 +18,7 @@
 #include <QHash>
 #include <QObject>
 #include <QPointer>
+#include <QSet>
 #include <QUuid>
 
 #include <array>
@@ -161,6 +162,9 @@ private:
     };
 
     QList<WidgetInstance> desktopInstances() const;
+    // Every stack's members in stack order, and the members not on show.
+    QHash<QUuid, QList<QUuid>> stacks() const;
+    QSet<QUuid> hiddenStackMembers() const;
     void spawn(const WidgetInstance& instance);
     void refreshContent(Entry& entry);
     void refreshAllContent();

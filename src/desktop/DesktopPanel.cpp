@@ -101,8 +101,15 @@ void DesktopPanel::setNow(const QDateTime& now) {
     if (now == m_context.now) {
         return;
     }
+    const QDateTime before = m_context.now;
     m_context.now = now;
-    update(tileRectInWidget());
+    if (m_face == nullptr) {
+        return;
+    }
+    // Only what the face says changed, grown to whole pixels: a clock's seconds, not the tile.
+    const QRectF changed =
+        m_renderer.changedRect(QRectF(tileRectInWidget()), *m_face, m_context, before, now);
+    update(changed.toAlignedRect().adjusted(-1, -1, 1, 1) & tileRectInWidget());
 }
 
 void DesktopPanel::setHighlight(double opacity) {

@@ -48,7 +48,7 @@ public:
 
     void setContent(const WidgetFace& face, const FaceContext& context);
     const FaceContext& context() const { return m_context; }
-    // A new time for the face: repaints the tile only.
+    // A new time for the face: repaints only the part of the tile the face says changed.
     void setNow(const QDateTime& now);
     // The ring around a new tile, 0 (none) to 1.
     void setHighlight(double opacity);

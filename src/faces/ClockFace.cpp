@@ -13,6 +13,11 @@ namespace tw {
 
 namespace {
 
+// The small text beside the time, for a time font whose line is `lineHeight` high.
+QFont sideFont(qreal lineHeight) {
+    return FaceKit::font(std::max<qreal>(9, lineHeight * 0.3), QFont::Medium);
+}
+
 QString zoneTitle(const FaceContext& context) {
     const QString id = context.setting(QStringLiteral("zone"));
     return id.isEmpty() ? QString() : FaceKit::cityName(id);
@@ -42,6 +47,106 @@ void ClockFace::paint(QPainter& painter, const QRectF& rect, const FaceContext& 
     } else {
         paintDigital(painter, rect, context);
     }
+}
+
+// Where the big time of a digital clock sits, with the seconds and the day half beside it.
+struct ClockFace::TimeRow {
+    QString time;
+    QString half;
+    bool seconds = false;
+    qreal captionHeight = 0;
+    QRectF area;
+    qreal pixelSize = 0;
+    qreal left = 0;
+    qreal timeWidth = 0;
+    qreal sideWidth = 0;
+};
+
+ClockFace::TimeRow ClockFace::timeRow(const QRectF& rect, const FaceContext& context,
+                                      const QTime& clockTime) {
+    TimeRow row;
+    const bool h24 = FaceKit::uses24Hour(context);
+    row.seconds = showsSeconds(context.size, context.settings);
+    row.time = FaceKit::hoursMinutes(clockTime, h24);
+    row.half = h24 ? QString() : FaceKit::dayHalf(clockTime);
+    const bool oneRow = rect.height() < 100;
+    const QString& time = row.time;
+    const QString& half = row.half;
+    const bool seconds = row.seconds;
+
+    // The time takes most of the height; seconds and the day half sit beside it, smaller.
+    row.captionHeight = oneRow ? rect.height() * 0.24 : std::min<qreal>(rect.height() * 0.14, 22);
+    const QRectF timeArea =
+        rect.adjusted(0, row.captionHeight, 0, oneRow ? 0 : -row.captionHeight * 1.3);
+    row.area = timeArea;
+    const qreal maxSize = oneRow ? timeArea.height() * 1.2 : timeArea.height();
+    // Digits are tabular, so one sample measures every second.
+    const QString secondsSample = QStringLiteral(":00");
+    // The side column grows with the time, so both are fitted together: shrink the time until
+    // the time and its column share the width.
+    const auto fit = [&] {
+        qreal size = FaceKit::fittingPixelSize(time, timeArea.size(), QFont::Light, maxSize);
+        for (int pass = 0; pass < 4 && size > 6; ++pass) {
+            const QFontMetricsF metrics(FaceKit::font(size, QFont::Light));
+            const QFontMetricsF side(sideFont(metrics.height()));
+            const qreal sideWidth =
+                2 + std::max(seconds ? side.horizontalAdvance(secondsSample) : 0.0,
+                             half.isEmpty() ? 0.0 : side.horizontalAdvance(half));
+            const qreal total = metrics.horizontalAdvance(time) + sideWidth;
+            if (total <= timeArea.width()) {
+                break;
+            }
+            size *= timeArea.width() / total * 0.98;
+        }
+        return size;
+    };
+    // Everything measured here changes once a minute at most, so it is kept with the pictures.
+    const QString key = QStringLiteral("clock|%1|%2|%3|%4x%5")
+                            .arg(time, half)
+                            .arg(seconds)
+                            .arg(timeArea.width())
+                            .arg(timeArea.height());
+    const auto cached = [&](const QString& part, auto compute) {
+        return context.pictures == nullptr ? compute()
+                                           : context.pictures->fittedSize(key + part, compute);
+    };
+    row.pixelSize = cached(QStringLiteral("|size"), fit);
+    const QFont timeFont = FaceKit::font(row.pixelSize, QFont::Light);
+    const QFont smallFont = sideFont(QFontMetricsF(timeFont).height());
+    row.timeWidth = cached(QStringLiteral("|time"),
+                           [&] { return QFontMetricsF(timeFont).horizontalAdvance(time); });
+    row.sideWidth = cached(QStringLiteral("|side"), [&] {
+        const QFontMetricsF side(smallFont);
+        return (seconds || !half.isEmpty())
+                   ? 2 + std::max(seconds ? side.horizontalAdvance(secondsSample) : 0.0,
+                                  side.horizontalAdvance(half))
+                   : 0.0;
+    });
+    row.left = oneRow ? timeArea.left()
+                      : timeArea.left() + (timeArea.width() - row.timeWidth - row.sideWidth) / 2;
+    return row;
+}
+
+QRectF ClockFace::changedRect(const QRectF& rect, const FaceContext& context,
+                              const QDateTime& before, const QDateTime& after) const {
+    if (isAnalog(context.settings) || context.size == WidgetSize::small ||
+        !showsSeconds(context.size, context.settings) || !before.isValid() || !after.isValid()) {
+        return rect;
+    }
+    FaceContext at = context;
+    at.now = before;
+    const QDateTime from = FaceKit::zoned(at);
+    at.now = after;
+    const QDateTime to = FaceKit::zoned(at);
+    if (from.date() != to.date() || from.time().hour() != to.time().hour() ||
+        from.time().minute() != to.time().minute()) {
+        return rect;
+    }
+    // From the end of the hours and minutes to the right edge, over the height of the time: the
+    // seconds, whatever the width of their digits.
+    const TimeRow row = timeRow(rect, at, to.time());
+    const qreal start = row.left + row.timeWidth;
+    return QRectF(start, row.area.top(), rect.right() - start, row.area.height());
 }
 
 void ClockFace::paintDigital(QPainter& painter, const QRectF& rect, const FaceContext& context) {
@@ -76,63 +181,15 @@ void ClockFace::paintDigital(QPainter& painter, const QRectF& rect, const FaceCo
         return;
     }
 
-    // The time takes most of the height; seconds and the day half sit beside it, smaller.
-    const qreal captionHeight =
-        oneRow ? rect.height() * 0.24 : std::min<qreal>(rect.height() * 0.14, 22);
-    const QRectF timeArea = rect.adjusted(0, captionHeight, 0, oneRow ? 0 : -captionHeight * 1.3);
-    const qreal maxSize = oneRow ? timeArea.height() * 1.2 : timeArea.height();
-    // Digits are tabular, so one sample measures every second.
-    const QString secondsSample = QStringLiteral(":00");
-    const auto sideFont = [](qreal lineHeight) {
-        return FaceKit::font(std::max<qreal>(9, lineHeight * 0.3), QFont::Medium);
-    };
-    // The side column grows with the time, so both are fitted together: shrink the time until
-    // the time and its column share the width.
-    const auto fit = [&] {
-        qreal size = FaceKit::fittingPixelSize(time, timeArea.size(), QFont::Light, maxSize);
-        for (int pass = 0; pass < 4 && size > 6; ++pass) {
-            const QFontMetricsF metrics(FaceKit::font(size, QFont::Light));
-            const QFontMetricsF side(sideFont(metrics.height()));
-            const qreal sideWidth =
-                2 + std::max(seconds ? side.horizontalAdvance(secondsSample) : 0.0,
-                             half.isEmpty() ? 0.0 : side.horizontalAdvance(half));
-            const qreal total = metrics.horizontalAdvance(time) + sideWidth;
-            if (total <= timeArea.width()) {
-                break;
-            }
-            size *= timeArea.width() / total * 0.98;
-        }
-        return size;
-    };
-    // Everything measured here changes once a minute at most, so it is kept with the pictures.
-    const QString key = QStringLiteral("clock|%1|%2|%3|%4x%5")
-                            .arg(time, half)
-                            .arg(seconds)
-                            .arg(timeArea.width())
-                            .arg(timeArea.height());
-    const auto cached = [&](const QString& part, auto compute) {
-        return context.pictures == nullptr ? compute()
-                                           : context.pictures->fittedSize(key + part, compute);
-    };
-    const qreal size = cached(QStringLiteral("|size"), fit);
-    const QFont timeFont = FaceKit::font(size, QFont::Light);
+    const TimeRow row = timeRow(rect, context, now.time());
+    const qreal captionHeight = row.captionHeight;
+    const QFont timeFont = FaceKit::font(row.pixelSize, QFont::Light);
     const QFont smallFont = sideFont(QFontMetricsF(timeFont).height());
-    const qreal timeWidth = cached(QStringLiteral("|time"),
-                                   [&] { return QFontMetricsF(timeFont).horizontalAdvance(time); });
-    const qreal sideWidth = cached(QStringLiteral("|side"), [&] {
-        const QFontMetricsF side(smallFont);
-        return (seconds || !half.isEmpty())
-                   ? 2 + std::max(seconds ? side.horizontalAdvance(secondsSample) : 0.0,
-                                  side.horizontalAdvance(half))
-                   : 0.0;
-    });
-    const qreal left =
-        oneRow ? timeArea.left() : timeArea.left() + (timeArea.width() - timeWidth - sideWidth) / 2;
     const QRectF used = FaceKit::drawText(
-        painter, context, QRectF(left, timeArea.top(), timeWidth + 1, timeArea.height()),
+        painter, context, QRectF(row.left, row.area.top(), row.timeWidth + 1, row.area.height()),
         Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, time, timeFont, context.primary());
 
-    const QRectF side(used.right() + 2, used.top(), sideWidth, used.height() * 0.86);
+    const QRectF side(used.right() + 2, used.top(), row.sideWidth, used.height() * 0.86);
     if (seconds) {
         FaceKit::drawText(painter, context, side, Qt::AlignLeft | Qt::AlignBottom, secondsText,
                           smallFont, context.accent());

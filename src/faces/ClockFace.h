@@ -14,11 +14,17 @@ public:
         return {QStringLiteral("digital"), QStringLiteral("analog")};
     }
 
+    // Within one minute a digital clock changes only its seconds.
+    QRectF changedRect(const QRectF& rect, const FaceContext& context, const QDateTime& before,
+                       const QDateTime& after) const override;
+
     static bool isAnalog(const WidgetSettings& settings);
     // Whether seconds are on view at this size with these settings.
     static bool showsSeconds(WidgetSize size, const WidgetSettings& settings);
 
 private:
+    struct TimeRow;
+    static TimeRow timeRow(const QRectF& rect, const FaceContext& context, const QTime& time);
     static void paintDigital(QPainter& painter, const QRectF& rect, const FaceContext& context);
     static void paintAnalog(QPainter& painter, const QRectF& rect, const FaceContext& context);
 };

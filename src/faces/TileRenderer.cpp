@@ -256,6 +256,22 @@ void TileRenderer::paintFace(QPainter& painter, const QRectF& tile, const Widget
     painter.restore();
 }
 
+QRectF TileRenderer::changedRect(const QRectF& tile, const WidgetFace& face,
+                                 const FaceContext& context, const QDateTime& before,
+                                 const QDateTime& after) {
+    const double scale = context.scale > 0 ? context.scale : 1.0;
+    const QRectF content = contentRect(tile.size() / scale, TileShape::of(context.metadata));
+    FaceContext withCache = context;
+    if (withCache.pictures == nullptr) {
+        withCache.pictures = &m_text;
+    }
+    const QRectF changed = face.changedRect(content, withCache, before, after);
+    if (changed.contains(content)) {
+        return tile;
+    }
+    return QRectF(tile.topLeft() + changed.topLeft() * scale, changed.size() * scale) & tile;
+}
+
 void TileRenderer::paintHighlight(QPainter& painter, const QRectF& tile, const QColor& color,
                                   double opacity) {
     const double o = std::clamp(opacity, 0.0, 1.0);

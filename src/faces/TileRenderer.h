@@ -9,6 +9,7 @@
 #include "model/Metrics.h"
 
 #include <QColor>
+#include <QDateTime>
 #include <QHash>
 #include <QImage>
 #include <QRectF>
@@ -50,6 +51,12 @@ public:
                    const FaceContext& context);
     static void paintHighlight(QPainter& painter, const QRectF& tile, const QColor& color,
                                double opacity);
+
+    // The part of `tile` (in the painter's coordinates of `paint`) that may look different at
+    // `after` than at `before`: the face's changed part placed as paintFace places it, or the
+    // whole tile when that is all the face can say.
+    QRectF changedRect(const QRectF& tile, const WidgetFace& face, const FaceContext& context,
+                       const QDateTime& before, const QDateTime& after);
 
     // A picture of the whole panel (the tile and its margin) at the context's size and device
     // pixel ratio, transparent around the tile.

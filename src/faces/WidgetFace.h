@@ -5,6 +5,7 @@
 #include "model/WidgetSize.h"
 #include "tick/TimeGrain.h"
 
+#include <QDateTime>
 #include <QRectF>
 #include <QStringList>
 
@@ -34,6 +35,16 @@ public:
     // The values of the "style" setting the face draws differently, the default first; empty
     // for a face with one look.
     virtual QStringList styles() const { return {}; }
+
+    // The part of `rect` (as given to paint) whose picture may differ between the times `before`
+    // and `after`, so that a host repaints only that: all of `rect` unless the face knows better.
+    virtual QRectF changedRect(const QRectF& rect, const FaceContext& context,
+                               const QDateTime& before, const QDateTime& after) const {
+        Q_UNUSED(context)
+        Q_UNUSED(before)
+        Q_UNUSED(after)
+        return rect;
+    }
 };
 
 } // namespace tw

@@ -114,6 +114,9 @@ public:
                                     const std::optional<ScreenInfo>& screen = std::nullopt) const;
     // Moves a tile, and the whole stack it is in, then saves.
     void updatePosition(const QUuid& id, double x, double y);
+    // Moves several tiles (top-left corners), stacks whole, as one change: one save, one step of
+    // history.
+    void updatePositions(const QList<std::pair<QUuid, QPointF>>& moves);
     // Gives the tiles a new size, and with them every member of a stack any of them is in, since
     // a stack holds one size; then saves, so the change can be undone like any other.
     void setSize(const QList<QUuid>& ids, WidgetSize size);

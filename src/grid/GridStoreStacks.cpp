@@ -2,6 +2,7 @@
 #include "grid/GridStore.h"
 #include "model/Metrics.h"
 
+#include <QHash>
 #include <QLocale>
 
 #include <algorithm>
@@ -187,18 +188,39 @@ void GridStore::removeFromStack(const QUuid& id) {
 }
 
 void GridStore::updatePosition(const QUuid& id, double x, double y) {
-    const int index = indexOf(id);
-    if (index < 0) {
+    updatePositions({{id, QPointF(x, y)}});
+}
+
+void GridStore::updatePositions(const QList<std::pair<QUuid, QPointF>>& moves) {
+    QHash<QUuid, QPointF> byID;
+    QHash<QUuid, QPointF> byStack;
+    for (const auto& [id, place] : moves) {
+        const int index = indexOf(id);
+        if (index < 0) {
+            continue;
+        }
+        byID.insert(id, place);
+        // A stack moves as one.
+        if (const std::optional<QUuid> stackID = m_layout.instances.at(index).stackID) {
+            byStack.insert(*stackID, place);
+        }
+    }
+    if (byID.isEmpty()) {
         return;
     }
     GridLayout next = m_layout;
-    const std::optional<QUuid> stackID = next.instances.at(index).stackID;
-    for (qsizetype i = 0; i < next.instances.size(); ++i) {
-        WidgetInstance& instance = next.instances[i];
-        // A stack moves as one.
-        if (i == index || (stackID && instance.stackID == stackID)) {
-            instance.posX = x;
-            instance.posY = y;
+    for (WidgetInstance& instance : next.instances) {
+        std::optional<QPointF> place;
+        if (const auto own = byID.constFind(instance.id); own != byID.cend()) {
+            place = *own;
+        } else if (instance.stackID) {
+            if (const auto stack = byStack.constFind(*instance.stackID); stack != byStack.cend()) {
+                place = *stack;
+            }
+        }
+        if (place) {
+            instance.posX = place->x();
+            instance.posY = place->y();
         }
     }
     setLayout(std::move(next));

@@ -27,6 +27,8 @@ public:
     // yet: window managers read these hints when they take a window on. Creates the native
     // window if needed.
     virtual void prepare(QObject* window, Focus focus) = 0;
+    // Reports when an ordinary top-level window (not prepared) is covered, nothing more.
+    virtual void watchCoverage(QObject* window) = 0;
     // Stops tracking a window; destroyed windows are forgotten by themselves.
     virtual void release(QObject* window) = 0;
     // Whether a compositor blends translucent windows with what lies below; without one the

@@ -51,6 +51,28 @@ private Q_SLOTS:
         QCOMPARE(quits.size(), 0);
     }
 
+    // The previews tick only while the window can be seen.
+    void onScreenOnlyWhenShownUncoveredAndNotMinimised() {
+        ManualScheduler scheduler;
+        ConfigWindow window(scheduler, [] { return new QWidget(); });
+        QSignalSpy spy(&window, &ConfigWindow::visibilityChanged);
+        const auto last = [&] { return spy.isEmpty() ? false : spy.last().at(0).toBool(); };
+        window.present();
+        QVERIFY(last());
+        window.setCovered(true);
+        QVERIFY(!last());
+        window.setCovered(false);
+        QVERIFY(last());
+        window.showMinimized();
+        QTRY_VERIFY(!last());
+        window.present();
+        QTRY_VERIFY(last());
+        window.close();
+        QVERIFY(!last());
+        // Each change is said once.
+        QCOMPARE(spy.size(), 6);
+    }
+
     void reopenedInTimeKeepsItsViews() {
         ManualScheduler scheduler;
         ConfigWindow window(scheduler, [] { return new QWidget(); });

@@ -130,12 +130,27 @@ private Q_SLOTS:
         QVERIFY(!panel.isActiveWindow());
     }
 
+    // A desktop window, and an ordinary one that is only watched (the configuration window): both
+    // are reported, and only the first is put below the others.
+    void reportsWhenCoveredAndUncovered_data() {
+        QTest::addColumn<bool>("desktop");
+        QTest::newRow("desktop window") << true;
+        QTest::newRow("watched window") << false;
+    }
+
     void reportsWhenCoveredAndUncovered() {
-        QWidget panel(nullptr, DesktopWindowing::windowFlags(DesktopWindowing::Focus::Never));
+        QFETCH(bool, desktop);
+        QWidget panel(nullptr, desktop
+                                   ? DesktopWindowing::windowFlags(DesktopWindowing::Focus::Never)
+                                   : Qt::WindowFlags(Qt::Window));
         panel.setAttribute(Qt::WA_ShowWithoutActivating);
         panel.setGeometry(1000, 500, 120, 120);
         panel.winId();
-        m_windowing->prepare(panel.windowHandle(), DesktopWindowing::Focus::Never);
+        if (desktop) {
+            m_windowing->prepare(panel.windowHandle(), DesktopWindowing::Focus::Never);
+        } else {
+            m_windowing->watchCoverage(panel.windowHandle());
+        }
         QSignalSpy spy(m_windowing.get(), &DesktopWindowing::coveredChanged);
         panel.show();
         QVERIFY(QTest::qWaitForWindowExposed(&panel));
@@ -152,6 +167,7 @@ private Q_SLOTS:
         cover.move(1400, 400);
         QTRY_VERIFY(!spy.isEmpty());
         QCOMPARE(spy.last().at(1).toBool(), false);
+        QCOMPARE(windowProperty(panel, "_NET_WM_STATE").contains(QLatin1String("BELOW")), desktop);
     }
 
 private:

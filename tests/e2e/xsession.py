@@ -86,6 +86,10 @@ class XSession:
         self._logs.append(log)
         return log
 
+    @property
+    def server_pid(self):
+        return self._xvfb.pid
+
     def env(self, extra=None):
         env = dict(os.environ)
         env.pop("WAYLAND_DISPLAY", None)
@@ -192,7 +196,8 @@ def main():
     # servers are stopped.
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(124))
     with XSession(size=args.size) as session:
-        return session.run(command).returncode
+        # Measurements from inside take the X server's share from its process.
+        return session.run(command, env={"XSESSION_SERVER_PID": str(session.server_pid)}).returncode
 
 
 if __name__ == "__main__":

@@ -80,6 +80,8 @@ private Q_SLOTS:
     void highlightRingSurroundsTheTile();
     void tileScaleEnlargesThePicture();
     void fractionalPixelRatiosKeepTheGeometry();
+    void changedPartCoversEveryChange_data();
+    void changedPartCoversEveryChange();
 };
 
 void TestTileRenderer::facesStayInsideTheirTiles_data() {
@@ -310,6 +312,89 @@ void TestTileRenderer::fractionalPixelRatiosKeepTheGeometry() {
     QVERIFY(qAlpha(picture.pixel(62, middleRow)) > 200);
     // Six points right of the tile's edge: shadow at most, never glass.
     QVERIFY(qAlpha(picture.pixel((22 + 204 + 6) / 2, middleRow)) < 100);
+}
+
+void TestTileRenderer::changedPartCoversEveryChange_data() {
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<WidgetSize>("size");
+    QTest::addColumn<WidgetSettings>("settings");
+    QTest::addColumn<double>("scale");
+    QTest::addColumn<qreal>("dpr");
+    QTest::addColumn<QTime>("before");
+    QTest::addColumn<QTime>("after");
+    QTest::addColumn<bool>("partial");
+
+    const QString clock = QStringLiteral("clock");
+    const WidgetSettings none;
+    const WidgetSettings h12{{QStringLiteral("format"), QStringLiteral("12")}};
+    const WidgetSettings h24{{QStringLiteral("format"), QStringLiteral("24")}};
+    const WidgetSettings zoned{{QStringLiteral("zone"), QStringLiteral("Asia/Kolkata")}};
+    const WidgetSettings analog{{QStringLiteral("style"), QStringLiteral("analog")}};
+    const QTime nine(12, 34, 9);
+    const QTime ten(12, 34, 10);
+    QTest::newRow("clock, wide, 12 hours")
+        << clock << WidgetSize::wide << h12 << 1.0 << 1.0 << nine << ten << true;
+    QTest::newRow("clock, large, 24 hours, 2x") << clock << WidgetSize::large << h24 << 1.0 << 2.0
+                                                << QTime(9, 5, 59) << QTime(9, 5, 58) << true;
+    QTest::newRow("clock, banner, zoned, 1.25x")
+        << clock << WidgetSize::banner << zoned << 1.0 << 1.25 << nine << ten << true;
+    QTest::newRow("clock, scaled tile") << clock << WidgetSize::wide << h12 << 1.5 << 1.0
+                                        << QTime(23, 59, 0) << QTime(23, 59, 1) << true;
+    QTest::newRow("clock, new minute") << clock << WidgetSize::wide << none << 1.0 << 1.0
+                                       << QTime(12, 34, 59) << QTime(12, 35, 0) << false;
+    QTest::newRow("clock, analog")
+        << clock << WidgetSize::wide << analog << 1.0 << 1.0 << nine << ten << false;
+}
+
+// Two moments drawn whole: no pixel differs outside the part the renderer names.
+void TestTileRenderer::changedPartCoversEveryChange() {
+    QFETCH(QString, kind);
+    QFETCH(WidgetSize, size);
+    QFETCH(WidgetSettings, settings);
+    QFETCH(double, scale);
+    QFETCH(qreal, dpr);
+    QFETCH(QTime, before);
+    QFETCH(QTime, after);
+    QFETCH(bool, partial);
+    const FaceRegistry faces;
+    TileRenderer renderer;
+    const WidgetFace& face = faces.face(kind);
+    FaceContext context = contextFor(WidgetRegistry::builtInDefinition(kind)->metadata, size,
+                                     GlassLook::Shade::Dark, dpr);
+    context.settings = settings;
+    context.scale = scale;
+    context.points *= scale;
+    const QDateTime from(kNoon.date(), before);
+    const QDateTime to(kNoon.date(), after);
+    context.now = from;
+    const QImage first = renderer.picture(face, context);
+    context.now = to;
+    const QImage second = renderer.picture(face, context);
+
+    const QRectF tile(QPointF(TileRenderer::panelMargin, TileRenderer::panelMargin),
+                      context.points);
+    context.now = from;
+    const QRectF changed = renderer.changedRect(tile, face, context, from, to);
+    QVERIFY(tile.contains(changed));
+    QCOMPARE(changed.width() * changed.height() < tile.width() * tile.height() / 2, partial);
+    const QRect allowed = devicePixels(changed, dpr);
+    int differing = 0;
+    for (int y = 0; y < first.height(); ++y) {
+        for (int x = 0; x < first.width(); ++x) {
+            if (first.pixel(x, y) != second.pixel(x, y)) {
+                ++differing;
+                QVERIFY2(allowed.contains(x, y),
+                         qPrintable(QStringLiteral("pixel %1,%2 changed outside %3,%4 %5x%6")
+                                        .arg(x)
+                                        .arg(y)
+                                        .arg(allowed.x())
+                                        .arg(allowed.y())
+                                        .arg(allowed.width())
+                                        .arg(allowed.height())));
+            }
+        }
+    }
+    QVERIFY(differing > 0);
 }
 
 QTEST_MAIN(TestTileRenderer)

@@ -78,6 +78,18 @@ void X11DesktopWindowing::prepare(QObject* object, Focus focus) {
     xcb_flush(m_connection);
 }
 
+void X11DesktopWindowing::watchCoverage(QObject* object) {
+    auto* window = qobject_cast<QWindow*>(object);
+    if (window == nullptr) {
+        return;
+    }
+    const auto id = static_cast<quint32>(window->winId());
+    m_tracked.insert(id, Tracked{window, Focus::WhenClicked, false, false});
+    connect(window, &QObject::destroyed, this, [this, id] { m_tracked.remove(id); });
+    watchVisibility(id);
+    xcb_flush(m_connection);
+}
+
 // EWMH: a compositing manager owns the selection _NET_WM_CM_S<screen>.
 bool X11DesktopWindowing::isCompositing() const {
     auto* self = const_cast<X11DesktopWindowing*>(this);
@@ -192,7 +204,7 @@ bool X11DesktopWindowing::nativeEventFilter(const QByteArray& eventType, void* m
     const auto type = event->response_type & ~0x80;
     if (type == XCB_MAP_NOTIFY) {
         const auto* map = static_cast<const xcb_map_notify_event_t*>(message);
-        if (auto it = m_tracked.constFind(map->window); it != m_tracked.cend()) {
+        if (auto it = m_tracked.constFind(map->window); it != m_tracked.cend() && it->desktop) {
             applyMappedHints(map->window, it->focus);
         }
         return false;

@@ -25,6 +25,7 @@ public:
     ~X11DesktopWindowing() override;
 
     void prepare(QObject* window, Focus focus) override;
+    void watchCoverage(QObject* window) override;
     void release(QObject* window) override;
     bool isCompositing() const override;
     bool canReportCoverage() const override { return true; }
@@ -44,6 +45,8 @@ private:
         QPointer<QWindow> window;
         Focus focus = Focus::Never;
         bool covered = false;
+        // Desktop windows get their hints again at every map; watched ones only report.
+        bool desktop = true;
     };
 
     xcb_connection_t* m_connection;

@@ -12,6 +12,7 @@ public:
     using DesktopWindowing::DesktopWindowing;
 
     void prepare(QObject*, Focus) override {}
+    void watchCoverage(QObject*) override {}
     void release(QObject*) override {}
     bool isCompositing() const override { return true; }
     bool canReportCoverage() const override { return false; }
