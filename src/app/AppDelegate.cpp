@@ -70,11 +70,11 @@ bool AppDelegate::shouldOpenWindowAtLaunch(const QStringList& arguments,
     return facts.firstLaunchOfVersion || (!facts.launchedAsLoginItem && facts.openWindowAtLaunch);
 }
 
-AppDelegate::AppDelegate(Defaults& defaults, const Clock& clock, QStringList arguments,
+AppDelegate::AppDelegate(Defaults& defaults, Clocks clocks, QStringList arguments,
                          QObject* parent)
     : QObject(parent)
     , m_defaults(defaults)
-    , m_clock(clock)
+    , m_clocks(clocks)
     , m_arguments(std::move(arguments))
     , m_configOnly(configOnlyFrom(qgetenv("TKW_CONFIG_ONLY")))
     , m_initialSelection(
@@ -110,17 +110,17 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
     m_symbols = std::make_unique<MaterialSymbolProvider>();
     m_registry = std::make_unique<WidgetRegistry>();
     m_theme = std::make_unique<ThemeStore>(m_defaults);
-    m_ticker = std::make_unique<TickCoordinator>(*m_scheduler, m_clock);
+    m_ticker = std::make_unique<TickCoordinator>(*m_scheduler, m_clocks.system, m_clocks.current);
     m_minutes = std::make_unique<MinuteCoordinator>(*m_ticker);
     m_grid = std::make_unique<GridStore>(GridStore::Services{
-        .clock = m_clock,
+        .clock = m_clocks.system,
         .scheduler = *m_scheduler,
         .registry = *m_registry,
         .defaults = &m_defaults,
         .displays = m_displays.get(),
     });
     m_watcher = std::make_unique<ScreenTopologyWatcher>(*m_displays, *m_scheduler);
-    m_memory = std::make_unique<TopologyMemory>(*m_watcher, m_clock);
+    m_memory = std::make_unique<TopologyMemory>(*m_watcher, m_clocks.system);
     connect(m_grid.get(), &GridStore::saved, m_memory.get(), [this](const GridLayout& layout) {
         m_memory->remember(layout, LayoutDisplay::currentDisplays(*m_displays));
     });
@@ -145,7 +145,7 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .displays = *m_displays,
         .windowing = *m_windowing,
         .scheduler = *m_scheduler,
-        .clock = m_clock,
+        .clock = m_clocks.system,
         .registry = *m_registry,
         .faces = *m_faces,
         .symbols = m_symbols.get(),
@@ -204,7 +204,7 @@ void AppDelegate::showConfigWindow() {
         m_configWindow = std::make_unique<ConfigWindow>(*m_scheduler, [this]() -> QWidget* {
             auto* gallery = new GalleryView(*m_faces, *m_symbols);
             gallery->setTheme(m_theme->themed());
-            gallery->setNow(m_clock.now());
+            gallery->setNow(m_ticker->currentTime());
             gallery->setAddHandler([this](const QString& kind, WidgetSize size) {
                 const auto spot = m_grid->freeSpot(kind, size, std::nullopt);
                 if (!spot) {

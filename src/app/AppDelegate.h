@@ -57,8 +57,13 @@ public:
     // hand with "tarnwick.openWindowAtLaunch" on.
     static bool shouldOpenWindowAtLaunch(const QStringList& arguments, const WindowAtLaunch& facts);
 
-    // `clock` may be pinned (TWK_TIME); both must outlive the delegate.
-    AppDelegate(Defaults& defaults, const Clock& clock, QStringList arguments,
+    // `systemClock` runs the ticks, the stores and every interval; `currentClock` is the time a
+    // view first shows and may be pinned (TWK_TIME). Both must outlive the delegate.
+    struct Clocks {
+        const Clock& system;
+        const Clock& current;
+    };
+    AppDelegate(Defaults& defaults, Clocks clocks, QStringList arguments,
                 QObject* parent = nullptr);
     ~AppDelegate() override;
 
@@ -76,7 +81,7 @@ private:
     void makeMainMenu();
 
     Defaults& m_defaults;
-    const Clock& m_clock;
+    Clocks m_clocks;
     QStringList m_arguments;
     bool m_configOnly;
     std::optional<ConfigSection> m_initialSelection;

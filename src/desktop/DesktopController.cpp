@@ -69,8 +69,9 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
     });
     connect(&m_services.ticker, &TickCoordinator::nowChanged, this,
             [this](const QDateTime& now) { advanceStacks(now); });
-    connect(&m_services.displays, &Displays::didWake, this,
-            [this] { reassertAfterDisplaysReturned(); });
+    for (auto woke : {&Displays::didWake, &Displays::screensDidWake}) {
+        connect(&m_services.displays, woke, this, [this] { reassertAfterDisplaysReturned(); });
+    }
     connect(&m_services.displays, &Displays::screensChanged, this, [this] {
         if (!m_veiled) {
             sync();
@@ -249,7 +250,7 @@ void DesktopController::spawn(const WidgetInstance& instance) {
     panel->setFrameOrigin(origin(instance, size));
 
     panel->snapCandidates = [this, id] { return otherTileRects(id); };
-    panel->snapBounds = [this, panel] { return resolveBounds(*panel); };
+    panel->snapBounds = [this](const QRectF& tile) { return tileBounds(tile); };
     panel->moveNeedsShift = [this] { return m_services.settings.moveNeedsShift(); };
     panel->onUserDrag = [this, id] {
         m_isDragging = true;
@@ -308,6 +309,16 @@ void DesktopController::refreshContent(Entry& entry) {
     entry.panel->setContent(face, context);
 }
 
+// A tile coming into view shows the time of now, not the minute of the last tick before it went.
+void DesktopController::reseed(Entry& entry) {
+    if (entry.time) {
+        entry.time->reseed();
+        if (!entry.state->occluded()) {
+            entry.panel->setNow(entry.time->time());
+        }
+    }
+}
+
 void DesktopController::refreshAllContent() {
     for (auto& [id, entry] : m_panels) {
         refreshContent(entry);
@@ -348,10 +359,13 @@ QPointF DesktopController::origin(const WidgetInstance& instance, const QSizeF& 
 }
 
 std::optional<QRectF> DesktopController::resolveBounds(const DesktopPanel& panel) const {
+    return tileBounds(panel.tileRect());
+}
+
+std::optional<QRectF> DesktopController::tileBounds(const QRectF& tile) const {
     if (screens().isEmpty()) {
         return std::nullopt;
     }
-    const QRectF tile = panel.tileRect();
     return visibleFrame(QPointF(tile.x(), RectEdges::maxY(tile)), tile.size());
 }
 
@@ -478,6 +492,7 @@ void DesktopController::applyStackVisibility() {
         }
         const bool shown = m_isVisible && !hidden.contains(id);
         if (shown && !entry.panel->isVisible()) {
+            reseed(entry);
             entry.panel->show();
         } else if (!shown && entry.panel->isVisible()) {
             entry.panel->hide();
@@ -565,6 +580,9 @@ void DesktopController::setVeil(bool veiled) {
     }
     m_veilTask = m_services.scheduler.singleShot(veilReturn, 0ms, this, [this] {
         m_veiled = false;
+        // Screen events were let pass while veiled: the panels take their places before they
+        // are seen again.
+        sync();
         fadePanels(1.0);
         refreshOcclusion();
     });
@@ -580,15 +598,18 @@ void DesktopController::fadePanels(double opacity) {
     }
 }
 
+// A settle that changed nothing still puts every panel back where the grid says: the window
+// system may have moved them while the displays were in flux.
 void DesktopController::adoptArrangement(const ScreenTopologyWatcher::Change& change) {
-    if (!change.topologyChanged || m_services.memory == nullptr) {
-        return;
+    if (change.topologyChanged && m_services.memory != nullptr) {
+        const auto layout =
+            m_services.memory->layoutForSettled(change.displays, m_services.grid.layout());
+        if (layout && !layout->instances.isEmpty() && *layout != m_services.grid.layout()) {
+            m_services.grid.replaceLayout(*layout);
+            return;
+        }
     }
-    const auto layout =
-        m_services.memory->layoutForSettled(change.displays, m_services.grid.layout());
-    if (layout && !layout->instances.isEmpty()) {
-        m_services.grid.replaceLayout(*layout);
-    }
+    sync();
 }
 
 void DesktopController::reassertAfterDisplaysReturned() {
@@ -627,8 +648,8 @@ void DesktopController::refreshOcclusion() {
     for (auto& [id, entry] : m_panels) {
         const bool wasOccluded = entry.state->occluded();
         entry.state->setOccluded(entry.covered);
-        if (wasOccluded && !entry.covered && entry.time) {
-            entry.panel->setNow(entry.time->time());
+        if (wasOccluded && !entry.covered) {
+            reseed(entry);
         }
     }
 }

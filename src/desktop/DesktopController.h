@@ -118,6 +118,8 @@ public:
     QPointF origin(const WidgetInstance& instance, const QSizeF& size) const;
     QRectF visibleFrame(const QPointF& tileTopLeft, const QSizeF& tileSize) const;
     std::optional<QRectF> resolveBounds(const DesktopPanel& panel) const;
+    // The visible frame of the display a tile rectangle belongs to; none without displays.
+    std::optional<QRectF> tileBounds(const QRectF& tile) const;
 
     // Widgets parked here until their own display returns.
     int visitorCount() const;
@@ -168,6 +170,7 @@ private:
     void spawn(const WidgetInstance& instance);
     void refreshContent(Entry& entry);
     void refreshAllContent();
+    void reseed(Entry& entry);
     void placeUnpositioned();
     // Moves a tile, with its stack, off the tiles it overlaps, the spacing apart within its
     // display, as the drop does; writes only when it moves.

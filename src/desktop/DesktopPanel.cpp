@@ -7,6 +7,7 @@
 
 #include <QContextMenuEvent>
 #include <QMenu>
+#include <QCursor>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -91,6 +92,7 @@ void DesktopPanel::setContent(const WidgetFace& face, const FaceContext& context
     m_face = &face;
     const bool rescaled = context.scale != m_context.scale;
     m_context = context;
+    m_context.reserved = stackReserve();
     if (rescaled) {
         updateShape();
     }
@@ -123,8 +125,16 @@ void DesktopPanel::setStackIndicator(int index, int count) {
     if (index != m_stackIndex || count != m_stackCount) {
         m_stackIndex = index;
         m_stackCount = count;
+        m_context.reserved = stackReserve();
         update(tileRectInWidget());
     }
+}
+
+QMarginsF DesktopPanel::stackReserve() const {
+    if (m_stackCount < 2) {
+        return {};
+    }
+    return {stackGutter, 0, stackGutter, stackGutter};
 }
 
 // Dots in the tile's bottom band and arrows in its side bands: the zones where clicks step the
@@ -134,10 +144,13 @@ void DesktopPanel::paintStackIndicator(QPainter& painter) const {
         return;
     }
     const QRectF tile(tileRectInWidget());
-    constexpr qreal dot = 5;
-    constexpr qreal pitch = 9;
+    const qreal scale = m_context.scale > 0 ? m_context.scale : 1.0;
+    // The middle of the bands the face leaves free: its padding plus the gutter.
+    const qreal band = (TileRenderer::contentPadding + stackGutter) * scale;
+    const qreal dot = 5 * scale;
+    const qreal pitch = 9 * scale;
     const qreal width = (m_stackCount - 1) * pitch;
-    const qreal y = tile.bottom() - 10;
+    const qreal y = tile.bottom() - band / 2;
     painter.setPen(Qt::NoPen);
     for (int i = 0; i < m_stackCount; ++i) {
         painter.setBrush(QColor(255, 255, 255, i == m_stackIndex ? 230 : 90));
@@ -147,14 +160,18 @@ void DesktopPanel::paintStackIndicator(QPainter& painter) const {
     if (!m_hovered) {
         return;
     }
-    painter.setPen(
-        QPen(QColor(255, 255, 255, 200), 2.0, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setPen(QPen(QColor(255, 255, 255, 200), 2.0 * scale, Qt::SolidLine, Qt::RoundCap,
+                        Qt::RoundJoin));
     painter.setBrush(Qt::NoBrush);
-    const qreal cy = tile.center().y();
-    const qreal left = tile.left() + 12;
-    const qreal right = tile.right() - 12;
-    painter.drawPolyline(QPolygonF{{left + 5, cy - 7}, {left, cy}, {left + 5, cy + 7}});
-    painter.drawPolyline(QPolygonF{{right - 5, cy - 7}, {right, cy}, {right - 5, cy + 7}});
+    const qreal cy = tile.center().y() - stackGutter * scale / 2;
+    const qreal half = 2.5 * scale;
+    const qreal rise = 7 * scale;
+    const qreal left = tile.left() + band / 2 - half;
+    const qreal right = tile.right() - band / 2 + half;
+    painter.drawPolyline(
+        QPolygonF{{left + 2 * half, cy - rise}, {left, cy}, {left + 2 * half, cy + rise}});
+    painter.drawPolyline(
+        QPolygonF{{right - 2 * half, cy - rise}, {right, cy}, {right - 2 * half, cy + rise}});
 }
 
 QRect DesktopPanel::tileRectInWidget() const {
@@ -186,7 +203,6 @@ void DesktopPanel::mousePressEvent(QMouseEvent* event) {
                                                                : DragTracker::MoveNeedsShift::No;
     m_drag.press(space.fromToolkit(event->globalPosition()), frame().topLeft(), needsShift);
     m_dragNeighbours = snapCandidates ? snapCandidates() : QList<QRectF>();
-    m_dragBounds = snapBounds ? snapBounds() : std::nullopt;
     event->accept();
 }
 
@@ -205,7 +221,10 @@ void DesktopPanel::mouseMoveEvent(QMouseEvent* event) {
     if (!wasMoving && onUserDrag) {
         onUserDrag();
     }
-    setFrameOrigin(DragTracker::snapped(*origin, QSizeF(size()), m_dragNeighbours, m_dragBounds));
+    // The display under the tile now, not the one the drag began on, gives the edges to snap to.
+    const QRectF tile = QRectF(*origin, QSizeF(size())).adjusted(margin, margin, -margin, -margin);
+    const auto bounds = snapBounds ? snapBounds(tile) : std::nullopt;
+    setFrameOrigin(DragTracker::snapped(*origin, QSizeF(size()), m_dragNeighbours, bounds));
 }
 
 void DesktopPanel::mouseReleaseEvent(QMouseEvent* event) {
@@ -275,25 +294,38 @@ void DesktopPanel::wheelEvent(QWheelEvent* event) {
 }
 
 void DesktopPanel::enterEvent(QEnterEvent* event) {
-    m_hovered = true;
-    if (m_stackCount > 1) {
-        update(tileRectInWidget());
-    }
-    if (onHoverChange) {
-        onHoverChange(true);
-    }
+    setHovered(true);
     QWidget::enterEvent(event);
 }
 
 void DesktopPanel::leaveEvent(QEvent* event) {
-    m_hovered = false;
+    setHovered(false);
+    QWidget::leaveEvent(event);
+}
+
+// A panel shown or hidden under a still pointer gets no enter or leave: a stack member brought to
+// the front takes the pointer's state, and one sent back lets go of it.
+void DesktopPanel::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    setHovered(rect().contains(mapFromGlobal(QCursor::pos())));
+}
+
+void DesktopPanel::hideEvent(QHideEvent* event) {
+    setHovered(false);
+    QWidget::hideEvent(event);
+}
+
+void DesktopPanel::setHovered(bool hovered) {
+    if (hovered == m_hovered) {
+        return;
+    }
+    m_hovered = hovered;
     if (m_stackCount > 1) {
         update(tileRectInWidget());
     }
     if (onHoverChange) {
-        onHoverChange(false);
+        onHoverChange(hovered);
     }
-    QWidget::leaveEvent(event);
 }
 
 void DesktopPanel::resizeEvent(QResizeEvent* event) {

@@ -29,6 +29,9 @@ class DesktopPanel final : public QWidget {
 public:
     static constexpr double margin = DragTracker::panelMargin;
     static constexpr std::chrono::milliseconds slideDuration{180};
+    // What a stack member's face gives up, beyond its padding, on the sides (for the arrows) and
+    // at the bottom (for the dots), in points.
+    static constexpr qreal stackGutter = 8;
 
     DesktopPanel(const QUuid& instanceID, DesktopWindowing& windowing,
                  DesktopWindowing::Focus focus, TileRenderer& renderer);
@@ -60,9 +63,10 @@ public:
     // Hooks the controller sets when it spawns the panel.
     std::function<QMenu*()> contextMenuProvider;
     std::function<void(bool)> onHoverChange;
-    // The other tiles' rectangles and the visible frame, asked at the start of each drag.
+    // The other tiles' rectangles, asked at the start of each drag, and the visible frame of the
+    // display under a tile rectangle, asked at each step of it.
     std::function<QList<QRectF>()> snapCandidates;
-    std::function<std::optional<QRectF>()> snapBounds;
+    std::function<std::optional<QRectF>(const QRectF&)> snapBounds;
     std::function<bool()> moveNeedsShift;
     std::function<void()> onUserDrag;
     std::function<void()> onDragEnded;
@@ -85,12 +89,16 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void changeEvent(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:
     QRect tileRectInWidget() const;
     void paintStackIndicator(QPainter& painter) const;
+    void setHovered(bool hovered);
+    QMarginsF stackReserve() const;
     void updateShape();
 
     QUuid m_instanceID;
@@ -104,7 +112,6 @@ private:
     bool m_hovered = false;
     DragTracker m_drag;
     QList<QRectF> m_dragNeighbours;
-    std::optional<QRectF> m_dragBounds;
     QPointer<QVariantAnimation> m_slide;
 };
 

@@ -28,6 +28,8 @@ void ScreenTopologyWatcher::start() {
     connect(&m_displays, &Displays::screensChanged, this, &ScreenTopologyWatcher::scheduleSettle);
     connect(&m_displays, &Displays::willSleep, this, &ScreenTopologyWatcher::beginSleep);
     connect(&m_displays, &Displays::didWake, this, &ScreenTopologyWatcher::wake);
+    connect(&m_displays, &Displays::screensDidSleep, this, &ScreenTopologyWatcher::beginSleep);
+    connect(&m_displays, &Displays::screensDidWake, this, &ScreenTopologyWatcher::wake);
 }
 
 bool ScreenTopologyWatcher::looksLikeAChange(const QList<LayoutDisplay>& displays,

@@ -149,6 +149,18 @@ QRectF ClockFace::changedRect(const QRectF& rect, const FaceContext& context,
     return QRectF(start, row.area.top(), rect.right() - start, row.area.height());
 }
 
+ClockFace::SmallLines ClockFace::smallLines(const QDateTime& now, bool h24, const QString& city) {
+    const QLocale locale;
+    // Under the weekday the date needs no weekday of its own; under a city it does.
+    const QString date = city.isEmpty() ? locale.toString(now.date(), QStringLiteral("d MMMM"))
+                                        : locale.toString(now.date(), QStringLiteral("ddd d MMM"));
+    return {
+        .top = city.isEmpty() ? locale.toString(now.date(), QStringLiteral("dddd")) : city,
+        .time = FaceKit::hoursMinutes(now.time(), h24),
+        .bottom = h24 ? date : FaceKit::dayHalf(now.time()) + QLatin1Char(' ') + date,
+    };
+}
+
 void ClockFace::paintDigital(QPainter& painter, const QRectF& rect, const FaceContext& context) {
     const QDateTime now = FaceKit::zoned(context);
     const bool h24 = FaceKit::uses24Hour(context);
@@ -164,19 +176,17 @@ void ClockFace::paintDigital(QPainter& painter, const QRectF& rect, const FaceCo
     const bool oneRow = rect.height() < 100;
 
     if (context.size == WidgetSize::small) {
+        const SmallLines lines = smallLines(now, h24, city);
         const QRectF top(rect.left(), rect.top(), rect.width(), rect.height() * 0.22);
         const QRectF middle(rect.left(), rect.top() + rect.height() * 0.22, rect.width(),
                             rect.height() * 0.5);
         const QRectF bottom(rect.left(), rect.bottom() - rect.height() * 0.22, rect.width(),
                             rect.height() * 0.22);
-        FaceKit::drawFitted(
-            painter, context, top,
-            city.isEmpty() ? locale.toString(now.date(), QStringLiteral("dddd")) : city,
-            QFont::DemiBold, context.accent(), Qt::AlignLeft | Qt::AlignVCenter, 13);
-        FaceKit::drawFitted(painter, context, middle, time, QFont::Light, context.primary(),
+        FaceKit::drawFitted(painter, context, top, lines.top, QFont::DemiBold, context.accent(),
+                            Qt::AlignLeft | Qt::AlignVCenter, 13);
+        FaceKit::drawFitted(painter, context, middle, lines.time, QFont::Light, context.primary(),
                             Qt::AlignLeft | Qt::AlignVCenter, 40);
-        FaceKit::drawFitted(painter, context, bottom,
-                            h24 ? shortDate : half + QLatin1Char(' ') + shortDate, QFont::Normal,
+        FaceKit::drawFitted(painter, context, bottom, lines.bottom, QFont::Normal,
                             context.secondary(), Qt::AlignLeft | Qt::AlignVCenter, 12);
         return;
     }

@@ -22,6 +22,15 @@ public:
     // Whether seconds are on view at this size with these settings.
     static bool showsSeconds(WidgetSize size, const WidgetSettings& settings);
 
+    // The three lines of the small digital clock: the weekday (or the city) over the time over
+    // the day half and the date; the weekday is named once.
+    struct SmallLines {
+        QString top;
+        QString time;
+        QString bottom;
+    };
+    static SmallLines smallLines(const QDateTime& now, bool h24, const QString& city);
+
 private:
     struct TimeRow;
     static TimeRow timeRow(const QRectF& rect, const FaceContext& context, const QTime& time);

@@ -12,6 +12,7 @@
 
 #include <QColor>
 #include <QDateTime>
+#include <QMarginsF>
 #include <QSizeF>
 #include <QString>
 
@@ -36,6 +37,9 @@ struct FaceContext {
     QDateTime now;
     WidgetSettings settings;
     SurfaceFlags surface;
+    // Room inside the padding that the host keeps for its own marks (a stack's arrows and
+    // dots), in points; the face draws in what is left.
+    QMarginsF reserved;
     AnimationPace pace;
     // Never null when drawing; NullSymbolProvider where no icon set exists.
     const SymbolProvider* symbols = nullptr;

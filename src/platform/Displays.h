@@ -37,6 +37,10 @@ Q_SIGNALS:
     // The machine is about to sleep / has woken.
     void willSleep();
     void didWake();
+    // The displays went dark / lit again while the machine runs on (a screen saver, power
+    // saving): the displays are still there and must not be taken for unplugged.
+    void screensDidSleep();
+    void screensDidWake();
 };
 
 } // namespace tw

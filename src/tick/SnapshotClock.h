@@ -19,6 +19,9 @@ public:
     // Always the system's: intervals keep running while wall time stands still.
     std::chrono::nanoseconds uptime() const override;
 
+    // The clock under the pin: what ticks, stores and intervals run on.
+    const Clock& system() const { return m_system; }
+
     std::optional<QDateTime> pinned() const { return m_pinned; }
     void setPinned(const std::optional<QDateTime>& pinned) { m_pinned = pinned; }
 

@@ -19,6 +19,8 @@
 #include "tick/MinuteCoordinator.h"
 #include "tick/TickCoordinator.h"
 
+#include <QCursor>
+#include <QEnterEvent>
 #include <QMenu>
 #include <QTemporaryDir>
 #include <QTest>
@@ -423,6 +425,78 @@ private Q_SLOTS:
             f.scheduler.advance(std::chrono::milliseconds(ms));
             QCOMPARE(panel->frame().topLeft(), home);
         }
+    }
+
+    // Whatever moved a panel while the displays were in flux, it ends where the grid says.
+    void panelsReturnWhereTheGridSays_data() {
+        QTest::addColumn<QString>("event");
+        QTest::newRow("the machine woke") << "wake";
+        QTest::newRow("the displays woke") << "screens wake";
+        QTest::newRow("a settle that changed nothing") << "unchanged";
+        QTest::newRow("the veil lifted") << "veil";
+    }
+    void panelsReturnWhereTheGridSays() {
+        QFETCH(QString, event);
+        Fixture f;
+        DesktopPanel* panel = f.controller->panel(f.byKind(QStringLiteral("clock")).id);
+        const QPointF home = panel->frame().topLeft();
+        if (event == QLatin1String("veil")) {
+            f.controller->setVeil(true);
+        }
+        panel->setFrameOrigin(QPointF(700, 100));
+        if (event == QLatin1String("wake")) {
+            Q_EMIT f.displays.didWake();
+        } else if (event == QLatin1String("screens wake")) {
+            Q_EMIT f.displays.screensDidWake();
+        } else if (event == QLatin1String("unchanged")) {
+            f.controller->adoptArrangement({.displays = {}, .topologyChanged = false});
+        } else {
+            // Dropped while veiled, the screen event leaves the work to the veil's end.
+            Q_EMIT f.displays.screensChanged();
+            QCOMPARE(panel->frame().topLeft(), QPointF(700, 100));
+            f.controller->setVeil(false);
+            f.scheduler.advance(DesktopController::veilReturn);
+        }
+        QCOMPARE(panel->frame().topLeft(), home);
+    }
+
+    // Minutes tiles sleep between minutes; one shown again starts from the time of its return.
+    void aMinutesTileShowsTheTimeOfItsReturn() {
+        Fixture f;
+        const WidgetInstance clock = f.byKind(QStringLiteral("clock"));
+        // A small digital clock shows hours and minutes only.
+        f.grid->setSize({clock.id}, WidgetSize::small);
+        f.controller->hide();
+        f.clock.setNow(f.clock.now().addSecs(300));
+        f.controller->show();
+        QCOMPARE(f.controller->panel(clock.id)->context().now, f.clock.now());
+    }
+
+    // A stack member sent back lets go of the pointer; the one brought forward takes it up, so a
+    // pointer that has left lets the stack turn again.
+    void hoverFollowsTheMemberOnShow() {
+        Fixture f;
+        const WidgetInstance clock = f.byKind(QStringLiteral("clock"));
+        const WidgetInstance calendar = f.byKind(QStringLiteral("calendar"));
+        f.grid->groupIntoStack(calendar.id, clock.id);
+        const QUuid stack = *f.grid->instance(clock.id)->stackID;
+        f.controller->setStackRotate(stack, 4);
+        const int front = f.controller->activeIndex(stack);
+        const QList<WidgetInstance> members = f.grid->stackMembers(stack);
+        DesktopPanel* shown = f.controller->panel(members.at(front).id);
+        DesktopPanel* next = f.controller->panel(members.at(1 - front).id);
+        QCursor::setPos(shown->mapToGlobal(shown->rect().center()));
+        QEnterEvent enter(QPointF(50, 50), QPointF(50, 50), QPointF(50, 50));
+        QCoreApplication::sendEvent(shown, &enter);
+        QVERIFY(f.controller->panelState(shown->instanceID())->hovering());
+        f.controller->stepStack(stack, 1);
+        QVERIFY(!f.controller->panelState(shown->instanceID())->hovering());
+        QCOMPARE(f.controller->panelState(next->instanceID())->hovering(),
+                 next->rect().contains(next->mapFromGlobal(QCursor::pos())));
+        QEvent leave(QEvent::Leave);
+        QCoreApplication::sendEvent(next, &leave);
+        f.controller->advanceStacks(f.clock.now().addSecs(5));
+        QCOMPARE(f.controller->activeIndex(stack), front);
     }
 
     void aCoveredPanelIsOccludedUnlessVeiled() {

@@ -183,11 +183,23 @@ private Q_SLOTS:
         QVERIFY(rig.lastChange().topologyChanged);
     }
 
+    // The machine sleeping and the displays going dark while it runs are the same to the
+    // watcher: a monitor that drops off in the dark is not an unplug.
+    void sleepCancelsTheCycleUntilWake_data() {
+        QTest::addColumn<bool>("screensOnly");
+        QTest::newRow("the machine sleeps") << false;
+        QTest::newRow("the displays go dark") << true;
+    }
     void sleepCancelsTheCycleUntilWake() {
+        QFETCH(bool, screensOnly);
         Rig rig;
         rig.displays.setScreens(laptopAndMonitor);
         rig.scheduler.advance(1s);
-        Q_EMIT rig.displays.willSleep();
+        if (screensOnly) {
+            Q_EMIT rig.displays.screensDidSleep();
+        } else {
+            Q_EMIT rig.displays.willSleep();
+        }
         QVERIFY(rig.watcher.isSettling());
         QVERIFY(!rig.watcher.isTransitioning());
         QCOMPARE(rig.scheduler.pendingCount(), 0);
@@ -198,7 +210,11 @@ private Q_SLOTS:
         QVERIFY(rig.watcher.isSettling());
 
         rig.displays.setScreens(laptopAndMonitor);
-        Q_EMIT rig.displays.didWake();
+        if (screensOnly) {
+            Q_EMIT rig.displays.screensDidWake();
+        } else {
+            Q_EMIT rig.displays.didWake();
+        }
         rig.scheduler.advance(2s);
         QCOMPARE(rig.settled.count(), 1);
         QVERIFY(rig.lastChange().topologyChanged);

@@ -41,11 +41,13 @@ class Host:
         self.data_dir = data_dir
         self.config_home = config_home
         self.process = None
+        self.extra_env = {}
 
     def start(self, *arguments):
         env = {"TKW_APP_SUPPORT_DIR": self.data_dir, "XDG_CONFIG_HOME": self.config_home,
                "XDG_DATA_HOME": os.path.join(self.config_home, "data"),
-               "XDG_RUNTIME_DIR": self.config_home, "QT_LOGGING_RULES": "*.info=false"}
+               "XDG_RUNTIME_DIR": self.config_home, "QT_LOGGING_RULES": "*.info=false",
+               **self.extra_env}
         return subprocess.Popen([BINARY, *arguments], env=self.session.env(env),
                                 stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
@@ -102,12 +104,19 @@ class DesktopTest(unittest.TestCase):
         self.session = XSession(size="%dx%d" % SCREEN).__enter__()
         self.helpers = []
         self.before_launch()
-        self.host = Host(self.session, self.data_dir, self.config_home).launch()
-        self.panels = self.host.wait_for_panels(3)
-        self.assertTrue(self.panels, "the first desktop did not show three panels")
+        self.host = Host(self.session, self.data_dir, self.config_home)
+        self.host.extra_env = self.environment()
+        self.host.launch()
+        self.panels = self.host.wait_for_panels(self.panel_count)
+        self.assertTrue(self.panels, "the desktop did not show its panels")
+
+    panel_count = 3
 
     def before_launch(self):
         pass
+
+    def environment(self):
+        return {}
 
     def tearDown(self):
         self.host.stop()
@@ -314,6 +323,42 @@ class UpdateLaunchTest(unittest.TestCase):
             f.write(text)
         self.assertTrue(self.start_opens_window(), "another version is an update")
         self.assertEqual(self.recorded_version(), VERSION)
+
+
+class PinnedTimeTest(DesktopTest):
+    """A pinned clock pins what a view first shows, never the tick: stacks still turn."""
+
+    panel_count = 1
+    STACK = "A0000000-0000-4000-8000-000000000001"
+
+    def environment(self):
+        return {"TWK_TIME": "10:09"}
+
+    def before_launch(self):
+        members = [{"id": "B0000000-0000-4000-8000-00000000000%d" % n, "kind": kind,
+                    "size": "small", "order": n, "page": 0, "col": 0, "row": 0,
+                    "posX": 300, "posY": 700, "stackID": self.STACK, "stackIndex": n,
+                    "settings": {"stackSeconds": "2"}}
+                   for n, kind in enumerate(["clock", "dayprogress"])]
+        with open(os.path.join(self.data_dir, "grid.json"), "w", encoding="utf-8") as f:
+            json.dump({"instances": members, "pageCount": 1}, f)
+
+    def shown(self):
+        """Ids of the stack members on show: a member sent back leaves the managed windows."""
+        return set(self.host.panels())
+
+    def test_a_stack_turns_with_the_clock_pinned(self):
+        first = self.session.wait_for(lambda: len(self.shown()) == 1 and self.shown())
+        self.assertTrue(first, "one member of the stack should be on show")
+        self.assertTrue(self.session.wait_for(lambda: self.shown() not in ({*first}, set()) and
+                                              len(self.shown()) == 1, timeout=10),
+                        "the stack never turned")
+
+    test_first_start_shows_the_first_desktop = None
+    test_dragging_fully_onto_a_tile_of_the_same_size_stacks_them = None
+    test_dropping_half_onto_a_tile_of_another_size_slides_it_off = None
+    test_remove_widget_from_the_context_menu = None
+    test_quit_and_start_again_keeps_every_place = None
 
 
 @unittest.skipUnless(shutil.which("trayer"), "needs trayer, an XEmbed system tray")

@@ -79,6 +79,8 @@ private Q_SLOTS:
     void clearAndStrongerGlassLetMoreThrough();
     void highlightRingSurroundsTheTile();
     void tileScaleEnlargesThePicture();
+    void reservedRoomStaysFree_data();
+    void reservedRoomStaysFree();
     void fractionalPixelRatiosKeepTheGeometry();
     void changedPartCoversEveryChange_data();
     void changedPartCoversEveryChange();
@@ -296,6 +298,39 @@ void TestTileRenderer::tileScaleEnlargesThePicture() {
         renderer.paintFace(painter, QRectF(0, 0, 306, 306), faces.face(metadata.kind), context);
     }
     QVERIFY(paintedBounds(face).width() > 204);
+}
+
+void TestTileRenderer::reservedRoomStaysFree_data() {
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<WidgetSize>("size");
+    QTest::newRow("clock, small") << QStringLiteral("clock") << WidgetSize::small;
+    QTest::newRow("clock, wide") << QStringLiteral("clock") << WidgetSize::wide;
+    QTest::newRow("flip clock, large") << QStringLiteral("flipclock") << WidgetSize::large;
+}
+
+// A stack keeps bands for its arrows and dots; the face draws only in what is left.
+void TestTileRenderer::reservedRoomStaysFree() {
+    QFETCH(QString, kind);
+    QFETCH(WidgetSize, size);
+    const FaceRegistry faces;
+    TileRenderer renderer;
+    const WidgetMetadata metadata = WidgetRegistry::builtInDefinition(kind)->metadata;
+    FaceContext context = contextFor(metadata, size, GlassLook::Shade::Dark, 1);
+    context.reserved = QMarginsF(8, 0, 8, 8);
+    const QRectF tile(QPointF(0, 0), context.points);
+    QImage image = canvas(context.points, 1);
+    {
+        QPainter painter(&image);
+        renderer.paintFace(painter, tile, faces.face(kind), context);
+    }
+    const QRect allowed = devicePixels(
+        TileRenderer::contentRect(tile.size(), TileShape::of(metadata)).marginsRemoved(context.reserved),
+        1).adjusted(-1, -1, 1, 1);
+    const QRect painted = paintedBounds(image);
+    QVERIFY(!painted.isEmpty());
+    QVERIFY2(allowed.contains(painted), qPrintable(QStringLiteral("bottom %1 beyond %2")
+                                                       .arg(painted.bottom())
+                                                       .arg(allowed.bottom())));
 }
 
 void TestTileRenderer::fractionalPixelRatiosKeepTheGeometry() {

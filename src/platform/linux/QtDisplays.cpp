@@ -1,6 +1,7 @@
 #include "platform/linux/QtDisplays.h"
 
 #include "platform/linux/X11Edid.h"
+#include "platform/linux/X11ScreenPower.h"
 
 #include <QCryptographicHash>
 #include <QDBusConnection>
@@ -47,6 +48,15 @@ QtDisplays::QtDisplays(QObject* parent)
     });
     connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, &Displays::screensChanged);
     listenForSleep();
+    auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    m_screenPower = new X11ScreenPower(x11 != nullptr ? x11->connection() : nullptr, this);
+    connect(m_screenPower, &X11ScreenPower::asleepChanged, this, [this](bool asleep) {
+        if (asleep) {
+            Q_EMIT screensDidSleep();
+        } else {
+            Q_EMIT screensDidWake();
+        }
+    });
 }
 
 QList<ScreenInfo> QtDisplays::screens() const {

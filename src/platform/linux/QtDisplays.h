@@ -11,6 +11,8 @@ class QScreen;
 
 namespace tw {
 
+class X11ScreenPower;
+
 class QtDisplays final : public Displays {
     Q_OBJECT
 public:
@@ -42,6 +44,7 @@ private:
     // Stable ids by screen name, read once per change of the screen set: reading EDIDs costs
     // round trips to the X server, and screens() is asked on every save.
     QHash<QString, QString> m_idsByName;
+    X11ScreenPower* m_screenPower = nullptr;
 };
 
 } // namespace tw
