@@ -261,7 +261,8 @@ QRectF TileRenderer::changedRect(const QRectF& tile, const WidgetFace& face,
                                  const FaceContext& context, const QDateTime& before,
                                  const QDateTime& after) {
     const double scale = context.scale > 0 ? context.scale : 1.0;
-    const QRectF content = contentRect(tile.size() / scale, TileShape::of(context.metadata));
+    const QRectF content = contentRect(tile.size() / scale, TileShape::of(context.metadata))
+                               .marginsRemoved(context.reserved);
     FaceContext withCache = context;
     if (withCache.pictures == nullptr) {
         withCache.pictures = &m_text;

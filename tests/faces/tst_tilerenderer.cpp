@@ -358,6 +358,7 @@ void TestTileRenderer::changedPartCoversEveryChange_data() {
     QTest::addColumn<QTime>("before");
     QTest::addColumn<QTime>("after");
     QTest::addColumn<bool>("partial");
+    QTest::addColumn<bool>("stacked");
 
     const QString clock = QStringLiteral("clock");
     const WidgetSettings none;
@@ -368,17 +369,19 @@ void TestTileRenderer::changedPartCoversEveryChange_data() {
     const QTime nine(12, 34, 9);
     const QTime ten(12, 34, 10);
     QTest::newRow("clock, wide, 12 hours")
-        << clock << WidgetSize::wide << h12 << 1.0 << 1.0 << nine << ten << true;
+        << clock << WidgetSize::wide << h12 << 1.0 << 1.0 << nine << ten << true << false;
     QTest::newRow("clock, large, 24 hours, 2x") << clock << WidgetSize::large << h24 << 1.0 << 2.0
-                                                << QTime(9, 5, 59) << QTime(9, 5, 58) << true;
+                                                << QTime(9, 5, 59) << QTime(9, 5, 58) << true << false;
     QTest::newRow("clock, banner, zoned, 1.25x")
-        << clock << WidgetSize::banner << zoned << 1.0 << 1.25 << nine << ten << true;
+        << clock << WidgetSize::banner << zoned << 1.0 << 1.25 << nine << ten << true << false;
     QTest::newRow("clock, scaled tile") << clock << WidgetSize::wide << h12 << 1.5 << 1.0
-                                        << QTime(23, 59, 0) << QTime(23, 59, 1) << true;
+                                        << QTime(23, 59, 0) << QTime(23, 59, 1) << true << false;
     QTest::newRow("clock, new minute") << clock << WidgetSize::wide << none << 1.0 << 1.0
-                                       << QTime(12, 34, 59) << QTime(12, 35, 0) << false;
+                                       << QTime(12, 34, 59) << QTime(12, 35, 0) << false << false;
     QTest::newRow("clock, analog")
-        << clock << WidgetSize::wide << analog << 1.0 << 1.0 << nine << ten << false;
+        << clock << WidgetSize::wide << analog << 1.0 << 1.0 << nine << ten << false << false;
+    QTest::newRow("clock, wide, in a stack")
+        << clock << WidgetSize::wide << h12 << 1.0 << 1.0 << nine << ten << true << true;
 }
 
 // Two moments drawn whole: no pixel differs outside the part the renderer names.
@@ -391,6 +394,7 @@ void TestTileRenderer::changedPartCoversEveryChange() {
     QFETCH(QTime, before);
     QFETCH(QTime, after);
     QFETCH(bool, partial);
+    QFETCH(bool, stacked);
     const FaceRegistry faces;
     TileRenderer renderer;
     const WidgetFace& face = faces.face(kind);
@@ -399,6 +403,9 @@ void TestTileRenderer::changedPartCoversEveryChange() {
     context.settings = settings;
     context.scale = scale;
     context.points *= scale;
+    if (stacked) {
+        context.reserved = QMarginsF(8, 0, 8, 8);
+    }
     const QDateTime from(kNoon.date(), before);
     const QDateTime to(kNoon.date(), after);
     context.now = from;
