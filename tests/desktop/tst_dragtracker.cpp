@@ -69,7 +69,7 @@ private Q_SLOTS:
         QTest::newRow("14.01 away stays")
             << QPointF(114.01 - 22, 1000) << QPointF(114.01 - 22, 1000);
         QTest::newRow("just past with the gap")
-            << QPointF(304 + 16 + 5 - 22, 1000) << QPointF(304 + 16 - 22, 1000);
+            << QPointF(304 + 12 + 5 - 22, 1000) << QPointF(304 + 12 - 22, 1000);
         QTest::newRow("top edges flush") << QPointF(1000, 510 - 22) << QPointF(1000, 500 - 22);
     }
     void snapsTheTileNotTheFrame() {

@@ -1,9 +1,7 @@
 #include "DisplayFixtures.h"
 #include "displays/LayoutProfileResolver.h"
 
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QTest>
 
 #include <cmath>
@@ -534,9 +532,7 @@ private Q_SLOTS:
         const auto snapshot = LayoutProfileResolver::snapshot(layout, source, {}, stamp);
         const QString actual = dump(LayoutProfileResolver::resolve(snapshot, target), target);
 
-        const QString path = QFileInfo(QString::fromUtf8(__FILE__))
-                                 .dir()
-                                 .filePath(QStringLiteral("golden/") + golden);
+        const QString path = QStringLiteral(TW_GOLDEN_DIR "/") + golden;
         if (qEnvironmentVariableIsSet("TW_UPDATE_GOLDEN")) {
             QFile out(path);
             QVERIFY(out.open(QIODevice::WriteOnly));
