@@ -499,6 +499,27 @@ private Q_SLOTS:
         QCOMPARE(f.controller->activeIndex(stack), front);
     }
 
+    // The edges a drag snaps to are those of the display under the tile at each step, not of
+    // the one it started on.
+    void aDragAsksForTheDisplayUnderTheTileAtEachStep() {
+        Fixture f;
+        DesktopPanel* panel = f.controller->panel(f.byKind(QStringLiteral("clock")).id);
+        QList<QRectF> asked;
+        panel->snapBounds = [&asked](const QRectF& tile) -> std::optional<QRectF> {
+            asked.append(tile);
+            return std::nullopt;
+        };
+        const QPoint grip = panel->rect().center();
+        QTest::mousePress(panel, Qt::LeftButton, {}, grip);
+        for (int step = 1; step <= 3; ++step) {
+            QTest::mouseMove(panel, grip + QPoint(40 * step, 0));
+        }
+        QTest::mouseRelease(panel, Qt::LeftButton, {}, panel->rect().center());
+        QVERIFY(asked.size() >= 2);
+        QVERIFY(asked.last().x() > asked.first().x());
+        QCOMPARE(asked.last().size(), panel->tileRect().size());
+    }
+
     void aCoveredPanelIsOccludedUnlessVeiled() {
         Fixture f;
         const WidgetInstance clock = f.byKind(QStringLiteral("clock"));
