@@ -9,6 +9,7 @@
 #include "displays/ScreenTopologyWatcher.h"
 #include "displays/TopologyMemory.h"
 #include "faces/FaceRegistry.h"
+#include "faces/GlassLook.h"
 #include "grid/GridStore.h"
 #include "look/ThemeStore.h"
 #include "model/WidgetRegistry.h"
@@ -204,6 +205,8 @@ void AppDelegate::showConfigWindow() {
         m_configWindow = std::make_unique<ConfigWindow>(*m_scheduler, [this]() -> QWidget* {
             auto* gallery = new GalleryView(*m_faces, *m_symbols);
             gallery->setTheme(m_theme->themed());
+            // Previews wear the glass the desktop's tiles wear.
+            gallery->setGlass(GlassLook::from(*m_theme, m_controller->systemAppearance()));
             gallery->setNow(m_ticker->currentTime());
             gallery->setAddHandler([this](const QString& kind, WidgetSize size) {
                 const auto spot = m_grid->freeSpot(kind, size, std::nullopt);
