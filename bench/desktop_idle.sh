@@ -43,9 +43,22 @@ runs="${RUNS:-3}"
 results="$(mktemp)"
 trap 'rm -f "$results"' EXIT
 
-# Nanoseconds on a processor, summed over the live threads: finer than the clock ticks of stat.
-cpu_ns() { cat /proc/"$1"/task/*/schedstat | awk '{s += $1} END {printf "%.0f\n", s}'; }
-voluntary() { cat /proc/"$1"/task/*/status | awk '/^voluntary_ctxt_switches/ {s += $2} END {print s}'; }
+# Per thread: id, nanoseconds on a processor (finer than the clock ticks of stat) and voluntary
+# switches. Threads come and go (a pool lets an idle one go after 30 s), so a window's cost is
+# the sum over the threads alive at its end of what each spent since the start, or since it began.
+threads() {
+  local task
+  for task in /proc/"$1"/task/*; do
+    printf '%s %s %s\n' "${task##*/}" "$(awk '{print $1}' "$task/schedstat" 2>/dev/null)" \
+      "$(awk '/^voluntary_ctxt_switches/ {print $2}' "$task/status" 2>/dev/null)"
+  done
+}
+# "<cpu ns> <voluntary switches>" spent between two snapshots of threads().
+spent() {
+  awk 'NR == FNR {cpu[$1] = $2; vol[$1] = $3; next}
+       $2 != "" {c += $2 - cpu[$1]; v += $3 - vol[$1]}
+       END {printf "%.0f %d\n", c, v}' "$1" "$2"
+}
 rss_kb() { awk '/^VmRSS/ {print $2}' "/proc/$1/status"; }
 pss_kb() { awk '/^Pss:/ {print $2}' "/proc/$1/smaps_rollup"; }
 
@@ -72,7 +85,7 @@ EOF
 now() { date +%s.%N; }
 
 one_run() {
-  local case="$1" data config pid start shown cpu0 cpu1 xcpu0 xcpu1 vol0 vol1 first_ms span
+  local case="$1" data config pid start shown first_ms span
   data="$(mktemp -d)"
   config="$(mktemp -d)"
   mkdir -p "$config/Tarnwick"
@@ -125,33 +138,37 @@ one_run() {
     first_ms="-"
   fi
   sleep "$settle"
-  cpu0="$(cpu_ns "$pid")"; xcpu0="$(cpu_ns "$server")"; vol0="$(voluntary "$pid")"
+  local host0 host1 server0 server1 cpu vol xcpu
+  host0="$(mktemp)"; host1="$(mktemp)"; server0="$(mktemp)"; server1="$(mktemp)"
+  threads "$pid" >"$host0"; threads "$server" >"$server0"
   sleep "$span"
-  cpu1="$(cpu_ns "$pid")"; xcpu1="$(cpu_ns "$server")"; vol1="$(voluntary "$pid")"
+  threads "$pid" >"$host1"; threads "$server" >"$server1"
+  read -r cpu vol < <(spent "$host0" "$host1")
+  read -r xcpu _ < <(spent "$server0" "$server1")
+  rm -f "$host0" "$host1" "$server0" "$server1"
   local rss pss
   rss="$(rss_kb "$pid")"; pss="$(pss_kb "$pid")"
   kill "$pid"; wait "$pid" 2>/dev/null || true
   rm -rf "$data" "$config"
-  line="$(awk -v c0="$cpu0" -v c1="$cpu1" -v x0="$xcpu0" -v x1="$xcpu1" \
-              -v w="$span" -v v0="$vol0" -v v1="$vol1" -v rss="$rss" -v pss="$pss" \
+  line="$(awk -v c="$cpu" -v xc="$xcpu" -v w="$span" -v v="$vol" -v rss="$rss" -v pss="$pss" \
               -v first="$first_ms" -v name="$case" 'BEGIN {
-    cpu = (c1 - c0) / 1e9 / w * 100; x = (x1 - x0) / 1e9 / w * 100
+    cpu = c / 1e9 / w * 100; x = xc / 1e9 / w * 100
     printf "%s cpu=%.3f%% xserver=%.3f%% both=%.3f%% rss=%.1fMB pss=%.1fMB first_panel=%sms vcsw=%.2f/s\n",
-      name, cpu, x, cpu + x, rss / 1024, pss / 1024, first, (v1 - v0) / w }')"
+      name, cpu, x, cpu + x, rss / 1024, pss / 1024, first, v / w }')"
   echo "$line"
   echo "$line" >>"$results"
 }
 
 median_of() {
   grep "^$1 " "$results" | tr ' ' '\n' | awk -F= -v k="$2" '$1 == k {print $2}' |
-    sed 's/[^0-9.]//g' | grep -v '^$' | sort -g | awk '{ v[NR] = $1 } END { if (NR) print v[int((NR + 1) / 2)] }'
+    sed 's/[^0-9.]//g' | awk 'NF' | sort -g | awk '{ v[NR] = $1 } END { if (NR) print v[int((NR + 1) / 2)] }'
 }
 
 summary() {
   local case="$1" key
   for key in cpu xserver both rss pss first_panel vcsw; do
     grep "^$case " "$results" | tr ' ' '\n' | awk -F= -v k="$key" '$1 == k {print $2}' |
-      sed 's/[^0-9.]//g' | grep -v '^$' | sort -g | awk -v k="$key" -v c="$case" '
+      sed 's/[^0-9.]//g' | awk 'NF' | sort -g | awk -v k="$key" -v c="$case" '
         { v[NR] = $1 }
         END { if (NR) printf "%s %s min=%s median=%s max=%s\n", c, k, v[1], v[int((NR + 1) / 2)], v[NR] }'
   done
