@@ -48,8 +48,9 @@ bool SessionBusMock::startService(const QString& service, const QStringList& arg
 }
 
 void SessionBusMock::stopServices() {
-    for (auto& [service, process] : m_services) {
-        end(*process);
+    for (auto& entry : m_services) {
+        end(*entry.second);
+        const QString& service = entry.first;
         // A service that lingers only costs the next start a clash, which its test reports.
         (void)QTest::qWaitFor([&] { return !isRegistered(service); }, 5000);
     }
