@@ -41,11 +41,6 @@ bool isLockOnly(const WidgetInstance& instance) {
     return value && (*value == QLatin1String("true") || *value == QLatin1String("1"));
 }
 
-// Kinds that are typed into: they take the keyboard and never run a click action.
-bool isTypedInto(const QString& kind) {
-    return kind == QLatin1String("stickynote") || kind == QLatin1String("terminal");
-}
-
 QPointF tileTopLeft(const QRectF& tile) {
     return {tile.x(), RectEdges::maxY(tile)};
 }
@@ -234,9 +229,14 @@ void DesktopController::placeUnpositioned() {
     m_isResolvingOverlaps = false;
 }
 
+bool DesktopController::isTypedInto(const QString& kind) const {
+    const auto definition = m_services.registry.definition(kind);
+    return definition && definition->metadata.typedInto;
+}
+
 void DesktopController::spawn(const WidgetInstance& instance) {
     const auto focus = isTypedInto(instance.kind) ? DesktopWindowing::Focus::WhenClicked
-                                                  : DesktopWindowing::Focus::Never;
+                                                   : DesktopWindowing::Focus::Never;
     Entry entry;
     entry.instance = instance;
     entry.state = std::make_unique<PanelState>();
@@ -266,12 +266,6 @@ void DesktopController::spawn(const WidgetInstance& instance) {
     };
     PanelState* state = entry.state.get();
     panel->onHoverChange = [state](bool hovering) { state->setHovering(hovering); };
-    panel->onKeyChange = [state](bool key) { state->setKey(key); };
-    state->onStackStep = [this, id](int step) {
-        if (const auto member = m_services.grid.instance(id); member && member->stackID) {
-            stepStack(*member->stackID, step);
-        }
-    };
     m_windows.insert(static_cast<QObject*>(panel->windowHandle()), id);
     auto& stored = m_panels.emplace(id, std::move(entry)).first->second;
     refreshContent(stored);
@@ -427,15 +421,18 @@ void DesktopController::resolveAllOverlaps() {
         }
     }
     if (!moves.isEmpty()) {
-        ++m_pendingOverlapWrites;
         m_services.grid.updatePositions(moves);
-        --m_pendingOverlapWrites;
     }
     m_sweptSignature = layoutSignature();
     m_isResolvingOverlaps = false;
 }
 
 // --- stacks ------------------------------------------------------------------------------------
+
+int DesktopController::activeIndex(const QUuid& stackID) const {
+    return m_rotation.active(stackID,
+                             static_cast<int>(m_services.grid.stackMembers(stackID).size()));
+}
 
 bool DesktopController::isHiddenStackMember(const QUuid& id) const {
     return hiddenStackMembers().contains(id);
@@ -462,8 +459,7 @@ QSet<QUuid> DesktopController::hiddenStackMembers() const {
         if (members.size() < 2) {
             continue;
         }
-        const int active =
-            std::clamp(m_stackActive.value(it.key()), 0, static_cast<int>(members.size()) - 1);
+        const int active = m_rotation.active(it.key(), static_cast<int>(members.size()));
         for (int i = 0; i < members.size(); ++i) {
             if (i != active) {
                 hidden.insert(members.at(i));
@@ -485,8 +481,7 @@ void DesktopController::applyStackVisibility() {
     for (auto& [id, entry] : m_panels) {
         if (const auto stackID = stackOf.constFind(id); stackID != stackOf.cend()) {
             const auto count = static_cast<int>(all.value(*stackID).size());
-            const int active = std::clamp(m_stackActive.value(*stackID), 0, std::max(count - 1, 0));
-            entry.panel->setStackIndicator(active, count);
+            entry.panel->setStackIndicator(m_rotation.active(*stackID, count), count);
         } else {
             entry.panel->setStackIndicator(0, 0);
         }
@@ -504,39 +499,22 @@ void DesktopController::advanceStacks(const QDateTime& now) {
     if (!m_isVisible || m_isDragging) {
         return;
     }
-    QSet<QUuid> stacks;
-    for (const WidgetInstance& instance : m_services.grid.layout().instances) {
-        if (instance.stackID) {
-            stacks.insert(*instance.stackID);
-        }
-    }
-    bool stepped = false;
-    for (const QUuid& stack : stacks) {
-        const int seconds = m_services.grid.stackSeconds(stack);
-        if (seconds <= 0) {
-            continue;
-        }
-        const QDateTime last = m_stackLastRotate.value(stack);
-        if (!last.isValid()) {
-            m_stackLastRotate.insert(stack, now);
-            continue;
-        }
-        if (last.msecsTo(now) < qint64{seconds} * 1000) {
-            continue;
-        }
-        const QList<WidgetInstance> members = m_services.grid.stackMembers(stack);
-        const bool hovered = std::any_of(members.cbegin(), members.cend(), [this](const auto& m) {
-            const PanelState* state = panelState(m.id);
-            return state != nullptr && state->hovering();
+    QList<StackRotation::Stack> beat;
+    const auto all = stacks();
+    for (auto it = all.cbegin(); it != all.cend(); ++it) {
+        const QList<QUuid>& members = it.value();
+        beat.append({
+            .id = it.key(),
+            .count = static_cast<int>(members.size()),
+            .seconds = m_services.grid.stackSeconds(it.key()),
+            .held = std::any_of(members.cbegin(), members.cend(),
+                                [this](const QUuid& member) {
+                                    const PanelState* state = panelState(member);
+                                    return state != nullptr && state->hovering();
+                                }),
         });
-        if (hovered || members.size() < 2) {
-            continue;
-        }
-        m_stackActive.insert(stack, (m_stackActive.value(stack) + 1) % members.size());
-        m_stackLastRotate.insert(stack, now);
-        stepped = true;
     }
-    if (stepped) {
+    if (m_rotation.advance(beat, now)) {
         applyStackVisibility();
     }
 }
@@ -546,9 +524,7 @@ void DesktopController::stepStack(const QUuid& stackID, int step) {
     if (count < 1) {
         return;
     }
-    const int current = std::clamp(m_stackActive.value(stackID), 0, count - 1);
-    m_stackActive.insert(stackID, ((current + step) % count + count) % count);
-    m_stackLastRotate.insert(stackID, m_services.clock.now());
+    m_rotation.step(stackID, step, count, m_services.clock.now());
     applyStackVisibility();
 }
 
@@ -696,10 +672,9 @@ void DesktopController::handleDragEnded(const QUuid& draggedID) {
             const auto members = m_services.grid.stackMembers(*grouped->stackID);
             for (int i = 0; i < members.size(); ++i) {
                 if (members.at(i).id == draggedID) {
-                    m_stackActive.insert(*grouped->stackID, i);
+                    m_rotation.show(*grouped->stackID, i, m_services.clock.now());
                 }
             }
-            m_stackLastRotate.insert(*grouped->stackID, m_services.clock.now());
         }
         break;
     }
@@ -722,18 +697,18 @@ bool DesktopController::handlePlainClick(const QUuid& id, QPointF point) {
         return false;
     }
     if (instance->stackID) {
-        const double x = point.x() - panelMargin;
-        const double width = instance->pixelSize().width();
-        if (x < stackArrowZone) {
+        switch (StackRotation::zoneAt(point - QPointF(panelMargin, panelMargin),
+                                      instance->pixelSize().width())) {
+        case StackRotation::Zone::previous:
             stepStack(*instance->stackID, -1);
             return true;
-        }
-        if (x > width - stackArrowZone) {
+        case StackRotation::Zone::next:
             stepStack(*instance->stackID, 1);
             return true;
-        }
-        if (point.y() - panelMargin < stackDotZone) {
+        case StackRotation::Zone::dots:
             return true;
+        case StackRotation::Zone::tile:
+            break;
         }
     }
     if (isTypedInto(instance->kind)) {
@@ -828,7 +803,7 @@ void DesktopController::setGlassStyle(ThemeStore::GlassStyle style) {
 
 void DesktopController::setStackRotate(const QUuid& stackID, int seconds) {
     m_services.grid.setStackSeconds(stackID, seconds);
-    m_stackLastRotate.insert(stackID, m_services.clock.now());
+    m_rotation.restart(stackID, m_services.clock.now());
 }
 
 void DesktopController::showNextInStack(const QUuid& stackID) {
@@ -846,7 +821,7 @@ void DesktopController::unstackWidget(const QUuid& id) {
     std::optional<QUuid> shown;
     if (instance && instance->stackID) {
         const QList<WidgetInstance> members = m_services.grid.stackMembers(*instance->stackID);
-        const int active = m_stackActive.value(*instance->stackID);
+        const int active = m_rotation.active(*instance->stackID, static_cast<int>(members.size()));
         if (active >= 0 && active < members.size()) {
             shown = members.at(active).id;
         }
@@ -859,7 +834,7 @@ void DesktopController::unstackWidget(const QUuid& id) {
         const QList<WidgetInstance> rest = m_services.grid.stackMembers(*instance->stackID);
         for (int i = 0; i < rest.size(); ++i) {
             if (rest.at(i).id == *shown) {
-                m_stackActive.insert(*instance->stackID, i);
+                m_rotation.setActive(*instance->stackID, i);
             }
         }
     }

@@ -6,6 +6,7 @@
 #include "desktop/PanelState.h"
 #include "displays/ScreenTopologyWatcher.h"
 #include "faces/TileRenderer.h"
+#include "grid/StackRotation.h"
 #include "grid/StackScrollGesture.h"
 #include "look/ThemeStore.h"
 #include "model/GridLayout.h"
@@ -81,9 +82,6 @@ public:
     static constexpr std::chrono::milliseconds occlusionDebounce{150};
     static constexpr std::chrono::milliseconds wakeRepeats[] = {std::chrono::milliseconds{1500},
                                                                 std::chrono::milliseconds{4000}};
-    // Click zones of a stack's own arrows and dots, in points from the tile's edges.
-    static constexpr double stackArrowZone = 30;
-    static constexpr double stackDotZone = 20;
 
     explicit DesktopController(const Services& services, QObject* parent = nullptr);
     ~DesktopController() override;
@@ -147,7 +145,7 @@ public:
     DesktopPanel* panel(const QUuid& id) const;
     PanelState* panelState(const QUuid& id) const;
     QList<QUuid> panelIDs() const;
-    int activeIndex(const QUuid& stackID) const { return m_stackActive.value(stackID); }
+    int activeIndex(const QUuid& stackID) const;
     bool isDragging() const { return m_isDragging; }
 
 Q_SIGNALS:
@@ -170,6 +168,7 @@ private:
     void spawn(const WidgetInstance& instance);
     void refreshContent(Entry& entry);
     void refreshAllContent();
+    bool isTypedInto(const QString& kind) const;
     void reseed(Entry& entry);
     void placeUnpositioned();
     // Moves a tile, with its stack, off the tiles it overlaps, the spacing apart within its
@@ -185,15 +184,13 @@ private:
     Services m_services;
     TileRenderer m_renderer;
     std::map<QUuid, Entry> m_panels;
-    QHash<QUuid, int> m_stackActive;
-    QHash<QUuid, QDateTime> m_stackLastRotate;
+    StackRotation m_rotation;
     StackScrollGesture m_stackScroll;
     QHash<QObject*, QUuid> m_windows;
     bool m_isVisible = false;
     bool m_isDragging = false;
     QUuid m_draggingID;
     bool m_isResolvingOverlaps = false;
-    int m_pendingOverlapWrites = 0;
     QString m_sweptSignature;
     bool m_veiled = false;
     ScheduledTask m_veilTask;

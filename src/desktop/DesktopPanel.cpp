@@ -346,11 +346,4 @@ void DesktopPanel::updateShape() {
     setMask(QRegion(path.toFillPolygon().toPolygon()));
 }
 
-void DesktopPanel::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::ActivationChange && onKeyChange) {
-        onKeyChange(isActiveWindow());
-    }
-    QWidget::changeEvent(event);
-}
-
 } // namespace tw

@@ -74,7 +74,6 @@ public:
     // when the click was used.
     std::function<bool(QPointF)> onPlainClick;
     std::function<bool(const StackScrollGesture::Event&)> onScroll;
-    std::function<void(bool)> onKeyChange;
 
 Q_SIGNALS:
     // A slide reached its end.
@@ -91,7 +90,6 @@ protected:
     void leaveEvent(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
-    void changeEvent(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:

@@ -12,8 +12,15 @@ using S = WidgetSize;
 using P = WidgetPermission;
 using C = WidgetCategory;
 
-// A kind without a note has its own settings, inner padding and glass.
-enum class Note { none, noSettings, fullBleed, chromeless };
+// A kind without a note has its own settings, inner padding and glass, and runs its action on a
+// click. Notes combine with "|".
+enum Note : unsigned {
+    none = 0,
+    noSettings = 1U << 0,
+    fullBleed = 1U << 1,
+    chromeless = 1U << 2,
+    typedInto = 1U << 3,
+};
 
 const RefreshCadence never = RefreshCadence::never();
 
@@ -24,7 +31,7 @@ RefreshCadence every(double seconds) {
 BuiltInWidget row(const char* kind, const char* englishName, const char* symbol,
                   QList<WidgetSize> sizes, WidgetSize defaultSize, RefreshCadence refresh,
                   QList<WidgetPermission> permissions, WidgetCategory category, int maxInstances,
-                  Note note) {
+                  unsigned notes) {
     const QByteArray nameKey = QByteArrayLiteral("widget.") + kind + QByteArrayLiteral(".name");
     WidgetMetadata metadata;
     metadata.kind = QLatin1String(kind);
@@ -34,9 +41,10 @@ BuiltInWidget row(const char* kind, const char* englishName, const char* symbol,
     metadata.defaultSize = defaultSize;
     metadata.refresh = refresh;
     metadata.permissions = std::move(permissions);
-    metadata.hasSettings = note != Note::noSettings;
-    metadata.fullBleed = note == Note::fullBleed;
-    metadata.chromeless = note == Note::chromeless;
+    metadata.hasSettings = (notes & Note::noSettings) == 0;
+    metadata.fullBleed = (notes & Note::fullBleed) != 0;
+    metadata.chromeless = (notes & Note::chromeless) != 0;
+    metadata.typedInto = (notes & Note::typedInto) != 0;
     return {std::move(metadata), category, maxInstances};
 }
 
@@ -60,7 +68,7 @@ QList<BuiltInWidget> makeTable() {
         row("appusage", "App Time", "chart.bar.xaxis", {S::small, S::wide, S::large, S::banner, S::wideTall}, S::large, never, {}, C::system, 1, Note::none),
         row("github", "GitHub", "chevron.left.forwardslash.chevron.right", {S::small, S::wide, S::large, S::wideTall, S::banner}, S::large, every(300), {}, C::system, 1, Note::none),
         row("speedtest", "Speed Test", "gauge.with.dots.needle.67percent", {S::small, S::wide, S::large, S::wideTall}, S::wide, never, {}, C::system, 1, Note::none),
-        row("stickynote", "Sticky Note", "note.text", {S::small, S::wide, S::large, S::tall, S::wideTall, S::huge}, S::large, never, {}, C::workspace, 5, Note::fullBleed),
+        row("stickynote", "Sticky Note", "note.text", {S::small, S::wide, S::large, S::tall, S::wideTall, S::huge}, S::large, never, {}, C::workspace, 5, Note::fullBleed | Note::typedInto),
         row("quote", "Quote", "quote.opening", {S::wide, S::large, S::banner, S::wideTall, S::panorama, S::grand}, S::large, never, {}, C::workspace, 3, Note::none),
         row("photos", "Photos", "photo.stack", {S::small, S::wide, S::large, S::wideTall, S::huge, S::grand}, S::wideTall, every(30), {}, C::workspace, 3, Note::fullBleed),
         row("apps", "Apps", "square.grid.2x2.fill", {S::small, S::tall, S::wide, S::large, S::banner, S::wideTall, S::panorama, S::huge, S::grand}, S::large, never, {}, C::workspace, 3, Note::none),
@@ -87,7 +95,7 @@ QList<BuiltInWidget> makeTable() {
         row("crypto", "Crypto", "bitcoinsign.circle.fill", {S::small, S::wide, S::large, S::banner}, S::wide, every(60), {}, C::tools, 4, Note::none),
         row("passwordgenerator", "Password Generator", "key.fill", {S::small, S::wide, S::large, S::wideTall}, S::large, never, {}, C::tools, 1, Note::none),
         row("toolbox", "Toolbox", "wrench.adjustable.fill", {S::small, S::wide, S::large, S::banner, S::wideTall}, S::wide, never, {}, C::tools, 1, Note::none),
-        row("terminal", "Terminal", "apple.terminal.fill", {S::wide, S::large, S::banner, S::wideTall, S::huge, S::panorama}, S::large, never, {}, C::tools, 3, Note::none),
+        row("terminal", "Terminal", "apple.terminal.fill", {S::wide, S::large, S::banner, S::wideTall, S::huge, S::panorama}, S::large, never, {}, C::tools, 3, Note::typedInto),
         row("worldmap", "World Map", "globe.europe.africa.fill", {S::wide, S::large, S::banner, S::wideTall, S::huge, S::panorama, S::grand}, S::panorama, every(300), {}, C::ambient, 1, Note::noSettings),
         row("moon", "Moon", "moonphase.waxing.gibbous", {S::small, S::wide, S::large, S::wideTall, S::banner}, S::large, every(60), {}, C::ambient, 1, Note::none),
         row("companion", "Companion", "pawprint.fill", {S::small, S::wide, S::large, S::banner}, S::small, never, {}, C::ambient, 6, Note::chromeless),

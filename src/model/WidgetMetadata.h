@@ -29,6 +29,8 @@ struct WidgetMetadata {
     bool fullBleed = false;
     // The tile draws no glass background at all.
     bool chromeless = false;
+    // Typed into: the tile takes the keyboard when clicked, and a click never runs its action.
+    bool typedInto = false;
 
     bool operator==(const WidgetMetadata&) const = default;
 };

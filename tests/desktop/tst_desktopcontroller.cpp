@@ -244,7 +244,9 @@ private Q_SLOTS:
         }
     }
 
-    void stacksTurnByThemselvesAndByHand() {
+    // The rhythm is the rotation's own; here, that the tick turns a stack on show and a hidden
+    // desktop's stays still.
+    void stacksTurnOnTheTickWhileShown() {
         Fixture f;
         const WidgetInstance clock = f.byKind(QStringLiteral("clock"));
         const WidgetInstance calendar = f.byKind(QStringLiteral("calendar"));
@@ -252,23 +254,14 @@ private Q_SLOTS:
         const QUuid stack = *f.grid->instance(clock.id)->stackID;
         f.controller->setStackRotate(stack, 4);
         const QDateTime t0 = f.clock.now();
-        QCOMPARE(f.controller->activeIndex(stack), 0);
-        f.controller->advanceStacks(t0.addSecs(3));
-        QCOMPARE(f.controller->activeIndex(stack), 0);
+        const int first = f.controller->activeIndex(stack);
         f.controller->advanceStacks(t0.addSecs(4));
-        QCOMPARE(f.controller->activeIndex(stack), 1);
-        // A step by hand restarts the rhythm.
-        f.clock.setNow(t0.addSecs(7));
-        f.controller->stepStack(stack, 1);
-        QCOMPARE(f.controller->activeIndex(stack), 0);
-        f.controller->advanceStacks(t0.addSecs(10));
-        QCOMPARE(f.controller->activeIndex(stack), 0);
-        f.controller->advanceStacks(t0.addSecs(11));
-        QCOMPARE(f.controller->activeIndex(stack), 1);
-        // Hidden desktops don't turn.
+        QCOMPARE(f.controller->activeIndex(stack), 1 - first);
+        QVERIFY(!f.controller->isHiddenStackMember(
+            f.grid->stackMembers(stack).at(1 - first).id));
         f.controller->hide();
         f.controller->advanceStacks(t0.addSecs(30));
-        QCOMPARE(f.controller->activeIndex(stack), 1);
+        QCOMPARE(f.controller->activeIndex(stack), 1 - first);
     }
 
     void clickZonesOfAStack_data() {
