@@ -71,8 +71,7 @@ bool AppDelegate::shouldOpenWindowAtLaunch(const QStringList& arguments,
     return facts.firstLaunchOfVersion || (!facts.launchedAsLoginItem && facts.openWindowAtLaunch);
 }
 
-AppDelegate::AppDelegate(Defaults& defaults, Clocks clocks, QStringList arguments,
-                         QObject* parent)
+AppDelegate::AppDelegate(Defaults& defaults, Clocks clocks, QStringList arguments, QObject* parent)
     : QObject(parent)
     , m_defaults(defaults)
     , m_clocks(clocks)
@@ -203,11 +202,11 @@ void AppDelegate::showConfigWindow() {
     }
     if (!m_configWindow) {
         m_configWindow = std::make_unique<ConfigWindow>(*m_scheduler, [this]() -> QWidget* {
-            auto* gallery = new GalleryView(*m_faces, *m_symbols);
+            auto* gallery = new GalleryView(*m_faces, *m_symbols, m_clocks.system);
             gallery->setTheme(m_theme->themed());
             // Previews wear the glass the desktop's tiles wear.
             gallery->setGlass(GlassLook::from(*m_theme, m_controller->systemAppearance()));
-            gallery->setNow(m_ticker->currentTime());
+            gallery->followTicker(*m_ticker);
             gallery->setAddHandler([this](const QString& kind, WidgetSize size) {
                 const auto spot = m_grid->freeSpot(kind, size, std::nullopt);
                 if (!spot) {
@@ -234,12 +233,6 @@ void AppDelegate::showConfigWindow() {
                 [this](QObject* window, bool covered) {
                     if (window == m_configWindow->windowHandle()) {
                         m_configWindow->setCovered(covered);
-                    }
-                });
-        connect(m_ticker.get(), &TickCoordinator::nowChanged, m_configWindow.get(),
-                [this](const QDateTime& now) {
-                    if (auto* gallery = qobject_cast<GalleryView*>(m_configWindow->content())) {
-                        gallery->setNow(now);
                     }
                 });
         makeMainMenu();

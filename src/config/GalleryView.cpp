@@ -5,6 +5,7 @@
 #include "config/GalleryPreviewSource.h"
 #include "faces/FaceRegistry.h"
 #include "model/WidgetRegistry.h"
+#include "platform/Clock.h"
 #include "settings/L.h"
 #include "tick/TickCoordinator.h"
 
@@ -16,7 +17,8 @@
 
 namespace tw {
 
-GalleryView::GalleryView(const FaceRegistry& faces, const SymbolProvider& symbols, QWidget* parent)
+GalleryView::GalleryView(const FaceRegistry& faces, const SymbolProvider& symbols,
+                         const Clock& clock, QWidget* parent)
     : QWidget(parent)
     , m_source(std::make_unique<GalleryPreviewSource>(faces))
     , m_search(new QLineEdit(this))
@@ -25,7 +27,7 @@ GalleryView::GalleryView(const FaceRegistry& faces, const SymbolProvider& symbol
     FaceContext& base = m_source->base();
     base.symbols = &symbols;
     base.surface = SurfaceFlags::gallery();
-    base.now = QDateTime::currentDateTime();
+    base.now = clock.now();
 
     m_search->setObjectName(QStringLiteral("gallery-search"));
     m_search->setPlaceholderText(L("gallery.search", QStringLiteral("Search widgets")));

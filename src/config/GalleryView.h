@@ -19,6 +19,7 @@ class QVBoxLayout;
 
 namespace tw {
 
+class Clock;
 class FaceRegistry;
 class GalleryCard;
 class GalleryPreviewSource;
@@ -33,7 +34,8 @@ public:
     // says whether it could.
     using AddHandler = std::function<AddOutcome(const QString& kind, WidgetSize size)>;
 
-    GalleryView(const FaceRegistry& faces, const SymbolProvider& symbols,
+    // The previews start at `clock`'s time until they follow a ticker.
+    GalleryView(const FaceRegistry& faces, const SymbolProvider& symbols, const Clock& clock,
                 QWidget* parent = nullptr);
     ~GalleryView() override;
 

@@ -240,8 +240,8 @@ void DesktopController::spawn(const WidgetInstance& instance) {
     Entry entry;
     entry.instance = instance;
     entry.state = std::make_unique<PanelState>();
-    entry.panel =
-        std::make_unique<DesktopPanel>(instance.id, m_services.windowing, focus, m_renderer);
+    entry.panel = std::make_unique<DesktopPanel>(instance.id, m_services.windowing, focus,
+                                                 m_renderer, m_services.clock);
     DesktopPanel* panel = entry.panel.get();
     const QUuid id = instance.id;
     const QSizeF size = windowSize(instance);

@@ -74,7 +74,7 @@ QPointF DesktopGeometry::panelOrigin(const QList<ScreenInfo>& screens, QPointF t
                                RectEdges::maxX(frame) - tileSize.width() / 2);
     const double top = clampInto(tileTopLeft.y(), RectEdges::minY(frame) + tileSize.height() / 2,
                                  RectEdges::maxY(frame));
-    return {x - panelMargin, top - tileSize.height() - panelMargin};
+    return {x - Metrics::panelMargin, top - tileSize.height() - Metrics::panelMargin};
 }
 
 QHash<QUuid, QPointF> DesktopGeometry::firstPlaces(const QList<WidgetInstance>& instances,

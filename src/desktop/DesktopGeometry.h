@@ -3,6 +3,7 @@
 // points; pure functions of the screens they are given.
 #pragma once
 
+#include "model/Metrics.h"
 #include "model/WidgetInstance.h"
 #include "platform/Displays.h"
 
@@ -20,9 +21,8 @@ class DesktopGeometry {
 public:
     DesktopGeometry() = delete;
 
-    static constexpr double panelMargin = 22;
     // Stands in for the screen when there is none.
-    static QRectF fallbackFrame() { return {0, 0, 1440, 900}; }
+    static QRectF fallbackFrame() { return QRectF(Metrics::fallbackScreen); }
 
     // The main display's visible frame, else the first display's, else the fallback.
     static QRectF mainVisibleFrame(const QList<ScreenInfo>& screens);

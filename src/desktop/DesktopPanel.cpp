@@ -4,10 +4,11 @@
 #include "faces/TileRenderer.h"
 #include "faces/WidgetFace.h"
 #include "model/Metrics.h"
+#include "platform/Clock.h"
 
 #include <QContextMenuEvent>
-#include <QMenu>
 #include <QCursor>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -19,11 +20,13 @@
 namespace tw {
 
 DesktopPanel::DesktopPanel(const QUuid& instanceID, DesktopWindowing& windowing,
-                           DesktopWindowing::Focus focus, TileRenderer& renderer)
+                           DesktopWindowing::Focus focus, TileRenderer& renderer,
+                           const Clock& clock)
     : QWidget(nullptr, DesktopWindowing::windowFlags(focus))
     , m_instanceID(instanceID)
     , m_windowing(windowing)
-    , m_renderer(renderer) {
+    , m_renderer(renderer)
+    , m_clock(clock) {
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_DeleteOnClose, false);
@@ -160,8 +163,8 @@ void DesktopPanel::paintStackIndicator(QPainter& painter) const {
     if (!m_hovered) {
         return;
     }
-    painter.setPen(QPen(QColor(255, 255, 255, 200), 2.0 * scale, Qt::SolidLine, Qt::RoundCap,
-                        Qt::RoundJoin));
+    painter.setPen(
+        QPen(QColor(255, 255, 255, 200), 2.0 * scale, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.setBrush(Qt::NoBrush);
     const qreal cy = tile.center().y() - stackGutter * scale / 2;
     const qreal half = 2.5 * scale;
@@ -289,7 +292,7 @@ void DesktopPanel::wheelEvent(QWheelEvent* event) {
         scroll.momentum = true;
         break;
     }
-    scroll.at = std::chrono::steady_clock::now().time_since_epoch();
+    scroll.at = m_clock.uptime();
     event->setAccepted(onScroll(scroll));
 }
 

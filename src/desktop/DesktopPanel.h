@@ -6,6 +6,7 @@
 #include "desktop/DragTracker.h"
 #include "faces/FaceContext.h"
 #include "grid/StackScrollGesture.h"
+#include "model/Metrics.h"
 #include "platform/DesktopWindowing.h"
 
 #include <QPointer>
@@ -21,20 +22,22 @@ class QMenu;
 
 namespace tw {
 
+class Clock;
 class TileRenderer;
 class WidgetFace;
 
 class DesktopPanel final : public QWidget {
     Q_OBJECT
 public:
-    static constexpr double margin = DragTracker::panelMargin;
+    static constexpr double margin = Metrics::panelMargin;
     static constexpr std::chrono::milliseconds slideDuration{180};
     // What a stack member's face gives up, beyond its padding, on the sides (for the arrows) and
     // at the bottom (for the dots), in points.
     static constexpr qreal stackGutter = 8;
 
+    // `clock` times the wheel's pauses; it must outlive the panel.
     DesktopPanel(const QUuid& instanceID, DesktopWindowing& windowing,
-                 DesktopWindowing::Focus focus, TileRenderer& renderer);
+                 DesktopWindowing::Focus focus, TileRenderer& renderer, const Clock& clock);
     ~DesktopPanel() override;
 
     QUuid instanceID() const { return m_instanceID; }
@@ -102,6 +105,7 @@ private:
     QUuid m_instanceID;
     DesktopWindowing& m_windowing;
     TileRenderer& m_renderer;
+    const Clock& m_clock;
     const WidgetFace* m_face = nullptr;
     FaceContext m_context;
     double m_highlight = 0;

@@ -2,6 +2,8 @@
 // and the toolkit's global coordinates (origin at the top-left, y down).
 #pragma once
 
+#include "model/Metrics.h"
+
 #include <QPointF>
 #include <QRect>
 #include <QRectF>
@@ -11,7 +13,7 @@ namespace tw {
 class DesktopSpace {
 public:
     // `primary` is the primary screen's geometry in the toolkit's coordinates.
-    explicit DesktopSpace(const QRect& primary = QRect(0, 0, 1440, 900))
+    explicit DesktopSpace(const QRect& primary = Metrics::fallbackScreen)
         : m_left(primary.x())
         , m_bottom(primary.y() + primary.height()) {}
 

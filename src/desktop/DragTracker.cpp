@@ -1,6 +1,7 @@
 #include "desktop/DragTracker.h"
 
 #include "grid/DesktopSnap.h"
+#include "model/Metrics.h"
 
 #include <cmath>
 #include <vector>
@@ -58,7 +59,8 @@ DragTracker::Release DragTracker::release() {
 
 QPointF DragTracker::snapped(QPointF origin, QSizeF frameSize, const QList<QRectF>& neighbours,
                              const std::optional<QRectF>& bounds) {
-    const QSizeF tile(frameSize.width() - 2 * panelMargin, frameSize.height() - 2 * panelMargin);
+    const QSizeF tile(frameSize.width() - 2 * Metrics::panelMargin,
+                      frameSize.height() - 2 * Metrics::panelMargin);
     std::vector<DesktopSnap::Range> xs;
     std::vector<DesktopSnap::Range> ys;
     xs.reserve(static_cast<size_t>(neighbours.size()));
@@ -73,9 +75,9 @@ QPointF DragTracker::snapped(QPointF origin, QSizeF frameSize, const QList<QRect
         bx = DesktopSnap::Range{bounds->x(), bounds->x() + bounds->width()};
         by = DesktopSnap::Range{bounds->y(), bounds->y() + bounds->height()};
     }
-    const double x = DesktopSnap::axis(origin.x() + panelMargin, tile.width(), xs, bx);
-    const double y = DesktopSnap::axis(origin.y() + panelMargin, tile.height(), ys, by);
-    return {x - panelMargin, y - panelMargin};
+    const double x = DesktopSnap::axis(origin.x() + Metrics::panelMargin, tile.width(), xs, bx);
+    const double y = DesktopSnap::axis(origin.y() + Metrics::panelMargin, tile.height(), ys, by);
+    return {x - Metrics::panelMargin, y - Metrics::panelMargin};
 }
 
 } // namespace tw

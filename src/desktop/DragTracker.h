@@ -15,8 +15,6 @@ class DragTracker {
 public:
     // Travel on one axis, in points, beyond which a press becomes a drag.
     static constexpr double threshold = 3.0;
-    // A panel is its tile grown by this on every side.
-    static constexpr double panelMargin = 22;
 
     enum class MoveNeedsShift { No, Yes };
     enum class Shift { Up, Down };

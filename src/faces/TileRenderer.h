@@ -24,8 +24,7 @@ class WidgetFace;
 class TileRenderer {
 public:
     static constexpr qreal cornerRadius = Metrics::tileCornerRadius;
-    // A panel is its tile grown by this on every side: room for the shadow and the ring.
-    static constexpr qreal panelMargin = 22;
+    static constexpr qreal panelMargin = Metrics::panelMargin;
     // Inner padding of a padded tile, in points at scale 1.
     static constexpr qreal contentPadding = 12;
 

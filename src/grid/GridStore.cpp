@@ -28,9 +28,6 @@ Q_LOGGING_CATEGORY(lcGridStore, "GridStore")
 const QString kWeatherKind = QStringLiteral("weather");
 const QString kWeatherUserPlaced = QStringLiteral("tarnwick.weather.userPlaced");
 
-// Without a screen, a preset lays out as if on a common laptop display.
-const QRectF kFallbackVisibleFrame(0, 0, 1440, 900);
-
 QHash<QString, int> countKinds(const QList<WidgetInstance>& instances) {
     QHash<QString, int> counts;
     for (const WidgetInstance& instance : instances) {
@@ -275,7 +272,7 @@ int GridStore::apply(const DesktopPreset& preset, Replacing replacing) {
         removeEverything();
     }
     const std::optional<ScreenInfo> screen = mainScreen();
-    const QRectF frame = screen ? screen->visibleFrame : kFallbackVisibleFrame;
+    const QRectF frame = screen ? screen->visibleFrame : QRectF(Metrics::fallbackScreen);
     const QPointF base(RectEdges::minX(frame) + presetInset, RectEdges::maxY(frame) - presetInset);
     GridLayout next = m_layout;
     int order = nextOrder();

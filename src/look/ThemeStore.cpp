@@ -5,6 +5,7 @@
 #include "platform/DataFile.h"
 #include "platform/Defaults.h"
 #include "settings/L.h"
+#include "settings/StoredValue.h"
 
 #include <QDir>
 #include <QJsonDocument>
@@ -19,28 +20,6 @@ namespace tw {
 
 Q_LOGGING_CATEGORY(lcTheme, "ThemeStore")
 
-namespace {
-
-// Preferences may come back as typed values (memory) or as text (a settings file).
-bool readBool(const Defaults& defaults, const QString& key) {
-    const QVariant value = defaults.value(key);
-    if (value.typeId() == QMetaType::QString) {
-        return value.toString() == QLatin1String("true") || value.toString() == QLatin1String("1");
-    }
-    return value.toBool();
-}
-
-std::optional<double> readDouble(const Defaults& defaults, const QString& key) {
-    bool ok = false;
-    const double value = defaults.value(key).toDouble(&ok);
-    if (!ok || !std::isfinite(value)) {
-        return std::nullopt;
-    }
-    return value;
-}
-
-} // namespace
-
 QString ThemeStore::defaultFilePath() {
     return QDir(AppPaths::appSupportDir()).filePath(QStringLiteral("theme.json"));
 }
@@ -53,11 +32,12 @@ ThemeStore::ThemeStore(Defaults& defaults, const QString& filePath, QObject* par
 }
 
 void ThemeStore::load() {
-    m_glassStrength = readDouble(m_defaults, glassStrengthKey).value_or(0.0);
-    m_glassClear = readBool(m_defaults, glassClearKey);
-    m_glassLiquid = readBool(m_defaults, glassLiquidKey);
-    m_glassTint = glassTintFromName(m_defaults.value(glassTintKey).toString());
-    m_uniformColors = readBool(m_defaults, uniformColorsKey);
+    m_glassStrength = StoredValue::number(m_defaults.value(glassStrengthKey)).value_or(0.0);
+    m_glassClear = StoredValue::boolean(m_defaults.value(glassClearKey)).value_or(false);
+    m_glassLiquid = StoredValue::boolean(m_defaults.value(glassLiquidKey)).value_or(false);
+    m_glassTint =
+        glassTintFromName(StoredValue::word(m_defaults.value(glassTintKey)).value_or(QString()));
+    m_uniformColors = StoredValue::boolean(m_defaults.value(uniformColorsKey)).value_or(false);
     const QVariantMap perDisplay = m_defaults.value(perDisplayKey).toMap();
     for (auto it = perDisplay.cbegin(); it != perDisplay.cend(); ++it) {
         if (it.value().typeId() == QMetaType::QString) {

@@ -54,10 +54,11 @@ private Q_SLOTS:
 private:
     FaceRegistry m_faces;
     NullSymbolProvider m_symbols;
+    test::ManualClock m_clock;
 };
 
 void TestGalleryView::showsEveryKindGroupedByCategory() {
-    GalleryView view(m_faces, m_symbols);
+    GalleryView view(m_faces, m_symbols, m_clock);
     QCOMPARE(view.visibleKinds().size(), WidgetRegistry::all().size());
     QCOMPARE(view.visibleKinds(), groupedKinds());
     QVERIFY(view.message().isEmpty());
@@ -74,7 +75,7 @@ void TestGalleryView::searchFilters_data() {
 
 void TestGalleryView::searchFilters() {
     QFETCH(QString, query);
-    GalleryView view(m_faces, m_symbols);
+    GalleryView view(m_faces, m_symbols, m_clock);
     view.setQuery(query);
     const QStringList found = kindsOf(WidgetRegistry::search(query));
     QStringList expected;
@@ -90,7 +91,7 @@ void TestGalleryView::searchFilters() {
 }
 
 void TestGalleryView::typingInTheFieldSearches() {
-    GalleryView view(m_faces, m_symbols);
+    GalleryView view(m_faces, m_symbols, m_clock);
     auto* field = view.findChild<QLineEdit*>(QStringLiteral("gallery-search"));
     QVERIFY(field);
     QTest::keyClicks(field, QStringLiteral("flip"));
@@ -99,7 +100,7 @@ void TestGalleryView::typingInTheFieldSearches() {
 }
 
 void TestGalleryView::addCallsTheHandlerWithTheDefaultSize() {
-    GalleryView view(m_faces, m_symbols);
+    GalleryView view(m_faces, m_symbols, m_clock);
     QStringList calls;
     view.setAddHandler([&](const QString& kind, WidgetSize size) {
         calls << kind + QLatin1Char('/') + rawValue(size);
@@ -131,7 +132,7 @@ void TestGalleryView::refusalsSayWhy_data() {
 void TestGalleryView::refusalsSayWhy() {
     QFETCH(QString, kind);
     QFETCH(GalleryView::AddOutcome, outcome);
-    GalleryView view(m_faces, m_symbols);
+    GalleryView view(m_faces, m_symbols, m_clock);
     view.setAddHandler([&](const QString&, WidgetSize) { return outcome; });
     QSignalSpy added(&view, &GalleryView::added);
     QCOMPARE(view.add(kind), outcome);
@@ -140,7 +141,7 @@ void TestGalleryView::refusalsSayWhy() {
 }
 
 void TestGalleryView::withoutAHandlerNothingCanBeAdded() {
-    GalleryView view(m_faces, m_symbols);
+    GalleryView view(m_faces, m_symbols, m_clock);
     for (const QPushButton* button : view.findChildren<QPushButton*>()) {
         QVERIFY(!button->isEnabled());
     }
@@ -149,10 +150,11 @@ void TestGalleryView::withoutAHandlerNothingCanBeAdded() {
 }
 
 void TestGalleryView::previewsFollowTheTicker() {
-    test::ManualClock clock;
+    test::ManualClock clock(m_clock.now().addDays(1));
     test::ManualScheduler scheduler(&clock);
     TickCoordinator ticker(scheduler, clock);
-    GalleryView view(m_faces, m_symbols);
+    GalleryView view(m_faces, m_symbols, m_clock);
+    QCOMPARE(view.now(), m_clock.now());
     view.followTicker(ticker);
     QCOMPARE(view.now(), clock.now());
     ticker.setPreviewActive(true);

@@ -183,6 +183,8 @@ private Q_SLOTS:
                                  << QVariant(QStringLiteral("true")) << GlassStyle::Clear;
         QTest::newRow("text that is no bool")
             << QVariant(QStringLiteral("yes please")) << QVariant() << GlassStyle::Frosted;
+        QTest::newRow("text in capitals, with spaces")
+            << QVariant(QStringLiteral(" TRUE ")) << QVariant() << GlassStyle::Liquid;
     }
     void styleFromStoredFlags() {
         QFETCH(QVariant, liquid);
@@ -220,6 +222,7 @@ private Q_SLOTS:
         QTest::newRow("text") << QVariant(QStringLiteral("0.25")) << 0.25;
         QTest::newRow("garbage") << QVariant(QStringLiteral("strong")) << 0.0;
         QTest::newRow("not finite") << QVariant(qQNaN()) << 0.0;
+        QTest::newRow("a bool is no number") << QVariant(true) << 0.0;
     }
     void strengthFromDefaults() {
         QFETCH(QVariant, stored);
