@@ -4,6 +4,7 @@
 #include "platform/AtomicFile.h"
 #include "platform/DataFile.h"
 #include "platform/Defaults.h"
+#include "platform/RawValues.h"
 #include "settings/L.h"
 #include "settings/StoredValue.h"
 
@@ -19,6 +20,13 @@
 namespace tw {
 
 Q_LOGGING_CATEGORY(lcTheme, "ThemeStore")
+
+namespace {
+
+constexpr RawValues<ThemeStore::GlassStyle, 3> kGlassStyles{{"frosted", "clear", "liquid"}};
+constexpr RawValues<ThemeStore::GlassTint, 3> kGlassTints{{"auto", "light", "dark"}};
+
+} // namespace
 
 QString ThemeStore::defaultFilePath() {
     return QDir(AppPaths::appSupportDir()).filePath(QStringLiteral("theme.json"));
@@ -275,36 +283,15 @@ void ThemeStore::applyDarkFrostedOnce(const QString& release) {
 }
 
 QString ThemeStore::glassStyleName(GlassStyle style) {
-    switch (style) {
-    case GlassStyle::Frosted:
-        return QStringLiteral("frosted");
-    case GlassStyle::Clear:
-        return QStringLiteral("clear");
-    case GlassStyle::Liquid:
-        break;
-    }
-    return QStringLiteral("liquid");
+    return kGlassStyles.of(style);
 }
 
 QString ThemeStore::glassTintName(GlassTint tint) {
-    switch (tint) {
-    case GlassTint::Auto:
-        return QStringLiteral("auto");
-    case GlassTint::Light:
-        return QStringLiteral("light");
-    case GlassTint::Dark:
-        break;
-    }
-    return QStringLiteral("dark");
+    return kGlassTints.of(tint);
 }
 
 ThemeStore::GlassTint ThemeStore::glassTintFromName(const QString& name) {
-    for (const GlassTint tint : {GlassTint::Auto, GlassTint::Light, GlassTint::Dark}) {
-        if (name == glassTintName(tint)) {
-            return tint;
-        }
-    }
-    return defaultGlassTint;
+    return kGlassTints.parse(name).value_or(defaultGlassTint);
 }
 
 QString ThemeStore::glassTintTitle(GlassTint tint) {

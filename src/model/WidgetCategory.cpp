@@ -1,14 +1,17 @@
 #include "model/WidgetCategory.h"
 
 #include "model/BuiltInWidget.h"
+#include "platform/RawValues.h"
 #include "settings/L.h"
 
 namespace tw {
 
 namespace {
 
+constexpr RawValues<WidgetCategory, 6> rawValues{
+    {"essentials", "system", "workspace", "time", "tools", "ambient"}};
+
 struct CategoryFacts {
-    const char* id;
     const char* titleKey;
     const char* titleDefault;
     const char* symbol;
@@ -16,12 +19,12 @@ struct CategoryFacts {
 
 // Indexed by the enumeration's value.
 constexpr std::array<CategoryFacts, 6> facts{{
-    {"essentials", "cat.essentials", "Essentials", "star"},
-    {"system", "cat.system", "System", "cpu"},
-    {"workspace", "cat.workspace", "Workspace", "tray.full"},
-    {"time", "cat.time", "Time", "clock"},
-    {"tools", "cat.tools", "Tools", "wrench.and.screwdriver"},
-    {"ambient", "cat.ambient", "Ambient", "sparkles"},
+    {"cat.essentials", "Essentials", "star"},
+    {"cat.system", "System", "cpu"},
+    {"cat.workspace", "Workspace", "tray.full"},
+    {"cat.time", "Time", "clock"},
+    {"cat.tools", "Tools", "wrench.and.screwdriver"},
+    {"cat.ambient", "Ambient", "sparkles"},
 }};
 
 const CategoryFacts& factsOf(WidgetCategory category) {
@@ -31,16 +34,11 @@ const CategoryFacts& factsOf(WidgetCategory category) {
 } // namespace
 
 QString rawValue(WidgetCategory category) {
-    return QLatin1String(factsOf(category).id);
+    return rawValues.of(category);
 }
 
 std::optional<WidgetCategory> widgetCategoryFromRawValue(QStringView raw) {
-    for (const WidgetCategory category : allWidgetCategories) {
-        if (raw == QLatin1String(factsOf(category).id)) {
-            return category;
-        }
-    }
-    return std::nullopt;
+    return rawValues.parse(raw);
 }
 
 QString title(WidgetCategory category) {

@@ -1,14 +1,17 @@
 #include "model/WidgetSize.h"
 
 #include "model/Metrics.h"
+#include "platform/RawValues.h"
 #include "settings/L.h"
 
 namespace tw {
 
 namespace {
 
+constexpr RawValues<WidgetSize, 9> rawValues{
+    {"small", "tall", "wide", "large", "banner", "wideTall", "huge", "panorama", "grand"}};
+
 struct SizeFacts {
-    const char* raw;
     int columns;
     int rows;
     const char* labelKey;
@@ -17,15 +20,15 @@ struct SizeFacts {
 
 // Indexed by the enumeration's value.
 constexpr std::array<SizeFacts, 9> facts{{
-    {"small", 1, 1, "size.small", "Small (1×1)"},
-    {"tall", 1, 2, "size.tall", "Tall (1×2)"},
-    {"wide", 2, 1, "size.wide", "Wide (2×1)"},
-    {"large", 2, 2, "size.large", "Large (2×2)"},
-    {"banner", 3, 1, "size.banner", "Banner (3×1)"},
-    {"wideTall", 3, 2, "size.wideTall", "Big (3×2)"},
-    {"huge", 3, 3, "size.huge", "Huge (3×3)"},
-    {"panorama", 4, 2, "size.panorama", "Panorama (4×2)"},
-    {"grand", 4, 3, "size.grand", "Grand (4×3)"},
+    {1, 1, "size.small", "Small (1×1)"},
+    {1, 2, "size.tall", "Tall (1×2)"},
+    {2, 1, "size.wide", "Wide (2×1)"},
+    {2, 2, "size.large", "Large (2×2)"},
+    {3, 1, "size.banner", "Banner (3×1)"},
+    {3, 2, "size.wideTall", "Big (3×2)"},
+    {3, 3, "size.huge", "Huge (3×3)"},
+    {4, 2, "size.panorama", "Panorama (4×2)"},
+    {4, 3, "size.grand", "Grand (4×3)"},
 }};
 
 const SizeFacts& factsOf(WidgetSize size) {
@@ -39,16 +42,11 @@ double sideInPoints(int cells) {
 } // namespace
 
 QString rawValue(WidgetSize size) {
-    return QLatin1String(factsOf(size).raw);
+    return rawValues.of(size);
 }
 
 std::optional<WidgetSize> widgetSizeFromRawValue(QStringView raw) {
-    for (const WidgetSize size : allWidgetSizes) {
-        if (raw == QLatin1String(factsOf(size).raw)) {
-            return size;
-        }
-    }
-    return std::nullopt;
+    return rawValues.parse(raw);
 }
 
 int columns(WidgetSize size) {

@@ -1,6 +1,7 @@
 #include "settings/AppSettings.h"
 
 #include "platform/Defaults.h"
+#include "platform/RawValues.h"
 #include "settings/L.h"
 #include "settings/Localization.h"
 #include "settings/StoredValue.h"
@@ -34,6 +35,8 @@ const QString kAppLanguage = QStringLiteral("tarnwick.appLanguage");
 const QString kLastLaunchedVersion = QStringLiteral("tarnwick.lastLaunchedVersion");
 const QString kHasUpdated = QStringLiteral("tarnwick.hasUpdated");
 const QString kRetiredGrid = QStringLiteral("tarnwick.grid");
+
+constexpr RawValues<AppSettings::EnergyMode, 3> kEnergyModes{{"high", "balanced", "saver"}};
 
 bool readBool(const Defaults& defaults, const QString& key, bool fallback) {
     return StoredValue::boolean(defaults.value(key)).value_or(fallback);
@@ -199,24 +202,11 @@ void AppSettings::setConfigWindowVisible(bool visible) {
 }
 
 QString AppSettings::rawValue(EnergyMode mode) {
-    switch (mode) {
-    case EnergyMode::high:
-        return QStringLiteral("high");
-    case EnergyMode::balanced:
-        return QStringLiteral("balanced");
-    case EnergyMode::saver:
-        return QStringLiteral("saver");
-    }
-    Q_UNREACHABLE();
+    return kEnergyModes.of(mode);
 }
 
 std::optional<AppSettings::EnergyMode> AppSettings::energyModeFromRawValue(QStringView raw) {
-    for (const EnergyMode mode : energyModes) {
-        if (raw == rawValue(mode)) {
-            return mode;
-        }
-    }
-    return std::nullopt;
+    return kEnergyModes.parse(raw);
 }
 
 QString AppSettings::title(EnergyMode mode) {
