@@ -176,6 +176,10 @@ void AppDelegate::finishLaunching() {
     m_status = std::make_unique<StatusBarController>(*m_controller, *m_grid,
                                                      [this] { showConfigWindow(); });
 
+    // The very first start: once its window closes, the status item says what it is for.
+    if (!AppSettings::hasLaunchedBefore(m_defaults)) {
+        m_defaults.setValue(StatusBarController::hintPendingKey, true);
+    }
     // 14. The window.
     const WindowAtLaunch facts{
         .configOnly = m_configOnly,
@@ -227,6 +231,8 @@ void AppDelegate::showConfigWindow() {
                     m_settings->setConfigWindowVisible(visible);
                     m_ticker->setPreviewActive(visible);
                 });
+        connect(m_configWindow.get(), &ConfigWindow::closed, this,
+                [this] { m_status->showHintIfPending(m_defaults); });
         // Covered by other windows, it is as good as closed.
         m_windowing->watchCoverage(m_configWindow->windowHandle());
         connect(m_windowing.get(), &DesktopWindowing::coveredChanged, m_configWindow.get(),

@@ -2,6 +2,7 @@
 
 #include "desktop/DesktopController.h"
 #include "grid/GridStore.h"
+#include "platform/Defaults.h"
 #include "settings/L.h"
 
 #include <QApplication>
@@ -101,6 +102,18 @@ StatusBarController::StatusBarController(DesktopController& controller, GridStor
 }
 
 StatusBarController::~StatusBarController() = default;
+
+bool StatusBarController::showHintIfPending(Defaults& defaults) {
+    if (m_item == nullptr || !defaults.value(hintPendingKey).toBool()) {
+        return false;
+    }
+    m_item->showMessage(QStringLiteral("Tarnwick"),
+                        L("menu.hint", QStringLiteral("Click the icon for settings, to show or "
+                                                      "hide your widgets and to quit.")),
+                        gridIcon());
+    defaults.setValue(hintPendingKey, false);
+    return true;
+}
 
 bool StatusBarController::hasTray() const {
     return m_item != nullptr;

@@ -14,6 +14,7 @@ class QSystemTrayIcon;
 
 namespace tw {
 
+class Defaults;
 class DesktopController;
 class GridStore;
 
@@ -45,6 +46,11 @@ public:
 
     // Whether the icon stands in a tray; false where the desktop offers none.
     bool hasTray() const;
+
+    // Once, after the first start: a message at the icon saying what it is for, when
+    // "tarnwick.menuHint.pending" says one is due. Without a tray it stays due. True when shown.
+    static inline const QString hintPendingKey = QStringLiteral("tarnwick.menuHint.pending");
+    bool showHintIfPending(Defaults& defaults);
     // Fills a menu that opens elsewhere (the configuration window's) the same way, on each opening.
     void attach(QMenu& menu);
     MenuState state() const;

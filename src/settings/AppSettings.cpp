@@ -281,6 +281,10 @@ bool AppSettings::checkAndRecordUpdateLaunch(Defaults& defaults, const QString& 
     return updated;
 }
 
+bool AppSettings::hasLaunchedBefore(const Defaults& defaults) {
+    return defaults.contains(kLastLaunchedVersion) || isExistingInstall(defaults);
+}
+
 bool AppSettings::isExistingInstall(const Defaults& defaults) {
     return defaults.contains(kEnergyMode) || defaults.contains(kHasSeenGuideV225) ||
            defaults.contains(kHasSeenGuide);

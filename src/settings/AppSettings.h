@@ -125,6 +125,8 @@ public:
     static bool checkAndRecordUpdateLaunch(Defaults& defaults, const QString& currentVersion);
     // True if the defaults show an earlier run of the application.
     static bool isExistingInstall(const Defaults& defaults);
+    // Whether any start before this one left its mark; false only on the very first start.
+    static bool hasLaunchedBefore(const Defaults& defaults);
 
     // --- Relaunch.
     // Starts a detached shell that waits while this process lives and then starts this executable

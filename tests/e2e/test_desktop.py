@@ -385,13 +385,26 @@ class TrayTest(HostCase):
         self.assertTrue(self.session.wait_for(lambda: self.session.geometry(tray)[2] >= 16),
                         "no icon joined the tray")
         x, y, w, h = self.session.geometry(tray)
+        # A click opens the window; closing it after the first start shows the hint once.
         self.session.xdotool("mousemove", "--sync", x + w - 12, y + h // 2)
+        self.session.xdotool("click", 1)
+        window = self.session.wait_for(lambda: self.session.output(
+            ["xdotool", "search", "--name", "^Tarnwick$"]).split())
+        self.assertTrue(window, "a click on the icon did not open the window")
+        self.session.xdotool("windowactivate", window[0])
+        # Qt names more than one window after the title; the one that takes focus is among them.
+        self.assertTrue(self.session.wait_for(lambda: self.session.output(
+            ["xdotool", "getactivewindow"]).strip() in window), "the window took no focus")
+        self.session.xdotool("key", "--clearmodifiers", "alt+F4")
+        # The pointer still rests on the icon.
         self.session.xdotool("click", 3)
         time.sleep(0.5)
         # "Quit Tarnwick" is the menu's last entry.
         self.session.xdotool("key", "Up")
         self.session.xdotool("key", "Return")
         self.assertEqual(self.host.process.wait(timeout=15), 0)
+        with open(os.path.join(self.config_home, "Tarnwick", "Tarnwick.conf")) as f:
+            self.assertIn("tarnwick.menuHint.pending=false", f.read())
 
 
 
