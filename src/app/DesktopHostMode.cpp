@@ -25,7 +25,8 @@ std::optional<int> runDesktopHost(LaunchContext& context) {
             "Tarnwick is already running; its window was brought forward.\n");
         return 0;
     }
-    AppDelegate delegate(context.defaults, {.system = context.clock.system(), .current = context.clock},
+    AppDelegate delegate(context.defaults,
+                         {.system = context.clock.system(), .current = context.clock},
                          context.arguments.all());
     delegate.applicationDidFinishLaunching(std::move(instance));
     return QCoreApplication::exec();

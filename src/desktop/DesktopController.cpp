@@ -236,7 +236,7 @@ bool DesktopController::isTypedInto(const QString& kind) const {
 
 void DesktopController::spawn(const WidgetInstance& instance) {
     const auto focus = isTypedInto(instance.kind) ? DesktopWindowing::Focus::WhenClicked
-                                                   : DesktopWindowing::Focus::Never;
+                                                  : DesktopWindowing::Focus::Never;
     Entry entry;
     entry.instance = instance;
     entry.state = std::make_unique<PanelState>();

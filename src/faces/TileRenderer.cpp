@@ -245,8 +245,7 @@ void TileRenderer::paintFace(QPainter& painter, const QRectF& tile, const Widget
     painter.translate(tile.topLeft());
     const double scale = context.scale > 0 ? context.scale : 1.0;
     painter.scale(scale, scale);
-    const QRectF content =
-        contentRect(tile.size() / scale, shape).marginsRemoved(context.reserved);
+    const QRectF content = contentRect(tile.size() / scale, shape).marginsRemoved(context.reserved);
     if (context.pictures != nullptr) {
         face.paint(painter, content, context);
     } else {

@@ -94,6 +94,14 @@ struct Fixture {
         controller->panel(id)->setFrameOrigin(tileOrigin - QPointF(22, 22));
         controller->handleDragEnded(id);
     }
+    // The calendar stacked onto the clock, turning every 4 s.
+    QUuid turningStack() {
+        const QUuid front = byKind(QStringLiteral("clock")).id;
+        grid->groupIntoStack(byKind(QStringLiteral("calendar")).id, front);
+        const QUuid stack = *grid->instance(front)->stackID;
+        controller->setStackRotate(stack, 4);
+        return stack;
+    }
     int visiblePanels() const {
         int n = 0;
         for (const QUuid& id : controller->panelIDs()) {
@@ -248,17 +256,12 @@ private Q_SLOTS:
     // desktop's stays still.
     void stacksTurnOnTheTickWhileShown() {
         Fixture f;
-        const WidgetInstance clock = f.byKind(QStringLiteral("clock"));
-        const WidgetInstance calendar = f.byKind(QStringLiteral("calendar"));
-        f.grid->groupIntoStack(calendar.id, clock.id);
-        const QUuid stack = *f.grid->instance(clock.id)->stackID;
-        f.controller->setStackRotate(stack, 4);
+        const QUuid stack = f.turningStack();
         const QDateTime t0 = f.clock.now();
         const int first = f.controller->activeIndex(stack);
         f.controller->advanceStacks(t0.addSecs(4));
         QCOMPARE(f.controller->activeIndex(stack), 1 - first);
-        QVERIFY(!f.controller->isHiddenStackMember(
-            f.grid->stackMembers(stack).at(1 - first).id));
+        QVERIFY(!f.controller->isHiddenStackMember(f.grid->stackMembers(stack).at(1 - first).id));
         f.controller->hide();
         f.controller->advanceStacks(t0.addSecs(30));
         QCOMPARE(f.controller->activeIndex(stack), 1 - first);
@@ -469,11 +472,7 @@ private Q_SLOTS:
     // pointer that has left lets the stack turn again.
     void hoverFollowsTheMemberOnShow() {
         Fixture f;
-        const WidgetInstance clock = f.byKind(QStringLiteral("clock"));
-        const WidgetInstance calendar = f.byKind(QStringLiteral("calendar"));
-        f.grid->groupIntoStack(calendar.id, clock.id);
-        const QUuid stack = *f.grid->instance(clock.id)->stackID;
-        f.controller->setStackRotate(stack, 4);
+        const QUuid stack = f.turningStack();
         const int front = f.controller->activeIndex(stack);
         const QList<WidgetInstance> members = f.grid->stackMembers(stack);
         DesktopPanel* shown = f.controller->panel(members.at(front).id);

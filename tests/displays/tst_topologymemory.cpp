@@ -1,6 +1,7 @@
 #include "DisplayFixtures.h"
 #include "ManualClock.h"
 #include "ManualScheduler.h"
+#include "NotAFile.h"
 #include "displays/LayoutProfileResolver.h"
 #include "displays/ScreenTopologyWatcher.h"
 #include "displays/TopologyMemory.h"
@@ -13,8 +14,6 @@
 #include <QJsonObject>
 #include <QTemporaryDir>
 #include <QTest>
-
-#include <sys/stat.h>
 
 using namespace std::chrono_literals;
 
@@ -377,14 +376,8 @@ private Q_SLOTS:
         QVERIFY(QFile::remove(path));
         if (kind == QStringLiteral("garbage")) {
             writeFile(path, "[nonsense");
-        } else if (kind == QStringLiteral("fifo")) {
-            QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
-        } else if (kind == QStringLiteral("zero")) {
-            QVERIFY(QFile::link(QStringLiteral("/dev/zero"), path));
-        } else if (kind == QStringLiteral("dir")) {
-            QVERIFY(QDir().mkdir(path));
         } else {
-            QVERIFY(QFile::link(rig.path("gone/topology.json"), path));
+            QVERIFY(placeNotAFile(kind, path));
         }
         const bool garbage = kind == QStringLiteral("garbage");
         if (garbage && name == QStringLiteral("topology.json")) {

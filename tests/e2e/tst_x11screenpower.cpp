@@ -19,7 +19,8 @@ void xset(const QStringList& arguments) {
 }
 
 void announce(const QString& path, const QString& interface, bool active) {
-    QDBusMessage signal = QDBusMessage::createSignal(path, interface, QStringLiteral("ActiveChanged"));
+    QDBusMessage signal =
+        QDBusMessage::createSignal(path, interface, QStringLiteral("ActiveChanged"));
     signal << active;
     QVERIFY(QDBusConnection::sessionBus().send(signal));
 }
@@ -45,8 +46,9 @@ private Q_SLOTS:
     void darkAndLitAgain_data() {
         QTest::addColumn<QStringList>("dark");
         QTest::addColumn<QStringList>("lit");
-        QTest::newRow("screen saver") << QStringList{QStringLiteral("s"), QStringLiteral("activate")}
-                                      << QStringList{QStringLiteral("s"), QStringLiteral("reset")};
+        QTest::newRow("screen saver")
+            << QStringList{QStringLiteral("s"), QStringLiteral("activate")}
+            << QStringList{QStringLiteral("s"), QStringLiteral("reset")};
         QTest::newRow("power saving")
             << QStringList{QStringLiteral("dpms"), QStringLiteral("force"), QStringLiteral("off")}
             << QStringList{QStringLiteral("dpms"), QStringLiteral("force"), QStringLiteral("on")};

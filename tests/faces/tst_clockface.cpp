@@ -14,10 +14,13 @@ private Q_SLOTS:
         QTest::addColumn<QString>("city");
         QTest::addColumn<QString>("top");
         QTest::addColumn<QString>("bottom");
-        QTest::newRow("24 hours") << true << QString() << "Monday" << "23 November";
-        QTest::newRow("12 hours") << false << QString() << "Monday" << "PM 23 November";
+        QTest::newRow("24 hours") << true << QString() << "Monday"
+                                  << "23 November";
+        QTest::newRow("12 hours") << false << QString() << "Monday"
+                                  << "PM 23 November";
         // Under a city the date carries the weekday, since nothing else does.
-        QTest::newRow("a city") << true << QStringLiteral("Tokyo") << "Tokyo" << "Mon 23 Nov";
+        QTest::newRow("a city") << true << QStringLiteral("Tokyo") << "Tokyo"
+                                << "Mon 23 Nov";
     }
     void smallLinesNameTheWeekdayOnce() {
         QFETCH(bool, h24);

@@ -323,14 +323,17 @@ void TestTileRenderer::reservedRoomStaysFree() {
         QPainter painter(&image);
         renderer.paintFace(painter, tile, faces.face(kind), context);
     }
-    const QRect allowed = devicePixels(
-        TileRenderer::contentRect(tile.size(), TileShape::of(metadata)).marginsRemoved(context.reserved),
-        1).adjusted(-1, -1, 1, 1);
+    const QRect allowed =
+        devicePixels(TileRenderer::contentRect(tile.size(), TileShape::of(metadata))
+                         .marginsRemoved(context.reserved),
+                     1)
+            .adjusted(-1, -1, 1, 1);
     const QRect painted = paintedBounds(image);
     QVERIFY(!painted.isEmpty());
-    QVERIFY2(allowed.contains(painted), qPrintable(QStringLiteral("bottom %1 beyond %2")
-                                                       .arg(painted.bottom())
-                                                       .arg(allowed.bottom())));
+    QVERIFY2(
+        allowed.contains(painted),
+        qPrintable(
+            QStringLiteral("bottom %1 beyond %2").arg(painted.bottom()).arg(allowed.bottom())));
 }
 
 void TestTileRenderer::fractionalPixelRatiosKeepTheGeometry() {
@@ -370,8 +373,9 @@ void TestTileRenderer::changedPartCoversEveryChange_data() {
     const QTime ten(12, 34, 10);
     QTest::newRow("clock, wide, 12 hours")
         << clock << WidgetSize::wide << h12 << 1.0 << 1.0 << nine << ten << true << false;
-    QTest::newRow("clock, large, 24 hours, 2x") << clock << WidgetSize::large << h24 << 1.0 << 2.0
-                                                << QTime(9, 5, 59) << QTime(9, 5, 58) << true << false;
+    QTest::newRow("clock, large, 24 hours, 2x")
+        << clock << WidgetSize::large << h24 << 1.0 << 2.0 << QTime(9, 5, 59) << QTime(9, 5, 58)
+        << true << false;
     QTest::newRow("clock, banner, zoned, 1.25x")
         << clock << WidgetSize::banner << zoned << 1.0 << 1.25 << nine << ten << true << false;
     QTest::newRow("clock, scaled tile") << clock << WidgetSize::wide << h12 << 1.5 << 1.0

@@ -1,12 +1,12 @@
 #include "FaultShim.h"
 #include "GridFixture.h"
 #include "LayoutDump.h"
+#include "NotAFile.h"
 
 #include <QSignalSpy>
 #include <QTest>
 
 #include <cerrno>
-#include <sys/stat.h>
 
 using namespace tw;
 using namespace tw::test;
@@ -144,15 +144,7 @@ private Q_SLOTS:
         QFETCH(QString, kind);
         GridFixture f;
         const QString path = f.gridPath();
-        if (kind == QStringLiteral("fifo")) {
-            QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
-        } else if (kind == QStringLiteral("zero")) {
-            QVERIFY(QFile::link(QStringLiteral("/dev/zero"), path));
-        } else if (kind == QStringLiteral("dir")) {
-            QVERIFY(QDir().mkdir(path));
-        } else {
-            QVERIFY(QFile::link(f.dir.filePath(QStringLiteral("gone/grid.json")), path));
-        }
+        QVERIFY(placeNotAFile(kind, path));
         const auto entries = [&] {
             const QFileInfo info(path);
             return QDir(f.dir.path())

@@ -321,8 +321,8 @@ private Q_SLOTS:
         QTest::newRow("guide v225") << QStringLiteral("tarnwick.hasSeenGuide.v225") << true;
         QTest::newRow("guide") << QStringLiteral("tarnwick.hasSeenGuide") << true;
         QTest::newRow("other key") << QStringLiteral("tarnwick.haptics") << false;
-        QTest::newRow("a recorded version") << QStringLiteral("tarnwick.lastLaunchedVersion")
-                                            << false;
+        QTest::newRow("a recorded version")
+            << QStringLiteral("tarnwick.lastLaunchedVersion") << false;
     }
     // A recorded version shows an earlier start, though not an install from before versions
     // were recorded.

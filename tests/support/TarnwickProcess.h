@@ -13,8 +13,8 @@ struct ProcessRun {
     QString err;
 };
 
-// Environment for one run: HOME, XDG_CONFIG_HOME and XDG_RUNTIME_DIR under `home`, no inherited TWK_TIME, and the
-// pin given as `twkTime` when it is not null.
+// Environment for one run: HOME, XDG_CONFIG_HOME and XDG_RUNTIME_DIR under `home`, no inherited
+// TWK_TIME, and the pin given as `twkTime` when it is not null.
 QProcessEnvironment isolatedEnvironment(const QString& home, const QString& twkTime = QString());
 
 // Runs `program` with `arguments` in `environment`, waiting at most 30 s.
