@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 
 namespace tw {
 
@@ -177,40 +178,35 @@ WidgetAction::Notice WidgetAction::failureNotice(const ResolvedAction& action) {
         L("action.failed.chooseDefault",
           QStringLiteral("Install %1, or choose one as the default in your desktop's settings."));
     if (action.role) {
-        switch (*action.role) {
-        case AppRole::calendar:
-            return {L("action.failed.calendar", QStringLiteral("Nothing opens calendars")),
-                    settingsHint.arg(L("action.app.calendar", QStringLiteral("a calendar app")))};
-        case AppRole::clock:
-            return {L("action.failed.clock", QStringLiteral("Nothing opens clocks")),
-                    settingsHint.arg(L("action.app.clock", QStringLiteral("a clock app")))};
-        case AppRole::weather:
-            return {L("action.failed.weather", QStringLiteral("Nothing opens the weather")),
-                    settingsHint.arg(L("action.app.weather", QStringLiteral("a weather app")))};
-        case AppRole::systemMonitor:
-            return {
-                L("action.failed.systemMonitor", QStringLiteral("Nothing opens a system monitor")),
-                settingsHint.arg(
-                    L("action.app.systemMonitor", QStringLiteral("a system monitor")))};
-        case AppRole::settings:
-            return {L("action.failed.settings", QStringLiteral("Nothing opens the settings")),
-                    settingsHint.arg(
-                        L("action.app.settings", QStringLiteral("your desktop's settings app")))};
-        case AppRole::photos:
-            return {L("action.failed.photos", QStringLiteral("Nothing opens photos")),
-                    settingsHint.arg(L("action.app.photos", QStringLiteral("a photo viewer")))};
-        case AppRole::terminal:
-            return {L("action.failed.terminal", QStringLiteral("Nothing opens a terminal")),
-                    settingsHint.arg(L("action.app.terminal", QStringLiteral("a terminal")))};
-        case AppRole::fileManager:
-            return {
-                L("action.failed.fileManager", QStringLiteral("Nothing opens folders")),
-                settingsHint.arg(L("action.app.fileManager", QStringLiteral("a file manager")))};
-        case AppRole::musicPlayer:
-            return {
-                L("action.failed.musicPlayer", QStringLiteral("Nothing plays music")),
-                settingsHint.arg(L("action.app.musicPlayer", QStringLiteral("a music player")))};
-        }
+        // What nothing opens and what to install, by role in the order of AppRole.
+        struct Missing {
+            const char* titleKey;
+            const char* title;
+            const char* appKey;
+            const char* app;
+        };
+        static constexpr Missing missing[] = {
+            {"action.failed.calendar", "Nothing opens calendars", "action.app.calendar",
+             "a calendar app"},
+            {"action.failed.clock", "Nothing opens clocks", "action.app.clock", "a clock app"},
+            {"action.failed.weather", "Nothing opens the weather", "action.app.weather",
+             "a weather app"},
+            {"action.failed.systemMonitor", "Nothing opens a system monitor",
+             "action.app.systemMonitor", "a system monitor"},
+            {"action.failed.settings", "Nothing opens the settings", "action.app.settings",
+             "your desktop's settings app"},
+            {"action.failed.photos", "Nothing opens photos", "action.app.photos", "a photo viewer"},
+            {"action.failed.terminal", "Nothing opens a terminal", "action.app.terminal",
+             "a terminal"},
+            {"action.failed.fileManager", "Nothing opens folders", "action.app.fileManager",
+             "a file manager"},
+            {"action.failed.musicPlayer", "Nothing plays music", "action.app.musicPlayer",
+             "a music player"},
+        };
+        static_assert(std::size(missing) == static_cast<std::size_t>(AppRole::musicPlayer) + 1);
+        const Missing& entry = missing[static_cast<std::size_t>(*action.role)];
+        return {L(entry.titleKey, QString::fromUtf8(entry.title)),
+                settingsHint.arg(L(entry.appKey, QString::fromUtf8(entry.app)))};
     }
     const QString title = L("action.failed.target", QStringLiteral("Nothing opens “%1”"))
                               .arg(action.target.trimmed());
