@@ -15,13 +15,8 @@
 #include "model/WidgetRegistry.h"
 #include "platform/Clock.h"
 #include "platform/Defaults.h"
+#include "platform/PlatformServices.h"
 #include "platform/QtScheduler.h"
-#include "platform/linux/FreedesktopNotifications.h"
-#include "platform/linux/LinuxWorkspace.h"
-#include "platform/linux/MaterialSymbolProvider.h"
-#include "platform/linux/PortalColorScheme.h"
-#include "platform/linux/QtDisplays.h"
-#include "platform/linux/X11DesktopWindowing.h"
 #include "settings/AppSettings.h"
 #include "tick/MinuteCoordinator.h"
 #include "tick/TickCoordinator.h"
@@ -30,6 +25,7 @@
 #include <QLoggingCategory>
 #include <QMenu>
 #include <QMenuBar>
+#include <QWindow>
 
 namespace tw {
 
@@ -102,12 +98,7 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
             [this](Qt::ApplicationState state) {
                 m_settings->setAppActive(state == Qt::ApplicationActive);
             });
-    m_displays = std::make_unique<QtDisplays>();
-    m_windowing = X11DesktopWindowing::create();
-    m_workspace = std::make_unique<LinuxWorkspace>();
-    m_notifications = std::make_unique<FreedesktopNotifications>();
-    m_colorScheme = std::make_unique<PortalColorScheme>();
-    m_symbols = std::make_unique<MaterialSymbolProvider>();
+    m_platform = PlatformServices::make();
     m_registry = std::make_unique<WidgetRegistry>();
     m_theme = std::make_unique<ThemeStore>(m_defaults);
     m_ticker = std::make_unique<TickCoordinator>(*m_scheduler, m_clocks.system, m_clocks.current);
@@ -117,12 +108,12 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .scheduler = *m_scheduler,
         .registry = *m_registry,
         .defaults = &m_defaults,
-        .displays = m_displays.get(),
+        .displays = m_platform.displays.get(),
     });
-    m_watcher = std::make_unique<ScreenTopologyWatcher>(*m_displays, *m_scheduler);
+    m_watcher = std::make_unique<ScreenTopologyWatcher>(*m_platform.displays, *m_scheduler);
     m_memory = std::make_unique<TopologyMemory>(*m_watcher, m_clocks.system);
     connect(m_grid.get(), &GridStore::saved, m_memory.get(), [this](const GridLayout& layout) {
-        m_memory->remember(layout, LayoutDisplay::currentDisplays(*m_displays));
+        m_memory->remember(layout, LayoutDisplay::currentDisplays(*m_platform.displays));
     });
     m_faces = std::make_unique<FaceRegistry>();
 
@@ -142,18 +133,18 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .minutes = *m_minutes,
         .grid = *m_grid,
         .settings = *m_settings,
-        .displays = *m_displays,
-        .windowing = *m_windowing,
+        .displays = *m_platform.displays,
+        .windowing = *m_platform.windowing,
         .scheduler = *m_scheduler,
         .clock = m_clocks.system,
         .registry = *m_registry,
         .faces = *m_faces,
-        .symbols = m_symbols.get(),
+        .symbols = m_platform.symbols.get(),
         .watcher = m_watcher.get(),
         .memory = m_memory.get(),
-        .workspace = m_workspace.get(),
-        .notifications = m_notifications.get(),
-        .colorScheme = m_colorScheme.get(),
+        .workspace = m_platform.workspace.get(),
+        .notifications = m_platform.notifications.get(),
+        .colorScheme = m_platform.colorScheme.get(),
     });
     m_controller->widgetSettingsOpener = [this](const QUuid&) { showConfigWindow(); };
 
@@ -206,7 +197,7 @@ void AppDelegate::showConfigWindow() {
     }
     if (!m_configWindow) {
         m_configWindow = std::make_unique<ConfigWindow>(*m_scheduler, [this]() -> QWidget* {
-            auto* gallery = new GalleryView(*m_faces, *m_symbols, m_clocks.system);
+            auto* gallery = new GalleryView(*m_faces, *m_platform.symbols, m_clocks.system);
             gallery->setTheme(m_theme->themed());
             // Previews wear the glass the desktop's tiles wear.
             gallery->setGlass(GlassLook::from(*m_theme, m_controller->systemAppearance()));
@@ -234,8 +225,8 @@ void AppDelegate::showConfigWindow() {
         connect(m_configWindow.get(), &ConfigWindow::closed, this,
                 [this] { m_status->showHintIfPending(m_defaults); });
         // Covered by other windows, it is as good as closed.
-        m_windowing->watchCoverage(m_configWindow->windowHandle());
-        connect(m_windowing.get(), &DesktopWindowing::coveredChanged, m_configWindow.get(),
+        m_platform.windowing->watchCoverage(m_configWindow->windowHandle());
+        connect(m_platform.windowing.get(), &DesktopWindowing::coveredChanged, m_configWindow.get(),
                 [this](QObject* window, bool covered) {
                     if (window == m_configWindow->windowHandle()) {
                         m_configWindow->setCovered(covered);

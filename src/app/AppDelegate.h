@@ -3,6 +3,7 @@
 // window.
 #pragma once
 
+#include "platform/PlatformServices.h"
 #include "platform/ScheduledTask.h"
 
 #include <QObject>
@@ -14,26 +15,20 @@
 namespace tw {
 
 class AppSettings;
-class ColorSchemeWatcher;
 class ConfigWindow;
 class Defaults;
 class DesktopController;
-class DesktopWindowing;
 class FaceRegistry;
 class GridStore;
 class MinuteCoordinator;
-class Notifications;
-class QtDisplays;
 class QtScheduler;
 class ScreenTopologyWatcher;
 class SingleInstance;
 class StatusBarController;
-class SymbolProvider;
 class ThemeStore;
 class TickCoordinator;
 class TopologyMemory;
 class WidgetRegistry;
-class Workspace;
 class Clock;
 
 class AppDelegate final : public QObject {
@@ -88,12 +83,7 @@ private:
 
     std::unique_ptr<QtScheduler> m_scheduler;
     std::unique_ptr<AppSettings> m_settings;
-    std::unique_ptr<QtDisplays> m_displays;
-    std::unique_ptr<DesktopWindowing> m_windowing;
-    std::unique_ptr<Workspace> m_workspace;
-    std::unique_ptr<Notifications> m_notifications;
-    std::unique_ptr<ColorSchemeWatcher> m_colorScheme;
-    std::unique_ptr<SymbolProvider> m_symbols;
+    PlatformServices m_platform;
     std::unique_ptr<WidgetRegistry> m_registry;
     std::unique_ptr<ThemeStore> m_theme;
     std::unique_ptr<TickCoordinator> m_ticker;

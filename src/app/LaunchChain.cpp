@@ -1,9 +1,9 @@
 #include "app/LaunchChain.h"
 
 #include "app/LaunchModes.h"
+#include "platform/PlatformServices.h"
 #include "platform/SettingsDefaults.h"
 #include "platform/SystemClock.h"
-#include "platform/linux/DisplayProbe.h"
 #include "settings/AppSettings.h"
 #include "tick/SnapshotClock.h"
 
@@ -95,7 +95,7 @@ int LaunchChain::run(int& argc, char** argv) {
     const LaunchArguments arguments(rawArguments(argc, argv));
     const LaunchStep* chosen = winner(arguments);
     if (chosen == nullptr) {
-        if (const std::optional<QString> problem = DisplayProbe::whyNoDisplay()) {
+        if (const std::optional<QString> problem = PlatformServices::whyNoDisplay()) {
             QTextStream err(stderr);
             err << *problem << '\n';
             noteMissingValues(arguments, err);

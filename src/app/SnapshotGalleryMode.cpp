@@ -4,7 +4,7 @@
 #include "faces/FaceRegistry.h"
 #include "faces/GallerySheet.h"
 #include "faces/TileRenderer.h"
-#include "platform/linux/MaterialSymbolProvider.h"
+#include "platform/PlatformServices.h"
 #include "tick/SnapshotClock.h"
 
 #include <QImage>
@@ -17,12 +17,12 @@ std::optional<int> runSnapshotGalleryMode(LaunchContext& context) {
     const SnapshotWidgetOptions options = SnapshotWidgetOptions::parse(context.arguments);
     QString problem = options.problem;
     if (problem.isEmpty()) {
-        const MaterialSymbolProvider symbols;
+        const std::unique_ptr<SymbolProvider> symbols = PlatformServices::makeSymbolProvider();
         const FaceRegistry faces;
         TileRenderer renderer;
         QImageWriter writer(path, "PNG");
         if (!writer.write(GallerySheet::render(
-                faces, renderer, options.baseContext(symbols, context.clock.now())))) {
+                faces, renderer, options.baseContext(*symbols, context.clock.now())))) {
             problem = QStringLiteral("cannot write %1: %2.").arg(path, writer.errorString());
         }
     }

@@ -4,7 +4,7 @@
 #include "faces/FaceRegistry.h"
 #include "faces/TileRenderer.h"
 #include "model/WidgetRegistry.h"
-#include "platform/linux/MaterialSymbolProvider.h"
+#include "platform/PlatformServices.h"
 #include "tick/SnapshotClock.h"
 
 #include <QImage>
@@ -79,14 +79,14 @@ std::optional<int> runSnapshotWidgetMode(LaunchContext& context) {
         problem = options.problem;
     }
     if (problem.isEmpty()) {
-        const MaterialSymbolProvider symbols;
+        const std::unique_ptr<SymbolProvider> symbols = PlatformServices::makeSymbolProvider();
         TileRenderer renderer;
         WidgetInstance instance;
         instance.kind = options.kind;
         instance.size = *size;
         instance.settings = options.settings;
         const FaceContext sized = FaceContext::forInstance(definition->metadata, instance);
-        FaceContext face = options.baseContext(symbols, context.clock.now());
+        FaceContext face = options.baseContext(*symbols, context.clock.now());
         face.metadata = sized.metadata;
         face.size = sized.size;
         face.points = sized.points;

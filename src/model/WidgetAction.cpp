@@ -122,8 +122,7 @@ bool WidgetAction::run(Workspace& workspace, Notifications& notifications,
         result = openURL(workspace, target);
         break;
     case WidgetActionKind::shortcut:
-        result =
-            exec(workspace, QStringLiteral("/usr/bin/shortcuts"), {QStringLiteral("run"), target});
+        result = workspace.runShortcut(target);
         break;
     }
     if (!result.isSuccess()) {
@@ -166,11 +165,6 @@ LaunchResult WidgetAction::openURL(Workspace& workspace, const QString& text) {
         return workspace.open(*url);
     }
     return LaunchResult::failure(QLatin1String("not an address: ") + text);
-}
-
-LaunchResult WidgetAction::exec(Workspace& workspace, const QString& program,
-                                const QStringList& arguments) {
-    return workspace.startDetached(program, arguments);
 }
 
 WidgetAction::Notice WidgetAction::failureNotice(const ResolvedAction& action) {

@@ -6,7 +6,6 @@
 #include "platform/AppRole.h"
 
 #include <QString>
-#include <QStringList>
 #include <QUrl>
 
 #include <optional>
@@ -54,9 +53,6 @@ public:
     static LaunchResult openApp(Workspace& workspace, const QString& target);
     static LaunchResult openRole(Workspace& workspace, AppRole role);
     static LaunchResult openURL(Workspace& workspace, const QString& text);
-    // Starts a program without waiting.
-    static LaunchResult exec(Workspace& workspace, const QString& program,
-                             const QStringList& arguments);
 
     struct Notice {
         QString title;

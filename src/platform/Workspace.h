@@ -1,4 +1,4 @@
-// The desktop's way of opening things: URLs and files with their handler, applications, processes.
+// The desktop's way of opening things: URLs and files with their handler, applications, shortcuts.
 #pragma once
 
 #include "platform/AppRole.h"
@@ -48,8 +48,9 @@ public:
     virtual LaunchResult openApplication(const QString& location) = 0;
     // The last resort for a bare name: let the desktop find something called so and start it.
     virtual LaunchResult openApplicationByName(const QString& name) = 0;
-    // Starts a program detached, without waiting for it.
-    virtual LaunchResult startDetached(const QString& program, const QStringList& arguments) = 0;
+    // Runs the person's automation called `name` without waiting for it; a desktop without
+    // such automations says so in the result.
+    virtual LaunchResult runShortcut(const QString& name) = 0;
 };
 
 } // namespace tw

@@ -2,13 +2,13 @@
 
 #include "platform/Defaults.h"
 #include "platform/RawValues.h"
+#include "platform/Relauncher.h"
 #include "settings/L.h"
 #include "settings/Localization.h"
 #include "settings/StoredValue.h"
 
 #include <QCoreApplication>
 #include <QLoggingCategory>
-#include <QProcess>
 
 #include <cmath>
 
@@ -290,30 +290,19 @@ bool AppSettings::isExistingInstall(const Defaults& defaults) {
            defaults.contains(kHasSeenGuide);
 }
 
-QStringList AppSettings::relaunchShellArguments(qint64 pid, const QString& program,
-                                                const QStringList& arguments) {
-    // The pid and the command line travel as positional parameters, so no quoting can go wrong.
-    const QString script =
-        QStringLiteral("while kill -0 \"$1\" 2>/dev/null; do sleep 0.2; done; shift; exec \"$@\"");
-    return QStringList{QStringLiteral("-c"), script, QStringLiteral("tarnwick-relaunch"),
-                       QString::number(pid), program} +
-           arguments;
-}
-
-bool AppSettings::relaunch(const QString& shell) {
+bool AppSettings::relaunch(Relauncher& relauncher) {
     if (!QCoreApplication::instance()) {
         qCWarning(lcSettings) << "Relaunch failed: no running application";
         return false;
     }
-    const QString program = QCoreApplication::applicationFilePath();
-    const QStringList arguments = relaunchShellArguments(
-        QCoreApplication::applicationPid(), program, QCoreApplication::arguments().mid(1));
-    if (!QProcess::startDetached(shell, arguments)) {
-        qCWarning(lcSettings).noquote() << "Relaunch failed: could not start" << shell;
+    if (!relauncher.startAfterExit(QCoreApplication::applicationPid(),
+                                   QCoreApplication::applicationFilePath(),
+                                   QCoreApplication::arguments().mid(1))) {
+        qCWarning(lcSettings) << "Relaunch failed: nothing could wait for this process to end";
         return false;
     }
     // exit() rather than quit(): a window that refuses to close must not keep this process
-    // alive while the shell waits for it to end.
+    // alive while the relauncher waits for it to end.
     QCoreApplication::exit(0);
     return true;
 }

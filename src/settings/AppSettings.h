@@ -14,6 +14,7 @@
 namespace tw {
 
 class Defaults;
+class Relauncher;
 
 class AppSettings final : public QObject {
     Q_OBJECT
@@ -129,15 +130,10 @@ public:
     static bool hasLaunchedBefore(const Defaults& defaults);
 
     // --- Relaunch.
-    // Starts a detached shell that waits while this process lives and then starts this executable
-    // again with the same arguments; on success leaves the event loop at once. Gives false (and
-    // leaves the application running) when the shell could not be started. Call from the running
-    // event loop.
-    static bool relaunch(const QString& shell = QStringLiteral("/bin/sh"));
-    // The arguments of the shell that wait for `pid` to be gone and then run `program` with
-    // `arguments`; nothing of them is interpreted by the shell.
-    static QStringList relaunchShellArguments(qint64 pid, const QString& program,
-                                              const QStringList& arguments);
+    // Has `relauncher` start this executable again with the same arguments once this process is
+    // gone; on success leaves the event loop at once. Gives false (and leaves the application
+    // running) when the relauncher could not start. Call from the running event loop.
+    static bool relaunch(Relauncher& relauncher);
 
 Q_SIGNALS:
     void energyModeChanged();

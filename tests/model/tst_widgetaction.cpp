@@ -158,7 +158,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("request");
         QTest::newRow("identifier known") << "org.example.Editor"
                                           << "application /apps/editor";
-        QTest::newRow("identifier unknown, name known") << "com.apple.clock"
+        QTest::newRow("identifier unknown, name known") << "net.example.clock"
                                                         << "application /apps/clock";
         QTest::newRow("a role by its raw value") << "Terminal"
                                                  << "application /apps/terminal";
@@ -180,7 +180,8 @@ private Q_SLOTS:
         workspace.addApplication(QStringLiteral("org.example.Editor"), QStringLiteral("Editor"),
                                  QStringLiteral("/apps/editor"));
         workspace.addApplication(QStringLiteral("org.example.Clock"),
-                                 QStringLiteral("com.apple.clock"), QStringLiteral("/apps/clock"));
+                                 QStringLiteral("net.example.clock"),
+                                 QStringLiteral("/apps/clock"));
         workspace.addRoleApplication(tw::AppRole::terminal, QStringLiteral("/apps/terminal"));
         WidgetAction::openApp(workspace, target);
         QCOMPARE(workspace.requests(), QStringList{request});
@@ -212,9 +213,7 @@ private Q_SLOTS:
                              << "" << true << QStringList{QStringLiteral("by-name Editor")} << "";
         QTest::newRow("shortcut") << "moon"
                                   << "clickAction=shortcut|clickTarget= Focus  "
-                                  << "" << true
-                                  << QStringList{QStringLiteral(
-                                         "exec /usr/bin/shortcuts run Focus")}
+                                  << "" << true << QStringList{QStringLiteral("shortcut Focus")}
                                   << "";
         QTest::newRow("default role")
             << "calendar"

@@ -1,6 +1,7 @@
 // A stand-in for the application in the relaunch test. The first generation records its pid in
 // the file named by its argument and relaunches itself; the second records its pid and whether
 // the first was still alive when it started, and ends.
+#include "platform/PlatformServices.h"
 #include "settings/AppSettings.h"
 
 #include <QCoreApplication>
@@ -39,8 +40,9 @@ int main(int argc, char** argv) {
         return 0;
     }
     record(marker, QStringLiteral("first %1").arg(pid));
-    QTimer::singleShot(0, &app, [&app, &marker] {
-        if (!tw::AppSettings::relaunch()) {
+    const std::unique_ptr<tw::Relauncher> relauncher = tw::PlatformServices::makeRelauncher();
+    QTimer::singleShot(0, &app, [&app, &marker, &relauncher] {
+        if (!tw::AppSettings::relaunch(*relauncher)) {
             record(marker, QStringLiteral("failed"));
             app.exit(1);
         }

@@ -148,6 +148,10 @@ LaunchResult LinuxWorkspace::openApplicationByName(const QString& name) {
     return LaunchResult::failure(QLatin1String("no application named ") + name);
 }
 
+LaunchResult LinuxWorkspace::runShortcut(const QString& name) {
+    return LaunchResult::failure(QLatin1String("no shortcuts on this desktop to run ") + name);
+}
+
 LaunchResult LinuxWorkspace::startDetached(const QString& program, const QStringList& arguments) {
     if (!QProcess::startDetached(program, arguments)) {
         return LaunchResult::failure(QLatin1String("could not start ") + program);

@@ -19,7 +19,11 @@ public:
     LaunchResult openApplication(const QString& location) override;
     // A program of that name (or its lower-case form) on PATH.
     LaunchResult openApplicationByName(const QString& name) override;
-    LaunchResult startDetached(const QString& program, const QStringList& arguments) override;
+    // Fails: a freedesktop.org desktop has no named automations to run.
+    LaunchResult runShortcut(const QString& name) override;
+
+private:
+    static LaunchResult startDetached(const QString& program, const QStringList& arguments);
 };
 
 } // namespace tw

@@ -39,9 +39,8 @@ LaunchResult NullWorkspace::openApplicationByName(const QString& name) {
     return record(QStringLiteral("by-name ") + name);
 }
 
-LaunchResult NullWorkspace::startDetached(const QString& program, const QStringList& arguments) {
-    return record(
-        (QStringList{QStringLiteral("exec"), program} + arguments).join(QLatin1Char(' ')));
+LaunchResult NullWorkspace::runShortcut(const QString& name) {
+    return record(QStringLiteral("shortcut ") + name);
 }
 
 void NullWorkspace::addApplication(const QString& identifier, const QString& name,

@@ -16,7 +16,7 @@ public:
     std::optional<QString> applicationForRole(AppRole role) const override;
     LaunchResult openApplication(const QString& location) override;
     LaunchResult openApplicationByName(const QString& name) override;
-    LaunchResult startDetached(const QString& program, const QStringList& arguments) override;
+    LaunchResult runShortcut(const QString& name) override;
 
     // Makes an application known to both look-ups.
     void addApplication(const QString& identifier, const QString& name, const QString& location);
@@ -28,7 +28,7 @@ public:
     void failWith(const QString& message) { m_failure = message; }
 
     // One line per request, in order: "open <url>", "application <location>",
-    // "by-name <name>", "exec <program> <arguments…>" (joined by blanks).
+    // "by-name <name>", "shortcut <name>".
     QStringList requests() const { return m_requests; }
 
 private:

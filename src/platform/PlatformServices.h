@@ -1,0 +1,39 @@
+// What the program uses of the operating system, made in one place per system: callers ask for
+// these and never name an implementation.
+#pragma once
+
+#include "platform/ColorSchemeWatcher.h"
+#include "platform/DesktopWindowing.h"
+#include "platform/Displays.h"
+#include "platform/Notifications.h"
+#include "platform/Relauncher.h"
+#include "platform/SymbolProvider.h"
+#include "platform/Workspace.h"
+
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+namespace tw {
+
+struct PlatformServices {
+    std::unique_ptr<Displays> displays;
+    std::unique_ptr<DesktopWindowing> windowing;
+    std::unique_ptr<Workspace> workspace;
+    std::unique_ptr<Notifications> notifications;
+    std::unique_ptr<ColorSchemeWatcher> colorScheme;
+    std::unique_ptr<SymbolProvider> symbols;
+
+    // The desktop host's services, every one set; needs the running QApplication.
+    static PlatformServices make();
+    // The symbols alone, for pictures drawn without the host; needs a QGuiApplication.
+    static std::unique_ptr<SymbolProvider> makeSymbolProvider();
+    static std::unique_ptr<Relauncher> makeRelauncher();
+    // Why the host could not reach a display, as one sentence for a person; nullopt when it
+    // can, or when the decision is better left to Qt. Asked before Qt starts, since Qt ends the
+    // process with an abort when its platform cannot connect.
+    static std::optional<QString> whyNoDisplay();
+};
+
+} // namespace tw

@@ -1,0 +1,37 @@
+#include "platform/PlatformServices.h"
+
+#include "platform/linux/DisplayProbe.h"
+#include "platform/linux/FreedesktopNotifications.h"
+#include "platform/linux/LinuxWorkspace.h"
+#include "platform/linux/MaterialSymbolProvider.h"
+#include "platform/linux/PortalColorScheme.h"
+#include "platform/linux/QtDisplays.h"
+#include "platform/linux/ShellRelauncher.h"
+#include "platform/linux/X11DesktopWindowing.h"
+
+namespace tw {
+
+PlatformServices PlatformServices::make() {
+    PlatformServices services;
+    services.displays = std::make_unique<QtDisplays>();
+    services.windowing = X11DesktopWindowing::create();
+    services.workspace = std::make_unique<LinuxWorkspace>();
+    services.notifications = std::make_unique<FreedesktopNotifications>();
+    services.colorScheme = std::make_unique<PortalColorScheme>();
+    services.symbols = makeSymbolProvider();
+    return services;
+}
+
+std::unique_ptr<SymbolProvider> PlatformServices::makeSymbolProvider() {
+    return std::make_unique<MaterialSymbolProvider>();
+}
+
+std::unique_ptr<Relauncher> PlatformServices::makeRelauncher() {
+    return std::make_unique<ShellRelauncher>();
+}
+
+std::optional<QString> PlatformServices::whyNoDisplay() {
+    return DisplayProbe::whyNoDisplay();
+}
+
+} // namespace tw
