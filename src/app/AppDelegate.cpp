@@ -152,7 +152,6 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
     if (!m_configOnly) {
         m_controller->setVisibleFlag(true);
         m_controller->sync();
-        m_controller->applyStackVisibility();
     }
 
     // The status item and the window come once the panels are out: a person sees the desktop

@@ -127,7 +127,7 @@ void StatusBarController::attach(QMenu& menu) {
 }
 
 StatusBarController::MenuState StatusBarController::state() const {
-    return {m_controller.visitorCount(), m_grid.canUndo(), m_grid.canRedo()};
+    return {m_controller.displayFollower().visitorCount(), m_grid.canUndo(), m_grid.canRedo()};
 }
 
 StatusBarController::MenuActions StatusBarController::actions() {

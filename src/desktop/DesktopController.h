@@ -1,33 +1,27 @@
 // Keeps one panel for every tile that belongs on the desktop, in step with the grid, the
-// displays, the tick and what covers the panels; owns which member of a stack is on show.
+// displays, the tick and what covers the panels. Where tiles belong is `TilePlacement`'s, which
+// member of a stack is in front `StackFronts`'s, what a tile shows `TileContent`'s and the display
+// changes `DisplayFollower`'s; the controller applies them to the panels.
 #pragma once
 
-#include "desktop/DesktopPanel.h"
-#include "desktop/PanelState.h"
-#include "displays/ScreenTopologyWatcher.h"
+#include "desktop/DesktopTile.h"
+#include "desktop/DisplayFollower.h"
+#include "desktop/TileContent.h"
+#include "desktop/TileEdits.h"
+#include "desktop/TilePlacement.h"
 #include "faces/TileRenderer.h"
-#include "grid/StackRotation.h"
+#include "grid/StackFronts.h"
 #include "grid/StackScrollGesture.h"
 #include "look/ThemeStore.h"
-#include "model/GridLayout.h"
-#include "model/Metrics.h"
-#include "platform/DesktopWindowing.h"
-#include "platform/Displays.h"
 #include "platform/ScheduledTask.h"
 
-#include <QDateTime>
 #include <QHash>
 #include <QObject>
-#include <QPointer>
-#include <QSet>
 #include <QUuid>
 
-#include <array>
 #include <chrono>
 #include <functional>
 #include <map>
-#include <memory>
-#include <optional>
 
 class QMenu;
 
@@ -36,14 +30,16 @@ namespace tw {
 class AppSettings;
 class Clock;
 class ColorSchemeWatcher;
+class DesktopWindowing;
+class Displays;
 class FaceRegistry;
 class GridStore;
 class MinuteCoordinator;
 class Notifications;
 class Scheduler;
+class ScreenTopologyWatcher;
 class SymbolProvider;
 class TickCoordinator;
-class TimeSource;
 class TopologyMemory;
 class WidgetRegistry;
 class Workspace;
@@ -74,14 +70,8 @@ public:
         const ColorSchemeWatcher* colorScheme = nullptr;
     };
 
-    static constexpr double panelMargin = DesktopPanel::margin;
-    static constexpr double overlapGap = Metrics::cellSpacing;
-    static constexpr std::chrono::milliseconds veilGuard{8000};
-    static constexpr std::chrono::milliseconds veilReturn{350};
     static constexpr std::chrono::milliseconds fadeDuration{200};
     static constexpr std::chrono::milliseconds occlusionDebounce{150};
-    static constexpr std::chrono::milliseconds wakeRepeats[] = {std::chrono::milliseconds{1500},
-                                                                std::chrono::milliseconds{4000}};
 
     explicit DesktopController(const Services& services, QObject* parent = nullptr);
     ~DesktopController() override;
@@ -96,48 +86,24 @@ public:
 
     // Brings the panels in line with the grid.
     void sync();
-    void applyStackVisibility();
     void advanceStacks(const QDateTime& now);
     void stepStack(const QUuid& stackID, int step);
-    bool isHiddenStackMember(const QUuid& id) const;
-    void resolveAllOverlaps();
-    QString layoutSignature() const;
+    int activeIndex(const QUuid& stackID) const { return m_fronts.active(stackID); }
+    bool isHiddenStackMember(const QUuid& id) const { return m_fronts.hidden().contains(id); }
 
-    void setVeil(bool veiled);
-    bool isVeiled() const { return m_veiled; }
-    void adoptArrangement(const ScreenTopologyWatcher::Change& change);
-    void reassertAfterDisplaysReturned();
-    void scheduleOcclusionRefresh();
-    void refreshOcclusion();
+    DisplayFollower& displayFollower() { return m_follower; }
+    const DisplayFollower& displayFollower() const { return m_follower; }
+    ThemeStore::SystemAppearance systemAppearance() const { return m_content.systemAppearance(); }
 
-    // The panel's size for a tile: the tile grown by the margin on every side.
-    static QSizeF windowSize(const WidgetInstance& instance);
-    // The panel origin (lower-left, internal points) for a tile, clamped into its display.
-    QPointF origin(const WidgetInstance& instance, const QSizeF& size) const;
-    QRectF visibleFrame(const QPointF& tileTopLeft, const QSizeF& tileSize) const;
-    std::optional<QRectF> resolveBounds(const DesktopPanel& panel) const;
-    // The visible frame of the display a tile rectangle belongs to; none without displays.
-    std::optional<QRectF> tileBounds(const QRectF& tile) const;
-
-    // Widgets parked here until their own display returns.
-    int visitorCount() const;
-
-    // The desktop's look as "Automatic" glass follows it.
-    ThemeStore::SystemAppearance systemAppearance() const;
-
-    // Context menu and its actions.
+    // The tile's context menu (the caller owns it) and what it does.
     QMenu* contextMenu(const QUuid& id);
     void setWidgetSize(const QUuid& id, WidgetSize size);
-    void setGlassStyle(ThemeStore::GlassStyle style);
     void setStackRotate(const QUuid& stackID, int seconds);
-    void showNextInStack(const QUuid& stackID);
-    void removeWidget(const QUuid& id);
     void unstackWidget(const QUuid& id);
-    void openWidgetSettings(const QUuid& id);
     // Opens an instance's page in the configuration window; set by the application.
     std::function<void(const QUuid&)> widgetSettingsOpener;
 
-    // The drop at the end of a drag.
+    // The drop at the end of a drag, and a click that was no drag.
     void handleDragEnded(const QUuid& draggedID);
     bool handlePlainClick(const QUuid& id, QPointF point);
 
@@ -145,58 +111,41 @@ public:
     DesktopPanel* panel(const QUuid& id) const;
     PanelState* panelState(const QUuid& id) const;
     QList<QUuid> panelIDs() const;
-    int activeIndex(const QUuid& stackID) const;
-    bool isDragging() const { return m_isDragging; }
 
 Q_SIGNALS:
     // After every sync: the panels stand where the grid says.
     void synced();
 
 private:
-    struct Entry {
-        std::unique_ptr<DesktopPanel> panel;
-        std::unique_ptr<PanelState> state;
-        std::unique_ptr<TimeSource> time;
-        WidgetInstance instance;
-        bool covered = false;
-    };
-
-    QList<WidgetInstance> desktopInstances() const;
-    // Every stack's members in stack order, and the members not on show.
-    QHash<QUuid, QList<QUuid>> stacks() const;
-    QSet<QUuid> hiddenStackMembers() const;
     void spawn(const WidgetInstance& instance);
-    void refreshContent(Entry& entry);
-    void refreshAllContent();
+    // Brings a tile's panel in line with its instance, spawning it when it has none.
+    void follow(const WidgetInstance& instance);
+    void applyStackVisibility();
+    void resolveAllOverlaps();
     bool isTypedInto(const QString& kind) const;
-    void reseed(Entry& entry);
-    void placeUnpositioned();
-    // Moves a tile, with its stack, off the tiles it overlaps, the spacing apart within its
-    // display, as the drop does; writes only when it moves.
-    void pushOffNeighbours(const QUuid& id);
     void updateDesktopActive();
     void fadePanels(double opacity);
-    bool handleScroll(const QUuid& id, const StackScrollGesture::Event& event);
+    void refreshOcclusion();
     QList<QRectF> otherTileRects(const QUuid& id) const;
-    QList<ScreenInfo> screens() const;
-    QRectF mainVisibleFrame() const;
 
     Services m_services;
+    TilePlacement m_placement;
+    StackFronts m_fronts;
+    TileEdits m_edits;
+    TileContent m_content;
+    DisplayFollower m_follower;
     TileRenderer m_renderer;
-    std::map<QUuid, Entry> m_panels;
-    StackRotation m_rotation;
-    StackScrollGesture m_stackScroll;
+    std::map<QUuid, DesktopTile> m_tiles;
     QHash<QObject*, QUuid> m_windows;
-    bool m_isVisible = false;
-    bool m_isDragging = false;
-    QUuid m_draggingID;
-    bool m_isResolvingOverlaps = false;
-    QString m_sweptSignature;
-    bool m_veiled = false;
-    ScheduledTask m_veilTask;
+    StackScrollGesture m_stackScroll;
     ScheduledTask m_occlusionTask;
-    std::vector<ScheduledTask> m_wakeTasks;
+    bool m_isVisible = false;
+    // The tile being dragged: syncs leave its panel where the pointer has it.
+    std::optional<QUuid> m_draggingID;
+    // A sync already running: the panels it moves start none of their own.
     bool m_syncing = false;
+    // The layout the overlap sweep last ran on; it runs once per change.
+    QString m_sweptSignature;
 };
 
 } // namespace tw

@@ -205,7 +205,7 @@ private Q_SLOTS:
         Fixture f;
         for (const WidgetInstance& i : f.grid->layout().instances) {
             QVERIFY(f.ticker->desktopActive());
-            f.controller->removeWidget(i.id);
+            f.grid->remove(i.id);
         }
         QVERIFY(f.controller->panelIDs().isEmpty());
         QVERIFY(!f.ticker->desktopActive());
@@ -371,22 +371,38 @@ private Q_SLOTS:
         QCOMPARE(f.grid->stackMembers(stack).size(), 2);
     }
 
+    void contextMenuInItsOrder_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QStringList>("titles");
+        const QStringList stack{QStringLiteral("Show Next"), QStringLiteral("Rotate Every"),
+                                QStringLiteral("Remove from Stack")};
+        QTest::newRow("with settings")
+            << QStringLiteral("clock")
+            << QStringList{QStringLiteral("Widget Settings…"), QStringLiteral("Size"),
+                           QStringLiteral("Glass")} +
+                   stack + QStringList{QStringLiteral("Remove Widget")};
+        QTest::newRow("without settings")
+            << QStringLiteral("worldclock")
+            << QStringList{QStringLiteral("Size"), QStringLiteral("Glass")} + stack +
+                   QStringList{QStringLiteral("Remove Widget")};
+    }
     void contextMenuInItsOrder() {
+        QFETCH(QString, kind);
+        QFETCH(QStringList, titles);
         Fixture f;
-        const WidgetInstance clock = f.byKind(QStringLiteral("clock"));
-        f.grid->groupIntoStack(f.byKind(QStringLiteral("calendar")).id, clock.id);
-        std::unique_ptr<QMenu> menu(f.controller->contextMenu(clock.id));
-        QStringList titles;
+        const QUuid clock = f.byKind(QStringLiteral("clock")).id;
+        const QUuid other = kind == QStringLiteral("clock")
+                                ? f.byKind(QStringLiteral("calendar")).id
+                                : f.grid->addFree(kind)->id;
+        f.grid->groupIntoStack(other, clock);
+        const WidgetInstance tile = f.byKind(kind);
+        std::unique_ptr<QMenu> menu(f.controller->contextMenu(tile.id));
+        QStringList shown;
         for (const QAction* action : menu->actions()) {
-            titles.append(action->text());
+            shown.append(action->text());
         }
-        const int settings = titles.first() == QStringLiteral("Widget Settings…") ? 1 : 0;
-        QCOMPARE(
-            titles.mid(settings),
-            (QStringList{QStringLiteral("Size"), QStringLiteral("Glass"),
-                         QStringLiteral("Show Next"), QStringLiteral("Rotate Every"),
-                         QStringLiteral("Remove from Stack"), QStringLiteral("Remove Widget")}));
-        QMenu* rotate = menu->actions().at(settings + 3)->menu();
+        QCOMPARE(shown, titles);
+        QMenu* rotate = menu->actions().at(titles.indexOf(QStringLiteral("Rotate Every")))->menu();
         QStringList choices;
         for (const QAction* action : rotate->actions()) {
             choices.append(action->text());
@@ -397,15 +413,15 @@ private Q_SLOTS:
 
     void veilFadesAndLiftsAfterItsGuard() {
         Fixture f;
-        f.controller->setVeil(true);
-        QVERIFY(f.controller->isVeiled());
+        f.controller->displayFollower().setVeil(true);
+        QVERIFY(f.controller->displayFollower().isVeiled());
         f.scheduler.advance(std::chrono::milliseconds(7900));
-        QVERIFY(f.controller->isVeiled());
+        QVERIFY(f.controller->displayFollower().isVeiled());
         f.scheduler.advance(std::chrono::milliseconds(100));
         // The guard lifted it; the panels return 0.35 s later.
-        QVERIFY(f.controller->isVeiled());
+        QVERIFY(f.controller->displayFollower().isVeiled());
         f.scheduler.advance(std::chrono::milliseconds(350));
-        QVERIFY(!f.controller->isVeiled());
+        QVERIFY(!f.controller->displayFollower().isVeiled());
     }
 
     void wakeRepeatsTheSyncUntilTheDisplaysAreBack() {
@@ -437,7 +453,7 @@ private Q_SLOTS:
         DesktopPanel* panel = f.controller->panel(f.byKind(QStringLiteral("clock")).id);
         const QPointF home = panel->frame().topLeft();
         if (event == QLatin1String("veil")) {
-            f.controller->setVeil(true);
+            f.controller->displayFollower().setVeil(true);
         }
         panel->setFrameOrigin(QPointF(700, 100));
         if (event == QLatin1String("wake")) {
@@ -445,13 +461,14 @@ private Q_SLOTS:
         } else if (event == QLatin1String("screens wake")) {
             Q_EMIT f.displays.screensDidWake();
         } else if (event == QLatin1String("unchanged")) {
-            f.controller->adoptArrangement({.displays = {}, .topologyChanged = false});
+            f.controller->displayFollower().adoptArrangement(
+                {.displays = {}, .topologyChanged = false});
         } else {
             // Dropped while veiled, the screen event leaves the work to the veil's end.
             Q_EMIT f.displays.screensChanged();
             QCOMPARE(panel->frame().topLeft(), QPointF(700, 100));
-            f.controller->setVeil(false);
-            f.scheduler.advance(DesktopController::veilReturn);
+            f.controller->displayFollower().setVeil(false);
+            f.scheduler.advance(DisplayFollower::veilReturn);
         }
         QCOMPARE(panel->frame().topLeft(), home);
     }
@@ -521,12 +538,12 @@ private Q_SLOTS:
         QVERIFY(!state->occluded());
         f.scheduler.advance(DesktopController::occlusionDebounce);
         QVERIFY(state->occluded());
-        f.controller->setVeil(true);
+        f.controller->displayFollower().setVeil(true);
         Q_EMIT f.windowing.coveredChanged(window, false);
         f.scheduler.advance(DesktopController::occlusionDebounce);
         QVERIFY(state->occluded());
-        f.controller->setVeil(false);
-        f.scheduler.advance(DesktopController::veilReturn);
+        f.controller->displayFollower().setVeil(false);
+        f.scheduler.advance(DisplayFollower::veilReturn);
         QVERIFY(!state->occluded());
     }
 
@@ -539,7 +556,6 @@ private Q_SLOTS:
         f.controller->sync();
         QCOMPARE(panel->frame().topLeft(), QPointF(900, 300));
         panel->onDragEnded();
-        QVERIFY(!f.controller->isDragging());
         QCOMPARE(*f.grid->instance(clock.id)->posX, 922.0);
     }
 };

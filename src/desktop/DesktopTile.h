@@ -1,0 +1,22 @@
+// One tile on the desktop: its panel, what the desktop knows of it, the clock of its face's grain
+// and the instance it last showed.
+#pragma once
+
+#include "desktop/DesktopPanel.h"
+#include "desktop/PanelState.h"
+#include "model/WidgetInstance.h"
+#include "tick/TimeSource.h"
+
+#include <memory>
+
+namespace tw {
+
+struct DesktopTile {
+    std::unique_ptr<DesktopPanel> panel;
+    std::unique_ptr<PanelState> state;
+    std::unique_ptr<TimeSource> time; // none for a face without a grain
+    WidgetInstance instance;
+    bool covered = false; // as the window system last said
+};
+
+} // namespace tw

@@ -1,0 +1,78 @@
+#include "desktop/TileContent.h"
+
+#include "desktop/DesktopTile.h"
+#include "faces/FaceRegistry.h"
+#include "faces/GlassLook.h"
+#include "model/WidgetRegistry.h"
+#include "platform/ColorSchemeWatcher.h"
+#include "tick/MinuteCoordinator.h"
+#include "tick/TickCoordinator.h"
+
+namespace tw {
+
+TileContent::TileContent(const Services& services, QObject* parent)
+    : QObject(parent)
+    , m_services(services) {
+    const ThemeStore* theme = &m_services.theme;
+    for (auto signal : {&ThemeStore::themedChanged, &ThemeStore::accentOverrideChanged}) {
+        connect(theme, signal, this, &TileContent::lookChanged);
+    }
+    connect(theme, &ThemeStore::glassStyleChanged, this, &TileContent::lookChanged);
+    connect(theme, &ThemeStore::glassStrengthChanged, this, &TileContent::lookChanged);
+    connect(theme, &ThemeStore::glassTintChanged, this, &TileContent::lookChanged);
+    if (m_services.colorScheme != nullptr) {
+        connect(m_services.colorScheme, &ColorSchemeWatcher::colorSchemeChanged, this, [this] {
+            if (m_services.theme.glassTint() == ThemeStore::GlassTint::Auto) {
+                Q_EMIT lookChanged();
+            }
+        });
+    }
+}
+
+ThemeStore::SystemAppearance TileContent::systemAppearance() const {
+    const bool light = m_services.colorScheme != nullptr &&
+                       m_services.colorScheme->colorScheme() == ColorScheme::Light;
+    return light ? ThemeStore::SystemAppearance::Light : ThemeStore::SystemAppearance::Dark;
+}
+
+void TileContent::refresh(DesktopTile& tile) const {
+    const auto definition = m_services.registry.definition(tile.instance.kind);
+    if (!definition) {
+        return;
+    }
+    const WidgetFace& face = m_services.faces.face(definition->metadata.kind);
+    FaceContext context = FaceContext::forInstance(definition->metadata, tile.instance);
+    context.theme = m_services.theme.themed();
+    context.glass = GlassLook::from(m_services.theme, systemAppearance());
+    context.surface = SurfaceFlags::desktop();
+    context.symbols = m_services.symbols;
+
+    const auto grain = face.grain(tile.instance.size, context.settings);
+    if (!grain) {
+        tile.time.reset();
+    } else if (!tile.time || tile.time->grain() != *grain) {
+        tile.time = std::make_unique<TimeSource>(*grain, m_services.ticker, m_services.minutes);
+        DesktopPanel* panel = tile.panel.get();
+        PanelState* state = tile.state.get();
+        // A covered tile is not repainted; it catches up when it comes back into view.
+        connect(tile.time.get(), &TimeSource::timeChanged, panel,
+                [panel, state](const QDateTime& now) {
+                    if (!state->occluded()) {
+                        panel->setNow(now);
+                    }
+                });
+    }
+    context.now = tile.time ? tile.time->time() : QDateTime();
+    tile.panel->setContent(face, context);
+}
+
+void TileContent::reseed(DesktopTile& tile) const {
+    if (tile.time) {
+        tile.time->reseed();
+        if (!tile.state->occluded()) {
+            tile.panel->setNow(tile.time->time());
+        }
+    }
+}
+
+} // namespace tw

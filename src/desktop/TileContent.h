@@ -1,0 +1,49 @@
+// What a desktop tile shows: its face in the theme and glass of the moment, and the time at its
+// face's grain. Tells when the look changed so that every tile is drawn again.
+#pragma once
+
+#include "look/ThemeStore.h"
+
+#include <QObject>
+
+namespace tw {
+
+class ColorSchemeWatcher;
+class FaceRegistry;
+class MinuteCoordinator;
+class SymbolProvider;
+class TickCoordinator;
+class WidgetRegistry;
+struct DesktopTile;
+
+class TileContent final : public QObject {
+    Q_OBJECT
+public:
+    // The symbols and the colour scheme may be absent (then the desktop counts as dark).
+    struct Services {
+        const ThemeStore& theme;
+        TickCoordinator& ticker;
+        MinuteCoordinator& minutes;
+        const WidgetRegistry& registry;
+        const FaceRegistry& faces;
+        const SymbolProvider* symbols = nullptr;
+        const ColorSchemeWatcher* colorScheme = nullptr;
+    };
+
+    explicit TileContent(const Services& services, QObject* parent = nullptr);
+
+    // The desktop's look as "Automatic" glass follows it.
+    ThemeStore::SystemAppearance systemAppearance() const;
+    // The tile's face, look and time for its instance as it is now.
+    void refresh(DesktopTile& tile) const;
+    // A tile coming into view shows the time of now, not that of the last tick before it went.
+    void reseed(DesktopTile& tile) const;
+
+Q_SIGNALS:
+    void lookChanged();
+
+private:
+    Services m_services;
+};
+
+} // namespace tw
