@@ -11,7 +11,6 @@
 #include "settings/AppSettings.h"
 #include "tick/TickCoordinator.h"
 
-#include <QPropertyAnimation>
 #include <QScopedValueRollback>
 #include <QSet>
 #include <QWindow>
@@ -63,7 +62,9 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
             [this](const QDateTime& now) { advanceStacks(now); });
     connect(&m_follower, &DisplayFollower::syncWanted, this, [this] { sync(); });
     connect(&m_follower, &DisplayFollower::veilChanged, this, [this](bool veiled) {
-        fadePanels(veiled ? 0.0 : 1.0);
+        for (auto& [id, tile] : m_tiles) {
+            tile.panel->fadeTo(veiled ? 0.0 : 1.0);
+        }
         if (!veiled) {
             refreshOcclusion();
         }
@@ -189,7 +190,13 @@ void DesktopController::spawn(const WidgetInstance& instance) {
                   static_cast<int>(std::lround(size.height())));
     panel->setFrameOrigin(m_placement.origin(instance));
 
-    panel->snapCandidates = [this, id] { return otherTileRects(id); };
+    panel->snapCandidates = [this, id] {
+        QList<QRectF> rects;
+        for (const DropDecision::Tile& other : shownTiles(id)) {
+            rects.append(other.rect);
+        }
+        return rects;
+    };
     panel->snapBounds = [this](const QRectF& rect) { return m_placement.bounds(rect); };
     panel->moveNeedsShift = [this] { return m_services.settings.moveNeedsShift(); };
     panel->onUserDrag = [this, id] { m_draggingID = id; };
@@ -214,15 +221,16 @@ void DesktopController::spawn(const WidgetInstance& instance) {
     m_content.refresh(m_tiles.emplace(id, std::move(tile)).first->second);
 }
 
-QList<QRectF> DesktopController::otherTileRects(const QUuid& id) const {
-    QList<QRectF> rects;
+// The tiles on show but `id`, as their panels stand: what a drag snaps to and a drop lands on.
+QList<DropDecision::Tile> DesktopController::shownTiles(const QUuid& except) const {
+    QList<DropDecision::Tile> shown;
     const QSet<QUuid> hidden = m_fronts.hidden();
-    for (const auto& [other, tile] : m_tiles) {
-        if (other != id && !hidden.contains(other)) {
-            rects.append(tile.panel->tileRect());
+    for (const auto& [id, tile] : m_tiles) {
+        if (id != except && !hidden.contains(id) && tile.panel->isVisible()) {
+            shown.append({id, tile.instance.size, tile.panel->tileRect()});
         }
     }
-    return rects;
+    return shown;
 }
 
 void DesktopController::resolveAllOverlaps() {
@@ -272,26 +280,12 @@ void DesktopController::stepStack(const QUuid& stackID, int step) {
     }
 }
 
-void DesktopController::fadePanels(double opacity) {
-    for (auto& [id, tile] : m_tiles) {
-        auto* animation =
-            new QPropertyAnimation(tile.panel.get(), "windowOpacity", tile.panel.get());
-        animation->setDuration(static_cast<int>(fadeDuration.count()));
-        animation->setEndValue(opacity);
-        animation->start(QAbstractAnimation::DeleteWhenStopped);
-    }
-}
-
 void DesktopController::refreshOcclusion() {
     if (m_follower.isVeiled()) {
         return;
     }
     for (auto& [id, tile] : m_tiles) {
-        const bool wasOccluded = tile.state->occluded();
-        tile.state->setOccluded(tile.covered);
-        if (wasOccluded && !tile.covered) {
-            m_content.reseed(tile);
-        }
+        m_content.takeCovered(tile);
     }
 }
 
@@ -302,14 +296,7 @@ void DesktopController::handleDragEnded(const QUuid& draggedID) {
         return;
     }
     DesktopPanel& panel = *found->second.panel;
-    const QSet<QUuid> hidden = m_fronts.hidden();
-    QList<DropDecision::Tile> others;
-    for (const auto& [id, tile] : m_tiles) {
-        if (id != draggedID && !hidden.contains(id) && tile.panel->isVisible()) {
-            others.append({id, tile.instance.size, tile.panel->tileRect()});
-        }
-    }
-    const DropDecision decision = m_edits.drop(draggedID, panel.tileRect(), others);
+    const DropDecision decision = m_edits.drop(draggedID, panel.tileRect(), shownTiles(draggedID));
     if (decision.outcome == DropDecision::Outcome::slide) {
         panel.slide(decision.rect.topLeft() - QPointF(margin, margin));
     }
@@ -345,21 +332,11 @@ QMenu* DesktopController::contextMenu(const QUuid& id) {
     if (!instance) {
         return nullptr;
     }
-    const auto definition = m_services.registry.definition(instance->kind);
     const QUuid stackID = instance->stackID.value_or(QUuid());
-    const PanelContextMenu::Facts facts{
-        .hasSettings = definition && definition->metadata.hasSettings,
-        .allowedSizes =
-            definition ? definition->metadata.allowedSizes : QList<WidgetSize>{instance->size},
-        .size = instance->size,
-        .glass = m_services.theme.glassStyle(),
-        .stackSeconds = instance->stackID
-                            ? std::optional<int>(m_services.grid.stackSeconds(stackID))
-                            : std::nullopt,
-    };
     GridStore& grid = m_services.grid;
     return PanelContextMenu::build(
-        facts,
+        PanelContextMenu::Facts::of(*instance, m_services.registry, grid,
+                                    m_services.theme.glassStyle()),
         {
             .openSettings =
                 [this, id] {

@@ -70,7 +70,6 @@ public:
         const ColorSchemeWatcher* colorScheme = nullptr;
     };
 
-    static constexpr std::chrono::milliseconds fadeDuration{200};
     static constexpr std::chrono::milliseconds occlusionDebounce{150};
 
     explicit DesktopController(const Services& services, QObject* parent = nullptr);
@@ -124,9 +123,8 @@ private:
     void resolveAllOverlaps();
     bool isTypedInto(const QString& kind) const;
     void updateDesktopActive();
-    void fadePanels(double opacity);
     void refreshOcclusion();
-    QList<QRectF> otherTileRects(const QUuid& id) const;
+    QList<DropDecision::Tile> shownTiles(const QUuid& except) const;
 
     Services m_services;
     TilePlacement m_placement;

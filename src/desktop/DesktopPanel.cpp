@@ -12,6 +12,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPropertyAnimation>
 #include <QWheelEvent>
 #include <QWindow>
 
@@ -68,6 +69,13 @@ void DesktopPanel::setContentSize(QSizeF points) {
     resize(whole);
     setFrameOrigin(QPointF(before.x(), before.y() + before.height() - whole.height()));
     update();
+}
+
+void DesktopPanel::fadeTo(double opacity) {
+    auto* animation = new QPropertyAnimation(this, "windowOpacity", this);
+    animation->setDuration(static_cast<int>(fadeDuration.count()));
+    animation->setEndValue(opacity);
+    animation->start(QAbstractAnimation::DeleteWhenStopped);
 }
 
 void DesktopPanel::slide(QPointF origin) {

@@ -48,6 +48,9 @@ public:
     // Lands on whole device pixels, which keeps text and thin lines crisp.
     void setFrameOrigin(QPointF origin);
     void setContentSize(QSizeF size);
+    static constexpr std::chrono::milliseconds fadeDuration{200};
+    // Fades the whole panel to `opacity` over `fadeDuration`.
+    void fadeTo(double opacity);
     // Moves the panel to `origin` over `slideDuration`.
     void slide(QPointF origin);
     bool isSliding() const;

@@ -1,5 +1,7 @@
 #include "desktop/PanelContextMenu.h"
 
+#include "grid/GridStore.h"
+#include "model/WidgetRegistry.h"
 #include "settings/L.h"
 
 #include <QMenu>
@@ -7,6 +9,22 @@
 #include <tuple>
 
 namespace tw {
+
+PanelContextMenu::Facts PanelContextMenu::Facts::of(const WidgetInstance& instance,
+                                                    const WidgetRegistry& registry,
+                                                    const GridStore& grid,
+                                                    ThemeStore::GlassStyle glass) {
+    const auto definition = registry.definition(instance.kind);
+    return {
+        .hasSettings = definition && definition->metadata.hasSettings,
+        .allowedSizes =
+            definition ? definition->metadata.allowedSizes : QList<WidgetSize>{instance.size},
+        .size = instance.size,
+        .glass = glass,
+        .stackSeconds =
+            instance.stackID ? std::optional(grid.stackSeconds(*instance.stackID)) : std::nullopt,
+    };
+}
 
 QMenu* PanelContextMenu::build(const Facts& facts, const Actions& actions, QObject* context) {
     auto* menu = new QMenu();

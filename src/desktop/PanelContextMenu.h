@@ -16,6 +16,10 @@ class QObject;
 
 namespace tw {
 
+class GridStore;
+class WidgetRegistry;
+struct WidgetInstance;
+
 class PanelContextMenu {
 public:
     PanelContextMenu() = delete;
@@ -30,6 +34,10 @@ public:
         ThemeStore::GlassStyle glass = ThemeStore::GlassStyle::Frosted;
         // Set for a member of a stack: the stack's rhythm in seconds.
         std::optional<int> stackSeconds;
+
+        // The facts of a tile as the grid and the catalogue have them.
+        static Facts of(const WidgetInstance& instance, const WidgetRegistry& registry,
+                        const GridStore& grid, ThemeStore::GlassStyle glass);
     };
     struct Actions {
         std::function<void()> openSettings;

@@ -75,4 +75,12 @@ void TileContent::reseed(DesktopTile& tile) const {
     }
 }
 
+void TileContent::takeCovered(DesktopTile& tile) const {
+    const bool wasOccluded = tile.state->occluded();
+    tile.state->setOccluded(tile.covered);
+    if (wasOccluded && !tile.covered) {
+        reseed(tile);
+    }
+}
+
 } // namespace tw

@@ -38,6 +38,9 @@ public:
     void refresh(DesktopTile& tile) const;
     // A tile coming into view shows the time of now, not that of the last tick before it went.
     void reseed(DesktopTile& tile) const;
+    // Takes in whether the window system has the tile covered; a covered tile is not repainted,
+    // and one uncovered shows the time of now.
+    void takeCovered(DesktopTile& tile) const;
 
 Q_SIGNALS:
     void lookChanged();
