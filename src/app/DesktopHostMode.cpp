@@ -2,6 +2,7 @@
 #include "app/LaunchModes.h"
 #include "app/SingleInstance.h"
 #include "platform/AppPaths.h"
+#include "platform/PlatformServices.h"
 #include "tick/SnapshotClock.h"
 
 #include <QApplication>
@@ -15,8 +16,7 @@ std::optional<int> runDesktopHost(LaunchContext& context) {
     if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr ||
         QGuiApplication::primaryScreen() == nullptr || platform == QLatin1String("offscreen") ||
         platform == QLatin1String("minimal")) {
-        context.err << QStringLiteral(
-            "Tarnwick needs a display: set DISPLAY or WAYLAND_DISPLAY.\n");
+        context.err << PlatformServices::wording().needsDisplay << '\n';
         return 1;
     }
     auto instance = SingleInstance::claim(SingleInstance::serverName(AppPaths::appSupportDir()));

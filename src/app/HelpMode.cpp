@@ -1,4 +1,5 @@
 #include "app/LaunchModes.h"
+#include "platform/PlatformServices.h"
 
 #include <QCoreApplication>
 
@@ -33,22 +34,23 @@ A mode whose value is missing counts as absent: the desktop host starts instead.
 Unknown flags are ignored.
 
 Environment:
-  DISPLAY, WAYLAND_DISPLAY     the display the desktop host runs on
-  TWK_TIME=HH:MM               pin the clock to that time tomorrow, for repeatable pictures
+%1  TWK_TIME=HH:MM               pin the clock to that time tomorrow, for repeatable pictures
   TKW_APP_SUPPORT_DIR=DIR      keep the data files in DIR
-                               (default: ~/.local/share/Tarnwick)
+                               (default: %2)
   TKW_CONFIG_ONLY=1            open only the configuration window, no tiles
   TKW_CONFIG_SECTION=NAME      open the configuration window at general, appearance,
                                layouts, updates or about
-  XDG_CONFIG_HOME              preferences live in its Tarnwick/ (default: ~/.config)
-
+%3
 Exit status: 0 on success; 1 when a mode fails or no display can be opened.
 )";
 
 } // namespace
 
 std::optional<int> runHelpMode(LaunchContext& context) {
-    context.out << "tarnwick " << QCoreApplication::applicationVersion() << "\n\n" << kUsage;
+    const PlatformServices::Wording wording = PlatformServices::wording();
+    context.out << "tarnwick " << QCoreApplication::applicationVersion() << "\n\n"
+                << QString::fromUtf8(kUsage).arg(wording.displayHelp, wording.dataDirectoryDefault,
+                                                 wording.preferencesHelp);
     return 0;
 }
 

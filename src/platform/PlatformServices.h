@@ -34,6 +34,18 @@ struct PlatformServices {
     // can, or when the decision is better left to Qt. Asked before Qt starts, since Qt ends the
     // process with an abort when its platform cannot connect.
     static std::optional<QString> whyNoDisplay();
+
+    // What the program tells a person about this system's side of it.
+    struct Wording {
+        // One sentence for a host started where no display is set.
+        QString needsDisplay;
+        // The lines of --help on the variables that choose the display and move the
+        // preferences, aligned with the rest; and where the data files go by default.
+        QString displayHelp;
+        QString preferencesHelp;
+        QString dataDirectoryDefault;
+    };
+    static Wording wording();
 };
 
 } // namespace tw

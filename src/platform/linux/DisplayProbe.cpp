@@ -15,6 +15,10 @@ bool canOpenX11(const QByteArray& display) {
 
 } // namespace
 
+QString needsDisplay() {
+    return QStringLiteral("Tarnwick needs a display: set DISPLAY or WAYLAND_DISPLAY.");
+}
+
 std::optional<QString> whyNoDisplay() {
     // "xcb", "wayland;xcb", "xcb:option=…": the first platform Qt tries.
     const QString platform =
@@ -27,7 +31,7 @@ std::optional<QString> whyNoDisplay() {
     const QByteArray display = qgetenv("DISPLAY");
     const QByteArray waylandDisplay = qgetenv("WAYLAND_DISPLAY");
     if (display.isEmpty() && waylandDisplay.isEmpty()) {
-        return QStringLiteral("Tarnwick needs a display: set DISPLAY or WAYLAND_DISPLAY.");
+        return needsDisplay();
     }
     if (wayland || display.isEmpty()) {
         // A Wayland compositor is left to Qt to reach.

@@ -34,4 +34,15 @@ std::optional<QString> PlatformServices::whyNoDisplay() {
     return DisplayProbe::whyNoDisplay();
 }
 
+PlatformServices::Wording PlatformServices::wording() {
+    return {
+        .needsDisplay = DisplayProbe::needsDisplay(),
+        .displayHelp =
+            QStringLiteral("  DISPLAY, WAYLAND_DISPLAY     the display the desktop host runs on\n"),
+        .preferencesHelp = QStringLiteral("  XDG_CONFIG_HOME              preferences live in its "
+                                          "Tarnwick/ (default: ~/.config)\n"),
+        .dataDirectoryDefault = QStringLiteral("~/.local/share/Tarnwick"),
+    };
+}
+
 } // namespace tw
