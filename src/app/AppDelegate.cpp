@@ -1,11 +1,11 @@
 #include "app/AppDelegate.h"
 
+#include "app/RememberGridSaves.h"
 #include "app/SingleInstance.h"
 #include "app/StatusBarController.h"
 #include "config/ConfigWindow.h"
 #include "config/GalleryView.h"
 #include "desktop/DesktopController.h"
-#include "displays/LayoutDisplay.h"
 #include "displays/ScreenTopologyWatcher.h"
 #include "displays/TopologyMemory.h"
 #include "faces/FaceRegistry.h"
@@ -112,9 +112,7 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
     });
     m_watcher = std::make_unique<ScreenTopologyWatcher>(*m_platform.displays, *m_scheduler);
     m_memory = std::make_unique<TopologyMemory>(*m_watcher, m_clocks.system);
-    connect(m_grid.get(), &GridStore::saved, m_memory.get(), [this](const GridLayout& layout) {
-        m_memory->remember(layout, LayoutDisplay::currentDisplays(*m_platform.displays));
-    });
+    rememberGridSaves(*m_grid, *m_memory, *m_platform.displays);
     m_faces = std::make_unique<FaceRegistry>();
 
     // 1. The menu where the desktop has no tray is the configuration window's; it is built
