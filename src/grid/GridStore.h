@@ -131,10 +131,6 @@ public:
     // Takes one widget out (a stack of one left dissolves) and moves it beside where it stood:
     // to the right on the same row, the spacing apart. A widget outside a stack moves alike.
     void removeFromStack(const QUuid& id);
-    // Renumbers a stack 0, 1, 2 ... keeping its order.
-    void normalizeStack(const QUuid& stackID);
-    // Clears the stack fields of the instance at an index of layout().instances.
-    void detach(int index);
 
     // History: false when there is nothing to go back (forward) to.
     bool undo();
@@ -174,7 +170,9 @@ private:
     static void normalizePlacements(GridLayout& layout);
     // Placed ones by row, then column, before unplaced ones; unplaced ones by order.
     static bool placementOrder(const WidgetInstance& a, const WidgetInstance& b);
+    // Clears the stack fields of the instance at `index`.
     static void detach(GridLayout& layout, int index);
+    // Renumbers a stack 0, 1, 2 ... keeping its order.
     static void normalizeStack(GridLayout& layout, const QUuid& stackID);
     // After members left: one left over is detached, more are renumbered.
     static void repairStack(GridLayout& layout, const QUuid& stackID);

@@ -56,18 +56,6 @@ void GridStore::repairStack(GridLayout& layout, const QUuid& stackID) {
     }
 }
 
-void GridStore::detach(int index) {
-    GridLayout next = m_layout;
-    detach(next, index);
-    setLayout(std::move(next));
-}
-
-void GridStore::normalizeStack(const QUuid& stackID) {
-    GridLayout next = m_layout;
-    normalizeStack(next, stackID);
-    setLayout(std::move(next));
-}
-
 QList<WidgetInstance> GridStore::stackMembers(const QUuid& stackID) const {
     QList<WidgetInstance> members;
     for (const WidgetInstance& instance : m_layout.instances) {

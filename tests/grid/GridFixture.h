@@ -22,7 +22,6 @@ namespace tw::test {
 class FakeCustomWidgets final : public CustomWidgetDefinitions, public CustomStoreHealth {
 public:
     std::optional<WidgetDefinition> widgetDefinition(const QString& kind) const override {
-        ++lookups;
         const auto it = sizes.constFind(kind);
         if (it == sizes.cend()) {
             return std::nullopt;
@@ -37,7 +36,6 @@ public:
 
     QHash<QString, QList<WidgetSize>> sizes;
     bool healthy = true;
-    mutable int lookups = 0;
 };
 
 struct GridFixture {
@@ -98,6 +96,12 @@ inline WidgetSettings settingsOf(std::initializer_list<std::pair<const char*, co
         settings.insert(QString::fromUtf8(key), QString::fromUtf8(value));
     }
     return settings;
+}
+
+inline GridLayout layoutOf(const QList<WidgetInstance>& instances) {
+    GridLayout layout;
+    layout.instances = instances;
+    return layout;
 }
 
 inline WidgetInstance makeInstance(const QString& kind, WidgetSize size, int col = -1, int row = -1,

@@ -31,10 +31,12 @@ private Q_SLOTS:
         QTest::newRow("empty rectangle") << QRectF(100, 100, 0, 96) << Tiles{} << screen << ignore
                                          << QUuid() << QRectF(100, 100, 0, 96);
         QTest::newRow("alone") << r << Tiles{} << screen << stay << QUuid() << r;
-        // 96 × 38.4 of 96 × 96 is exactly 0.4.
-        QTest::newRow("40% of the same size stacks")
-            << r << Tiles{{a, WidgetSize::small, {157.6, 100, 96, 96}}} << screen << stack << a
-            << r;
+        // 40 × 100 of 100 × 100: every figure is exact in binary, so the share is the
+        // threshold itself.
+        const QRectF square(100, 100, 100, 100);
+        QTest::newRow("exactly 40% of the same size stacks")
+            << square << Tiles{{a, WidgetSize::small, {160, 100, 100, 100}}} << screen << stack << a
+            << square;
         QTest::newRow("39% of the same size slides")
             << r << Tiles{{a, WidgetSize::small, {158.56, 100, 96, 96}}} << screen << slide
             << QUuid() << QRectF(50.56, 100, 96, 96);

@@ -9,12 +9,6 @@ using namespace tw::test;
 using Instances = QList<WidgetInstance>;
 
 namespace {
-GridLayout layoutOf(const Instances& instances) {
-    GridLayout layout;
-    layout.instances = instances;
-    return layout;
-}
-
 // The stack invariants: two members or more, one size, one position, indices 0 ... n − 1.
 void verifyStacks(const GridStore& store) {
     QSet<QUuid> ids;
@@ -231,18 +225,6 @@ private Q_SLOTS:
             QCOMPARE(member.setting(QStringLiteral("stackSeconds")), QStringLiteral("8"));
         }
         QVERIFY(store->stackMembers(QUuid::createUuid()).isEmpty());
-    }
-
-    void normalizeAndDetachByHand() {
-        store->groupIntoStack(id(1), id(0));
-        store->groupIntoStack(id(2), id(0));
-        store->detach(1);
-        store->normalizeStack(*store->layout().instances.at(0).stackID);
-        QCOMPARE(lines().mid(0, 3),
-                 (strings({"clock small 0,0 stack A#0 at 100,800", "moon small 1,0 at 100,800",
-                           "battery small 2,0 stack A#1 at 100,800"})));
-        store->detach(99);
-        store->save();
     }
 
     void freeSpotCountsTilesOnThisScreenOnly() {

@@ -66,8 +66,13 @@ private Q_SLOTS:
 
     void undoAndRedo() {
         QSignalSpy revisions(store.get(), &GridStore::historyRevisionChanged);
+        store->save();
+        const QByteArray saved = f.readGrid();
+        f.clock.advance(5s);
+        // Nothing to go back to: nothing written, nothing published.
         QVERIFY(!store->undo());
         QVERIFY(!store->redo());
+        QCOMPARE(f.readGrid(), saved);
         QCOMPARE(revisions.count(), 0);
         moveAfter(5000, 10);
         moveAfter(5000, 20);
@@ -133,22 +138,6 @@ private Q_SLOTS:
         store->replaceLayout(pages);
         QVERIFY(!store->canUndo());
         QCOMPARE(revisions.count(), 1); // the reset of replaceLayout
-    }
-
-    void undoOnAnEmptyStackWritesNothing() {
-        store->save();
-        const QByteArray before = f.readGrid();
-        f.clock.advance(5s);
-        QVERIFY(!store->undo());
-        QCOMPARE(f.readGrid(), before);
-    }
-
-    void replaceLayoutCannotBeUndone() {
-        moveAfter(5000, 10);
-        QVERIFY(store->canUndo());
-        store->replaceLayout(GridLayout::firstDesktop());
-        QVERIFY(!store->undo());
-        QVERIFY(!store->redo());
     }
 
     // A custom widget deleted since the step was recorded doesn't come back with an undo.
