@@ -51,20 +51,6 @@ private Q_SLOTS:
         QFETCH(Spot, expected);
         QCOMPARE(tw::FreeSpot::find(tile, frame, occupied), expected);
     }
-
-    // Tiles placed one after another fill the screen in rows and columns of the cell pitch.
-    void fillsAScreenOnThePitch() {
-        const QRectF frame(0, 0, 1440, 875);
-        Rects placed;
-        while (const auto spot = tw::FreeSpot::find(QSizeF(96, 96), frame, placed)) {
-            const qsizetype n = placed.size();
-            QCOMPARE(*spot, QPointF(48 + (n % 12) * 108, 827 - (n / 12) * 108));
-            placed.append(QRectF(spot->x(), spot->y() - 96, 96, 96));
-            QVERIFY(n < 200);
-        }
-        // Rows of 12 (x from 48 to 1236), 7 rows (tops 827 down to 179).
-        QCOMPARE(placed.size(), 84);
-    }
 };
 
 QTEST_GUILESS_MAIN(TestFreeSpot)

@@ -39,6 +39,23 @@ class TestGridStoreStacks : public QObject {
 
     QUuid id(int index) const { return store->layout().instances.at(index).id; }
     QStringList lines() const { return dump(store->layout()); }
+    void run(const QString& operation) {
+        const QStringList words = operation.split(QLatin1Char(' '));
+        const auto tile = [&](int word) {
+            const int index = words.at(word).toInt();
+            return index < 0 ? QUuid::createUuid() : id(index);
+        };
+        const QString verb = words.first();
+        if (verb == QLatin1String("group")) {
+            store->groupIntoStack(tile(1), tile(2));
+        } else if (verb == QLatin1String("out")) {
+            store->removeFromStack(tile(1));
+        } else if (verb == QLatin1String("remove")) {
+            store->remove(tile(1));
+        } else {
+            store->updatePosition(tile(1), words.at(2).toDouble(), words.at(3).toDouble());
+        }
+    }
 
 private Q_SLOTS:
     void init() {
@@ -58,85 +75,77 @@ private Q_SLOTS:
         store.reset();
     }
 
-    void groupingTwoMakesAStackAtTheTarget() {
-        store->groupIntoStack(id(1), id(0));
-        QCOMPARE(lines().mid(0, 2), (strings({"clock small 0,0 stack A#0 at 100,800",
-                                              "moon small 1,0 stack A#1 at 100,800"})));
-        // A third goes to the end and takes the stack's position.
-        store->groupIntoStack(id(2), id(1));
-        QCOMPARE(lines().at(2), QStringLiteral("battery small 2,0 stack A#2 at 100,800"));
-        QCOMPARE(store->stackMembers(*store->layout().instances.at(0).stackID).size(), 3);
-        // A tile of another size joins in the stack's size.
-        store->groupIntoStack(id(4), id(0));
-        QCOMPARE(lines().at(4), QStringLiteral("calendar small 4,0 stack A#3 at 100,800"));
+    // Operations, one per entry: "group <dragged> <onto>", "out <tile>", "remove <tile>" or
+    // "move <tile> <x> <y>", tiles by their index in the layout, -1 for an unknown id; then the
+    // first lines of the layout.
+    void operations_data() {
+        QTest::addColumn<QStringList>("operations");
+        QTest::addColumn<QStringList>("expected");
+        QTest::newRow("two make a stack at the target")
+            << strings({"group 1 0"})
+            << strings(
+                   {"clock small 0,0 stack A#0 at 100,800", "moon small 1,0 stack A#1 at 100,800"});
+        QTest::newRow("a third goes to the end")
+            << strings({"group 1 0", "group 2 1"})
+            << strings({"clock small 0,0 stack A#0 at 100,800",
+                        "moon small 1,0 stack A#1 at 100,800",
+                        "battery small 2,0 stack A#2 at 100,800"});
+        QTest::newRow("another size joins in the stack's size")
+            << strings({"group 1 0", "group 4 0"})
+            << strings({"clock small 0,0 stack A#0 at 100,800",
+                        "moon small 1,0 stack A#1 at 100,800", "battery small 2,0 at 500,800",
+                        "stocks small 3,0 at 700,800", "calendar small 4,0 stack A#2 at 100,800"});
+        QTest::newRow("a stack dropped on another comes along whole")
+            << strings({"group 1 0", "group 3 2", "group 2 0"})
+            << strings({"clock small 0,0 stack A#0 at 100,800",
+                        "moon small 1,0 stack A#1 at 100,800",
+                        "battery small 2,0 stack A#2 at 100,800",
+                        "stocks small 3,0 stack A#3 at 100,800"});
+        // Taken out, a tile stands beside where it stood, on its row and the spacing (12) apart.
+        QTest::newRow("taking one of two out dissolves the stack")
+            << strings({"group 1 0", "out 1"})
+            << strings({"clock small 0,0 at 100,800", "moon small 1,0 at 208,800"});
+        QTest::newRow("taking one of three out renumbers")
+            << strings({"group 1 0", "group 2 0", "out 0"})
+            << strings({"clock small 0,0 at 208,800", "moon small 1,0 stack A#0 at 100,800",
+                        "battery small 2,0 stack A#1 at 100,800"});
+        QTest::newRow("a tile outside a stack moves alike")
+            << strings({"out 0"}) << strings({"clock small 0,0 at 208,800"});
+        QTest::newRow("removing a member repairs the stack")
+            << strings({"group 1 0", "remove 0"}) << strings({"moon small 1,0 at 100,800"});
+        QTest::newRow("a stack moves as one")
+            << strings({"group 1 0", "move 1 400.5 600"})
+            << strings({"clock small 0,0 stack A#0 at 400.5,600",
+                        "moon small 1,0 stack A#1 at 400.5,600", "battery small 2,0 at 500,800"});
+        QTest::newRow("a tile alone moves alone")
+            << strings({"group 1 0", "move 2 1 2"})
+            << strings({"clock small 0,0 stack A#0 at 100,800",
+                        "moon small 1,0 stack A#1 at 100,800", "battery small 2,0 at 1,2"});
+    }
+    void operations() {
+        QFETCH(QStringList, operations);
+        QFETCH(QStringList, expected);
+        for (const QString& operation : std::as_const(operations)) {
+            run(operation);
+        }
+        QCOMPARE(lines().mid(0, expected.size()), expected);
     }
 
-    void aStackDroppedOnAnotherComesAlongWhole() {
-        store->groupIntoStack(id(1), id(0));
-        store->groupIntoStack(id(3), id(2));
-        store->groupIntoStack(id(2), id(0));
-        QCOMPARE(lines().mid(0, 4), (strings({"clock small 0,0 stack A#0 at 100,800",
-                                              "moon small 1,0 stack A#1 at 100,800",
-                                              "battery small 2,0 stack A#2 at 100,800",
-                                              "stocks small 3,0 stack A#3 at 100,800"})));
+    void operationsThatChangeNothing_data() {
+        QTest::addColumn<QString>("operation");
+        QTest::newRow("grouping onto itself") << "group 0 0";
+        QTest::newRow("grouping an unknown id") << "group -1 0";
+        QTest::newRow("grouping within one stack") << "group 1 0";
+        QTest::newRow("taking an unknown id out") << "out -1";
     }
-
-    void groupingThatChangesNothing_data() {
-        QTest::addColumn<int>("dragged");
-        QTest::addColumn<int>("onto");
-        QTest::newRow("onto itself") << 0 << 0;
-        QTest::newRow("unknown id") << -1 << 0;
-        QTest::newRow("already one stack") << 1 << 0;
-    }
-    void groupingThatChangesNothing() {
-        QFETCH(int, dragged);
-        QFETCH(int, onto);
-        store->groupIntoStack(id(1), id(0));
+    void operationsThatChangeNothing() {
+        QFETCH(QString, operation);
+        run(QStringLiteral("group 1 0"));
         const GridLayout before = store->layout();
         QSignalSpy changes(store.get(), &GridStore::layoutChanged);
-        store->groupIntoStack(dragged < 0 ? QUuid::createUuid() : id(dragged), id(onto));
+        run(operation);
         QCOMPARE(store->layout(), before);
         QCOMPARE(changes.count(), 0);
-    }
-
-    // Taken out, a tile stands beside where it stood, on its row and the spacing (12) apart.
-    void takingOneOfTwoOutDissolvesTheStack() {
-        store->groupIntoStack(id(1), id(0));
-        store->removeFromStack(id(1));
-        QCOMPARE(lines().mid(0, 2),
-                 (strings({"clock small 0,0 at 100,800", "moon small 1,0 at 208,800"})));
-    }
-
-    void takingOneOfThreeOutRenumbers() {
-        store->groupIntoStack(id(1), id(0));
-        store->groupIntoStack(id(2), id(0));
-        store->removeFromStack(id(0));
-        QCOMPARE(lines().mid(0, 3),
-                 (strings({"clock small 0,0 at 208,800", "moon small 1,0 stack A#0 at 100,800",
-                           "battery small 2,0 stack A#1 at 100,800"})));
-        // A tile outside a stack moves alike; an unknown id changes nothing.
-        store->removeFromStack(id(0));
-        QCOMPARE(lines().at(0), QStringLiteral("clock small 0,0 at 316,800"));
-        const GridLayout before = store->layout();
-        store->removeFromStack(QUuid::createUuid());
-        QCOMPARE(store->layout(), before);
-    }
-
-    void removingAMemberRepairsTheStack() {
-        store->groupIntoStack(id(1), id(0));
-        store->remove(id(0));
-        QCOMPARE(lines().first(), QStringLiteral("moon small 1,0 at 100,800"));
-    }
-
-    void aStackMovesAsOne() {
-        store->groupIntoStack(id(1), id(0));
-        store->updatePosition(id(1), 400.5, 600);
-        QCOMPARE(lines().mid(0, 3), (strings({"clock small 0,0 stack A#0 at 400.5,600",
-                                              "moon small 1,0 stack A#1 at 400.5,600",
-                                              "battery small 2,0 at 500,800"})));
-        store->updatePosition(id(2), 1, 2);
-        QCOMPARE(lines().at(2), QStringLiteral("battery small 2,0 at 1,2"));
-        QCOMPARE(lines().at(0), QStringLiteral("clock small 0,0 stack A#0 at 400.5,600"));
     }
 
     void resizing_data() {
