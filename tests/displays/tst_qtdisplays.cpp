@@ -1,70 +1,31 @@
+#include "SessionBusMock.h"
 #include "platform/linux/QtDisplays.h"
 
 #include <QDBusConnection>
-#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusVariant>
-#include <QFileInfo>
 #include <QGuiApplication>
-#include <QProcess>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
-
-#include <memory>
 
 namespace tw {
 
 class TestQtDisplays : public QObject {
     Q_OBJECT
 
-    // A private bus standing in for the system bus, with a mocked logind on it.
-    struct FakeLogin {
-        QProcess bus;
-        QProcess logind;
-        QString skipReason;
-
-        FakeLogin() {
-            const QString python = QStringLiteral("/usr/bin/python3");
-            if (!QFileInfo::exists(python) ||
-                QProcess::execute(python,
-                                  {QStringLiteral("-c"), QStringLiteral("import dbusmock")}) != 0) {
-                skipReason = QStringLiteral("python3-dbusmock is not installed");
-                return;
-            }
-            bus.start(QStringLiteral("dbus-daemon"),
-                      {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                       QStringLiteral("--print-address=1")});
-            if (!bus.waitForStarted(5000) || !bus.waitForReadyRead(5000)) {
-                skipReason = QStringLiteral("dbus-daemon did not start");
-                return;
-            }
-            const QByteArray address = bus.readLine().trimmed();
-            qputenv("DBUS_SYSTEM_BUS_ADDRESS", address);
-            logind.start(python, {QStringLiteral("-m"), QStringLiteral("dbusmock"),
-                                  QStringLiteral("--template"), QStringLiteral("logind")});
-            const bool up = QTest::qWaitFor(
-                [] {
-                    return QDBusConnection::systemBus().interface()->isServiceRegistered(
-                        QStringLiteral("org.freedesktop.login1"));
-                },
-                10000);
-            if (!up) {
-                skipReason = QStringLiteral("the mocked logind did not appear on the bus");
-            }
+private Q_SLOTS:
+    // First: the system bus connection is made once per process, and here it must be the fake,
+    // a private bus that stands in for both buses, with a mocked logind on it.
+    void sleepAndWakeComeFromTheLoginManager() {
+        SessionBusMock bus;
+        if (!bus.skipReason().isEmpty()) {
+            QSKIP(qPrintable(bus.skipReason()));
         }
-        ~FakeLogin() {
-            for (QProcess* process : {&logind, &bus}) {
-                if (process->state() != QProcess::NotRunning) {
-                    process->terminate();
-                    if (!process->waitForFinished(3000)) {
-                        process->kill();
-                        process->waitForFinished(3000);
-                    }
-                }
-            }
-        }
-        void prepareForSleep(bool start) {
+        qputenv("DBUS_SYSTEM_BUS_ADDRESS", qgetenv("DBUS_SESSION_BUS_ADDRESS"));
+        QVERIFY(bus.startService(QStringLiteral("org.freedesktop.login1"),
+                                 {QStringLiteral("--template"), QStringLiteral("logind")}));
+        const auto prepareForSleep = [](bool start) {
             // A plain message: an interface object would introspect, and Qt keeps what it learns.
             QDBusMessage call = QDBusMessage::createMethodCall(
                 QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
@@ -73,23 +34,14 @@ class TestQtDisplays : public QObject {
                  << QStringLiteral("PrepareForSleep") << QStringLiteral("b")
                  << QVariantList{QVariant::fromValue(QDBusVariant(start))};
             QDBusConnection::systemBus().call(call);
-        }
-    };
-
-private Q_SLOTS:
-    // First: the system bus connection is made once per process, and here it must be the fake.
-    void sleepAndWakeComeFromTheLoginManager() {
-        FakeLogin login;
-        if (!login.skipReason.isEmpty()) {
-            QSKIP(qPrintable(login.skipReason));
-        }
+        };
         QtDisplays displays;
         QSignalSpy sleeps(&displays, &Displays::willSleep);
         QSignalSpy wakes(&displays, &Displays::didWake);
-        login.prepareForSleep(true);
+        prepareForSleep(true);
         QVERIFY(sleeps.wait(5000));
         QCOMPARE(wakes.count(), 0);
-        login.prepareForSleep(false);
+        prepareForSleep(false);
         QVERIFY(wakes.wait(5000));
         QCOMPARE(sleeps.count(), 1);
     }
