@@ -7,6 +7,8 @@
 #include <cmath>
 #include <limits>
 
+Q_DECLARE_METATYPE(std::optional<double>)
+
 namespace tw {
 
 using namespace test;
@@ -80,6 +82,12 @@ private Q_SLOTS:
             << QList<LayoutDisplay>{screenAt(QStringLiteral("B"), 1440, 0, 2560, 1440),
                                     screenAt(QStringLiteral("A"), 0, 0, 1440, 900, Role::main)}
             << QStringLiteral("A@0.0,0.0,1440.0x900.0;B@1440.0,0.0,2560.0x1440.0");
+        LayoutDisplay renamed = screenAt(QStringLiteral("B"), 1440, 0, 2560, 1440, Role::main,
+                                         QStringLiteral("Another name"));
+        renamed.visibleFrame.height -= 70;
+        QTest::newRow("names, main and visible frames don't count")
+            << QList<LayoutDisplay>{renamed, screenAt(QStringLiteral("A"), 0, 0, 1440, 900)}
+            << QStringLiteral("A@0.0,0.0,1440.0x900.0;B@1440.0,0.0,2560.0x1440.0");
         QTest::newRow("fractions and negatives")
             << QList<LayoutDisplay>{screenAt(QStringLiteral("L"), -1512.5, 0.25, 1512, 982.5)}
             << QStringLiteral("L@-1512.5,0.25,1512.0x982.5");
@@ -88,20 +96,6 @@ private Q_SLOTS:
         QFETCH(QList<LayoutDisplay>, displays);
         QFETCH(QString, expected);
         QCOMPARE(LayoutProfileResolver::topologySignature(displays), expected);
-    }
-
-    void signatureIgnoresOrderNamesVisibleFramesAndMain() {
-        const LayoutDisplay a = screenAt(QStringLiteral("A"), 0, 0, 1440, 900, Role::main);
-        const LayoutDisplay b = screenAt(QStringLiteral("B"), 1440, 0, 2560, 1440);
-        const QString signature = LayoutProfileResolver::topologySignature({a, b});
-        LayoutDisplay renamed = b;
-        renamed.name = QStringLiteral("Another name");
-        renamed.isMain = true;
-        renamed.visibleFrame.height -= 70;
-        QCOMPARE(LayoutProfileResolver::topologySignature({renamed, a}), signature);
-        LayoutDisplay moved = b;
-        moved.frame.y = -200;
-        QVERIFY(LayoutProfileResolver::topologySignature({a, moved}) != signature);
     }
 
     void roundTripDecimal_data() {
@@ -141,89 +135,78 @@ private Q_SLOTS:
         QCOMPARE(LayoutProfileResolver::isUsableTopology(displays), usable);
     }
 
-    // Two small tiles beside each other on a 1000-point display: together they are one centred
-    // cluster; apart, the right one is trailing. The vertical case mirrors it.
-    void clustersFormBelowTwentyFourPoints_data() {
-        QTest::addColumn<double>("gap");
-        QTest::addColumn<bool>("vertical");
-        QTest::addColumn<QString>("first");
-        QTest::addColumn<QString>("second");
-        QTest::newRow("23 across") << 23.0 << false << "center/center"
-                                   << "center/center";
-        QTest::newRow("24 across") << 24.0 << false << "center/center"
-                                   << "trailing/center";
-        QTest::newRow("23 down") << 23.0 << true << "center/center"
-                                 << "center/center";
-        QTest::newRow("24 down") << 24.0 << true << "center/center"
-                                 << "center/bottom";
+    // Anchors on a 1000-point display: small tiles less than 24 points apart form one cluster,
+    // anchored by its centre; a centre within 0.07 of the middle is centred.
+    void anchorsOfClusters_data() {
+        QTest::addColumn<QList<QPointF>>("tiles");
+        QTest::addColumn<QStringList>("expected");
+        const QString centred = QStringLiteral("center/center");
+        QTest::newRow("23 across")
+            << QList<QPointF>{{404, 548}, {523, 548}} << QStringList{centred, centred};
+        QTest::newRow("24 across") << QList<QPointF>{{404, 548}, {524, 548}}
+                                   << QStringList{centred, QStringLiteral("trailing/center")};
+        QTest::newRow("23 down") << QList<QPointF>{{452, 596}, {452, 477}}
+                                 << QStringList{centred, centred};
+        QTest::newRow("24 down") << QList<QPointF>{{452, 596}, {452, 476}}
+                                 << QStringList{centred, QStringLiteral("center/bottom")};
+        QTest::newRow("0.07 right of middle") << QList<QPointF>{{522, 548}} << QStringList{centred};
+        QTest::newRow("0.0701 right of middle")
+            << QList<QPointF>{{522.1, 548}} << QStringList{QStringLiteral("trailing/center")};
+        QTest::newRow("0.0701 left of middle")
+            << QList<QPointF>{{381.9, 548}} << QStringList{QStringLiteral("leading/center")};
+        QTest::newRow("far left") << QList<QPointF>{{0, 548}}
+                                  << QStringList{QStringLiteral("leading/center")};
     }
-    void clustersFormBelowTwentyFourPoints() {
-        QFETCH(double, gap);
-        QFETCH(bool, vertical);
-        QFETCH(QString, first);
-        QFETCH(QString, second);
-        const LayoutDisplay display = screenAt(QStringLiteral("A"), 0, 0, 1000, 1000, Role::main);
-        const QList<WidgetInstance> widgets =
-            vertical ? QList<WidgetInstance>{widgetAt(1, WidgetSize::small, 452, 596),
-                                             widgetAt(2, WidgetSize::small, 452, 500 - gap)}
-                     : QList<WidgetInstance>{widgetAt(1, WidgetSize::small, 404, 548),
-                                             widgetAt(2, WidgetSize::small, 500 + gap, 548)};
-        const auto snapshot = capture(widgets, {display});
-        QCOMPARE(anchors(placementOf(snapshot, 1)), first);
-        QCOMPARE(anchors(placementOf(snapshot, 2)), second);
-    }
-
-    void centerBandIsInclusive_data() {
-        QTest::addColumn<double>("centerX");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("0.07 right of middle") << 570.0 << "center/center";
-        QTest::newRow("0.0701 right of middle") << 570.1 << "trailing/center";
-        QTest::newRow("0.0701 left of middle") << 429.9 << "leading/center";
-        QTest::newRow("far left") << 48.0 << "leading/center";
-    }
-    void centerBandIsInclusive() {
-        QFETCH(double, centerX);
-        QFETCH(QString, expected);
-        const LayoutDisplay display = screenAt(QStringLiteral("A"), 0, 0, 1000, 1000, Role::main);
-        const auto snapshot =
-            capture({widgetAt(1, WidgetSize::small, centerX - 48, 548)}, {display});
-        QCOMPARE(anchors(placementOf(snapshot, 1)), expected);
-    }
-
-    void cornerGroupKeepsItsDistanceOnALargerDisplay() {
-        const LayoutDisplay small = screenAt(QStringLiteral("A"), 0, 0, 1920, 1080, Role::main);
-        const LayoutDisplay large = screenAt(QStringLiteral("A"), 0, 0, 3840, 2160, Role::main);
-        const QList<WidgetInstance> widgets{widgetAt(1, WidgetSize::large, 1696, 1060),
-                                            widgetAt(2, WidgetSize::small, 1588, 1060)};
-        const auto snapshot = capture(widgets, {small});
-        QCOMPARE(anchors(placementOf(snapshot, 1)), QStringLiteral("trailing/top"));
-        QCOMPARE(*placementOf(snapshot, 1).offsetX, 20.0);
-        QCOMPARE(*placementOf(snapshot, 1).offsetY, 20.0);
-
-        const GridLayout moved =
-            LayoutProfileResolver::remap(layoutOf(widgets), snapshot.placements, {large});
-        QCOMPARE(*widgetIn(moved, 1).posX, 3616.0);
-        QCOMPARE(*widgetIn(moved, 1).posY, 2140.0);
-        QCOMPARE(*widgetIn(moved, 2).posX, 3508.0);
-        QCOMPARE(*widgetIn(moved, 2).posY, 2140.0);
-    }
-
-    void clusterAcrossTheMiddleMovesAsOne() {
-        const LayoutDisplay narrow = screenAt(QStringLiteral("A"), 0, 0, 1920, 1080, Role::main);
-        const LayoutDisplay wide = screenAt(QStringLiteral("A"), 0, 0, 3840, 1080, Role::main);
-        // Three wides in a row around the middle: the left one alone would be leading.
-        const QList<WidgetInstance> widgets{widgetAt(1, WidgetSize::wide, 642, 1000),
-                                            widgetAt(2, WidgetSize::wide, 858, 1000),
-                                            widgetAt(3, WidgetSize::wide, 1074, 1000)};
-        const auto snapshot = capture(widgets, {narrow});
-        for (int n = 1; n <= 3; ++n) {
-            QCOMPARE(anchors(placementOf(snapshot, n)), QStringLiteral("center/top"));
+    void anchorsOfClusters() {
+        QFETCH(QList<QPointF>, tiles);
+        QFETCH(QStringList, expected);
+        QList<WidgetInstance> widgets;
+        for (const QPointF& tile : std::as_const(tiles)) {
+            widgets << widgetAt(int(widgets.size()) + 1, WidgetSize::small, tile.x(), tile.y());
         }
-        const GridLayout moved =
-            LayoutProfileResolver::remap(layoutOf(widgets), snapshot.placements, {wide});
-        for (int n = 1; n <= 3; ++n) {
-            QCOMPARE(*widgetIn(moved, n).posX, *widgetIn(layoutOf(widgets), n).posX + 960.0);
-            QCOMPARE(*widgetIn(moved, n).posY, 1000.0);
+        const auto snapshot =
+            capture(widgets, {screenAt(QStringLiteral("A"), 0, 0, 1000, 1000, Role::main)});
+        QStringList actual;
+        for (qsizetype n = 1; n <= widgets.size(); ++n) {
+            actual << anchors(placementOf(snapshot, int(n)));
+        }
+        QCOMPARE(actual, expected);
+    }
+
+    // A group keeps its anchor's distance from the edges on a larger display of the same id.
+    void remapKeepsTheAnchorsDistance_data() {
+        QTest::addColumn<QSizeF>("target");
+        QTest::addColumn<QList<WidgetInstance>>("widgets");
+        QTest::addColumn<QString>("anchor");
+        QTest::addColumn<QList<QPointF>>("moved");
+        QTest::newRow("a corner group, 20 from the top right")
+            << QSizeF(3840, 2160)
+            << QList<WidgetInstance>{widgetAt(1, WidgetSize::large, 1696, 1060),
+                                     widgetAt(2, WidgetSize::small, 1588, 1060)}
+            << QStringLiteral("trailing/top") << QList<QPointF>{{3616, 2140}, {3508, 2140}};
+        // The left one alone would be leading.
+        QTest::newRow("a cluster across the middle moves as one")
+            << QSizeF(3840, 1080)
+            << QList<WidgetInstance>{widgetAt(1, WidgetSize::wide, 642, 1000),
+                                     widgetAt(2, WidgetSize::wide, 858, 1000),
+                                     widgetAt(3, WidgetSize::wide, 1074, 1000)}
+            << QStringLiteral("center/top")
+            << QList<QPointF>{{1602, 1000}, {1818, 1000}, {2034, 1000}};
+    }
+    void remapKeepsTheAnchorsDistance() {
+        QFETCH(QSizeF, target);
+        QFETCH(QList<WidgetInstance>, widgets);
+        QFETCH(QString, anchor);
+        QFETCH(QList<QPointF>, moved);
+        const auto snapshot =
+            capture(widgets, {screenAt(QStringLiteral("A"), 0, 0, 1920, 1080, Role::main)});
+        const GridLayout remapped = LayoutProfileResolver::remap(
+            layoutOf(widgets), snapshot.placements,
+            {screenAt(QStringLiteral("A"), 0, 0, target.width(), target.height(), Role::main)});
+        for (qsizetype n = 0; n < widgets.size(); ++n) {
+            QCOMPARE(anchors(placementOf(snapshot, int(n) + 1)), anchor);
+            const WidgetInstance& widget = remapped.instances.at(n);
+            QCOMPARE(QPointF(*widget.posX, *widget.posY), moved.at(n));
         }
     }
 
@@ -274,32 +257,34 @@ private Q_SLOTS:
         QTest::addColumn<QString>("displayID");
         QTest::addColumn<QString>("displayName");
         QTest::addColumn<bool>("wasOnMain");
-        QTest::addColumn<bool>("withOrigin");
+        QTest::addColumn<std::optional<double>>("originX");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("by id") << "dell-2"
-                               << "DELL U2720Q" << false << false << "dell-2";
-        QTest::newRow("twins, nearer origin") << "gone"
-                                              << "dell u2720q" << false << true << "dell-2";
-        QTest::newRow("twins, no origin, main") << "gone"
-                                                << "DELL U2720Q" << true << false << "dell-1";
-        QTest::newRow("twins, no origin, no main match")
+        const std::optional<double> none;
+        const QString dell = QStringLiteral("DELL U2720Q");
+        QTest::newRow("by id") << "dell-2" << dell << false << none << "dell-2";
+        QTest::newRow("twins, nearer origin")
             << "gone"
-            << "DELL U2720Q" << false << false << "dell-1";
+            << "dell u2720q" << false << std::optional(1400.0) << "dell-2";
+        QTest::newRow("twins, origins equally far: the first")
+            << "gone" << dell << false << std::optional(-524.0) << "dell-1";
+        QTest::newRow("twins, no origin, main") << "gone" << dell << true << none << "dell-1";
+        QTest::newRow("twins, no origin, no main match")
+            << "gone" << dell << false << none << "dell-1";
         QTest::newRow("one name, ignoring diacritics")
             << "gone"
-            << "ecran integre" << false << false << "builtin";
+            << "ecran integre" << false << none << "builtin";
         QTest::newRow("unknown name, main") << "gone"
-                                            << "Projector" << true << false << "builtin";
+                                            << "Projector" << true << none << "builtin";
         QTest::newRow("unknown name, not main") << "gone"
-                                                << "Projector" << false << false << "dell-1";
+                                                << "Projector" << false << none << "dell-1";
         QTest::newRow("no name") << "gone"
-                                 << "" << true << true << "builtin";
+                                 << "" << true << std::optional(1400.0) << "builtin";
     }
     void targetDisplay() {
         QFETCH(QString, displayID);
         QFETCH(QString, displayName);
         QFETCH(bool, wasOnMain);
-        QFETCH(bool, withOrigin);
+        QFETCH(std::optional<double>, originX);
         QFETCH(QString, expected);
         // The first twin is left of the built-in display; the placement's origin lies nearer
         // the second.
@@ -313,26 +298,14 @@ private Q_SLOTS:
         LayoutWidgetPlacement placement = legacyPlacement(1, displayID, 0, 0);
         placement.displayName = displayName;
         placement.wasOnMainDisplay = wasOnMain;
-        if (withOrigin) {
-            placement.displayOriginX = 1400.0;
+        if (originX) {
+            placement.displayOriginX = *originX;
             placement.displayOriginY = 0.0;
         }
         const auto target = LayoutProfileResolver::targetDisplay(placement, displays);
         QVERIFY(target);
         QCOMPARE(target->id, expected);
         QVERIFY(!LayoutProfileResolver::targetDisplay(placement, {}));
-    }
-
-    void twinOriginsEquallyFarPickTheFirst() {
-        const QList<LayoutDisplay> twins{screenAt(QStringLiteral("t1"), -1000, 0, 1000, 800,
-                                                  Role::secondary, QStringLiteral("Twin")),
-                                         screenAt(QStringLiteral("t2"), 1000, 0, 1000, 800,
-                                                  Role::secondary, QStringLiteral("Twin"))};
-        LayoutWidgetPlacement placement = legacyPlacement(1, QStringLiteral("gone"), 0, 0);
-        placement.displayName = QStringLiteral("Twin");
-        placement.displayOriginX = 0.0;
-        placement.displayOriginY = 0.0;
-        QCOMPARE(LayoutProfileResolver::targetDisplay(placement, twins)->id, QStringLiteral("t1"));
     }
 
     void bestDisplay_data() {
