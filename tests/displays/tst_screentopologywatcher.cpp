@@ -48,6 +48,10 @@ private Q_SLOTS:
         Rig rig;
         rig.displays.setScreens(laptopAndMonitor);
         QVERIFY(rig.watcher.isSettling());
+        const auto pending = rig.scheduler.pending();
+        QCOMPARE(pending.size(), size_t(1));
+        QCOMPARE(pending.front().tolerance, ScreenTopologyWatcher::settleTolerance);
+        QVERIFY(!pending.front().repeating);
         rig.scheduler.advance(1900ms);
         rig.displays.setScreens(laptopAndMonitor);
         rig.scheduler.advance(1999ms);
@@ -58,16 +62,6 @@ private Q_SLOTS:
         rig.scheduler.advance(60s);
         QCOMPARE(rig.settled.count(), 1);
         QCOMPARE(rig.scheduler.pendingCount(), 0);
-    }
-
-    void settleTimerHasItsTolerance() {
-        Rig rig;
-        rig.displays.setScreens(laptopAndMonitor);
-        const auto pending = rig.scheduler.pending();
-        QCOMPARE(pending.size(), size_t(1));
-        QCOMPARE(pending.front().interval, ScreenTopologyWatcher::settleDelay);
-        QCOMPARE(pending.front().tolerance, 200ms);
-        QVERIFY(!pending.front().repeating);
     }
 
     void realChangeSettlesWithChangedTopology() {
@@ -93,46 +87,63 @@ private Q_SLOTS:
         QVERIFY(!rig.watcher.isTransitioning());
     }
 
-    void unchangedSetSettlesQuietly() {
-        Rig rig;
-        Q_EMIT rig.displays.willSleep();
-        Q_EMIT rig.displays.didWake();
-        QVERIFY(rig.watcher.isSettling());
-        rig.scheduler.advance(2s);
-        QCOMPARE(rig.settled.count(), 1);
-        QVERIFY(!rig.lastChange().topologyChanged);
-        QCOMPARE(rig.transitioning.count(), 0);
-        QVERIFY(!rig.watcher.isSettling());
+    // Events, one per entry: "both", "laptop" or "none" (the screens change), "quietly-both" (they
+    // change without a notification), "sleep", "wake", "start", "veiled" (the tiles are veiled now)
+    // or a number of milliseconds to pass; then whether each settled set was a change, and how
+    // often the tiles were veiled or unveiled.
+    void settles_data() {
+        QTest::addColumn<QStringList>("events");
+        QTest::addColumn<QList<bool>>("changes");
+        QTest::addColumn<int>("transitions");
+        const auto events = [](const char* text) {
+            return QString::fromLatin1(text).split(QLatin1Char(' '));
+        };
+        QTest::newRow("a sleep that changed nothing settles quietly")
+            << events("sleep wake 2000") << QList<bool>{false} << 0;
+        QTest::newRow("unplugged and replugged within one period")
+            << events("both 1000 laptop veiled 2000") << QList<bool>{false} << 2;
+        QTest::newRow("the baseline follows each settled set")
+            << events("both 2000 both 2000 laptop 2000") << QList<bool>{true, false, true} << 4;
+        QTest::newRow("a set that becomes usable in time settles")
+            << events("none 20000 quietly-both 2000") << QList<bool>{true} << 2;
+        QTest::newRow("a second start registers nothing")
+            << events("start both 2000") << QList<bool>{true} << 2;
     }
-
-    void unplugAndReplugWithinOnePeriodIsNoChange() {
+    void settles() {
+        QFETCH(QStringList, events);
+        QFETCH(QList<bool>, changes);
+        QFETCH(int, transitions);
         Rig rig;
-        rig.displays.setScreens(laptopAndMonitor);
-        QVERIFY(rig.watcher.isTransitioning());
-        rig.scheduler.advance(1s);
-        rig.displays.setScreens(laptop);
-        // Not re-tested once raised: it stays up until the cycle ends.
-        QVERIFY(rig.watcher.isTransitioning());
-        rig.scheduler.advance(2s);
-        QCOMPARE(rig.settled.count(), 1);
-        QVERIFY(!rig.lastChange().topologyChanged);
-        QVERIFY(!rig.watcher.isTransitioning());
-    }
-
-    void baselineFollowsEachSettledSet() {
-        Rig rig;
-        rig.displays.setScreens(laptopAndMonitor);
-        rig.scheduler.advance(2s);
-        rig.displays.setScreens(laptopAndMonitor);
-        rig.scheduler.advance(2s);
-        rig.displays.setScreens(laptop);
-        rig.scheduler.advance(2s);
-        QCOMPARE(rig.settled.count(), 3);
+        for (const QString& event : std::as_const(events)) {
+            if (event == QLatin1String("both") || event == QLatin1String("laptop") ||
+                event == QLatin1String("none")) {
+                rig.displays.setScreens(event == QLatin1String("both")     ? laptopAndMonitor
+                                        : event == QLatin1String("laptop") ? laptop
+                                                                           : QList<ScreenInfo>{});
+            } else if (event == QLatin1String("quietly-both")) {
+                const QSignalBlocker quiet(&rig.displays);
+                rig.displays.setScreens(laptopAndMonitor);
+            } else if (event == QLatin1String("sleep")) {
+                Q_EMIT rig.displays.willSleep();
+            } else if (event == QLatin1String("wake")) {
+                Q_EMIT rig.displays.didWake();
+            } else if (event == QLatin1String("veiled")) {
+                // Once raised, it stays up until the cycle ends.
+                QVERIFY(rig.watcher.isTransitioning());
+            } else if (event == QLatin1String("start")) {
+                rig.watcher.start();
+            } else {
+                rig.scheduler.advance(std::chrono::milliseconds(event.toInt()));
+            }
+        }
         QList<bool> changed;
-        for (const auto& arguments : rig.settled) {
+        for (const auto& arguments : std::as_const(rig.settled)) {
             changed.append(arguments.at(0).value<ScreenTopologyWatcher::Change>().topologyChanged);
         }
-        QCOMPARE(changed, (QList<bool>{true, false, true}));
+        QCOMPARE(changed, changes);
+        QCOMPARE(rig.transitioning.count(), transitions);
+        QVERIFY(!rig.watcher.isSettling());
+        QCOMPARE(rig.scheduler.pendingCount(), 0);
     }
 
     void unusableSetGivesUpAfterTwelveEvaluations_data() {
@@ -167,20 +178,6 @@ private Q_SLOTS:
         rig.scheduler.advance(2s);
         QCOMPARE(rig.settled.count(), 1);
         QVERIFY(!rig.lastChange().topologyChanged);
-    }
-
-    void setThatBecomesUsableInTimeSettles() {
-        Rig rig;
-        rig.displays.setScreens({});
-        rig.scheduler.advance(10 * 2s);
-        // A geometry read that recovers without a notification still settles the cycle.
-        {
-            const QSignalBlocker quiet(&rig.displays);
-            rig.displays.setScreens(laptopAndMonitor);
-        }
-        rig.scheduler.advance(2s);
-        QCOMPARE(rig.settled.count(), 1);
-        QVERIFY(rig.lastChange().topologyChanged);
     }
 
     // The machine sleeping and the displays going dark while it runs are the same to the
@@ -228,18 +225,6 @@ private Q_SLOTS:
         displays.setScreens(laptopAndMonitor);
         QVERIFY(!watcher.isSettling());
         QCOMPARE(scheduler.pendingCount(), 0);
-    }
-
-    void secondStartRegistersNothing() {
-        Rig rig;
-        rig.watcher.start();
-        QSignalSpy settling(&rig.watcher, &ScreenTopologyWatcher::isSettlingChanged);
-        rig.displays.setScreens(laptopAndMonitor);
-        rig.scheduler.advance(2s);
-        QCOMPARE(rig.settled.count(), 1);
-        QCOMPARE(settling.count(), 2);
-        // The baseline of the first start stands: the set differs from it.
-        QVERIFY(rig.lastChange().topologyChanged);
     }
 
     void looksLikeAChange_data() {

@@ -221,42 +221,30 @@ private Q_SLOTS:
         QCOMPARE(widgetIn(*replugged, 5), widgetIn(current, 5));
     }
 
-    void nothingMovesButTheConfigurationIsRecorded() {
+    // A settled set with nothing to move gives no layout; a usable new set is still recorded,
+    // anything else leaves the memory and its files as they were.
+    void settledWithNothingToMove_data() {
+        QTest::addColumn<QList<LayoutDisplay>>("settled");
+        QTest::addColumn<bool>("recorded");
+        QTest::newRow("a new set") << both << true;
+        QTest::newRow("the same set again") << laptopOnly << false;
+        QTest::newRow("no displays") << QList<LayoutDisplay>{} << false;
+        QTest::newRow("a zero-sized display")
+            << QList<LayoutDisplay>{laptop, withVisibleFrame(monitor, {1512, 0, 0, 0})} << false;
+    }
+    void settledWithNothingToMove() {
+        QFETCH(QList<LayoutDisplay>, settled);
+        QFETCH(bool, recorded);
         Rig rig;
         auto memory = rig.memory();
         const GridLayout onLaptop = layoutOf({widgetAt(4, WidgetSize::small, 24, 926)});
         memory->remember(onLaptop, laptopOnly);
-        QVERIFY(!memory->layoutForSettled(both, onLaptop));
-        QCOMPARE(memory->currentSignature(), LayoutProfileResolver::topologySignature(both));
-        QCOMPARE(memory->configurationCount(), 2);
-        QVERIFY(QJsonDocument::fromJson(readAll(memory->filePath()))
-                    .object()
-                    .contains(LayoutProfileResolver::topologySignature(both)));
-    }
-
-    void sameSetTwiceTouchesNothing() {
-        Rig rig;
-        auto memory = rig.memory();
-        memory->remember(desk(), both);
-        QVERIFY(memory->layoutForSettled(laptopOnly, desk()));
-        QVERIFY(QFile::remove(memory->filePath()));
-        QVERIFY(!memory->layoutForSettled(laptopOnly, desk()));
-        QVERIFY(!QFile::exists(memory->filePath()));
-    }
-
-    void unusableSetIsRefused_data() {
-        QTest::addColumn<QList<LayoutDisplay>>("displays");
-        QTest::newRow("empty") << QList<LayoutDisplay>{};
-        QTest::newRow("zero-sized")
-            << QList<LayoutDisplay>{laptop, withVisibleFrame(monitor, {1512, 0, 0, 0})};
-    }
-    void unusableSetIsRefused() {
-        QFETCH(QList<LayoutDisplay>, displays);
-        Rig rig;
-        auto memory = rig.memory();
-        memory->remember(desk(), both);
-        QVERIFY(!memory->layoutForSettled(displays, desk()));
-        QCOMPARE(memory->currentSignature(), LayoutProfileResolver::topologySignature(both));
+        const QByteArray before = readAll(memory->filePath());
+        QVERIFY(!memory->layoutForSettled(settled, onLaptop));
+        const QList<LayoutDisplay>& current = recorded ? settled : laptopOnly;
+        QCOMPARE(memory->currentSignature(), LayoutProfileResolver::topologySignature(current));
+        QCOMPARE(memory->configurationCount(), recorded ? 2 : 1);
+        QCOMPARE(readAll(memory->filePath()) != before, recorded);
     }
 
     void thirteenthConfigurationEvictsTheOldest() {
