@@ -457,7 +457,8 @@ private Q_SLOTS:
         QCOMPARE(*LayoutProfileResolver::resolve(snapshot, {wider}).instances[0].posX, 1880.0);
     }
 
-    // Nine widgets on three displays, resolved on three other sets; the dump is the record.
+    // Nine widgets on three displays, resolved on three other sets; the dump is the record
+    // (TW_UPDATE_GOLDEN=1 rewrites it).
     void threeDisplaysGolden_data() {
         QTest::addColumn<QList<LayoutDisplay>>("target");
         QTest::addColumn<QString>("golden");
