@@ -201,17 +201,8 @@ private Q_SLOTS:
         QCOMPARE(f.grid->instance(clock.id)->posX, clock.posX);
     }
 
-    void removingTheLastWidgetClearsDesktopActive() {
-        Fixture f;
-        for (const WidgetInstance& i : f.grid->layout().instances) {
-            QVERIFY(f.ticker->desktopActive());
-            f.grid->remove(i.id);
-        }
-        QVERIFY(f.controller->panelIDs().isEmpty());
-        QVERIFY(!f.ticker->desktopActive());
-    }
-
-    void hideAndShowWriteDesktopActive() {
+    // The tick runs while panels are shown: hiding the desktop or removing its last tile stops it.
+    void desktopActiveFollowsTheShownPanels() {
         Fixture f;
         f.controller->hide();
         QVERIFY(!f.ticker->desktopActive());
@@ -219,6 +210,12 @@ private Q_SLOTS:
         f.controller->toggle();
         QVERIFY(f.ticker->desktopActive());
         QCOMPARE(f.visiblePanels(), 3);
+        for (const WidgetInstance& i : f.grid->layout().instances) {
+            QVERIFY(f.ticker->desktopActive());
+            f.grid->remove(i.id);
+        }
+        QVERIFY(f.controller->panelIDs().isEmpty());
+        QVERIFY(!f.ticker->desktopActive());
     }
 
     void dropFullyOntoTheSameSizeStacks() {
@@ -424,21 +421,6 @@ private Q_SLOTS:
         QVERIFY(!f.controller->displayFollower().isVeiled());
     }
 
-    void wakeRepeatsTheSyncUntilTheDisplaysAreBack() {
-        Fixture f;
-        const WidgetInstance clock = f.byKind(QStringLiteral("clock"));
-        DesktopPanel* panel = f.controller->panel(clock.id);
-        const QPointF home = panel->frame().topLeft();
-        Q_EMIT f.displays.didWake();
-        QCOMPARE(panel->frame().topLeft(), home);
-        // The window server moves the panel after the first sync; the repeats put it back.
-        for (const int ms : {1500, 2500}) {
-            panel->setFrameOrigin(QPointF(700, 100));
-            f.scheduler.advance(std::chrono::milliseconds(ms));
-            QCOMPARE(panel->frame().topLeft(), home);
-        }
-    }
-
     // Whatever moved a panel while the displays were in flux, it ends where the grid says.
     void panelsReturnWhereTheGridSays_data() {
         QTest::addColumn<QString>("event");
@@ -458,6 +440,12 @@ private Q_SLOTS:
         panel->setFrameOrigin(QPointF(700, 100));
         if (event == QLatin1String("wake")) {
             Q_EMIT f.displays.didWake();
+            // The window server moves the panel after the first sync; the repeats put it back.
+            for (const int ms : {1500, 2500}) {
+                QCOMPARE(panel->frame().topLeft(), home);
+                panel->setFrameOrigin(QPointF(700, 100));
+                f.scheduler.advance(std::chrono::milliseconds(ms));
+            }
         } else if (event == QLatin1String("screens wake")) {
             Q_EMIT f.displays.screensDidWake();
         } else if (event == QLatin1String("unchanged")) {
