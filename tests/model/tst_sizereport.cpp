@@ -38,7 +38,6 @@ private Q_SLOTS:
         for (const QString& line : lines) {
             if (line.startsWith(kind + QLatin1Char(' '))) {
                 QTEST(line.simplified(), "row");
-                QVERIFY(line.contains(QStringLiteral("  .  ")) == kind.startsWith(u'c'));
                 return;
             }
         }
