@@ -53,7 +53,7 @@ private:
 // A face stand-in: counts the repaints it would ask for.
 struct Desk {
     Desk(Scheduler& scheduler, const Clock& clock, const benchmark::State& state)
-        : ticker(scheduler, clock)
+        : ticker(scheduler, clock, clock)
         , minutes(ticker) {
         add(TimeGrain::Seconds, int(state.range(0)));
         add(TimeGrain::Minutes, int(state.range(1)));

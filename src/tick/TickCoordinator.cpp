@@ -18,9 +18,6 @@ TickCoordinator::TickCoordinator(Scheduler& scheduler, const Clock& systemClock,
     , m_currentClock(currentClock)
     , m_now(currentClock.now()) {}
 
-TickCoordinator::TickCoordinator(Scheduler& scheduler, const Clock& clock, QObject* parent)
-    : TickCoordinator(scheduler, clock, clock, parent) {}
-
 TickCoordinator::~TickCoordinator() = default;
 
 QDateTime TickCoordinator::currentTime() const {

@@ -28,7 +28,6 @@ public:
     // views; in the application it answers a pinned time when one is set. Both must outlive this.
     TickCoordinator(Scheduler& scheduler, const Clock& systemClock, const Clock& currentClock,
                     QObject* parent = nullptr);
-    TickCoordinator(Scheduler& scheduler, const Clock& clock, QObject* parent = nullptr);
     ~TickCoordinator() override;
 
     // The time of the last tick (or of the last start); stale while stopped.

@@ -55,7 +55,7 @@ struct Fixture {
     Fixture() {
         qputenv("TKW_APP_SUPPORT_DIR", dir.path().toUtf8());
         theme = std::make_unique<ThemeStore>(defaults, dir.filePath(QStringLiteral("theme.json")));
-        ticker = std::make_unique<TickCoordinator>(scheduler, clock);
+        ticker = std::make_unique<TickCoordinator>(scheduler, clock, clock);
         minutes = std::make_unique<MinuteCoordinator>(*ticker);
         grid = std::make_unique<GridStore>(GridStore::Services{
             .clock = clock, .scheduler = scheduler, .registry = registry, .displays = &displays});

@@ -29,12 +29,6 @@ private Q_SLOTS:
         QFETCH(double, expected);
         QCOMPARE(pace.fps(requested), expected);
     }
-
-    void equality() {
-        QCOMPARE(AnimationPace(), AnimationPace::smooth());
-        QVERIFY(AnimationPace::capped(12) != AnimationPace::capped(24));
-        QVERIFY(AnimationPace::paused() != AnimationPace::efficient());
-    }
 };
 
 QTEST_GUILESS_MAIN(TestAnimationPace)

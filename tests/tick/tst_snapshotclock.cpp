@@ -10,63 +10,42 @@ class TestSnapshotClock : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void pinFromText_data() {
+        QTest::addColumn<QDateTime>("now");
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("pinned"); // empty: no pin
-        QTest::newRow("hour and minute: tomorrow") << "7:30"
-                                                   << "2026-03-15 07:30:00";
-        QTest::newRow("leading zeros") << "07:05"
-                                       << "2026-03-15 07:05:00";
-        QTest::newRow("midnight") << "0:0"
-                                  << "2026-03-15 00:00:00";
-        QTest::newRow("earlier than now is still tomorrow") << "9:00"
-                                                            << "2026-03-15 09:00:00";
-        QTest::newRow("hour only") << "7"
-                                   << "";
-        QTest::newRow("with seconds") << "7:30:15"
-                                      << "";
-        QTest::newRow("unparsable piece dropped") << "x:7:30"
-                                                  << "2026-03-15 07:30:00";
-        QTest::newRow("unparsable middle dropped") << "7:am:30"
-                                                   << "2026-03-15 07:30:00";
-        QTest::newRow("empty pieces") << "7::30"
-                                      << "2026-03-15 07:30:00";
-        QTest::newRow("blank makes a piece unparsable") << " 7:30"
-                                                        << "";
-        QTest::newRow("hour out of range") << "25:00"
-                                           << "";
-        QTest::newRow("minute out of range") << "7:60"
-                                             << "";
-        QTest::newRow("negative hour") << "-1:30"
-                                       << "";
-        QTest::newRow("empty") << ""
-                               << "";
-        QTest::newRow("too large to be a number") << "99999999999:30"
-                                                  << "";
+        const QDateTime now(QDate(2026, 3, 14), QTime(9, 26, 53));
+        const auto row = [&now](const char* name, const char* text, const char* pinned) {
+            QTest::newRow(name) << now << QString::fromLatin1(text) << QString::fromLatin1(pinned);
+        };
+        row("hour and minute: tomorrow", "7:30", "2026-03-15 07:30:00");
+        row("leading zeros", "07:05", "2026-03-15 07:05:00");
+        row("midnight", "0:0", "2026-03-15 00:00:00");
+        row("earlier than now is still tomorrow", "9:00", "2026-03-15 09:00:00");
+        row("hour only", "7", "");
+        row("with seconds", "7:30:15", "");
+        row("unparsable piece dropped", "x:7:30", "2026-03-15 07:30:00");
+        row("unparsable middle dropped", "7:am:30", "2026-03-15 07:30:00");
+        row("empty pieces", "7::30", "2026-03-15 07:30:00");
+        row("blank makes a piece unparsable", " 7:30", "");
+        row("hour out of range", "25:00", "");
+        row("minute out of range", "7:60", "");
+        row("negative hour", "-1:30", "");
+        row("empty", "", "");
+        row("too large to be a number", "99999999999:30", "");
+        QTest::newRow("tomorrow crosses month and year")
+            << QDateTime(QDate(2026, 12, 31), QTime(23, 59, 59)) << "7:30"
+            << "2027-01-01 07:30:00";
+        // Clocks jump from 02:00 to 03:00 in Berlin that night: the first moment after.
+        QTest::newRow("a time in a clock-change gap")
+            << QDateTime(QDate(2026, 3, 28), QTime(12, 0), QTimeZone("Europe/Berlin")) << "2:30"
+            << "2026-03-29 03:00:00";
     }
     void pinFromText() {
+        QFETCH(QDateTime, now);
         QFETCH(QString, text);
-        QFETCH(QString, pinned);
-        const QDateTime now(QDate(2026, 3, 14), QTime(9, 26, 53));
         const std::optional<QDateTime> pin = SnapshotClock::pinFor(text, now);
-        QCOMPARE(pin ? pin->toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")) : QString(), pinned);
-    }
-
-    void tomorrowCrossesMonthAndYear() {
-        const QDateTime now(QDate(2026, 12, 31), QTime(23, 59, 59));
-        QCOMPARE(SnapshotClock::pinFor(QStringLiteral("7:30"), now),
-                 QDateTime(QDate(2027, 1, 1), QTime(7, 30)));
-    }
-
-    // Clocks jump from 02:00 to 03:00 in Berlin on 29 March 2026: the first moment after.
-    void timeInAClockChangeGap() {
-        const QTimeZone berlin("Europe/Berlin");
-        if (!berlin.isValid()) {
-            QSKIP("no time-zone data for Europe/Berlin");
-        }
-        const QDateTime now(QDate(2026, 3, 28), QTime(12, 0), berlin);
-        const std::optional<QDateTime> pin = SnapshotClock::pinFor(QStringLiteral("2:30"), now);
-        QVERIFY(pin);
-        QCOMPARE(*pin, QDateTime(QDate(2026, 3, 29), QTime(3, 0), berlin));
+        QTEST(pin ? pin->toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")) : QString(), "pinned");
+        QVERIFY(!pin || pin->timeZone() == now.timeZone());
     }
 
     void pinHoldsWhileTheSystemClockRuns() {

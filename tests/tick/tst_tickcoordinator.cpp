@@ -1,55 +1,15 @@
-#include "ManualClock.h"
-#include "ManualScheduler.h"
-#include "tick/SnapshotClock.h"
-#include "tick/TickCoordinator.h"
+#include "TickRig.h"
 
 #include <QSignalSpy>
 #include <QTest>
 
 using namespace std::chrono_literals;
 using namespace tw;
-using tw::test::ManualClock;
-using tw::test::ManualScheduler;
-
-namespace {
-
-// A ticker on virtual time, with the application's pinnable clock for starts.
-struct Rig {
-    explicit Rig(QDateTime start = QDateTime(QDate(2026, 3, 14), QTime(9, 26, 53, 250)))
-        : clock(start)
-        , scheduler(&clock) {}
-    ManualClock clock;
-    SnapshotClock snapshot{clock};
-    ManualScheduler scheduler;
-    TickCoordinator ticker{scheduler, clock, snapshot};
-};
-
-struct BeatLog {
-    explicit BeatLog(Cadence& cadence) {
-        QObject::connect(&cadence, &Cadence::minutes, &context, [this](const QDateTime& d) {
-            log.append({QStringLiteral("min"), d});
-        });
-        QObject::connect(&cadence, &Cadence::days, &context, [this](const QDateTime& d) {
-            log.append({QStringLiteral("day"), d});
-        });
-    }
-    QObject context;
-    QList<std::pair<QString, QDateTime>> log;
-};
-
-} // namespace
+using tw::test::TickRig;
 
 class TestTickCoordinator : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void noTimerUntilSomethingShows() {
-        Rig rig;
-        QCOMPARE(rig.scheduler.pendingCount(), 0);
-        QVERIFY(!rig.ticker.isActive());
-        rig.scheduler.advance(1h);
-        QCOMPARE(rig.scheduler.pendingCount(), 0);
-    }
-
     void runsWhileDesktopOrPreviewShows_data() {
         QTest::addColumn<QList<int>>("steps"); // 1/-1: desktop on/off, 2/-2: preview on/off
         QTest::addColumn<QList<bool>>("running");
@@ -64,8 +24,12 @@ private Q_SLOTS:
     void runsWhileDesktopOrPreviewShows() {
         QFETCH(QList<int>, steps);
         QFETCH(QList<bool>, running);
-        Rig rig;
+        TickRig rig;
         QSignalSpy activeChanged(&rig.ticker, &TickCoordinator::activeChanged);
+        // No timer until something shows.
+        rig.scheduler.advance(1h);
+        QCOMPARE(rig.scheduler.pendingCount(), 0);
+        QVERIFY(!rig.ticker.isActive());
         int starts = 0;
         bool wasRunning = false;
         for (qsizetype i = 0; i < steps.size(); ++i) {
@@ -89,70 +53,45 @@ private Q_SLOTS:
         QCOMPARE(activeChanged.size(), starts * 2);
     }
 
-    void toleranceIsAFifthOfTheInterval_data() {
+    // A new interval restarts a running timer at a new phase and takes the time anew; the same
+    // interval, or one refused, changes nothing; while stopped it waits for the next start.
+    void setInterval_data() {
+        QTest::addColumn<bool>("running");
+        QTest::addColumn<int>("requestedMs");
         QTest::addColumn<int>("intervalMs");
-        QTest::addColumn<int>("toleranceMs");
-        QTest::newRow("one second") << 1000 << 200;
-        QTest::newRow("two seconds") << 2000 << 400;
+        QTest::addColumn<bool>("restarted");
+        QTest::newRow("stopped: stored for the start") << false << 2000 << 2000 << false;
+        QTest::newRow("running: restarts") << true << 2000 << 2000 << true;
+        QTest::newRow("running, same value: keeps the phase") << true << 1000 << 1000 << false;
+        QTest::newRow("zero refused") << true << 0 << 1000 << false;
+        QTest::newRow("negative refused") << true << -5 << 1000 << false;
     }
-    void toleranceIsAFifthOfTheInterval() {
+    void setInterval() {
+        QFETCH(bool, running);
+        QFETCH(int, requestedMs);
         QFETCH(int, intervalMs);
-        QFETCH(int, toleranceMs);
-        Rig rig;
-        rig.ticker.setInterval(std::chrono::milliseconds(intervalMs));
-        rig.ticker.setActive(true);
-        const auto pending = rig.scheduler.pending();
-        QCOMPARE(pending.size(), size_t(1));
-        QVERIFY(pending.front().repeating);
-        QCOMPARE(pending.front().interval.count(), intervalMs);
-        QCOMPARE(pending.front().tolerance.count(), toleranceMs);
-    }
-
-    void setIntervalWhileStoppedOnlyStores() {
-        Rig rig;
-        BeatLog beats(rig.ticker.cadence());
-        QSignalSpy now(&rig.ticker, &TickCoordinator::nowChanged);
-        rig.ticker.setInterval(2s);
-        QCOMPARE(rig.ticker.interval(), 2000ms);
-        QCOMPARE(rig.scheduler.pendingCount(), 0);
-        QVERIFY(!rig.ticker.isActive());
-        QCOMPARE(now.size(), 0);
-        rig.ticker.setActive(true);
-        QCOMPARE(rig.scheduler.pending().front().interval, 2000ms);
-    }
-
-    void setIntervalWithTheSameValueKeepsThePhase() {
-        Rig rig;
-        rig.ticker.setActive(true);
+        QFETCH(bool, restarted);
+        TickRig rig;
+        rig.ticker.setActive(running);
         rig.scheduler.advance(400ms);
-        const auto due = rig.scheduler.pending().front().due;
-        rig.ticker.setInterval(1s);
-        QCOMPARE(rig.scheduler.pending().front().due, due);
-    }
-
-    void setIntervalWhileRunningRestartsAndReseeds() {
-        Rig rig;
+        const auto before = rig.scheduler.pending();
+        const QDateTime stamp = rig.ticker.now();
+        rig.ticker.setInterval(std::chrono::milliseconds(requestedMs));
+        QCOMPARE(rig.ticker.interval(), std::chrono::milliseconds(intervalMs));
+        QCOMPARE(rig.scheduler.pendingCount(), running ? 1 : 0);
         rig.ticker.setActive(true);
-        rig.scheduler.advance(400ms);
-        rig.ticker.setInterval(2s);
-        const auto pending = rig.scheduler.pending();
-        QCOMPARE(pending.size(), size_t(1));
-        QCOMPARE(pending.front().interval, 2000ms);
-        QCOMPARE(pending.front().due, rig.scheduler.elapsed() + 2000ms);
-        QCOMPARE(rig.ticker.now(), rig.clock.now());
-    }
-
-    void setIntervalRefusesNonPositive() {
-        Rig rig;
-        rig.ticker.setActive(true);
-        rig.ticker.setInterval(0ms);
-        rig.ticker.setInterval(-5ms);
-        QCOMPARE(rig.ticker.interval(), 1000ms);
-        QCOMPARE(rig.scheduler.pending().front().interval, 1000ms);
+        const auto pending = rig.scheduler.pending().front();
+        QVERIFY(pending.repeating);
+        QCOMPARE(pending.interval.count(), intervalMs);
+        QCOMPARE(pending.tolerance.count(), intervalMs / 5);
+        const bool freshStart = restarted || !running;
+        QCOMPARE(pending.due,
+                 freshStart ? rig.scheduler.elapsed() + pending.interval : before.front().due);
+        QCOMPARE(rig.ticker.now(), freshStart ? rig.clock.now() : stamp);
     }
 
     void startTakesTheCurrentTimeAndTicksTakeTheSystemClock() {
-        Rig rig;
+        TickRig rig;
         const QDateTime pin(QDate(2026, 3, 15), QTime(7, 30));
         rig.snapshot.setPinned(pin);
         rig.ticker.setActive(true);
@@ -165,33 +104,11 @@ private Q_SLOTS:
         QCOMPARE(now.last().first().toDateTime(), rig.clock.now());
     }
 
-    void tickAcrossMidnightSendsMinutesThenDays() {
-        Rig rig(QDateTime(QDate(2026, 3, 14), QTime(23, 59, 59, 500)));
-        BeatLog beats(rig.ticker.cadence());
-        rig.ticker.setActive(true);
-        rig.scheduler.advance(1s);
-        const QDateTime tick(QDate(2026, 3, 15), QTime(0, 0, 0, 500));
-        QCOMPARE(rig.ticker.now(), tick);
-        QCOMPARE(beats.log.size(), 2);
-        QCOMPARE(beats.log[0], std::pair(QStringLiteral("min"), tick));
-        QCOMPARE(beats.log[1], std::pair(QStringLiteral("day"), tick));
-    }
-
-    void anHourAsleepGivesOneMinutes() {
-        Rig rig;
-        BeatLog beats(rig.ticker.cadence());
-        rig.ticker.setActive(true);
-        // Asleep: the wall clock moves, the timer does not.
-        rig.clock.setNow(rig.clock.now().addSecs(3600));
-        rig.scheduler.advance(1s);
-        QCOMPARE(beats.log.size(), 1);
-        QCOMPARE(beats.log[0].first, QStringLiteral("min"));
-        QCOMPARE(beats.log[0].second, rig.ticker.now());
-    }
-
-    void restartWithinTheMinuteSendsNothing() {
-        Rig rig(QDateTime(QDate(2026, 3, 14), QTime(9, 26, 10)));
-        BeatLog beats(rig.ticker.cadence());
+    // Ticks feed the cadence; a start seeds it, so a restart within the minute announces nothing.
+    void ticksFeedTheCadenceAndStartsSeedIt() {
+        TickRig rig(QDateTime(QDate(2026, 3, 14), QTime(23, 58, 10)));
+        QSignalSpy minutes(&rig.ticker.cadence(), &Cadence::minutes);
+        QSignalSpy days(&rig.ticker.cadence(), &Cadence::days);
         rig.ticker.setActive(true);
         rig.scheduler.advance(5s);
         rig.ticker.setActive(false);
@@ -200,21 +117,24 @@ private Q_SLOTS:
         QCOMPARE(rig.scheduler.pendingCount(), 0);
         rig.ticker.setActive(true);
         rig.scheduler.advance(10s);
-        QVERIFY(beats.log.isEmpty());
+        QCOMPARE(minutes.size(), 0);
         rig.scheduler.advance(50s);
-        QCOMPARE(beats.log.size(), 1);
+        const QDateTime midnight(QDate(2026, 3, 15), QTime(0, 0));
+        QCOMPARE(minutes.size(), 1);
+        QCOMPARE(minutes.first().first().toDateTime(), midnight);
+        QCOMPARE(days.size(), 1);
+        QCOMPARE(days.first().first().toDateTime(), midnight);
     }
 
     void aGoneCoordinatorLeavesNoTimer() {
-        ManualClock clock;
-        ManualScheduler scheduler(&clock);
+        TickRig rig;
         {
-            TickCoordinator ticker(scheduler, clock);
+            TickCoordinator ticker(rig.scheduler, rig.clock, rig.snapshot);
             ticker.setActive(true);
-            QCOMPARE(scheduler.pendingCount(), 1);
+            QCOMPARE(rig.scheduler.pendingCount(), 1);
         }
-        QCOMPARE(scheduler.pendingCount(), 0);
-        scheduler.advance(5s);
+        QCOMPARE(rig.scheduler.pendingCount(), 0);
+        rig.scheduler.advance(5s);
     }
 };
 

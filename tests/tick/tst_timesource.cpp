@@ -1,8 +1,4 @@
-#include "ManualClock.h"
-#include "ManualScheduler.h"
-#include "tick/MinuteCoordinator.h"
-#include "tick/SnapshotClock.h"
-#include "tick/TickCoordinator.h"
+#include "TickRig.h"
 #include "tick/TimeSource.h"
 
 #include <QSignalSpy>
@@ -10,22 +6,7 @@
 
 using namespace std::chrono_literals;
 using namespace tw;
-using tw::test::ManualClock;
-using tw::test::ManualScheduler;
-
-namespace {
-
-struct Rig {
-    Rig()
-        : scheduler(&clock) {}
-    ManualClock clock{QDateTime(QDate(2026, 3, 14), QTime(9, 26, 53, 250))};
-    SnapshotClock snapshot{clock};
-    ManualScheduler scheduler;
-    TickCoordinator ticker{scheduler, clock, snapshot};
-    MinuteCoordinator minutes{ticker};
-};
-
-} // namespace
+using tw::test::TickRig;
 
 class TestTimeSource : public QObject {
     Q_OBJECT
@@ -33,63 +14,71 @@ private Q_SLOTS:
     void grainDecidesHowOftenAViewWakes_data() {
         QTest::addColumn<TimeGrain>("grain");
         QTest::addColumn<int>("wakes");
-        // 120 ticks from 09:26:53.25 to 09:28:53.25: two minutes turn over on the way.
-        QTest::newRow("seconds") << TimeGrain::Seconds << 120;
-        QTest::newRow("minutes") << TimeGrain::Minutes << 2;
+        QTest::addColumn<QTime>("shown");
+        // 120 ticks from 09:26:53.25 to 09:28:53.25: two minutes turn over on the way, and a
+        // minutes view shows the tick that turned the last one.
+        QTest::newRow("seconds") << TimeGrain::Seconds << 120 << QTime(9, 28, 53, 250);
+        QTest::newRow("minutes") << TimeGrain::Minutes << 2 << QTime(9, 28, 0, 250);
     }
     void grainDecidesHowOftenAViewWakes() {
         QFETCH(TimeGrain, grain);
         QFETCH(int, wakes);
-        Rig rig;
+        TickRig rig;
         TimeSource source(grain, rig.ticker, rig.minutes);
         QSignalSpy changed(&source, &TimeSource::timeChanged);
         rig.ticker.setActive(true);
         rig.scheduler.advance(120s);
         QCOMPARE(changed.size(), wakes);
+        QTEST(source.time().time(), "shown");
         QCOMPARE(changed.last().first().toDateTime(), source.time());
     }
 
-    void minutesShowTheTickThatTurnedTheMinute() {
-        Rig rig;
-        TimeSource source(TimeGrain::Minutes, rig.ticker, rig.minutes);
-        rig.ticker.setActive(true);
-        rig.scheduler.advance(30s);
-        const QDateTime turn(QDate(2026, 3, 14), QTime(9, 27, 0, 250));
-        QCOMPARE(source.time(), turn);
-        QCOMPARE(rig.minutes.now(), turn);
-    }
-
+    // The desktop's order: a tile made or shown again while the ticker is stopped, then the
+    // ticker started. After a long stop the minute coordinator still holds the last tick's minute;
+    // the view starts from the current time instead, and moves on with the next minute.
     void aViewAppearingAfterALongStopShowsTheCurrentTime() {
-        Rig rig;
+        TickRig rig;
         rig.ticker.setActive(true);
         rig.scheduler.advance(10s);
         rig.ticker.setActive(false);
         const QDateTime stale = rig.minutes.now();
         rig.scheduler.advance(3h);
-        TimeSource source(TimeGrain::Minutes, rig.ticker, rig.minutes);
+        TimeSource made(TimeGrain::Minutes, rig.ticker, rig.minutes);
         QCOMPARE(rig.minutes.now(), stale);
-        QCOMPARE(source.time(), rig.clock.now());
+        QCOMPARE(made.time(), rig.clock.now());
 
-        // Shown again later, still stopped: appearing takes the current time once more.
+        rig.ticker.setActive(true);
+        rig.scheduler.advance(10s);
+        rig.ticker.setActive(false);
         rig.scheduler.advance(2h);
-        QSignalSpy changed(&source, &TimeSource::timeChanged);
-        source.reseed();
+        QSignalSpy changed(&made, &TimeSource::timeChanged);
+        made.reseed();
+        rig.ticker.setActive(true);
         QCOMPARE(changed.size(), 1);
-        QCOMPARE(source.time(), rig.clock.now());
+        QCOMPARE(made.time(), rig.clock.now());
+        rig.scheduler.advance(60s);
+        QCOMPARE(changed.size(), 2);
+        QCOMPARE(made.time(), rig.minutes.now());
     }
 
+    // A launch pins the time before the ticker is made; views start with it, ticks run on.
     void aPinnedTimeIsWhatViewsStartWith() {
-        Rig rig;
+        TickRig rig;
         const QDateTime pin(QDate(2026, 3, 15), QTime(7, 30));
         rig.snapshot.setPinned(pin);
-        MinuteCoordinator minutes(rig.ticker);
-        TimeSource source(TimeGrain::Minutes, rig.ticker, minutes);
-        QCOMPARE(minutes.now(), pin);
-        QCOMPARE(source.time(), pin);
+        TickCoordinator ticker(rig.scheduler, rig.clock, rig.snapshot);
+        MinuteCoordinator minutes(ticker);
+        TimeSource seconds(TimeGrain::Seconds, ticker, minutes);
+        TimeSource minute(TimeGrain::Minutes, ticker, minutes);
+        ticker.setActive(true);
+        QCOMPARE(seconds.time(), pin);
+        QCOMPARE(minute.time(), pin);
+        rig.scheduler.advance(1s);
+        QCOMPARE(seconds.time(), rig.clock.now());
     }
 
     void aGoneViewIsNotCalled() {
-        Rig rig;
+        TickRig rig;
         auto* source = new TimeSource(TimeGrain::Seconds, rig.ticker, rig.minutes);
         int calls = 0;
         QObject::connect(source, &TimeSource::timeChanged, source, [&calls] { ++calls; });
