@@ -16,155 +16,141 @@
 
 using namespace tw;
 
-namespace {
-
-QStringList kindsOf(const QList<WidgetDefinition>& definitions) {
-    QStringList kinds;
-    for (const WidgetDefinition& definition : definitions) {
-        kinds << definition.metadata.kind;
-    }
-    return kinds;
-}
-
-// The catalogue in the order the gallery shows it: by category, then catalogue order.
-QStringList groupedKinds() {
-    QStringList kinds;
-    for (const WidgetRegistry::CategoryGroup& group : WidgetRegistry::grouped()) {
-        kinds << kindsOf(group.widgets);
-    }
-    return kinds;
-}
-
-} // namespace
-
 class TestGalleryView : public QObject {
     Q_OBJECT
 
-private Q_SLOTS:
-    void showsEveryKindGroupedByCategory();
-    void searchFilters_data();
-    void searchFilters();
-    void typingInTheFieldSearches();
-    void addCallsTheHandlerWithTheDefaultSize();
-    void refusalsSayWhy_data();
-    void refusalsSayWhy();
-    void withoutAHandlerNothingCanBeAdded();
-    void previewsFollowTheTicker();
-
-private:
     FaceRegistry m_faces;
     NullSymbolProvider m_symbols;
     test::ManualClock m_clock;
-};
 
-void TestGalleryView::showsEveryKindGroupedByCategory() {
-    GalleryView view(m_faces, m_symbols, m_clock);
-    QCOMPARE(view.visibleKinds().size(), WidgetRegistry::all().size());
-    QCOMPARE(view.visibleKinds(), groupedKinds());
-    QVERIFY(view.message().isEmpty());
-}
-
-void TestGalleryView::searchFilters_data() {
-    QTest::addColumn<QString>("query");
-    QTest::newRow("blank") << QStringLiteral("   ");
-    QTest::newRow("a name") << QStringLiteral("clock");
-    QTest::newRow("a category title") << QStringLiteral("Ambient");
-    QTest::newRow("upper case") << QStringLiteral("WEATHER");
-    QTest::newRow("nothing") << QStringLiteral("zzzz");
-}
-
-void TestGalleryView::searchFilters() {
-    QFETCH(QString, query);
-    GalleryView view(m_faces, m_symbols, m_clock);
-    view.setQuery(query);
-    const QStringList found = kindsOf(WidgetRegistry::search(query));
-    QStringList expected;
-    for (const QString& kind : groupedKinds()) {
-        if (found.contains(kind)) {
-            expected << kind;
+private Q_SLOTS:
+    // Every kind once, category after category, each category in catalogue order.
+    void showsEveryKindGroupedByCategory() {
+        GalleryView view(m_faces, m_symbols, m_clock);
+        const QStringList shown = view.visibleKinds();
+        QStringList catalogue;
+        for (const WidgetDefinition& definition : WidgetRegistry::all()) {
+            catalogue << definition.metadata.kind;
         }
+        QList<std::pair<qsizetype, qsizetype>> places;
+        for (const QString& kind : shown) {
+            const auto category = std::find(allWidgetCategories.cbegin(),
+                                            allWidgetCategories.cend(), widgetCategoryOf(kind));
+            places.append({category - allWidgetCategories.cbegin(), catalogue.indexOf(kind)});
+        }
+        QCOMPARE(QSet<QString>(shown.cbegin(), shown.cend()),
+                 QSet<QString>(catalogue.cbegin(), catalogue.cend()));
+        QCOMPARE(shown.size(), catalogue.size());
+        QVERIFY(std::is_sorted(places.cbegin(), places.cend()));
+        QCOMPARE(shown.mid(0, 3), (QStringList{QStringLiteral("clock"), QStringLiteral("weather"),
+                                               QStringLiteral("airquality")}));
+        QVERIFY(view.message().isEmpty());
     }
-    QCOMPARE(view.visibleKinds(), expected);
-    // Clearing the search brings everything back.
-    view.setQuery(QString());
-    QCOMPARE(view.visibleKinds().size(), WidgetRegistry::all().size());
-}
 
-void TestGalleryView::typingInTheFieldSearches() {
-    GalleryView view(m_faces, m_symbols, m_clock);
-    auto* field = view.findChild<QLineEdit*>(QStringLiteral("gallery-search"));
-    QVERIFY(field);
-    QTest::keyClicks(field, QStringLiteral("flip"));
-    QCOMPARE(view.visibleKinds(), QStringList{QStringLiteral("flipclock")});
-    QCOMPARE(view.query(), QStringLiteral("flip"));
-}
-
-void TestGalleryView::addCallsTheHandlerWithTheDefaultSize() {
-    GalleryView view(m_faces, m_symbols, m_clock);
-    QStringList calls;
-    view.setAddHandler([&](const QString& kind, WidgetSize size) {
-        calls << kind + QLatin1Char('/') + rawValue(size);
-        return GalleryView::AddOutcome::Added;
-    });
-    QSignalSpy added(&view, &GalleryView::added);
-    auto* button = view.findChild<QPushButton*>(QStringLiteral("add-worldmap"));
-    QVERIFY(button && button->isEnabled());
-    QTest::mouseClick(button, Qt::LeftButton);
-    QCOMPARE(calls, QStringList{QStringLiteral("worldmap/panorama")});
-    QCOMPARE(added.count(), 1);
-    QCOMPARE(added.first().first().toString(), QStringLiteral("worldmap"));
-    QVERIFY(view.message().contains(QStringLiteral("World Map")));
-}
-
-void TestGalleryView::refusalsSayWhy_data() {
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<GalleryView::AddOutcome>("outcome");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("only one") << "battery" << GalleryView::AddOutcome::AtMaximum
-                              << "Only one Battery can be on the desktop, and it is already there.";
-    QTest::newRow("several") << "stocks" << GalleryView::AddOutcome::AtMaximum
-                             << "Stocks: at most 6 can be on the desktop, and all 6 are there.";
-    QTest::newRow("full screen") << "clock" << GalleryView::AddOutcome::NoRoom
-                                 << "There is no free space for a Clock on the screen. Make room "
-                                    "by moving or removing a widget.";
-}
-
-void TestGalleryView::refusalsSayWhy() {
-    QFETCH(QString, kind);
-    QFETCH(GalleryView::AddOutcome, outcome);
-    GalleryView view(m_faces, m_symbols, m_clock);
-    view.setAddHandler([&](const QString&, WidgetSize) { return outcome; });
-    QSignalSpy added(&view, &GalleryView::added);
-    QCOMPARE(view.add(kind), outcome);
-    QTEST(view.message(), "expected");
-    QCOMPARE(added.count(), 0);
-}
-
-void TestGalleryView::withoutAHandlerNothingCanBeAdded() {
-    GalleryView view(m_faces, m_symbols, m_clock);
-    for (const QPushButton* button : view.findChildren<QPushButton*>()) {
-        QVERIFY(!button->isEnabled());
+    void searchFilters_data() {
+        QTest::addColumn<QString>("query");
+        QTest::addColumn<QString>("kinds"); // "*": everything
+        QTest::newRow("blank") << "   "
+                               << "*";
+        QTest::newRow("a name, in category order")
+            << "clock"
+            << "clock,simpleclock,flipclock,wordclock,worldclock";
+        QTest::newRow("a category title")
+            << "Ambient"
+            << "worldmap,moon,companion,ambientsound,starfield,mirror";
+        QTest::newRow("a category and names across categories")
+            << "time"
+            << "appusage,simpleclock,flipclock,wordclock,worldclock,timer,stopwatch,pomodoro,"
+               "countdown,yearprogress,dayprogress";
+        QTest::newRow("upper case") << "WEATHER"
+                                    << "weather";
+        QTest::newRow("nothing") << "zzzz"
+                                 << "";
     }
-    QCOMPARE(view.add(QStringLiteral("clock")), GalleryView::AddOutcome::NoRoom);
-    QVERIFY(view.message().isEmpty());
-}
 
-void TestGalleryView::previewsFollowTheTicker() {
-    test::ManualClock clock(m_clock.now().addDays(1));
-    test::ManualScheduler scheduler(&clock);
-    TickCoordinator ticker(scheduler, clock);
-    GalleryView view(m_faces, m_symbols, m_clock);
-    QCOMPARE(view.now(), m_clock.now());
-    view.followTicker(ticker);
-    QCOMPARE(view.now(), clock.now());
-    ticker.setPreviewActive(true);
-    scheduler.advance(std::chrono::milliseconds(3000));
-    QCOMPARE(view.now(), clock.now());
-    ticker.setPreviewActive(false);
-    const QDateTime stopped = view.now();
-    scheduler.advance(std::chrono::milliseconds(3000));
-    QCOMPARE(view.now(), stopped);
-}
+    void searchFilters() {
+        QFETCH(QString, query);
+        QFETCH(QString, kinds);
+        GalleryView view(m_faces, m_symbols, m_clock);
+        const QStringList everything = view.visibleKinds();
+        auto* field = view.findChild<QLineEdit*>(QStringLiteral("gallery-search"));
+        QVERIFY(field);
+        QTest::keyClicks(field, query);
+        QCOMPARE(view.query(), query);
+        QCOMPARE(view.visibleKinds(), kinds == QLatin1String("*")
+                                          ? everything
+                                          : kinds.split(QLatin1Char(','), Qt::SkipEmptyParts));
+        // Clearing the search brings everything back.
+        view.setQuery(QString());
+        QCOMPARE(view.visibleKinds(), everything);
+    }
+
+    // A click on a card's button asks the handler for the kind's default size and says what came of
+    // it; without a handler the buttons are off and nothing is added.
+    void addSaysWhatHappened_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<int>("outcome"); // an AddOutcome, or -1 for no handler
+        QTest::addColumn<QString>("asked");
+        QTest::addColumn<QString>("message");
+        const auto row = [](const char* name, const char* kind, int outcome, const char* asked,
+                            const char* message) {
+            QTest::newRow(name) << QString::fromLatin1(kind) << outcome
+                                << QString::fromLatin1(asked) << QString::fromLatin1(message);
+        };
+        using O = GalleryView::AddOutcome;
+        row("added", "worldmap", int(O::Added), "worldmap/panorama",
+            "World Map is on your desktop now.");
+        row("only one", "battery", int(O::AtMaximum), "battery/small",
+            "Only one Battery can be on the desktop, and it is already there.");
+        row("several", "stocks", int(O::AtMaximum), "stocks/wide",
+            "Stocks: at most 6 can be on the desktop, and all 6 are there.");
+        row("full screen", "clock", int(O::NoRoom), "clock/wide",
+            "There is no free space for a Clock on the screen. Make room by moving or removing a "
+            "widget.");
+        row("no handler", "clock", -1, "", "");
+    }
+
+    void addSaysWhatHappened() {
+        QFETCH(QString, kind);
+        QFETCH(int, outcome);
+        GalleryView view(m_faces, m_symbols, m_clock);
+        QStringList asked;
+        if (outcome >= 0) {
+            view.setAddHandler([&](const QString& k, WidgetSize size) {
+                asked << k + QLatin1Char('/') + rawValue(size);
+                return GalleryView::AddOutcome(outcome);
+            });
+        }
+        QSignalSpy added(&view, &GalleryView::added);
+        auto* button = view.findChild<QPushButton*>(QStringLiteral("add-") + kind);
+        QVERIFY(button);
+        QCOMPARE(button->isEnabled(), outcome >= 0);
+        QTest::mouseClick(button, Qt::LeftButton);
+        QTEST(asked.join(QLatin1Char(',')), "asked");
+        QTEST(view.message(), "message");
+        QCOMPARE(added.size(), outcome == int(GalleryView::AddOutcome::Added) ? 1 : 0);
+        const auto expected =
+            outcome >= 0 ? GalleryView::AddOutcome(outcome) : GalleryView::AddOutcome::NoRoom;
+        QCOMPARE(view.add(kind), expected);
+    }
+
+    void previewsFollowTheTicker() {
+        test::ManualClock clock(m_clock.now().addDays(1));
+        test::ManualScheduler scheduler(&clock);
+        TickCoordinator ticker(scheduler, clock, clock);
+        GalleryView view(m_faces, m_symbols, m_clock);
+        QCOMPARE(view.now(), m_clock.now());
+        view.followTicker(ticker);
+        QCOMPARE(view.now(), clock.now());
+        ticker.setPreviewActive(true);
+        scheduler.advance(std::chrono::milliseconds(3000));
+        QCOMPARE(view.now(), clock.now());
+        ticker.setPreviewActive(false);
+        const QDateTime stopped = view.now();
+        scheduler.advance(std::chrono::milliseconds(3000));
+        QCOMPARE(view.now(), stopped);
+    }
+};
 
 QTEST_MAIN(TestGalleryView)
 #include "tst_galleryview.moc"
