@@ -26,6 +26,18 @@ QVariant read(const AppSettings& settings, const char* name) {
     return metaProperty(name).read(&settings);
 }
 
+// The readers the launch uses before any AppSettings exists; they must agree with it.
+void compareStaticReader(const QByteArray& name, const tw::Defaults& defaults,
+                         const QVariant& expected) {
+    if (name == "hideDockIcon") {
+        QCOMPARE(QVariant(AppSettings::storedHideDockIcon(defaults)), expected);
+    } else if (name == "moveNeedsShift") {
+        QCOMPARE(QVariant(AppSettings::storedMoveNeedsShift(defaults)), expected);
+    } else if (name == "appLanguage") {
+        QCOMPARE(QVariant(AppSettings::storedLanguage(defaults)), expected);
+    }
+}
+
 } // namespace
 
 class TestAppSettings : public QObject {
@@ -68,6 +80,7 @@ private Q_SLOTS:
         tw::MemoryDefaults defaults;
         AppSettings settings(defaults);
         QCOMPARE(read(settings, name), fallback);
+        compareStaticReader(name, defaults, fallback);
         QVERIFY(!defaults.contains(key));
 
         const QMetaProperty meta = metaProperty(name);
@@ -81,6 +94,7 @@ private Q_SLOTS:
 
         AppSettings nextRun(defaults);
         QCOMPARE(read(nextRun, name), changed);
+        compareStaticReader(name, defaults, changed);
     }
 
     void runtimeFieldsWriteNothing_data() {
@@ -104,127 +118,82 @@ private Q_SLOTS:
     }
 
     // What a previous version or a hand-edited file left behind: words of the right kind win,
-    // anything else reads as the default.
+    // anything else reads as the default; retired keys count where the new one is absent. Reading
+    // writes nothing.
     void storedWordsLenient_data() {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QVariant>("stored");
+        QTest::addColumn<QVariantMap>("stored");
         QTest::addColumn<QByteArray>("name");
         QTest::addColumn<QVariant>("expected");
-        QTest::newRow("energy high")
-            << QStringLiteral("tarnwick.energyMode") << QVariant(QStringLiteral("high"))
-            << QByteArray("energyMode") << QVariant::fromValue(EnergyMode::high);
-        QTest::newRow("energy unknown word")
-            << QStringLiteral("tarnwick.energyMode") << QVariant(QStringLiteral("turbo"))
-            << QByteArray("energyMode") << QVariant::fromValue(EnergyMode::balanced);
-        QTest::newRow("energy wrong case")
-            << QStringLiteral("tarnwick.energyMode") << QVariant(QStringLiteral("Saver"))
-            << QByteArray("energyMode") << QVariant::fromValue(EnergyMode::balanced);
-        QTest::newRow("energy number")
-            << QStringLiteral("tarnwick.energyMode") << QVariant(2) << QByteArray("energyMode")
-            << QVariant::fromValue(EnergyMode::balanced);
-        QTest::newRow("bool as INI word")
-            << QStringLiteral("tarnwick.autoSaver") << QVariant(QStringLiteral("false"))
-            << QByteArray("autoSaver") << QVariant(false);
-        QTest::newRow("bool as number") << QStringLiteral("tarnwick.hideDockIcon") << QVariant(1)
-                                        << QByteArray("hideDockIcon") << QVariant(true);
-        QTest::newRow("bool unknown word")
-            << QStringLiteral("tarnwick.haptics") << QVariant(QStringLiteral("maybe"))
-            << QByteArray("hapticsEnabled") << QVariant(true);
-        QTest::newRow("bool unknown word, default false")
-            << QStringLiteral("tarnwick.moveNeedsShift") << QVariant(QStringLiteral("yes please"))
-            << QByteArray("moveNeedsShift") << QVariant(false);
-        QTest::newRow("fps as INI word")
-            << QStringLiteral("tarnwick.lockScreenFPS") << QVariant(QStringLiteral("15"))
-            << QByteArray("lockScreenFPS") << QVariant(15.0);
-        QTest::newRow("fps off the choices")
-            << QStringLiteral("tarnwick.lockScreenFPS") << QVariant(25.0)
-            << QByteArray("lockScreenFPS") << QVariant(30.0);
-        QTest::newRow("fps negative") << QStringLiteral("tarnwick.lockScreenFPS") << QVariant(-5)
-                                      << QByteArray("lockScreenFPS") << QVariant(0.0);
-        QTest::newRow("fps not a number")
-            << QStringLiteral("tarnwick.lockScreenFPS") << QVariant(QStringLiteral("fast"))
-            << QByteArray("lockScreenFPS") << QVariant(8.0);
-        QTest::newRow("language unknown")
-            << QStringLiteral("tarnwick.appLanguage") << QVariant(QStringLiteral("klingon"))
-            << QByteArray("appLanguage") << QVariant(QStringLiteral("system"));
-        QTest::newRow("language empty")
-            << QStringLiteral("tarnwick.appLanguage") << QVariant(QString())
-            << QByteArray("appLanguage") << QVariant(QStringLiteral("system"));
-        QTest::newRow("language from INI list")
-            << QStringLiteral("tarnwick.appLanguage") << QVariant(QStringList{QStringLiteral("fr")})
-            << QByteArray("appLanguage") << QVariant(QStringLiteral("fr"));
+        const auto row = [](const char* label,
+                            std::initializer_list<std::pair<const char*, QVariant>> stored,
+                            const char* name, QVariant expected) {
+            QVariantMap map;
+            for (const auto& [key, value] : stored) {
+                map.insert(QStringLiteral("tarnwick.") + QLatin1String(key), value);
+            }
+            QTest::newRow(label) << map << QByteArray(name) << expected;
+        };
+        const auto energy = [](EnergyMode mode) { return QVariant::fromValue(mode); };
+        const auto word = [](const char* text) { return QVariant(QString::fromLatin1(text)); };
+        row("energy high", {{"energyMode", word("high")}}, "energyMode", energy(EnergyMode::high));
+        row("energy unknown word", {{"energyMode", word("turbo")}}, "energyMode",
+            energy(EnergyMode::balanced));
+        row("energy wrong case", {{"energyMode", word("Saver")}}, "energyMode",
+            energy(EnergyMode::balanced));
+        row("energy number", {{"energyMode", 2}}, "energyMode", energy(EnergyMode::balanced));
+        row("bool as INI word", {{"autoSaver", word("false")}}, "autoSaver", false);
+        row("bool as number", {{"hideDockIcon", 1}}, "hideDockIcon", true);
+        row("bool as INI word true", {{"moveNeedsShift", word("true")}}, "moveNeedsShift", true);
+        row("bool unknown word", {{"haptics", word("maybe")}}, "hapticsEnabled", true);
+        row("bool unknown word, default false", {{"moveNeedsShift", word("yes please")}},
+            "moveNeedsShift", false);
+        row("fps as INI word", {{"lockScreenFPS", word("15")}}, "lockScreenFPS", 15.0);
+        row("fps off the choices", {{"lockScreenFPS", 25.0}}, "lockScreenFPS", 30.0);
+        row("fps negative", {{"lockScreenFPS", -5}}, "lockScreenFPS", 0.0);
+        row("fps not a number", {{"lockScreenFPS", word("fast")}}, "lockScreenFPS", 8.0);
+        row("fps from retired: animated", {{"lockScreenAnimated", true}}, "lockScreenFPS", 8.0);
+        row("fps from retired: still", {{"lockScreenAnimated", false}}, "lockScreenFPS", 0.0);
+        row("fps from retired: INI word", {{"lockScreenAnimated", word("false")}}, "lockScreenFPS",
+            0.0);
+        row("fps wins over retired", {{"lockScreenFPS", 60}, {"lockScreenAnimated", false}},
+            "lockScreenFPS", 60.0);
+        row("fps zero wins", {{"lockScreenFPS", 0}, {"lockScreenAnimated", true}}, "lockScreenFPS",
+            0.0);
+        row("guide, plain only", {{"hasSeenGuide", true}}, "hasSeenGuide", true);
+        row("guide, versioned only", {{"hasSeenGuide.v225", true}}, "hasSeenGuide", true);
+        row("guide, versioned counts over plain",
+            {{"hasSeenGuide.v225", false}, {"hasSeenGuide", true}}, "hasSeenGuide", false);
+        row("guide, versioned unreadable",
+            {{"hasSeenGuide.v225", word("?")}, {"hasSeenGuide", true}}, "hasSeenGuide", true);
+        row("language unknown", {{"appLanguage", word("klingon")}}, "appLanguage", word("system"));
+        row("language empty", {{"appLanguage", QString()}}, "appLanguage", word("system"));
+        row("language from INI list", {{"appLanguage", QStringList{QStringLiteral("fr")}}},
+            "appLanguage", word("fr"));
     }
     void storedWordsLenient() {
-        QFETCH(QString, key);
-        QFETCH(QVariant, stored);
+        QFETCH(QVariantMap, stored);
         QFETCH(QByteArray, name);
         QFETCH(QVariant, expected);
         tw::MemoryDefaults defaults;
-        defaults.setValue(key, stored);
+        for (auto it = stored.cbegin(); it != stored.cend(); ++it) {
+            defaults.setValue(it.key(), it.value());
+        }
+        QSignalSpy written(&defaults, &tw::Defaults::valueChanged);
         AppSettings settings(defaults);
         QCOMPARE(read(settings, name), expected);
+        compareStaticReader(name, defaults, expected);
+        QCOMPARE(written.size(), 0);
     }
 
-    void lockScreenFPSMigration_data() {
-        QTest::addColumn<QVariant>("fps");
-        QTest::addColumn<QVariant>("animated");
-        QTest::addColumn<double>("expected");
-        QTest::newRow("neither") << QVariant() << QVariant() << 8.0;
-        QTest::newRow("animated") << QVariant() << QVariant(true) << 8.0;
-        QTest::newRow("still") << QVariant() << QVariant(false) << 0.0;
-        QTest::newRow("still as INI word")
-            << QVariant() << QVariant(QStringLiteral("false")) << 0.0;
-        QTest::newRow("fps wins over retired") << QVariant(60) << QVariant(false) << 60.0;
-        QTest::newRow("fps zero wins") << QVariant(0) << QVariant(true) << 0.0;
-    }
-    void lockScreenFPSMigration() {
-        QFETCH(QVariant, fps);
-        QFETCH(QVariant, animated);
-        QFETCH(double, expected);
+    // Seeing the guide is written to the plain key; the versioned one an older version left goes.
+    void seeingTheGuideReplacesTheVersionedKey() {
         tw::MemoryDefaults defaults;
-        if (fps.isValid()) {
-            defaults.setValue(QStringLiteral("tarnwick.lockScreenFPS"), fps);
-        }
-        if (animated.isValid()) {
-            defaults.setValue(QStringLiteral("tarnwick.lockScreenAnimated"), animated);
-        }
+        defaults.setValue(QStringLiteral("tarnwick.hasSeenGuide.v225"), false);
         AppSettings settings(defaults);
-        QCOMPARE(settings.lockScreenFPS(), expected);
-        // Reading migrates nothing; the retired key stays for an older version to read.
-        QCOMPARE(defaults.contains(QStringLiteral("tarnwick.lockScreenFPS")), fps.isValid());
-    }
-
-    void hasSeenGuideVersioned_data() {
-        QTest::addColumn<QVariant>("versioned");
-        QTest::addColumn<QVariant>("plain");
-        QTest::addColumn<bool>("expected");
-        QTest::newRow("none") << QVariant() << QVariant() << false;
-        QTest::newRow("plain only") << QVariant() << QVariant(true) << true;
-        QTest::newRow("versioned only") << QVariant(true) << QVariant() << true;
-        QTest::newRow("versioned counts over plain") << QVariant(false) << QVariant(true) << false;
-        QTest::newRow("versioned unreadable")
-            << QVariant(QStringLiteral("?")) << QVariant(true) << true;
-    }
-    void hasSeenGuideVersioned() {
-        QFETCH(QVariant, versioned);
-        QFETCH(QVariant, plain);
-        QFETCH(bool, expected);
-        const QString versionedKey = QStringLiteral("tarnwick.hasSeenGuide.v225");
-        const QString plainKey = QStringLiteral("tarnwick.hasSeenGuide");
-        tw::MemoryDefaults defaults;
-        if (versioned.isValid()) {
-            defaults.setValue(versionedKey, versioned);
-        }
-        if (plain.isValid()) {
-            defaults.setValue(plainKey, plain);
-        }
-        AppSettings settings(defaults);
-        QCOMPARE(settings.hasSeenGuide(), expected);
-
-        settings.setHasSeenGuide(!expected);
-        QCOMPARE(defaults.value(plainKey), QVariant(!expected));
-        QVERIFY(!defaults.contains(versionedKey));
-        QCOMPARE(AppSettings(defaults).hasSeenGuide(), !expected);
+        settings.setHasSeenGuide(true);
+        QCOMPARE(defaults.value(QStringLiteral("tarnwick.hasSeenGuide")), QVariant(true));
+        QVERIFY(!defaults.contains(QStringLiteral("tarnwick.hasSeenGuide.v225")));
+        QVERIFY(AppSettings(defaults).hasSeenGuide());
     }
 
     void languageChoiceWritesAppleLanguagesAndWaitsForRelaunch() {
@@ -251,133 +220,78 @@ private Q_SLOTS:
         settings.setAppLanguage(QStringLiteral("ja"));
         QCOMPARE(AppSettings(defaults).languageAtLaunch(), QStringLiteral("ja"));
         QCOMPARE(settings.languageAtLaunch(), QStringLiteral("system"));
-    }
 
-    void applyLanguagePreferenceDirectly() {
-        tw::MemoryDefaults defaults;
         AppSettings::applyLanguagePreference(defaults, QStringLiteral("zh-Hant"));
-        QCOMPARE(defaults.value(QStringLiteral("AppleLanguages")).toStringList(),
+        QCOMPARE(defaults.value(appleLanguages).toStringList(),
                  QStringList{QStringLiteral("zh-Hant")});
         AppSettings::applyLanguagePreference(defaults, QStringLiteral("system"));
-        QVERIFY(!defaults.contains(QStringLiteral("AppleLanguages")));
+        QVERIFY(!defaults.contains(appleLanguages));
     }
 
-    void staticReaders() {
-        tw::MemoryDefaults defaults;
-        QCOMPARE(AppSettings::storedHideDockIcon(defaults), false);
-        QCOMPARE(AppSettings::storedMoveNeedsShift(defaults), false);
-        QCOMPARE(AppSettings::storedLanguage(defaults), QStringLiteral("system"));
-        defaults.setValue(QStringLiteral("tarnwick.hideDockIcon"), true);
-        defaults.setValue(QStringLiteral("tarnwick.moveNeedsShift"), QStringLiteral("true"));
-        defaults.setValue(QStringLiteral("tarnwick.appLanguage"), QStringLiteral("it"));
-        QCOMPARE(AppSettings::storedHideDockIcon(defaults), true);
-        QCOMPARE(AppSettings::storedMoveNeedsShift(defaults), true);
-        QCOMPARE(AppSettings::storedLanguage(defaults), QStringLiteral("it"));
-    }
-
-    void updateLaunch_data() {
+    // Present keys, a recorded version, and what the start makes of them: an update (recorded
+    // at once), an existing install, a launch before.
+    void earlierStarts_data() {
         QTest::addColumn<QStringList>("present");
         QTest::addColumn<QString>("lastVersion");
-        QTest::addColumn<bool>("expected");
-        QTest::newRow("new install") << QStringList{} << QString() << false;
-        QTest::newRow("same version") << QStringList{} << QStringLiteral("1.4") << false;
-        QTest::newRow("other version") << QStringList{} << QStringLiteral("1.3") << true;
-        QTest::newRow("unrecorded, energy mode")
-            << QStringList{QStringLiteral("tarnwick.energyMode")} << QString() << true;
-        QTest::newRow("unrecorded, retired grid")
-            << QStringList{QStringLiteral("tarnwick.grid")} << QString() << true;
-        QTest::newRow("unrecorded, guide")
-            << QStringList{QStringLiteral("tarnwick.hasSeenGuide")} << QString() << true;
-        QTest::newRow("unrecorded, other keys only")
-            << QStringList{QStringLiteral("tarnwick.haptics"),
-                           QStringLiteral("tarnwick.hasSeenGuide.v225")}
-            << QString() << false;
+        QTest::addColumn<bool>("update");
+        QTest::addColumn<bool>("existing");
+        const auto row = [](const char* name, const char* key, const char* version, bool update,
+                            bool existing) {
+            QTest::newRow(name) << (*key ? QStringList{QLatin1String(key)} : QStringList())
+                                << QString::fromLatin1(version) << update << existing;
+        };
+        row("new install", "", "", false, false);
+        row("same version", "", "1.4", false, false);
+        row("other version", "", "1.3", true, false);
+        row("unrecorded, energy mode", "tarnwick.energyMode", "", true, true);
+        row("unrecorded, retired grid", "tarnwick.grid", "", true, false);
+        row("unrecorded, guide", "tarnwick.hasSeenGuide", "", true, true);
+        row("unrecorded, guide v225", "tarnwick.hasSeenGuide.v225", "", false, true);
+        row("unrecorded, other keys only", "tarnwick.haptics", "", false, false);
     }
-    void updateLaunch() {
+    void earlierStarts() {
         QFETCH(QStringList, present);
         QFETCH(QString, lastVersion);
-        QFETCH(bool, expected);
+        QFETCH(bool, update);
+        QFETCH(bool, existing);
         tw::MemoryDefaults defaults;
         for (const QString& key : present) {
-            defaults.setValue(key, true);
+            defaults.setValue(key, false);
         }
         if (!lastVersion.isEmpty()) {
             defaults.setValue(QStringLiteral("tarnwick.lastLaunchedVersion"), lastVersion);
         }
+        QCOMPARE(AppSettings::isExistingInstall(defaults), existing);
+        // A recorded version shows an earlier start, though not an install from before versions
+        // were recorded.
+        QCOMPARE(AppSettings::hasLaunchedBefore(defaults), existing || !lastVersion.isEmpty());
         const QString version = QStringLiteral("1.4");
-        QCOMPARE(AppSettings::checkAndRecordUpdateLaunch(defaults, version), expected);
+        QCOMPARE(AppSettings::checkAndRecordUpdateLaunch(defaults, version), update);
         QCOMPARE(defaults.value(QStringLiteral("tarnwick.lastLaunchedVersion")).toString(),
                  version);
-        QCOMPARE(defaults.contains(QStringLiteral("tarnwick.hasUpdated")), expected);
+        QCOMPARE(defaults.contains(QStringLiteral("tarnwick.hasUpdated")), update);
         // The next start on the same version is no update, whatever the first one found.
         QCOMPARE(AppSettings::checkAndRecordUpdateLaunch(defaults, version), false);
     }
 
-    void existingInstall_data() {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<bool>("expected");
-        QTest::newRow("nothing") << QString() << false;
-        QTest::newRow("energy mode") << QStringLiteral("tarnwick.energyMode") << true;
-        QTest::newRow("guide v225") << QStringLiteral("tarnwick.hasSeenGuide.v225") << true;
-        QTest::newRow("guide") << QStringLiteral("tarnwick.hasSeenGuide") << true;
-        QTest::newRow("other key") << QStringLiteral("tarnwick.haptics") << false;
-        QTest::newRow("a recorded version")
-            << QStringLiteral("tarnwick.lastLaunchedVersion") << false;
-    }
-    // A recorded version shows an earlier start, though not an install from before versions
-    // were recorded.
-    void existingInstall() {
-        QFETCH(QString, key);
-        QFETCH(bool, expected);
-        tw::MemoryDefaults defaults;
-        if (!key.isEmpty()) {
-            defaults.setValue(key, false);
-        }
-        QCOMPARE(AppSettings::isExistingInstall(defaults), expected);
-        QCOMPARE(AppSettings::hasLaunchedBefore(defaults),
-                 expected || key == QLatin1String("tarnwick.lastLaunchedVersion"));
-    }
-
     void energyModeWords() {
         QStringList raws;
+        QSet<QString> subtitles;
         for (const EnergyMode mode : AppSettings::energyModes) {
             raws << AppSettings::rawValue(mode);
             QCOMPARE(AppSettings::energyModeFromRawValue(AppSettings::rawValue(mode)), mode);
+            QVERIFY(!AppSettings::title(mode).isEmpty());
+            subtitles.insert(AppSettings::subtitle(mode));
         }
         QCOMPARE(raws, (QStringList{QStringLiteral("high"), QStringLiteral("balanced"),
                                     QStringLiteral("saver")}));
+        QCOMPARE(subtitles.size(), raws.size());
         QCOMPARE(AppSettings::energyModeFromRawValue(u""), std::nullopt);
-        QCOMPARE(AppSettings::subtitle(EnergyMode::saver),
-                 QStringLiteral("Still frames with minimal refreshes"));
-        QCOMPARE(AppSettings::subtitle(EnergyMode::balanced),
-                 QStringLiteral("Widgets animate while you hover them"));
-        QCOMPARE(AppSettings::subtitle(EnergyMode::high),
-                 QStringLiteral("Everything animates, full frame rate"));
-        QCOMPARE(AppSettings::title(EnergyMode::balanced), QStringLiteral("Balanced"));
     }
 
-    // The real preferences file: INI gives words back where booleans and lists went in.
+    // The real preferences file: INI gives every value back as a word, and lists of one as a
+    // word; what one run writes, the next reads.
     void survivesTheSettingsFile() {
-        QTemporaryDir dir;
-        const QString path = dir.filePath(QStringLiteral("Tarnwick.conf"));
-        {
-            tw::SettingsDefaults defaults(path);
-            AppSettings settings(defaults);
-            settings.setAutoSaver(false);
-            settings.setLockScreenFPS(15);
-            settings.setEnergyMode(EnergyMode::high);
-            settings.setAppLanguage(QStringLiteral("de"));
-        }
-        tw::SettingsDefaults defaults(path);
-        AppSettings settings(defaults);
-        QCOMPARE(settings.autoSaver(), false);
-        QCOMPARE(settings.lockScreenFPS(), 15.0);
-        QCOMPARE(settings.energyMode(), EnergyMode::high);
-        QCOMPARE(settings.languageAtLaunch(), QStringLiteral("de"));
-    }
-
-    // A file another run left: INI gives every value back as a word, and lists of one as a word.
-    void readsTheWordsOfAnIniFile() {
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("Tarnwick.conf"));
         QFile file(path);
@@ -391,15 +305,26 @@ private Q_SLOTS:
                    "tarnwick.appLanguage=de\n"
                    "AppleLanguages=de\n");
         file.close();
+        {
+            tw::SettingsDefaults defaults(path);
+            AppSettings settings(defaults);
+            QCOMPARE(settings.autoSaver(), false);
+            QCOMPARE(settings.hideDockIcon(), true);
+            QCOMPARE(settings.hapticsEnabled(), true);
+            QCOMPARE(settings.lockScreenFPS(), 0.0);
+            QCOMPARE(settings.energyMode(), EnergyMode::saver);
+            QCOMPARE(settings.languageAtLaunch(), QStringLiteral("de"));
+            QCOMPARE(AppSettings::storedHideDockIcon(defaults), true);
+            settings.setLockScreenFPS(15);
+            settings.setEnergyMode(EnergyMode::high);
+            settings.setAppLanguage(QStringLiteral("fr"));
+        }
         tw::SettingsDefaults defaults(path);
         AppSettings settings(defaults);
         QCOMPARE(settings.autoSaver(), false);
-        QCOMPARE(settings.hideDockIcon(), true);
-        QCOMPARE(settings.hapticsEnabled(), true);
-        QCOMPARE(settings.lockScreenFPS(), 0.0);
-        QCOMPARE(settings.energyMode(), EnergyMode::saver);
-        QCOMPARE(settings.appLanguage(), QStringLiteral("de"));
-        QCOMPARE(AppSettings::storedHideDockIcon(defaults), true);
+        QCOMPARE(settings.lockScreenFPS(), 15.0);
+        QCOMPARE(settings.energyMode(), EnergyMode::high);
+        QCOMPARE(settings.languageAtLaunch(), QStringLiteral("fr"));
     }
 
     void failedRelaunchLeavesTheApplicationRunning() {
