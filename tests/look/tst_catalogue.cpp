@@ -1,5 +1,6 @@
 #include "look/CatalogCounts.h"
 #include "look/Theme.h"
+#include "model/WidgetAction.h"
 #include "model/WidgetRegistry.h"
 
 #include <QFile>
@@ -56,14 +57,16 @@ QString kindLine(const WidgetMetadata& m) {
     const QSet<QString> keys = WidgetRegistry::contentKeys(m.kind);
     QStringList content(keys.cbegin(), keys.cend());
     content.sort();
+    const auto role = WidgetAction::defaultRole(m.kind);
     const QString refresh = m.refresh.isNever() ? QStringLiteral("never")
                                                 : QString::number(m.refresh.interval()->count());
     return QStringLiteral("kind %1 \"%2\" %3 sizes=%4 default=%5 refresh=%6 %7 max=%8 "
-                          "permissions=%9 traits=%10 content=%11")
+                          "permissions=%9 traits=%10 content=%11 click=%12")
         .arg(m.kind, m.displayName, m.symbol, sizes.join(QLatin1Char(',')), rawValue(m.defaultSize),
              refresh, rawValue(widgetCategoryOf(m.kind)))
         .arg(WidgetRegistry::maxInstances(m.kind))
-        .arg(orDash(permissions), orDash(traits), orDash(content));
+        .arg(orDash(permissions), orDash(traits), orDash(content),
+             role ? rawValue(*role) : QStringLiteral("-"));
 }
 
 } // namespace

@@ -55,61 +55,47 @@ Q_DECLARE_METATYPE(tw::ThemeColor)
 class TestThemeStore : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void freshStartIsMidnightAndWritesNothing() {
-        Rig rig;
-        ThemeStore store(rig.defaults, rig.path());
-        QCOMPARE(store.current(), Theme::defaultTheme());
-        QCOMPARE(store.current().id, QStringLiteral("midnight"));
-        QCOMPARE(store.glassTint(), GlassTint::Dark);
-        QCOMPARE(store.glassStyle(), GlassStyle::Frosted);
-        QCOMPARE(store.glassStrength(), 0.0);
-        QVERIFY(!QFile::exists(rig.path()));
-        QVERIFY(rig.quarantined().isEmpty());
-    }
-
-    void aThemeSurvivesARestart() {
-        Rig rig;
-        {
-            ThemeStore store(rig.defaults, rig.path());
-            store.select(custom());
-        }
-        const QJsonDocument onDisk = QJsonDocument::fromJson(rig.read());
-        QCOMPARE(onDisk.object().value(QStringLiteral("id")).toString(), QStringLiteral("mine"));
-        ThemeStore again(rig.defaults, rig.path());
-        QCOMPARE(again.current(), custom());
-    }
-
-    void aStoredBuiltInTakesTodaysColours() {
-        Rig rig;
+    // What the store starts with from "theme.json": nothing written on a fresh start, a stored
+    // built-in re-read from today's table, an unreadable file set aside with its bytes.
+    void startsFromTheFile_data() {
+        QTest::addColumn<QByteArray>("bytes"); // null: no file
+        QTest::addColumn<QString>("expected"); // the theme's id; "!" for one set aside
         Theme stale = *Theme::builtIn(QStringLiteral("ocean"));
         stale.accent = ThemeColor{1, 0, 0, 1};
         stale.name = QStringLiteral("Old Ocean");
-        rig.write(QJsonDocument(stale.toJson()).toJson());
-        ThemeStore store(rig.defaults, rig.path());
-        QCOMPARE(store.current(), *Theme::builtIn(QStringLiteral("ocean")));
+        const auto json = [](const Theme& theme) { return QJsonDocument(theme.toJson()).toJson(); };
+        QTest::newRow("fresh start") << QByteArray() << "midnight";
+        QTest::newRow("a theme of one's own") << json(custom()) << "mine";
+        QTest::newRow("a stored built-in takes today's colours") << json(stale) << "ocean";
+        QTest::newRow("not json") << QByteArray("{\"id\": \"ocean\", ") << "!";
+        QTest::newRow("an array") << QByteArray("[1, 2, 3]") << "!";
+        QTest::newRow("no id") << QByteArray("{\"name\": \"Ocean\"}") << "!";
+        QTest::newRow("id not a string") << QByteArray("{\"id\": 7}") << "!";
+        QTest::newRow("empty") << QByteArray("") << "!";
+        QTest::newRow("bad utf-8, and no id once mended")
+            << QByteArray("{\"name\": \"Oc\xff\"}") << "!";
     }
-
-    void anUnreadableFileIsSetAside_data() {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::newRow("not json") << QByteArray("{\"id\": \"ocean\", ");
-        QTest::newRow("an array") << QByteArray("[1, 2, 3]");
-        QTest::newRow("no id") << QByteArray("{\"name\": \"Ocean\"}");
-        QTest::newRow("id not a string") << QByteArray("{\"id\": 7}");
-        QTest::newRow("empty") << QByteArray();
-        QTest::newRow("bad utf-8, and no id once mended") << QByteArray("{\"name\": \"Oc\xff\"}");
-    }
-    void anUnreadableFileIsSetAside() {
+    void startsFromTheFile() {
         QFETCH(QByteArray, bytes);
+        QFETCH(QString, expected);
         Rig rig;
-        rig.write(bytes);
+        if (!bytes.isNull()) {
+            rig.write(bytes);
+        }
         ThemeStore store(rig.defaults, rig.path());
-        QCOMPARE(store.current(), Theme::defaultTheme());
-        QVERIFY(!QFile::exists(rig.path()));
+        const bool setAside = expected == QLatin1String("!");
+        const Theme theme = setAside                            ? Theme::defaultTheme()
+                            : expected == QLatin1String("mine") ? custom()
+                                                                : *Theme::builtIn(expected);
+        QCOMPARE(store.current(), theme);
+        QCOMPARE(QFile::exists(rig.path()), !bytes.isNull() && !setAside);
         const QStringList aside = rig.quarantined();
-        QCOMPARE(aside.size(), 1);
-        QFile kept(rig.dir.filePath(aside.front()));
-        QVERIFY(kept.open(QIODevice::ReadOnly));
-        QCOMPARE(kept.readAll(), bytes);
+        QCOMPARE(aside.size(), setAside ? 1 : 0);
+        if (setAside) {
+            QFile kept(rig.dir.filePath(aside.front()));
+            QVERIFY(kept.open(QIODevice::ReadOnly));
+            QCOMPARE(kept.readAll(), bytes);
+        }
     }
 
     void aFailedSaveKeepsTheThemeInMemory() {
@@ -143,59 +129,69 @@ private Q_SLOTS:
         QCOMPARE(store.themed().accent, (ThemeColor{0, 1, 0, 1}));
         QCOMPARE(store.current().accent, Theme::builtIn(QStringLiteral("tokyo_drift"))->accent);
         QCOMPARE(themed.size(), 3);
+        store.select(custom());
+        QCOMPARE(ThemeStore(rig.defaults, rig.path()).current(), custom());
         store.resetToDefault();
         QCOMPARE(store.current(), Theme::defaultTheme());
         QVERIFY(!store.accentOverride());
         QCOMPARE(ThemeStore(rig.defaults, rig.path()).current(), Theme::defaultTheme());
     }
 
-    void unknownStoredTintIsDark_data() {
-        QTest::addColumn<QVariant>("stored");
+    // The glass preferences as stored: words and flags of the right kind win, anything else
+    // reads as dark, frosted, strength 0.
+    void glassFromDefaults_data() {
+        QTest::addColumn<QVariantMap>("stored");
         QTest::addColumn<GlassTint>("tint");
-        QTest::newRow("auto") << QVariant(QStringLiteral("auto")) << GlassTint::Auto;
-        QTest::newRow("light") << QVariant(QStringLiteral("light")) << GlassTint::Light;
-        QTest::newRow("dark") << QVariant(QStringLiteral("dark")) << GlassTint::Dark;
-        QTest::newRow("other case") << QVariant(QStringLiteral("Light")) << GlassTint::Dark;
-        QTest::newRow("unknown word") << QVariant(QStringLiteral("smoky")) << GlassTint::Dark;
-        QTest::newRow("a number") << QVariant(3) << GlassTint::Dark;
-        QTest::newRow("absent") << QVariant() << GlassTint::Dark;
-    }
-    void unknownStoredTintIsDark() {
-        QFETCH(QVariant, stored);
-        QFETCH(GlassTint, tint);
-        Rig rig;
-        if (stored.isValid()) {
-            rig.defaults.setValue(ThemeStore::glassTintKey, stored);
-        }
-        QCOMPARE(ThemeStore(rig.defaults, rig.path()).glassTint(), tint);
-    }
-
-    void styleFromStoredFlags_data() {
-        QTest::addColumn<QVariant>("liquid");
-        QTest::addColumn<QVariant>("clear");
         QTest::addColumn<GlassStyle>("style");
-        QTest::newRow("neither") << QVariant(false) << QVariant(false) << GlassStyle::Frosted;
-        QTest::newRow("clear") << QVariant(false) << QVariant(true) << GlassStyle::Clear;
-        QTest::newRow("liquid") << QVariant(true) << QVariant(false) << GlassStyle::Liquid;
-        QTest::newRow("both: liquid wins")
-            << QVariant(true) << QVariant(true) << GlassStyle::Liquid;
-        QTest::newRow("as text") << QVariant(QStringLiteral("false"))
-                                 << QVariant(QStringLiteral("true")) << GlassStyle::Clear;
-        QTest::newRow("text that is no bool")
-            << QVariant(QStringLiteral("yes please")) << QVariant() << GlassStyle::Frosted;
-        QTest::newRow("text in capitals, with spaces")
-            << QVariant(QStringLiteral(" TRUE ")) << QVariant() << GlassStyle::Liquid;
+        QTest::addColumn<double>("strength");
+        const auto row = [](const char* name,
+                            std::initializer_list<std::pair<QString, QVariant>> stored,
+                            GlassTint tint, GlassStyle style, double strength) {
+            QVariantMap map;
+            for (const auto& [key, value] : stored) {
+                map.insert(key, value);
+            }
+            QTest::newRow(name) << map << tint << style << strength;
+        };
+        const QString tint = ThemeStore::glassTintKey;
+        const QString liquid = ThemeStore::glassLiquidKey;
+        const QString clear = ThemeStore::glassClearKey;
+        const QString strength = ThemeStore::glassStrengthKey;
+        const auto word = [](const char* text) { return QVariant(QString::fromLatin1(text)); };
+        const auto D = GlassTint::Dark;
+        const auto F = GlassStyle::Frosted;
+        row("nothing stored", {}, D, F, 0.0);
+        row("tint auto", {{tint, word("auto")}}, GlassTint::Auto, F, 0.0);
+        row("tint light", {{tint, word("light")}}, GlassTint::Light, F, 0.0);
+        row("tint dark", {{tint, word("dark")}}, D, F, 0.0);
+        row("tint in another case", {{tint, word("Light")}}, D, F, 0.0);
+        row("tint unknown word", {{tint, word("smoky")}}, D, F, 0.0);
+        row("tint a number", {{tint, 3}}, D, F, 0.0);
+        row("neither flag", {{liquid, false}, {clear, false}}, D, F, 0.0);
+        row("clear", {{liquid, false}, {clear, true}}, D, GlassStyle::Clear, 0.0);
+        row("liquid", {{liquid, true}, {clear, false}}, D, GlassStyle::Liquid, 0.0);
+        row("both: liquid wins", {{liquid, true}, {clear, true}}, D, GlassStyle::Liquid, 0.0);
+        row("flags as text", {{liquid, word("false")}, {clear, word("true")}}, D, GlassStyle::Clear,
+            0.0);
+        row("text that is no bool", {{liquid, word("yes please")}}, D, F, 0.0);
+        row("text in capitals, with spaces", {{liquid, word(" TRUE ")}}, D, GlassStyle::Liquid,
+            0.0);
+        row("strength a number", {{strength, 0.6}}, D, F, 0.6);
+        row("strength as text", {{strength, word("0.25")}}, D, F, 0.25);
+        row("strength garbage", {{strength, word("strong")}}, D, F, 0.0);
+        row("strength not finite", {{strength, qQNaN()}}, D, F, 0.0);
+        row("a bool is no strength", {{strength, true}}, D, F, 0.0);
     }
-    void styleFromStoredFlags() {
-        QFETCH(QVariant, liquid);
-        QFETCH(QVariant, clear);
-        QFETCH(GlassStyle, style);
+    void glassFromDefaults() {
+        QFETCH(QVariantMap, stored);
         Rig rig;
-        rig.defaults.setValue(ThemeStore::glassLiquidKey, liquid);
-        if (clear.isValid()) {
-            rig.defaults.setValue(ThemeStore::glassClearKey, clear);
+        for (auto it = stored.cbegin(); it != stored.cend(); ++it) {
+            rig.defaults.setValue(it.key(), it.value());
         }
-        QCOMPARE(ThemeStore(rig.defaults, rig.path()).glassStyle(), style);
+        const ThemeStore store(rig.defaults, rig.path());
+        QTEST(store.glassTint(), "tint");
+        QTEST(store.glassStyle(), "style");
+        QTEST(store.glassStrength(), "strength");
     }
 
     void settingTheStyleWritesBothFlags() {
@@ -213,23 +209,6 @@ private Q_SLOTS:
         QCOMPARE(style.size(), 2);
         QCOMPARE(rig.defaults.value(ThemeStore::glassLiquidKey), QVariant(false));
         QCOMPARE(rig.defaults.value(ThemeStore::glassClearKey), QVariant(false));
-    }
-
-    void strengthFromDefaults_data() {
-        QTest::addColumn<QVariant>("stored");
-        QTest::addColumn<double>("strength");
-        QTest::newRow("number") << QVariant(0.6) << 0.6;
-        QTest::newRow("text") << QVariant(QStringLiteral("0.25")) << 0.25;
-        QTest::newRow("garbage") << QVariant(QStringLiteral("strong")) << 0.0;
-        QTest::newRow("not finite") << QVariant(qQNaN()) << 0.0;
-        QTest::newRow("a bool is no number") << QVariant(true) << 0.0;
-    }
-    void strengthFromDefaults() {
-        QFETCH(QVariant, stored);
-        QFETCH(double, strength);
-        Rig rig;
-        rig.defaults.setValue(ThemeStore::glassStrengthKey, stored);
-        QCOMPARE(ThemeStore(rig.defaults, rig.path()).glassStrength(), strength);
     }
 
     void darkFrostedOncePerRelease() {

@@ -41,41 +41,28 @@ private Q_SLOTS:
         QTest::addColumn<QString>("kind");
         QTest::addColumn<QString>("settings");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("default of calendar") << "calendar"
-                                             << "-"
-                                             << "app calendar";
-        QTest::newRow("explicit none beats the default") << "calendar"
-                                                         << "clickAction=none|clickTarget=x"
-                                                         << "no action";
-        QTest::newRow("url with a blank target, not the default")
-            << "calendar"
-            << "clickAction=url|clickTarget=  \n"
-            << "no action";
-        QTest::newRow("url without a target") << "weather"
-                                              << "clickAction=url"
-                                              << "no action";
-        QTest::newRow("target trimmed") << "moon"
-                                        << "clickAction=url|clickTarget=  example.com\n"
-                                        << "url example.com";
-        QTest::newRow("shortcut") << "moon"
-                                  << "clickAction=shortcut|clickTarget=Focus"
-                                  << "shortcut Focus";
-        QTest::newRow("unknown action falls back") << "clock"
-                                                   << "clickAction=launch|clickTarget=x"
-                                                   << "app clock";
-        QTest::newRow("action is case-sensitive") << "battery"
-                                                  << "clickAction=URL|clickTarget=x"
-                                                  << "app settings";
-        QTest::newRow("other settings only") << "system"
-                                             << "style=ring"
-                                             << "app system-monitor";
-        QTest::newRow("silent kind") << "crypto"
-                                     << "-"
-                                     << "no action";
-        QTest::newRow("silent kind, chosen app")
-            << "crypto"
-            << "clickAction=app|clickTarget=org.gnome.Calculator"
-            << "app org.gnome.Calculator";
+        const auto row = [](const char* name, const char* kind, const char* settings,
+                            const char* expected) {
+            QTest::newRow(name) << QString::fromLatin1(kind) << QString::fromLatin1(settings)
+                                << QString::fromLatin1(expected);
+        };
+        row("default of calendar", "calendar", "-", "app calendar");
+        row("explicit none beats the default", "calendar", "clickAction=none|clickTarget=x",
+            "no action");
+        row("url with a blank target, not the default", "calendar",
+            "clickAction=url|clickTarget=  \n", "no action");
+        row("url without a target", "weather", "clickAction=url", "no action");
+        row("target trimmed", "moon", "clickAction=url|clickTarget=  example.com\n",
+            "url example.com");
+        row("shortcut", "moon", "clickAction=shortcut|clickTarget=Focus", "shortcut Focus");
+        row("unknown action falls back", "clock", "clickAction=launch|clickTarget=x", "app clock");
+        row("action is case-sensitive", "battery", "clickAction=URL|clickTarget=x", "app settings");
+        row("other settings only", "system", "style=ring", "app system-monitor");
+        row("silent kind", "crypto", "-", "no action");
+        row("custom kinds are silent", "custom.E621E1F8-C36C-495A-93FC-0C247A3E6E5F", "-",
+            "no action");
+        row("silent kind, chosen app", "crypto", "clickAction=app|clickTarget=org.gnome.Calculator",
+            "app org.gnome.Calculator");
     }
     void resolved() {
         QFETCH(QString, kind);
@@ -83,69 +70,28 @@ private Q_SLOTS:
         QTEST(describe(WidgetAction::resolved(kind, settingsFrom(settings))), "expected");
     }
 
-    void defaultRole_data() {
-        QTest::addColumn<QString>("kinds");
-        QTest::addColumn<QString>("role");
-        QTest::newRow("calendar") << "calendar"
-                                  << "calendar";
-        QTest::newRow("weather") << "weather"
-                                 << "weather";
-        QTest::newRow("clocks") << "clock worldclock countdown"
-                                << "clock";
-        QTest::newRow("system") << "system"
-                                << "system-monitor";
-        QTest::newRow("settings") << "battery network btdevices"
-                                  << "settings";
-        QTest::newRow("photos") << "photos"
-                                << "photos";
-        QTest::newRow("silent")
-            << "crypto currency worldmap custom.E621E1F8-C36C-495A-93FC-0C247A3E6E5F"
-            << "";
-    }
-    void defaultRole() {
-        QFETCH(QString, kinds);
-        QFETCH(QString, role);
-        for (const QString& kind : kinds.split(QLatin1Char(' '))) {
-            const auto found = WidgetAction::defaultRole(kind);
-            QCOMPARE(found ? tw::rawValue(*found) : QString(), role);
-        }
-        if (!role.isEmpty()) {
-            QCOMPARE(tw::rawValue(*tw::appRoleFromRawValue(role.toUpper())), role);
-        }
-    }
-
     void resolvedURL_data() {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("url");
-        QTest::newRow("empty") << "" << QString();
-        QTest::newRow("blanks") << " \t\n" << QString();
-        QTest::newRow("bare host") << "example.com"
-                                   << "https://example.com";
-        QTest::newRow("trimmed") << "  https://x.org/a \n"
-                                 << "https://x.org/a";
-        QTest::newRow("host with port") << "host:8080/path"
-                                        << "https://host:8080/path";
-        QTest::newRow("localhost with port") << "localhost:3000"
-                                             << "https://localhost:3000";
-        QTest::newRow("other scheme kept") << "ftp://files.example.org"
-                                           << "ftp://files.example.org";
-        QTest::newRow("mail link") << "mailto:someone@example.com"
-                                   << "mailto:someone@example.com";
-        QTest::newRow("mail link with blank") << "mailto:a b@x.de"
-                                              << "mailto:a%20b@x.de";
-        QTest::newRow("telephone") << "tel:+4930123"
-                                   << "tel:+4930123";
-        QTest::newRow("blank in path") << "example.com/a b"
-                                       << "https://example.com/a%20b";
-        QTest::newRow("umlauts") << "münchen.de/straße"
-                                 << "https://xn--mnchen-3ya.de/stra%C3%9Fe";
-        QTest::newRow("umlauts and a blank") << "münchen.de/a b"
-                                             << "https://xn--mnchen-3ya.de/a%20b";
-        QTest::newRow("lone percent") << "example.com/100%"
-                                      << "https://example.com/100%25";
-        QTest::newRow("braces") << "example.com/{x}"
-                                << "https://example.com/%7Bx%7D";
-        QTest::newRow("invalid host even encoded") << "exa mple.com" << QString();
+        const auto row = [](const char* name, const char* text, const char* url) {
+            QTest::newRow(name) << QString::fromUtf8(text) << QString::fromLatin1(url);
+        };
+        row("empty", "", "");
+        row("blanks", " \t\n", "");
+        row("bare host", "example.com", "https://example.com");
+        row("trimmed", "  https://x.org/a \n", "https://x.org/a");
+        row("host with port", "host:8080/path", "https://host:8080/path");
+        row("localhost with port", "localhost:3000", "https://localhost:3000");
+        row("other scheme kept", "ftp://files.example.org", "ftp://files.example.org");
+        row("mail link", "mailto:someone@example.com", "mailto:someone@example.com");
+        row("mail link with blank", "mailto:a b@x.de", "mailto:a%20b@x.de");
+        row("telephone", "tel:+4930123", "tel:+4930123");
+        row("blank in path", "example.com/a b", "https://example.com/a%20b");
+        row("umlauts", "münchen.de/straße", "https://xn--mnchen-3ya.de/stra%C3%9Fe");
+        row("umlauts and a blank", "münchen.de/a b", "https://xn--mnchen-3ya.de/a%20b");
+        row("lone percent", "example.com/100%", "https://example.com/100%25");
+        row("braces", "example.com/{x}", "https://example.com/%7Bx%7D");
+        row("invalid host even encoded", "exa mple.com", "");
     }
     void resolvedURL() {
         QFETCH(QString, text);
@@ -156,22 +102,17 @@ private Q_SLOTS:
     void openAppTriesInOrder_data() {
         QTest::addColumn<QString>("target");
         QTest::addColumn<QString>("request");
-        QTest::newRow("identifier known") << "org.example.Editor"
-                                          << "application /apps/editor";
-        QTest::newRow("identifier unknown, name known") << "net.example.clock"
-                                                        << "application /apps/clock";
-        QTest::newRow("a role by its raw value") << "Terminal"
-                                                 << "application /apps/terminal";
-        QTest::newRow("a role nothing takes") << "music-player"
-                                              << "by-name music-player";
-        QTest::newRow("name") << "Editor"
-                              << "application /apps/editor";
-        QTest::newRow("a blank is no identifier") << "org.example.Editor x"
-                                                  << "by-name org.example.Editor x";
-        QTest::newRow("missing absolute path") << "/nonexistent/tool"
-                                               << "by-name /nonexistent/tool";
-        QTest::newRow("unknown name") << "Nothing"
-                                      << "by-name Nothing";
+        const auto row = [](const char* name, const char* target, const char* request) {
+            QTest::newRow(name) << QString::fromLatin1(target) << QString::fromLatin1(request);
+        };
+        row("identifier known", "org.example.Editor", "application /apps/editor");
+        row("identifier unknown, name known", "net.example.clock", "application /apps/clock");
+        row("a role by its raw value", "Terminal", "application /apps/terminal");
+        row("a role nothing takes", "music-player", "by-name music-player");
+        row("name", "Editor", "application /apps/editor");
+        row("a blank is no identifier", "org.example.Editor x", "by-name org.example.Editor x");
+        row("missing absolute path", "/nonexistent/tool", "by-name /nonexistent/tool");
+        row("unknown name", "Nothing", "by-name Nothing");
     }
     void openAppTriesInOrder() {
         QFETCH(QString, target);
@@ -202,45 +143,33 @@ private Q_SLOTS:
         QTest::addColumn<QString>("settings");
         QTest::addColumn<QString>("failure");
         QTest::addColumn<bool>("used");
-        QTest::addColumn<QStringList>("requests");
+        QTest::addColumn<QString>("request");
         QTest::addColumn<QString>("notice");
-        QTest::newRow("url") << "moon"
-                             << "clickAction=url|clickTarget= example.com "
-                             << "" << true
-                             << QStringList{QStringLiteral("open https://example.com")} << "";
-        QTest::newRow("app") << "moon"
-                             << "clickAction=app|clickTarget=Editor"
-                             << "" << true << QStringList{QStringLiteral("by-name Editor")} << "";
-        QTest::newRow("shortcut") << "moon"
-                                  << "clickAction=shortcut|clickTarget= Focus  "
-                                  << "" << true << QStringList{QStringLiteral("shortcut Focus")}
-                                  << "";
-        QTest::newRow("default role")
-            << "calendar"
-            << "-"
-            << "" << true << QStringList{QStringLiteral("application /apps/calendar")} << "";
-        QTest::newRow("no action") << "crypto"
-                                   << "-"
-                                   << "" << false << QStringList() << "";
-        QTest::newRow("a role nothing takes")
-            << "clock"
-            << "-"
-            << "" << true << QStringList()
-            << "Nothing opens clocks | Install a clock app, or choose one as the default in "
-               "your desktop's settings.";
-        QTest::newRow("an address that cannot be one")
-            << "moon"
-            << "clickAction=url|clickTarget=exa mple.com"
-            << "" << true << QStringList()
-            << "Nothing opens “exa mple.com” | This address cannot be opened. Check the "
-               "widget's click action in its settings.";
-        QTest::newRow("a program that fails")
-            << "moon"
-            << "clickAction=app|clickTarget=Nothing"
-            << "no application named Nothing" << true
-            << QStringList{QStringLiteral("by-name Nothing")}
-            << "Nothing opens “Nothing” | No application of that name is installed. Install it, "
-               "or choose another in the widget's settings.";
+        const auto row = [](const char* name, const char* kind, const char* settings,
+                            const char* failure, bool used, const char* request,
+                            const char* notice) {
+            QTest::newRow(name) << QString::fromLatin1(kind) << QString::fromLatin1(settings)
+                                << QString::fromLatin1(failure) << used
+                                << QString::fromLatin1(request) << QString::fromUtf8(notice);
+        };
+        row("url", "moon", "clickAction=url|clickTarget= example.com ", "", true,
+            "open https://example.com", "");
+        row("app", "moon", "clickAction=app|clickTarget=Editor", "", true, "by-name Editor", "");
+        row("shortcut", "moon", "clickAction=shortcut|clickTarget= Focus  ", "", true,
+            "shortcut Focus", "");
+        row("default role", "calendar", "-", "", true, "application /apps/calendar", "");
+        row("no action", "crypto", "-", "", false, "", "");
+        row("a role nothing takes", "clock", "-", "", true, "",
+            "Nothing opens clocks | Install a clock app, or choose one as the default in your "
+            "desktop's settings.");
+        row("an address that cannot be one", "moon", "clickAction=url|clickTarget=exa mple.com", "",
+            true, "",
+            "Nothing opens “exa mple.com” | This address cannot be opened. Check the widget's "
+            "click action in its settings.");
+        row("a program that fails", "moon", "clickAction=app|clickTarget=Nothing",
+            "no application named Nothing", true, "by-name Nothing",
+            "Nothing opens “Nothing” | No application of that name is installed. Install it, or "
+            "choose another in the widget's settings.");
     }
     void runGoesByKind() {
         QFETCH(QString, kind);
@@ -260,7 +189,7 @@ private Q_SLOTS:
         }
         const bool used = action && WidgetAction::run(workspace, notifications, *action);
         QTEST(used, "used");
-        QTEST(workspace.requests(), "requests");
+        QTEST(workspace.requests().join(QLatin1Char(',')), "request");
         QStringList shown;
         for (const auto& message : notifications.shown()) {
             shown.append(message.title + QLatin1String(" | ") + message.body);

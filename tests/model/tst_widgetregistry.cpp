@@ -160,23 +160,19 @@ private Q_SLOTS:
     void search_data() {
         QTest::addColumn<QString>("query");
         QTest::addColumn<QString>("kinds"); // "*": the whole catalogue
-        QTest::newRow("name") << "music"
-                              << "nowplaying";
-        QTest::newRow("kind, any case") << "  CLOCK\n"
-                                        << "clock,simpleclock,flipclock,wordclock,worldclock";
-        QTest::newRow("category title finds all of it")
-            << "ambient"
-            << "worldmap,moon,companion,ambientsound,starfield,mirror";
-        QTest::newRow("name and category") << "time"
-                                           << "simpleclock,appusage,flipclock,wordclock,"
-                                              "worldclock,timer,stopwatch,pomodoro,countdown,"
-                                              "yearprogress,dayprogress";
-        QTest::newRow("nothing") << "zzz"
-                                 << "";
-        QTest::newRow("blanks") << " \t "
-                                << "*";
-        QTest::newRow("empty") << ""
-                               << "*";
+        const auto row = [](const char* name, const char* query, const char* kinds) {
+            QTest::newRow(name) << QString::fromLatin1(query) << QString::fromLatin1(kinds);
+        };
+        row("name", "music", "nowplaying");
+        row("kind, any case", "  CLOCK\n", "clock,simpleclock,flipclock,wordclock,worldclock");
+        row("category title finds all of it", "ambient",
+            "worldmap,moon,companion,ambientsound,starfield,mirror");
+        row("name and category", "time",
+            "simpleclock,appusage,flipclock,wordclock,worldclock,timer,stopwatch,pomodoro,"
+            "countdown,yearprogress,dayprogress");
+        row("nothing", "zzz", "");
+        row("blanks", " \t ", "*");
+        row("empty", "", "*");
     }
     void search() {
         QFETCH(QString, query);
