@@ -1,9 +1,9 @@
+#include "GoldenFile.h"
 #include "look/CatalogCounts.h"
 #include "look/Theme.h"
 #include "model/WidgetAction.h"
 #include "model/WidgetRegistry.h"
 
-#include <QFile>
 #include <QTest>
 
 using namespace tw;
@@ -72,7 +72,7 @@ QString kindLine(const WidgetMetadata& m) {
 } // namespace
 
 // The whole catalogue written out as text and compared with a reviewed copy under golden/: a
-// changed cell shows as a readable difference. TW_REGENERATE_GOLDEN=1 rewrites the copy.
+// changed cell shows as a readable difference.
 class TestCatalogue : public QObject {
     Q_OBJECT
 private Q_SLOTS:
@@ -107,16 +107,7 @@ private Q_SLOTS:
                      .arg(count(QStringLiteral("kind")), count(QStringLiteral("size")),
                           count(QStringLiteral("theme"))));
 
-        const QString path = QStringLiteral(TW_GOLDEN_DIR "/catalogue.txt");
-        if (qEnvironmentVariableIntValue("TW_REGENERATE_GOLDEN") == 1) {
-            QFile out(path);
-            QVERIFY(out.open(QIODevice::WriteOnly));
-            out.write((lines.join(QLatin1Char('\n')) + QLatin1Char('\n')).toUtf8());
-            return;
-        }
-        QFile in(path);
-        QVERIFY2(in.open(QIODevice::ReadOnly), qPrintable(path));
-        QCOMPARE(lines, QString::fromUtf8(in.readAll()).trimmed().split(QLatin1Char('\n')));
+        tw::test::compareWithGolden(QStringLiteral(TW_GOLDEN_DIR "/catalogue.txt"), lines);
     }
 };
 
