@@ -13,43 +13,24 @@ class TestFormatters : public QObject {
 private Q_SLOTS:
     void initTestCase() { QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates)); }
 
-    void cachedByPatternAndZone() {
-        const auto local = Formatters::date(QStringLiteral("HH:mm"));
-        QCOMPARE(Formatters::date(QStringLiteral("HH:mm")), local);
-        QCOMPARE(Formatters::date(QStringLiteral("HH:mm"), QByteArray()), local);
-        const auto tokyo = Formatters::date(QStringLiteral("HH:mm"), "Asia/Tokyo");
-        QVERIFY(tokyo != local);
-        QCOMPARE(Formatters::date(QStringLiteral("HH:mm"), "Asia/Tokyo"), tokyo);
-        QVERIFY(Formatters::date(QStringLiteral("H:mm"), "Asia/Tokyo") != tokyo);
-
-        const auto grouped = Formatters::number(2, Grouping::on);
-        QCOMPARE(Formatters::number(2, Grouping::on), grouped);
-        QVERIFY(Formatters::number(2, Grouping::off) != grouped);
-        QVERIFY(Formatters::number(1, Grouping::on) != grouped);
-        // Held decimals share the formatter of the value they are held to.
-        QCOMPARE(Formatters::number(-4, Grouping::on), Formatters::number(0, Grouping::on));
-        QCOMPARE(Formatters::number(40, Grouping::off), Formatters::number(15, Grouping::off));
-    }
-
     void datesInTheirZone_data() {
         QTest::addColumn<QString>("pattern");
         QTest::addColumn<QByteArray>("zone");
         QTest::addColumn<QDateTime>("time");
         QTest::addColumn<QString>("expected");
+        const auto row = [](const char* name, const char* pattern, const char* zone, QDateTime time,
+                            const char* expected) {
+            QTest::newRow(name) << QString::fromLatin1(pattern) << QByteArray(zone) << time
+                                << QString::fromUtf8(expected);
+        };
         const QDateTime noonUtc(QDate(2026, 3, 14), QTime(12, 5), Qt::UTC);
-        QTest::newRow("Tokyo") << QStringLiteral("HH:mm") << QByteArray("Asia/Tokyo") << noonUtc
-                               << QStringLiteral("21:05");
-        QTest::newRow("New York, day and month")
-            << QStringLiteral("ddd d MMM HH:mm") << QByteArray("America/New_York") << noonUtc
-            << QStringLiteral("Sat 14 Mar 08:05");
-        QTest::newRow("next day east")
-            << QStringLiteral("d.M. HH:mm") << QByteArray("Pacific/Kiritimati") << noonUtc
-            << QStringLiteral("15.3. 02:05");
-        QTest::newRow("previous day west")
-            << QStringLiteral("d.M. HH:mm") << QByteArray("America/Los_Angeles")
-            << noonUtc.addSecs(12 * 3600) << QStringLiteral("14.3. 17:05");
-        QTest::newRow("invalid time") << QStringLiteral("HH:mm") << QByteArray("Asia/Tokyo")
-                                      << QDateTime() << QStringLiteral("—");
+        row("Tokyo", "HH:mm", "Asia/Tokyo", noonUtc, "21:05");
+        row("New York, day and month", "ddd d MMM HH:mm", "America/New_York", noonUtc,
+            "Sat 14 Mar 08:05");
+        row("next day east", "d.M. HH:mm", "Pacific/Kiritimati", noonUtc, "15.3. 02:05");
+        row("previous day west", "d.M. HH:mm", "America/Los_Angeles", noonUtc.addSecs(12 * 3600),
+            "14.3. 17:05");
+        row("invalid time", "HH:mm", "Asia/Tokyo", QDateTime(), "—");
     }
     void datesInTheirZone() {
         QFETCH(QString, pattern);
@@ -71,18 +52,20 @@ private Q_SLOTS:
         QTest::addColumn<Grouping>("grouping");
         QTest::addColumn<double>("value");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("grouped") << 1 << Grouping::on << 1234567.24
-                                 << QStringLiteral("1,234,567.2");
-        QTest::newRow("ungrouped")
-            << 1 << Grouping::off << 1234567.24 << QStringLiteral("1234567.2");
-        QTest::newRow("no decimals rounds") << 0 << Grouping::on << 2.5 << QStringLiteral("3");
-        QTest::newRow("negative") << 2 << Grouping::on << -1500.0 << QStringLiteral("-1,500.00");
-        QTest::newRow("rounds to zero, no sign")
-            << 1 << Grouping::on << -0.04 << QStringLiteral("0.0");
-        QTest::newRow("negative zero") << 0 << Grouping::off << -0.0 << QStringLiteral("0");
-        QTest::newRow("NaN") << 2 << Grouping::on << std::nan("") << QStringLiteral("—");
-        QTest::newRow("infinity") << 0 << Grouping::on << HUGE_VAL << QStringLiteral("—");
-        QTest::newRow("decimals held") << -3 << Grouping::off << 9.75 << QStringLiteral("10");
+        const auto row = [](const char* name, int decimals, Grouping grouping, double value,
+                            const char* expected) {
+            QTest::newRow(name) << decimals << grouping << value << QString::fromUtf8(expected);
+        };
+        row("grouped", 1, Grouping::on, 1234567.24, "1,234,567.2");
+        row("ungrouped", 1, Grouping::off, 1234567.24, "1234567.2");
+        row("no decimals rounds", 0, Grouping::on, 2.5, "3");
+        row("negative", 2, Grouping::on, -1500.0, "-1,500.00");
+        row("rounds to zero, no sign", 1, Grouping::on, -0.04, "0.0");
+        row("negative zero", 0, Grouping::off, -0.0, "0");
+        row("NaN", 2, Grouping::on, std::nan(""), "—");
+        row("infinity", 0, Grouping::on, HUGE_VAL, "—");
+        row("decimals held at 0", -3, Grouping::off, 9.75, "10");
+        row("decimals held at 15", 40, Grouping::off, 0.5, "0.500000000000000");
     }
     void numbers() {
         QFETCH(int, decimals);
@@ -92,7 +75,8 @@ private Q_SLOTS:
         QCOMPARE(Formatters::number(decimals, grouping)->string(value), expected);
     }
 
-    // Every thread asking for the same key gets the one formatter, and none is made twice.
+    // Formatters are cached by pattern and zone: every thread asking for the same key gets the one
+    // formatter, and none is made twice.
     void sharedAcrossThreads() {
         constexpr int threads = 4;
         constexpr int keys = 16;

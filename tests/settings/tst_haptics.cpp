@@ -27,19 +27,18 @@ private Q_SLOTS:
     void guards_data() {
         QTest::addColumn<QString>("script");
         QTest::addColumn<QString>("fired");
-        QTest::newRow("first align fires") << QStringLiteral("a0") << QStringLiteral("1");
-        QTest::newRow("align inside 0.04 s") << QStringLiteral("a0 a39") << QStringLiteral("10");
-        QTest::newRow("align at 0.04 s") << QStringLiteral("a0 a40") << QStringLiteral("11");
-        QTest::newRow("hover inside 0.09 s") << QStringLiteral("h0 h89") << QStringLiteral("10");
-        QTest::newRow("hover at 0.09 s") << QStringLiteral("h0 h90") << QStringLiteral("11");
-        QTest::newRow("one stamp: hover after align")
-            << QStringLiteral("a0 h50 h90") << QStringLiteral("101");
-        QTest::newRow("one stamp: align after hover")
-            << QStringLiteral("h0 a40") << QStringLiteral("11");
-        QTest::newRow("swallowed calls do not extend the guard")
-            << QStringLiteral("a0 a20 a39 a40 a79 a80") << QStringLiteral("100101");
-        QTest::newRow("a drag across many snap lines")
-            << QStringLiteral("a0 a10 a20 a30 a40 a50 a60 a70 a80") << QStringLiteral("100010001");
+        const auto row = [](const char* name, const char* script, const char* fired) {
+            QTest::newRow(name) << QString::fromLatin1(script) << QString::fromLatin1(fired);
+        };
+        row("first align fires", "a0", "1");
+        row("align inside 0.04 s", "a0 a39", "10");
+        row("align at 0.04 s", "a0 a40", "11");
+        row("hover inside 0.09 s", "h0 h89", "10");
+        row("hover at 0.09 s", "h0 h90", "11");
+        row("one stamp: hover after align", "a0 h50 h90", "101");
+        row("one stamp: align after hover", "h0 a40", "11");
+        row("swallowed calls do not extend the guard", "a0 a20 a39 a40 a79 a80", "100101");
+        row("a drag across many snap lines", "a0 a10 a20 a30 a40 a50 a60 a70 a80", "100010001");
     }
     void guards() {
         QFETCH(QString, script);
