@@ -1,5 +1,5 @@
 // Text compared with a reviewed copy checked in beside the tests, line by line so that a failure
-// names the first line that differs. TW_REGENERATE_GOLDEN=1 rewrites the copy instead.
+// names the first line that differs. TW_UPDATE_GOLDEN set rewrites the copy instead.
 #pragma once
 
 #include <QFile>
@@ -9,7 +9,7 @@
 namespace tw::test {
 
 inline void compareWithGolden(const QString& path, const QStringList& lines) {
-    if (qEnvironmentVariableIntValue("TW_REGENERATE_GOLDEN") == 1) {
+    if (qEnvironmentVariableIsSet("TW_UPDATE_GOLDEN")) {
         QFile out(path);
         QVERIFY2(out.open(QIODevice::WriteOnly), qPrintable(path));
         out.write((lines.join(QLatin1Char('\n')) + QLatin1Char('\n')).toUtf8());
