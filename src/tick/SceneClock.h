@@ -19,8 +19,6 @@ public:
     // rendered: it is returned as is and the clock does not move.
     Seconds time(Seconds now, Paused paused, std::optional<Seconds> pinned = std::nullopt);
 
-    Seconds accumulated() const { return m_accumulated; }
-
 private:
     Seconds m_accumulated{0};
     std::optional<Seconds> m_lastWall;

@@ -2,8 +2,6 @@
 
 #include <QTest>
 
-#include <limits>
-
 using namespace tw;
 using Seconds = SceneClock::Seconds;
 using Paused = SceneClock::Paused;
@@ -11,43 +9,39 @@ using Paused = SceneClock::Paused;
 class TestSceneClock : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void stepsAreClamped_data() {
-        QTest::addColumn<double>("first");
-        QTest::addColumn<double>("second");
-        QTest::addColumn<double>("expected");
-        QTest::newRow("a frame") << 100.0 << 100.25 << 0.25;
-        QTest::newRow("a sleep moves one second") << 100.0 << 3700.0 << 1.0;
-        QTest::newRow("a step back moves nothing") << 100.0 << 40.0 << 0.0;
-        QTest::newRow("not a number moves nothing")
-            << 100.0 << std::numeric_limits<double>::quiet_NaN() << 0.0;
+    // Calls at wall times in seconds: "p" before one marks it paused, "@" after it gives a pin.
+    // The scene times they answer, in order.
+    void sceneTime_data() {
+        QTest::addColumn<QString>("calls");
+        QTest::addColumn<QString>("times");
+        const auto row = [](const char* name, const char* calls, const char* times) {
+            QTest::newRow(name) << QString::fromLatin1(calls) << QString::fromLatin1(times);
+        };
+        row("a frame", "100 100.25", "0 0.25");
+        row("a sleep moves one second", "100 3700", "0 1");
+        row("a step back moves nothing", "100 40", "0 0");
+        row("not a number moves nothing", "100 nan", "0 0");
+        row("a pause holds, and its first call after adds nothing",
+            "10 10.5 p11 p3611 3611.2 3611.7", "0 0.5 0.5 0.5 0.5 1");
+        row("a pin stands and moves neither the scene nor the last wall time", "10 10.5@42 10.75",
+            "0 42 0.75");
     }
-    void stepsAreClamped() {
-        QFETCH(double, first);
-        QFETCH(double, second);
-        QFETCH(double, expected);
+    void sceneTime() {
+        QFETCH(QString, calls);
         SceneClock clock;
-        QCOMPARE(clock.time(Seconds(first), Paused::No).count(), 0.0);
-        QCOMPARE(clock.time(Seconds(second), Paused::No).count(), expected);
-    }
-
-    void continuesFromWhereItPaused() {
-        SceneClock clock;
-        clock.time(Seconds(10), Paused::No);
-        clock.time(Seconds(10.5), Paused::No);
-        QCOMPARE(clock.time(Seconds(11), Paused::Yes).count(), 0.5);
-        QCOMPARE(clock.time(Seconds(3611), Paused::Yes).count(), 0.5);
-        // The first call after an hour's pause adds nothing.
-        QCOMPARE(clock.time(Seconds(3611.2), Paused::No).count(), 0.5);
-        QCOMPARE(clock.time(Seconds(3611.7), Paused::No).count(), 1.0);
-    }
-
-    void aPinnedTimeStandsAndLeavesTheClockAlone() {
-        SceneClock clock;
-        clock.time(Seconds(10), Paused::No);
-        QCOMPARE(clock.time(Seconds(10.5), Paused::No, Seconds(42)).count(), 42.0);
-        QCOMPARE(clock.accumulated().count(), 0.0);
-        // The pin did not move the last wall time either.
-        QCOMPARE(clock.time(Seconds(10.75), Paused::No).count(), 0.75);
+        QStringList times;
+        for (QString call : calls.split(QLatin1Char(' '))) {
+            const Paused paused = call.startsWith(u'p') ? Paused::Yes : Paused::No;
+            call.remove(u'p');
+            std::optional<Seconds> pin;
+            if (const qsizetype at = call.indexOf(u'@'); at >= 0) {
+                pin = Seconds(call.mid(at + 1).toDouble());
+                call.truncate(at);
+            }
+            const double wall = call == QLatin1String("nan") ? qQNaN() : call.toDouble();
+            times << QString::number(clock.time(Seconds(wall), paused, pin).count());
+        }
+        QTEST(times.join(QLatin1Char(' ')), "times");
     }
 };
 

@@ -90,20 +90,6 @@ private Q_SLOTS:
         QCOMPARE(rig.ticker.now(), freshStart ? rig.clock.now() : stamp);
     }
 
-    void startTakesTheCurrentTimeAndTicksTakeTheSystemClock() {
-        TickRig rig;
-        const QDateTime pin(QDate(2026, 3, 15), QTime(7, 30));
-        rig.snapshot.setPinned(pin);
-        rig.ticker.setActive(true);
-        QCOMPARE(rig.ticker.now(), pin);
-        QCOMPARE(rig.ticker.currentTime(), pin);
-        QSignalSpy now(&rig.ticker, &TickCoordinator::nowChanged);
-        rig.scheduler.advance(3s);
-        QCOMPARE(now.size(), 3);
-        QCOMPARE(rig.ticker.now(), rig.clock.now());
-        QCOMPARE(now.last().first().toDateTime(), rig.clock.now());
-    }
-
     // Ticks feed the cadence; a start seeds it, so a restart within the minute announces nothing.
     void ticksFeedTheCadenceAndStartsSeedIt() {
         TickRig rig(QDateTime(QDate(2026, 3, 14), QTime(23, 58, 10)));
