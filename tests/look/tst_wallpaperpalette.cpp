@@ -1,0 +1,103 @@
+// The palette of a picture: which pixels count, which hue wins, and the theme made of it.
+#include "look/WallpaperPalette.h"
+
+#include <QTest>
+
+using namespace tw;
+using RGB = WallpaperPalette::RGB;
+
+Q_DECLARE_METATYPE(tw::WallpaperPalette::RGB)
+
+class tst_WallpaperPalette : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void counts_data() {
+        QTest::addColumn<double>("s");
+        QTest::addColumn<double>("b");
+        QTest::addColumn<bool>("counts");
+        QTest::newRow("vivid") << 0.8 << 0.9 << true;
+        QTest::newRow("saturation exactly 0.22") << 0.22 << 0.9 << false;
+        QTest::newRow("brightness exactly 0.3") << 0.8 << 0.3 << false;
+        QTest::newRow("just above both") << 0.2201 << 0.3001 << true;
+    }
+    void counts() {
+        QFETCH(double, s);
+        QFETCH(double, b);
+        QFETCH(bool, counts);
+        QCOMPARE(WallpaperPalette::counts({0.5, s, b}), counts);
+    }
+
+    void hueBins_data() {
+        QTest::addColumn<double>("hue");
+        QTest::addColumn<int>("bin");
+        QTest::newRow("red") << 0.0 << 0;
+        QTest::newRow("just below a twelfth") << 0.083 << 0;
+        QTest::newRow("a twelfth") << 1.0 / 12 << 1;
+        QTest::newRow("0.9999") << 0.9999 << 11;
+        QTest::newRow("1") << 1.0 << 11;
+    }
+    void hueBins() {
+        QFETCH(double, hue);
+        QFETCH(int, bin);
+        QCOMPARE(WallpaperPalette::bin(hue), bin);
+    }
+
+    // From hue, saturation and brightness to red, green and blue, one row per sector.
+    void hsbAndBack_data() {
+        QTest::addColumn<double>("h");
+        QTest::addColumn<RGB>("rgb");
+        QTest::newRow("red") << 0.0 << RGB{1, 0.5, 0.5};
+        QTest::newRow("yellow") << 1.0 / 6 << RGB{1, 1, 0.5};
+        QTest::newRow("green") << 2.0 / 6 << RGB{0.5, 1, 0.5};
+        QTest::newRow("cyan") << 3.0 / 6 << RGB{0.5, 1, 1};
+        QTest::newRow("blue") << 4.0 / 6 << RGB{0.5, 0.5, 1};
+        QTest::newRow("magenta") << 5.0 / 6 << RGB{1, 0.5, 1};
+    }
+    void hsbAndBack() {
+        QFETCH(double, h);
+        QFETCH(RGB, rgb);
+        const RGB made = WallpaperPalette::rgb(h, 0.5, 1.0);
+        QVERIFY(qFuzzyCompare(made.r, rgb.r) && qFuzzyCompare(made.g, rgb.g) &&
+                qFuzzyCompare(made.b, rgb.b));
+        const auto back = WallpaperPalette::hsb(rgb);
+        QVERIFY(std::abs(back.h - h) < 1e-9);
+        QVERIFY(qFuzzyCompare(back.s, 0.5) && qFuzzyCompare(back.b, 1.0));
+    }
+
+    // The accent's hue is the mean colour of the heaviest bin; grey and dark pictures fall back.
+    void theme_data() {
+        QTest::addColumn<QList<RGB>>("pixels");
+        QTest::addColumn<double>("hue");
+        QTest::addColumn<double>("accentSaturation");
+        const QList<RGB> grey(100, RGB{0.5, 0.5, 0.5});
+        const QList<RGB> night(100, RGB{0.1, 0.05, 0.3});
+        QTest::newRow("all grey") << grey << 0.6 << 0.8;
+        QTest::newRow("dark blue") << night << 0.6 << 0.8;
+        QList<RGB> sunset = grey;
+        sunset += QList<RGB>(30, RGB{1.0, 0.5, 0.0}); // orange, hue 1/12
+        sunset += QList<RGB>(10, RGB{0.0, 0.0, 1.0}); // a little vivid blue
+        QTest::newRow("orange outweighs blue") << sunset << 1.0 / 12 << 0.68;
+        // Equal weights: the first bin wins.
+        QList<RGB> tie(20, RGB{1.0, 0.0, 0.0});
+        tie += QList<RGB>(20, RGB{0.0, 1.0, 0.0});
+        QTest::newRow("a tie goes to the first") << tie << 0.0 << 0.68;
+    }
+    void theme() {
+        QFETCH(QList<RGB>, pixels);
+        QFETCH(double, hue);
+        QFETCH(double, accentSaturation);
+        const Theme theme = WallpaperPalette::theme(pixels);
+        const RGB accent{theme.accent.red, theme.accent.green, theme.accent.blue};
+        const auto hsb = WallpaperPalette::hsb(accent);
+        QVERIFY2(std::abs(hsb.h - hue) < 1e-9, qPrintable(QString::number(hsb.h)));
+        QVERIFY(std::abs(hsb.s - accentSaturation) < 1e-9);
+        QVERIFY(std::abs(hsb.b - 0.95) < 1e-9);
+        QCOMPARE(theme.id, QStringLiteral("wallpaper"));
+        QCOMPARE(WallpaperPalette::hsb({theme.surface.red, theme.surface.green, theme.surface.blue}).b,
+                 0.1);
+        QCOMPARE(theme.surface.opacity, Theme::defaultTheme().surface.opacity);
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_WallpaperPalette)
+#include "tst_wallpaperpalette.moc"
