@@ -8,10 +8,7 @@
 
 using tw::ResolvedAction;
 using tw::WidgetAction;
-using tw::WidgetActionKind;
 using tw::WidgetSettings;
-
-Q_DECLARE_METATYPE(std::optional<WidgetSettings>)
 
 namespace {
 
@@ -195,14 +192,6 @@ private Q_SLOTS:
             shown.append(message.title + QLatin1String(" | ") + message.body);
         }
         QCOMPARE(shown, notice.isEmpty() ? QStringList() : QStringList{notice});
-    }
-
-    void kindRawValues() {
-        for (const auto kind : {WidgetActionKind::none, WidgetActionKind::app,
-                                WidgetActionKind::url, WidgetActionKind::shortcut}) {
-            QCOMPARE(tw::widgetActionKindFromRawValue(tw::rawValue(kind)), kind);
-        }
-        QCOMPARE(tw::widgetActionKindFromRawValue(u"App"), std::nullopt);
     }
 };
 
