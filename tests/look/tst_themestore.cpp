@@ -24,10 +24,6 @@ struct Rig {
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write(bytes);
     }
-    QByteArray read() const {
-        QFile file(path());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
     QStringList quarantined() const {
         return QDir(dir.path()).entryList({QStringLiteral("*.corrupt")}, QDir::Files);
     }
