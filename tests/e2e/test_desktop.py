@@ -13,7 +13,6 @@ import shutil
 import subprocess
 import sys
 import tempfile
-import time
 import unittest
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
@@ -94,25 +93,27 @@ def centre(geometry):
 
 
 class HostCase(unittest.TestCase):
-    """The real host on a fresh X session, data directory and preferences."""
+    """The real host on a fresh X session, data directory and preferences; quiet starts, since
+    the configuration window would stand in front of the tiles."""
+
+    panel_count = 3
+    conf = "tarnwick.openWindowAtLaunch=false\n"
 
     def setUp(self):
         self.data_dir = tempfile.mkdtemp(prefix="tw-e2e-data-")
         self.config_home = tempfile.mkdtemp(prefix="tw-e2e-config-")
-        # Quiet starts: the configuration window would stand in front of the tiles.
-        os.makedirs(os.path.join(self.config_home, "Tarnwick"))
-        with open(os.path.join(self.config_home, "Tarnwick", "Tarnwick.conf"), "w") as f:
-            f.write("[General]\ntarnwick.openWindowAtLaunch=false\n")
+        self.conf_path = os.path.join(self.config_home, "Tarnwick", "Tarnwick.conf")
+        os.makedirs(os.path.dirname(self.conf_path))
+        self.write_conf(self.conf)
         self.session = XSession(size="%dx%d" % SCREEN).__enter__()
         self.helpers = []
         self.before_launch()
         self.host = Host(self.session, self.data_dir, self.config_home)
         self.host.extra_env = self.environment()
-        self.host.launch()
-        self.panels = self.host.wait_for_panels(self.panel_count)
-        self.assertTrue(self.panels, "the desktop did not show its panels")
-
-    panel_count = 3
+        if self.panel_count:
+            self.host.launch()
+            self.panels = self.host.wait_for_panels(self.panel_count)
+            self.assertTrue(self.panels, "the desktop did not show its panels")
 
     def before_launch(self):
         pass
@@ -129,15 +130,37 @@ class HostCase(unittest.TestCase):
         shutil.rmtree(self.data_dir, ignore_errors=True)
         shutil.rmtree(self.config_home, ignore_errors=True)
 
+    def write_conf(self, keys):
+        with open(self.conf_path, "w", encoding="utf-8") as f:
+            f.write("[General]\n" + keys)
+
     def instances(self):
         return {i["id"].lower(): i for i in self.host.grid()["instances"]}
 
     def by_kind(self, kind):
         return next(i for i in self.instances().values() if i["kind"] == kind)
 
+    def panel_of(self, instance):
+        return self.host.panels()[instance["id"].lower()][1]
+
     def settle(self, predicate, message):
         self.assertTrue(self.session.wait_for(predicate, timeout=10),
                         message + ": " + json.dumps(self.host.grid()["instances"]))
+
+    def config_window(self, timeout=15):
+        """The configuration window once it has its size; the title comes a moment earlier."""
+        return self.session.wait_for(lambda: [
+            w for w in self.session.output(["xdotool", "search", "--name", "^Tarnwick$"]).split()
+            if (self.session.geometry(int(w)) or (0, 0, 0, 0))[2:] == (980, 680)], timeout)
+
+    def choose_last_menu_entry(self, button):
+        """Clicks where the pointer rests, waits for the menu, and takes its last entry."""
+        before = self.session.override_windows()
+        self.session.xdotool("click", button)
+        self.assertTrue(self.session.wait_for(lambda: self.session.override_windows() - before),
+                        "no menu opened")
+        self.session.xdotool("key", "Up")
+        self.session.xdotool("key", "Return")
 
 
 class DesktopTest(HostCase):
@@ -176,9 +199,7 @@ class DesktopTest(HostCase):
     def test_dragging_fully_onto_a_tile_of_the_same_size_stacks_them(self):
         clock = self.by_kind("clock")
         calendar = self.by_kind("calendar")
-        start = centre(self.panels[calendar["id"].lower()][1])
-        end = centre(self.panels[clock["id"].lower()][1])
-        self.session.drag(start, end)
+        self.session.drag(centre(self.panel_of(calendar)), centre(self.panel_of(clock)))
 
         def stacked():
             now = self.instances()
@@ -188,19 +209,21 @@ class DesktopTest(HostCase):
         now = self.instances()
         self.assertEqual((now[calendar["id"].lower()]["posX"], now[calendar["id"].lower()]["posY"]),
                          (clock["posX"], clock["posY"]))
-        # One of the two shows, the other waits its turn.
+        # One of the two shows at the stack's place, the other waits its turn.
         self.settle(lambda: len(self.host.panels()) == 2, "a stack shows one member at a time")
+        place = tile_rect(clock)[:2]
+        self.settle(lambda: any((g[0] + MARGIN, g[1] + MARGIN) == place
+                                for _, g in self.host.panels().values()),
+                    "no member of the stack stands at its place")
         if ARTIFACTS:
-            time.sleep(0.3)
             self.session.run(["import", "-window", "root", os.path.join(ARTIFACTS, "stack.png")],
                              check=False)
 
     def test_dropping_half_onto_a_tile_of_another_size_slides_it_off(self):
         clock = self.by_kind("clock")
         weather = self.by_kind("weather")
-        wx, wy, ww, wh = self.panels[weather["id"].lower()][1]
-        cx, cy, cw, ch = self.panels[clock["id"].lower()][1]
-        start = (wx + ww // 2, wy + wh // 2)
+        cx, cy, cw, ch = self.panel_of(clock)
+        start = centre(self.panel_of(weather))
         # The weather tile's top half over the clock tile's lower half.
         end = (cx + cw // 2, cy + ch - MARGIN - 96 // 4)
         saved = self.host.grid().get("savedAt")
@@ -214,22 +237,16 @@ class DesktopTest(HostCase):
             return all(not overlap(a, b) for n, a in enumerate(rects) for b in rects[n + 1:]) \
                 and self.host.grid().get("savedAt") != saved
         self.settle(settled, "the dropped tile still overlaps another")
-        now = self.instances()
-        self.assertNotIn("stackID", now[weather["id"].lower()])
-        time.sleep(0.4)  # the slide lasts 0.18 s
-        panel = self.host.panels()[weather["id"].lower()][1]
-        self.assertEqual((panel[0] + MARGIN, panel[1] + MARGIN),
-                         tile_rect(now[weather["id"].lower()])[:2])
+        now = self.instances()[weather["id"].lower()]
+        self.assertNotIn("stackID", now)
+        self.settle(lambda: tuple(v + MARGIN for v in self.panel_of(weather)[:2])
+                    == tile_rect(now)[:2], "the panel did not slide to the tile's new place")
 
     def test_remove_widget_from_the_context_menu(self):
         weather = self.by_kind("weather")
-        x, y = centre(self.panels[weather["id"].lower()][1])
-        self.session.xdotool("mousemove", "--sync", x, y)
-        self.session.xdotool("click", 3)
-        time.sleep(0.5)
+        self.session.xdotool("mousemove", "--sync", *centre(self.panel_of(weather)))
         # "Remove Widget" is the menu's last entry.
-        self.session.xdotool("key", "Up")
-        self.session.xdotool("key", "Return")
+        self.choose_last_menu_entry(3)
         self.settle(lambda: weather["id"].lower() not in self.instances(),
                     "Remove Widget did not take the tile out of grid.json")
         self.settle(lambda: len(self.host.panels()) == 2, "the removed tile's panel stays")
@@ -243,9 +260,7 @@ class DesktopTest(HostCase):
                     "Exec=touch %s\n" % marker)
         with open(os.path.join(self.config_home, "mimeapps.list"), "w") as f:
             f.write("[Default Applications]\ntext/calendar=org.example.Diary.desktop\n")
-        _, geometry = self.panels[self.by_kind("calendar")["id"].lower()]
-        x, y = centre(geometry)
-        self.session.xdotool("mousemove", "--sync", x, y)
+        self.session.xdotool("mousemove", "--sync", *centre(self.panel_of(self.by_kind("calendar"))))
         self.session.xdotool("click", 1)
         self.assertTrue(self.session.wait_for(lambda: os.path.exists(marker), timeout=10),
                         "the calendar's click did not start the chosen application")
@@ -255,20 +270,15 @@ class DesktopTest(HostCase):
         # A second start brings the first one's window forward and ends by itself.
         second = self.host.start()
         self.assertEqual(second.wait(timeout=15), 0)
-        # The window may be found by its title a moment before it takes its size.
-        config = self.session.wait_for(lambda: [
-            w for w in self.session.output(["xdotool", "search", "--name", "^Tarnwick$"]).split()
-            if (self.session.geometry(int(w)) or (0, 0, 0, 0))[2:] == (980, 680)])
+        config = self.config_window()
         self.assertTrue(config, "no 980 x 680 window titled Tarnwick came forward")
         # Without a tray the status menu is the window's menu bar: Quit Tarnwick is its last item.
         gx, gy, _, _ = self.session.geometry(int(config[0]))
         self.session.xdotool("mousemove", "--sync", gx + 30, gy + 10)
-        self.session.xdotool("click", 1)
-        time.sleep(0.5)
-        self.session.xdotool("key", "Up")
-        self.session.xdotool("key", "Return")
+        self.choose_last_menu_entry(1)
         self.assertEqual(self.host.process.wait(timeout=15), 0)
-        self.session.wait_for(lambda: not self.host.panels(), timeout=5)
+        self.assertTrue(self.session.wait_for(lambda: not self.host.panels(), timeout=5),
+                        "panels outlived the host")
 
         self.host.launch()
         after = self.host.wait_for_panels(3)
@@ -276,32 +286,16 @@ class DesktopTest(HostCase):
         self.assertEqual({k: g for k, (_, g) in after.items()}, before)
 
 
-class UpdateLaunchTest(unittest.TestCase):
+class UpdateLaunchTest(HostCase):
     """Every start records the build's version: the next start of the same version stays quiet,
     a start of another version opens the configuration window."""
 
-    def setUp(self):
-        self.data_dir = tempfile.mkdtemp(prefix="tw-e2e-data-")
-        self.config_home = tempfile.mkdtemp(prefix="tw-e2e-config-")
-        self.conf = os.path.join(self.config_home, "Tarnwick", "Tarnwick.conf")
-        os.makedirs(os.path.dirname(self.conf))
-        # An install from before versions were recorded, window at launch off.
-        self.write_conf("tarnwick.energyMode=balanced\ntarnwick.openWindowAtLaunch=false\n")
-        self.session = XSession(size="%dx%d" % SCREEN).__enter__()
-        self.host = Host(self.session, self.data_dir, self.config_home)
-
-    def tearDown(self):
-        self.host.stop()
-        self.session.__exit__(None, None, None)
-        shutil.rmtree(self.data_dir, ignore_errors=True)
-        shutil.rmtree(self.config_home, ignore_errors=True)
-
-    def write_conf(self, keys):
-        with open(self.conf, "w", encoding="utf-8") as f:
-            f.write("[General]\n" + keys)
+    panel_count = 0
+    # An install from before versions were recorded, window at launch off.
+    conf = "tarnwick.energyMode=balanced\ntarnwick.openWindowAtLaunch=false\n"
 
     def recorded_version(self):
-        with open(self.conf, encoding="utf-8") as f:
+        with open(self.conf_path, encoding="utf-8") as f:
             for line in f:
                 if line.startswith("tarnwick.lastLaunchedVersion="):
                     return line.split("=", 1)[1].strip()
@@ -311,9 +305,7 @@ class UpdateLaunchTest(unittest.TestCase):
         """Starts the host, waits for its tiles, says whether the window came, and quits."""
         self.host.launch()
         self.assertTrue(self.host.wait_for_panels(3), "no tiles")
-        window = self.session.wait_for(lambda: [
-            w for w in self.session.output(["xdotool", "search", "--name", "^Tarnwick$"]).split()
-            if (self.session.geometry(int(w)) or (0, 0, 0, 0))[2:] == (980, 680)], timeout=6)
+        window = self.config_window(timeout=6)
         self.host.stop()
         return bool(window)
 
@@ -321,10 +313,10 @@ class UpdateLaunchTest(unittest.TestCase):
         self.assertTrue(self.start_opens_window(), "an unrecorded install is an update")
         self.assertEqual(self.recorded_version(), VERSION)
         self.assertFalse(self.start_opens_window(), "the same version again is no update")
-        with open(self.conf, encoding="utf-8") as f:
+        with open(self.conf_path, encoding="utf-8") as f:
             text = f.read().replace("tarnwick.lastLaunchedVersion=" + VERSION,
                                     "tarnwick.lastLaunchedVersion=0.0.1")
-        with open(self.conf, "w", encoding="utf-8") as f:
+        with open(self.conf_path, "w", encoding="utf-8") as f:
             f.write(text)
         self.assertTrue(self.start_opens_window(), "another version is an update")
         self.assertEqual(self.recorded_version(), VERSION)
@@ -360,7 +352,6 @@ class PinnedTimeTest(HostCase):
                         "the stack never turned")
 
 
-
 @unittest.skipUnless(shutil.which("trayer"), "needs trayer, an XEmbed system tray")
 class TrayTest(HostCase):
     """With a system tray on the desktop the status item stands in it."""
@@ -381,7 +372,6 @@ class TrayTest(HostCase):
         tray = self.tray_window()
         self.assertIsNotNone(tray, "trayer did not start")
         # The icon is the tray's only one, at its right end.
-        x, y, w, h = self.session.geometry(tray)
         self.assertTrue(self.session.wait_for(lambda: self.session.geometry(tray)[2] >= 16),
                         "no icon joined the tray")
         x, y, w, h = self.session.geometry(tray)
@@ -397,15 +387,11 @@ class TrayTest(HostCase):
             ["xdotool", "getactivewindow"]).strip() in window), "the window took no focus")
         self.session.xdotool("key", "--clearmodifiers", "alt+F4")
         # The pointer still rests on the icon.
-        self.session.xdotool("click", 3)
-        time.sleep(0.5)
         # "Quit Tarnwick" is the menu's last entry.
-        self.session.xdotool("key", "Up")
-        self.session.xdotool("key", "Return")
+        self.choose_last_menu_entry(3)
         self.assertEqual(self.host.process.wait(timeout=15), 0)
-        with open(os.path.join(self.config_home, "Tarnwick", "Tarnwick.conf")) as f:
+        with open(self.conf_path, encoding="utf-8") as f:
             self.assertIn("tarnwick.menuHint.pending=false", f.read())
-
 
 
 def main():

@@ -140,6 +140,12 @@ class XSession:
         mapped = "IsViewable" in out
         return (fields["x"], fields["y"], fields["w"], fields["h"]) if mapped else None
 
+    def override_windows(self):
+        """Ids of the mapped override-redirect windows on the root: open menus among them."""
+        out = self.output(["xdotool", "search", "--onlyvisible", "--maxdepth", "1", "--name", ""])
+        return {w for w in out.split()
+                if "Override Redirect State: yes" in self.output(["xwininfo", "-id", w])}
+
     def work_area(self):
         """(x, y, width, height) the window manager leaves for windows, y downward."""
         out = self.output(["xprop", "-root", "_NET_WORKAREA"])
