@@ -20,10 +20,12 @@ namespace {
 
 const QDateTime kNoon(QDate(2026, 3, 29), QTime(12, 34, 56));
 const NullSymbolProvider kSymbols;
+const QMarginsF kStackBands(8, 0, 8, 8);
 
-FaceContext contextFor(const WidgetMetadata& metadata, WidgetSize size, GlassLook::Shade shade,
-                       qreal dpr) {
-    FaceContext context = FaceContext::forKind(metadata, size);
+FaceContext contextFor(const QString& kind, WidgetSize size,
+                       GlassLook::Shade shade = GlassLook::Shade::Dark, qreal dpr = 1) {
+    FaceContext context =
+        FaceContext::forKind(WidgetRegistry::builtInDefinition(kind)->metadata, size);
     context.theme = Theme::defaultTheme();
     context.glass.shade = shade;
     context.devicePixelRatio = dpr;
@@ -44,23 +46,24 @@ QImage canvas(const QSizeF& points, qreal dpr) {
 
 // The bounding box, in device pixels, of everything painted.
 QRect paintedBounds(const QImage& image) {
-    int left = image.width(), top = image.height(), right = -1, bottom = -1;
+    QRect bounds;
     for (int y = 0; y < image.height(); ++y) {
         const auto* line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
         for (int x = 0; x < image.width(); ++x) {
             if (qAlpha(line[x]) != 0) {
-                left = std::min(left, x);
-                right = std::max(right, x);
-                top = std::min(top, y);
-                bottom = std::max(bottom, y);
+                bounds |= QRect(x, y, 1, 1);
             }
         }
     }
-    return right < 0 ? QRect() : QRect(QPoint(left, top), QPoint(right, bottom));
+    return bounds;
 }
 
 QRect devicePixels(const QRectF& points, qreal dpr) {
     return QRectF(points.topLeft() * dpr, points.size() * dpr).toAlignedRect();
+}
+
+QString text(const QRect& r) {
+    return QStringLiteral("%1,%2 %3x%4").arg(r.x()).arg(r.y()).arg(r.width()).arg(r.height());
 }
 
 } // namespace
@@ -73,15 +76,11 @@ private Q_SLOTS:
     void facesStayInsideTheirTiles();
     void tilesStayInsideTheirPanels_data();
     void tilesStayInsideTheirPanels();
+    void pixels_data();
+    void pixels();
     void blursEachShadowOnce();
-    void chromelessKindsDrawNoGlass();
-    void lightGlassIsBrighterThanDark();
     void clearAndStrongerGlassLetMoreThrough();
-    void highlightRingSurroundsTheTile();
     void tileScaleEnlargesThePicture();
-    void reservedRoomStaysFree_data();
-    void reservedRoomStaysFree();
-    void fractionalPixelRatiosKeepTheGeometry();
     void changedPartCoversEveryChange_data();
     void changedPartCoversEveryChange();
 };
@@ -91,16 +90,24 @@ void TestTileRenderer::facesStayInsideTheirTiles_data() {
     QTest::addColumn<WidgetSize>("size");
     QTest::addColumn<GlassLook::Shade>("shade");
     QTest::addColumn<qreal>("dpr");
+    QTest::addColumn<QMarginsF>("reserved");
     for (const WidgetDefinition& definition : WidgetRegistry::all()) {
+        const QString& kind = definition.metadata.kind;
         for (WidgetSize size : definition.metadata.allowedSizes) {
-            const QByteArray name =
-                (definition.metadata.kind + QLatin1Char('/') + rawValue(size)).toUtf8();
+            const QByteArray name = (kind + QLatin1Char('/') + rawValue(size)).toUtf8();
             QTest::newRow(QByteArray(name + "/dark@1").constData())
-                << definition.metadata.kind << size << GlassLook::Shade::Dark << qreal(1);
+                << kind << size << GlassLook::Shade::Dark << 1.0 << QMarginsF();
             QTest::newRow(QByteArray(name + "/light@2").constData())
-                << definition.metadata.kind << size << GlassLook::Shade::Light << qreal(2);
+                << kind << size << GlassLook::Shade::Light << 2.0 << QMarginsF();
         }
     }
+    // A stack keeps bands for its arrows and dots; the face draws only in what is left.
+    QTest::newRow("clock/small in a stack") << QStringLiteral("clock") << WidgetSize::small
+                                            << GlassLook::Shade::Dark << 1.0 << kStackBands;
+    QTest::newRow("clock/wide in a stack") << QStringLiteral("clock") << WidgetSize::wide
+                                           << GlassLook::Shade::Dark << 1.0 << kStackBands;
+    QTest::newRow("flipclock/large in a stack") << QStringLiteral("flipclock") << WidgetSize::large
+                                                << GlassLook::Shade::Dark << 1.0 << kStackBands;
 }
 
 void TestTileRenderer::facesStayInsideTheirTiles() {
@@ -108,37 +115,29 @@ void TestTileRenderer::facesStayInsideTheirTiles() {
     QFETCH(WidgetSize, size);
     QFETCH(GlassLook::Shade, shade);
     QFETCH(qreal, dpr);
+    QFETCH(QMarginsF, reserved);
     const FaceRegistry faces;
-    const WidgetMetadata metadata = WidgetRegistry::builtInDefinition(kind)->metadata;
-    const FaceContext context = contextFor(metadata, size, shade, dpr);
+    TileRenderer renderer;
+    FaceContext context = contextFor(kind, size, shade, dpr);
+    context.reserved = reserved;
 
-    // The face alone, unclipped, with room all round to catch anything that spills.
+    // The face alone, with room all round to catch anything that spills.
     constexpr qreal room = 30;
-    const QSizeF tile = context.points;
-    QImage image = canvas(tile + QSizeF(2 * room, 2 * room), dpr);
+    const QRectF tile(QPointF(room, room), context.points);
+    QImage image = canvas(context.points + QSizeF(2 * room, 2 * room), dpr);
     {
         QPainter painter(&image);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.translate(room, room);
-        faces.face(kind).paint(painter, TileRenderer::contentRect(tile, TileShape::of(metadata)),
-                               context);
+        renderer.paintFace(painter, tile, faces.face(kind), context);
     }
     const QRect painted = paintedBounds(image);
     QVERIFY2(!painted.isEmpty(), "the face painted nothing");
     // Padded faces keep to the padded inside; one pixel of anti-aliasing is allowed.
-    const QRectF allowed =
-        TileRenderer::contentRect(tile, TileShape::of(metadata)).translated(room, room);
+    const QRectF allowed = TileRenderer::contentRect(tile.size(), TileShape::of(context.metadata))
+                               .marginsRemoved(reserved)
+                               .translated(room, room);
     const QRect limit = devicePixels(allowed, dpr).adjusted(-1, -1, 1, 1);
     QVERIFY2(limit.contains(painted),
-             qPrintable(QStringLiteral("painted %1,%2 %3x%4 outside %5,%6 %7x%8")
-                            .arg(painted.x())
-                            .arg(painted.y())
-                            .arg(painted.width())
-                            .arg(painted.height())
-                            .arg(limit.x())
-                            .arg(limit.y())
-                            .arg(limit.width())
-                            .arg(limit.height())));
+             qPrintable(QStringLiteral("painted %1 outside %2").arg(text(painted), text(limit))));
 }
 
 void TestTileRenderer::tilesStayInsideTheirPanels_data() {
@@ -157,8 +156,7 @@ void TestTileRenderer::tilesStayInsideTheirPanels() {
     QFETCH(double, highlight);
     const FaceRegistry faces;
     TileRenderer renderer;
-    const WidgetMetadata metadata = WidgetRegistry::builtInDefinition(kind)->metadata;
-    const FaceContext context = contextFor(metadata, size, GlassLook::Shade::Dark, 2);
+    const FaceContext context = contextFor(kind, size, GlassLook::Shade::Dark, 2);
     constexpr qreal room = 40;
     const QRectF tile(QPointF(room + TileRenderer::panelMargin, room + TileRenderer::panelMargin),
                       context.points);
@@ -178,12 +176,82 @@ void TestTileRenderer::tilesStayInsideTheirPanels() {
         devicePixels(TileRenderer::panelRect(QRectF(QPointF(0, 0), context.points)), 2).size());
 }
 
+// One pixel of a panel's picture: its opacity, and "dark", "light" or "accent" for its colour.
+void TestTileRenderer::pixels_data() {
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<WidgetSize>("size");
+    QTest::addColumn<GlassLook::Shade>("shade");
+    QTest::addColumn<qreal>("dpr");
+    QTest::addColumn<double>("highlight");
+    QTest::addColumn<QPoint>("at");
+    QTest::addColumn<int>("minAlpha");
+    QTest::addColumn<int>("maxAlpha");
+    QTest::addColumn<QString>("colour");
+    using enum GlassLook::Shade;
+    const QString clock = QStringLiteral("clock");
+    const QString companion = QStringLiteral("companion");
+    const QString battery = QStringLiteral("battery");
+    // 20 points into the tile, and 8 points above the panel's bottom edge (large: 204 + 2 × 22).
+    const QPoint corner(42, 42);
+    QTest::newRow("glass in a tile's corner")
+        << clock << WidgetSize::large << Dark << 1.0 << 0.0 << corner << 201 << 255 << "";
+    QTest::newRow("a chromeless kind has no glass")
+        << companion << WidgetSize::large << Dark << 1.0 << 0.0 << corner << 0 << 0 << "";
+    QTest::newRow("a chromeless kind has no shadow")
+        << companion << WidgetSize::large << Dark << 1.0 << 0.0 << QPoint(42, 240) << 0 << 0 << "";
+    QTest::newRow("dark glass is smoked") << battery << WidgetSize::small << Dark << 1.0 << 0.0
+                                          << QPoint(26, 70) << 1 << 255 << "dark";
+    QTest::newRow("light glass is milky") << battery << WidgetSize::small << Light << 1.0 << 0.0
+                                          << QPoint(26, 70) << 1 << 255 << "light";
+    // Left of the tile, level with its middle: the ring's stroke, 5.5 points out.
+    QTest::newRow("no ring without a highlight")
+        << clock << WidgetSize::small << Dark << 1.0 << 0.0 << QPoint(16, 70) << 0 << 79 << "";
+    QTest::newRow("the ring in the accent") << clock << WidgetSize::small << Dark << 1.0 << 1.0
+                                            << QPoint(16, 70) << 255 << 255 << "accent";
+    // Previews are drawn smaller than life; glass and shadow shrink with the tile.
+    QTest::newRow("half size: glass in the middle")
+        << clock << WidgetSize::wide << Light << 0.5 << 0.0 << QPoint(62, 35) << 201 << 255 << "";
+    QTest::newRow("half size: six points right of the tile, shadow at most")
+        << clock << WidgetSize::wide << Light << 0.5 << 0.0 << QPoint((22 + 204 + 6) / 2, 35) << 0
+        << 99 << "";
+}
+
+void TestTileRenderer::pixels() {
+    QFETCH(QString, kind);
+    QFETCH(WidgetSize, size);
+    QFETCH(GlassLook::Shade, shade);
+    QFETCH(qreal, dpr);
+    QFETCH(double, highlight);
+    QFETCH(QPoint, at);
+    QFETCH(int, minAlpha);
+    QFETCH(int, maxAlpha);
+    QFETCH(QString, colour);
+    const FaceRegistry faces;
+    TileRenderer renderer;
+    const FaceContext context = contextFor(kind, size, shade, dpr);
+    const QImage picture = renderer.picture(faces.face(kind), context, highlight);
+    QCOMPARE(picture.size(),
+             devicePixels(TileRenderer::panelRect({{}, context.points}), dpr).size());
+    const QColor pixel = picture.pixelColor(at);
+    const QString seen = QStringLiteral("alpha %1, lightness %2, rgb %3")
+                             .arg(pixel.alpha())
+                             .arg(pixel.lightnessF())
+                             .arg(pixel.name());
+    QVERIFY2(pixel.alpha() >= minAlpha && pixel.alpha() <= maxAlpha, qPrintable(seen));
+    if (colour == QLatin1String("dark")) {
+        QVERIFY2(pixel.lightnessF() < 0.25F, qPrintable(seen));
+    } else if (colour == QLatin1String("light")) {
+        QVERIFY2(pixel.lightnessF() > 0.75F, qPrintable(seen));
+    } else if (colour == QLatin1String("accent")) {
+        QCOMPARE(pixel.rgb(), context.accent().rgb());
+    }
+}
+
 void TestTileRenderer::blursEachShadowOnce() {
     const FaceRegistry faces;
     TileRenderer renderer;
-    const WidgetMetadata metadata =
-        WidgetRegistry::builtInDefinition(QStringLiteral("clock"))->metadata;
-    FaceContext context = contextFor(metadata, WidgetSize::wide, GlassLook::Shade::Dark, 2);
+    FaceContext context =
+        contextFor(QStringLiteral("clock"), WidgetSize::wide, GlassLook::Shade::Dark, 2);
     for (int second = 0; second < 5; ++second) {
         context.now = kNoon.addSecs(second);
         renderer.picture(faces.face(QStringLiteral("clock")), context);
@@ -194,56 +262,9 @@ void TestTileRenderer::blursEachShadowOnce() {
     QCOMPARE(renderer.cachedShadows(), 2);
 }
 
-void TestTileRenderer::chromelessKindsDrawNoGlass() {
-    const FaceRegistry faces;
-    TileRenderer renderer;
-    const WidgetMetadata companion =
-        WidgetRegistry::builtInDefinition(QStringLiteral("companion"))->metadata;
-    QVERIFY(companion.chromeless);
-    const QImage picture =
-        renderer.picture(faces.face(companion.kind),
-                         contextFor(companion, WidgetSize::large, GlassLook::Shade::Dark, 1));
-    // A corner of the tile would be glass on any other kind; beside the tile, a shadow.
-    const QPoint corner(static_cast<int>(TileRenderer::panelMargin + 20),
-                        static_cast<int>(TileRenderer::panelMargin + 20));
-    QCOMPARE(qAlpha(picture.pixel(corner)), 0);
-    QCOMPARE(qAlpha(picture.pixel(QPoint(corner.x(), picture.height() - 8))), 0);
-
-    const WidgetMetadata clock =
-        WidgetRegistry::builtInDefinition(QStringLiteral("clock"))->metadata;
-    const QImage glass = renderer.picture(
-        faces.face(clock.kind), contextFor(clock, WidgetSize::large, GlassLook::Shade::Dark, 1));
-    QVERIFY(qAlpha(glass.pixel(corner)) > 200);
-}
-
-void TestTileRenderer::lightGlassIsBrighterThanDark() {
-    const FaceRegistry faces;
-    TileRenderer renderer;
-    const WidgetMetadata metadata =
-        WidgetRegistry::builtInDefinition(QStringLiteral("battery"))->metadata;
-    const QPoint inside(static_cast<int>(TileRenderer::panelMargin + 4),
-                        static_cast<int>(TileRenderer::panelMargin + 48));
-    const QColor dark =
-        renderer
-            .picture(faces.face(metadata.kind),
-                     contextFor(metadata, WidgetSize::small, GlassLook::Shade::Dark, 1))
-            .pixelColor(inside);
-    const QColor light =
-        renderer
-            .picture(faces.face(metadata.kind),
-                     contextFor(metadata, WidgetSize::small, GlassLook::Shade::Light, 1))
-            .pixelColor(inside);
-    QVERIFY2(
-        light.lightnessF() > dark.lightnessF() + 0.5F,
-        qPrintable(
-            QStringLiteral("light %1 dark %2").arg(light.lightnessF()).arg(dark.lightnessF())));
-}
-
 void TestTileRenderer::clearAndStrongerGlassLetMoreThrough() {
-    const WidgetMetadata metadata =
-        WidgetRegistry::builtInDefinition(QStringLiteral("battery"))->metadata;
     auto alphaAt = [&](GlassLook::Finish finish, double strength) {
-        FaceContext context = contextFor(metadata, WidgetSize::small, GlassLook::Shade::Dark, 1);
+        FaceContext context = contextFor(QStringLiteral("battery"), WidgetSize::small);
         context.glass.finish = finish;
         context.glass.strength = strength;
         QImage image = canvas(QSizeF(96, 96), 1);
@@ -256,23 +277,6 @@ void TestTileRenderer::clearAndStrongerGlassLetMoreThrough() {
     QVERIFY(alphaAt(GlassLook::Finish::Frosted, 1) < frosted);
     QVERIFY(alphaAt(GlassLook::Finish::Clear, 0) < frosted);
     QVERIFY(alphaAt(GlassLook::Finish::Clear, 1) < alphaAt(GlassLook::Finish::Clear, 0));
-}
-
-void TestTileRenderer::highlightRingSurroundsTheTile() {
-    const FaceRegistry faces;
-    TileRenderer renderer;
-    const WidgetMetadata metadata =
-        WidgetRegistry::builtInDefinition(QStringLiteral("clock"))->metadata;
-    const FaceContext context = contextFor(metadata, WidgetSize::small, GlassLook::Shade::Dark, 1);
-    // Left of the tile, level with its middle: the ring's stroke, 5.5 points out.
-    const QPoint ring(static_cast<int>(TileRenderer::panelMargin - 5.5),
-                      static_cast<int>(TileRenderer::panelMargin + 48));
-    const QImage without = renderer.picture(faces.face(metadata.kind), context, 0);
-    const QImage with = renderer.picture(faces.face(metadata.kind), context, 1);
-    QVERIFY(qAlpha(without.pixel(ring)) < 80);
-    const QColor stroke = with.pixelColor(ring);
-    QCOMPARE(stroke.alpha(), 255);
-    QCOMPARE(stroke.rgb(), context.accent().rgb());
 }
 
 void TestTileRenderer::tileScaleEnlargesThePicture() {
@@ -298,58 +302,6 @@ void TestTileRenderer::tileScaleEnlargesThePicture() {
         renderer.paintFace(painter, QRectF(0, 0, 306, 306), faces.face(metadata.kind), context);
     }
     QVERIFY(paintedBounds(face).width() > 204);
-}
-
-void TestTileRenderer::reservedRoomStaysFree_data() {
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<WidgetSize>("size");
-    QTest::newRow("clock, small") << QStringLiteral("clock") << WidgetSize::small;
-    QTest::newRow("clock, wide") << QStringLiteral("clock") << WidgetSize::wide;
-    QTest::newRow("flip clock, large") << QStringLiteral("flipclock") << WidgetSize::large;
-}
-
-// A stack keeps bands for its arrows and dots; the face draws only in what is left.
-void TestTileRenderer::reservedRoomStaysFree() {
-    QFETCH(QString, kind);
-    QFETCH(WidgetSize, size);
-    const FaceRegistry faces;
-    TileRenderer renderer;
-    const WidgetMetadata metadata = WidgetRegistry::builtInDefinition(kind)->metadata;
-    FaceContext context = contextFor(metadata, size, GlassLook::Shade::Dark, 1);
-    context.reserved = QMarginsF(8, 0, 8, 8);
-    const QRectF tile(QPointF(0, 0), context.points);
-    QImage image = canvas(context.points, 1);
-    {
-        QPainter painter(&image);
-        renderer.paintFace(painter, tile, faces.face(kind), context);
-    }
-    const QRect allowed =
-        devicePixels(TileRenderer::contentRect(tile.size(), TileShape::of(metadata))
-                         .marginsRemoved(context.reserved),
-                     1)
-            .adjusted(-1, -1, 1, 1);
-    const QRect painted = paintedBounds(image);
-    QVERIFY(!painted.isEmpty());
-    QVERIFY2(
-        allowed.contains(painted),
-        qPrintable(
-            QStringLiteral("bottom %1 beyond %2").arg(painted.bottom()).arg(allowed.bottom())));
-}
-
-void TestTileRenderer::fractionalPixelRatiosKeepTheGeometry() {
-    // Previews are drawn smaller than life; glass and text must shrink with the tile.
-    const FaceRegistry faces;
-    TileRenderer renderer;
-    const WidgetMetadata metadata =
-        WidgetRegistry::builtInDefinition(QStringLiteral("clock"))->metadata;
-    const FaceContext context =
-        contextFor(metadata, WidgetSize::wide, GlassLook::Shade::Light, 0.5);
-    const QImage picture = renderer.picture(faces.face(metadata.kind), context);
-    QCOMPARE(picture.size(), QSize(124, 70));
-    const int middleRow = 35;
-    QVERIFY(qAlpha(picture.pixel(62, middleRow)) > 200);
-    // Six points right of the tile's edge: shadow at most, never glass.
-    QVERIFY(qAlpha(picture.pixel((22 + 204 + 6) / 2, middleRow)) < 100);
 }
 
 void TestTileRenderer::changedPartCoversEveryChange_data() {
@@ -402,13 +354,12 @@ void TestTileRenderer::changedPartCoversEveryChange() {
     const FaceRegistry faces;
     TileRenderer renderer;
     const WidgetFace& face = faces.face(kind);
-    FaceContext context = contextFor(WidgetRegistry::builtInDefinition(kind)->metadata, size,
-                                     GlassLook::Shade::Dark, dpr);
+    FaceContext context = contextFor(kind, size, GlassLook::Shade::Dark, dpr);
     context.settings = settings;
     context.scale = scale;
     context.points *= scale;
     if (stacked) {
-        context.reserved = QMarginsF(8, 0, 8, 8);
+        context.reserved = kStackBands;
     }
     const QDateTime from(kNoon.date(), before);
     const QDateTime to(kNoon.date(), after);
@@ -430,13 +381,10 @@ void TestTileRenderer::changedPartCoversEveryChange() {
             if (first.pixel(x, y) != second.pixel(x, y)) {
                 ++differing;
                 QVERIFY2(allowed.contains(x, y),
-                         qPrintable(QStringLiteral("pixel %1,%2 changed outside %3,%4 %5x%6")
+                         qPrintable(QStringLiteral("pixel %1,%2 changed outside %3")
                                         .arg(x)
                                         .arg(y)
-                                        .arg(allowed.x())
-                                        .arg(allowed.y())
-                                        .arg(allowed.width())
-                                        .arg(allowed.height())));
+                                        .arg(text(allowed))));
             }
         }
     }
