@@ -4,20 +4,23 @@
 
 namespace tw::test {
 
-QProcessEnvironment isolatedEnvironment(const QString& home, const QString& twkTime) {
+ProcessRun runTarnwick(const QString& program, const QStringList& arguments, const QString& home,
+                       const QString& twkTime, const QString& display) {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("HOME"), home);
     environment.insert(QStringLiteral("XDG_CONFIG_HOME"), home + QLatin1String("/.config"));
     environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), home);
-    environment.remove(QStringLiteral("TWK_TIME"));
+    for (const char* name : {"TWK_TIME", "DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+        environment.remove(QString::fromLatin1(name));
+    }
     if (!twkTime.isNull()) {
         environment.insert(QStringLiteral("TWK_TIME"), twkTime);
     }
-    return environment;
-}
-
-ProcessRun runProcess(const QString& program, const QStringList& arguments,
-                      const QProcessEnvironment& environment) {
+    if (display == QLatin1String("offscreen")) {
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), display);
+    } else if (!display.isEmpty()) {
+        environment.insert(QStringLiteral("DISPLAY"), display);
+    }
     QProcess process;
     process.setProcessEnvironment(environment);
     process.start(program, arguments);
@@ -31,6 +34,10 @@ ProcessRun runProcess(const QString& program, const QStringList& arguments,
     run.out = QString::fromUtf8(process.readAllStandardOutput());
     run.err = QString::fromUtf8(process.readAllStandardError());
     return run;
+}
+
+QStringList words(const QString& line) {
+    return line.split(QLatin1Char(' '), Qt::SkipEmptyParts);
 }
 
 } // namespace tw::test

@@ -1,7 +1,6 @@
 // Runs the real executable as a user would, with preferences in a home of its own.
 #pragma once
 
-#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 
@@ -13,12 +12,13 @@ struct ProcessRun {
     QString err;
 };
 
-// Environment for one run: HOME, XDG_CONFIG_HOME and XDG_RUNTIME_DIR under `home`, no inherited
-// TWK_TIME, and the pin given as `twkTime` when it is not null.
-QProcessEnvironment isolatedEnvironment(const QString& home, const QString& twkTime = QString());
+// Runs `program` with `arguments`, HOME, XDG_CONFIG_HOME and XDG_RUNTIME_DIR under `home`,
+// `twkTime` as TWK_TIME (none when null), waiting at most 30 s. `display` is "offscreen" for Qt's
+// off-screen platform, another value for DISPLAY, or empty for no display at all.
+ProcessRun runTarnwick(const QString& program, const QStringList& arguments, const QString& home,
+                       const QString& twkTime = {}, const QString& display = {});
 
-// Runs `program` with `arguments` in `environment`, waiting at most 30 s.
-ProcessRun runProcess(const QString& program, const QStringList& arguments,
-                      const QProcessEnvironment& environment);
+// Arguments written as one line, split at spaces.
+QStringList words(const QString& line);
 
 } // namespace tw::test
