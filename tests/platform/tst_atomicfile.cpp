@@ -1,4 +1,6 @@
 #include "FaultShim.h"
+#include "NotAFile.h"
+#include "PrivateMount.h"
 #include "platform/AtomicFile.h"
 
 #include <QCoreApplication>
@@ -9,10 +11,8 @@
 
 #include <cerrno>
 #include <fcntl.h>
-#include <sched.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -42,25 +42,6 @@ bool writeFile(const QString& path, const QByteArray& bytes) {
     return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
-// A private mount namespace, so a tmpfs mounted here vanishes with the process, even on a crash.
-bool enterPrivateMountNamespace() {
-    if (geteuid() != 0) {
-        const uid_t uid = geteuid();
-        const gid_t gid = getegid();
-        if (unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) {
-            return false;
-        }
-        const QByteArray uidMap = "0 " + QByteArray::number(uid) + " 1";
-        const QByteArray gidMap = "0 " + QByteArray::number(gid) + " 1";
-        return writeFile(QStringLiteral("/proc/self/setgroups"), "deny") &&
-               writeFile(QStringLiteral("/proc/self/uid_map"), uidMap) &&
-               writeFile(QStringLiteral("/proc/self/gid_map"), gidMap) &&
-               mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
-    }
-    return unshare(CLONE_NEWNS) == 0 &&
-           mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
-}
-
 } // namespace
 
 class TestAtomicFile : public QObject {
@@ -71,11 +52,11 @@ private Q_SLOTS:
     void replacesTheFileWhole() {
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("grid.json"));
-        QVERIFY(AtomicFileWrite(path, QByteArrayLiteral("{\"a\":1}")));
+        QVERIFY(tw::AtomicFile::write(path, QByteArrayLiteral("{\"a\":1}")));
         QCOMPARE(readAll(path), QByteArrayLiteral("{\"a\":1}"));
-        QVERIFY(AtomicFileWrite(path, QByteArrayLiteral("{}")));
+        QVERIFY(tw::AtomicFile::write(path, QByteArrayLiteral("{}")));
         QCOMPARE(readAll(path), QByteArrayLiteral("{}"));
-        QVERIFY(AtomicFileWrite(path, QByteArray()));
+        QVERIFY(tw::AtomicFile::write(path, QByteArray()));
         QCOMPARE(QFileInfo(path).size(), 0);
         QCOMPARE(strays(dir.path(), QStringLiteral("grid.json")), QStringList());
     }
@@ -128,7 +109,7 @@ private Q_SLOTS:
 
     // A disk that really is full: a tiny tmpfs in a private mount namespace.
     void keepsTheOldBytesOnAFullDisk() {
-        if (!enterPrivateMountNamespace()) {
+        if (!tw::test::enterPrivateMountNamespace()) {
             QSKIP("no mount namespace here; the injected faults above cover the failure paths");
         }
         QTemporaryDir dir;
@@ -243,7 +224,7 @@ private Q_SLOTS:
         QCOMPARE(readAll(path), QByteArrayLiteral("{}"));
     }
 
-    // Nothing but a regular file (or a link to one) is ever replaced.
+    // Nothing but a regular file (or a link to one) is ever replaced, nor written through.
     void writesOverNothingButARegularFile_data() {
         QTest::addColumn<QString>("kind");
         QTest::addColumn<bool>("written");
@@ -251,26 +232,20 @@ private Q_SLOTS:
         QTest::newRow("a directory") << "dir" << false;
         QTest::newRow("a FIFO") << "fifo" << false;
         QTest::newRow("a link to nothing") << "dangling" << false;
-        QTest::newRow("a link to /dev/null") << "device" << false;
+        QTest::newRow("a link to a device") << "zero" << false;
     }
     void writesOverNothingButARegularFile() {
         QFETCH(QString, kind);
         QFETCH(bool, written);
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("grid.json"));
-        const QString elsewhere = dir.filePath(QStringLiteral("kept/grid.json"));
+        const QString elsewhere = dir.filePath(QStringLiteral("gone/grid.json"));
         QVERIFY(QDir().mkpath(QFileInfo(elsewhere).path()));
         if (kind == QStringLiteral("link")) {
             QVERIFY(writeFile(elsewhere, "{}"));
             QVERIFY(QFile::link(elsewhere, path));
-        } else if (kind == QStringLiteral("dir")) {
-            QVERIFY(QDir().mkdir(path));
-        } else if (kind == QStringLiteral("fifo")) {
-            QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
-        } else if (kind == QStringLiteral("dangling")) {
-            QVERIFY(QFile::link(elsewhere, path));
         } else {
-            QVERIFY(QFile::link(QStringLiteral("/dev/null"), path));
+            QVERIFY(tw::test::placeNotAFile(kind, path));
         }
         const QFileInfo before(path);
         const auto result = tw::AtomicFile::write(path, QByteArrayLiteral("{\"a\":1}"));
@@ -280,15 +255,6 @@ private Q_SLOTS:
         QCOMPARE(after.isDir(), before.isDir());
         QCOMPARE(readAll(elsewhere), written ? QByteArrayLiteral("{\"a\":1}") : QByteArray());
         QCOMPARE(strays(QFileInfo(elsewhere).path(), QStringLiteral("grid.json")), QStringList());
-    }
-
-private:
-    static bool AtomicFileWrite(const QString& path, const QByteArray& bytes) {
-        const auto result = tw::AtomicFile::write(path, bytes);
-        if (!result) {
-            qWarning("%s", qPrintable(result.error));
-        }
-        return result.ok();
     }
 };
 

@@ -1,11 +1,9 @@
+#include "NotAFile.h"
 #include "platform/DataFile.h"
 
-#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
-
-#include <sys/stat.h>
 
 using Status = tw::DataFile::Status;
 Q_DECLARE_METATYPE(Status)
@@ -43,17 +41,13 @@ private Q_SLOTS:
             QCOMPARE(file.write(bytes), bytes.size());
             file.close();
         }
-        if (kind == QStringLiteral("link") || kind == QStringLiteral("dangling")) {
+        if (kind == QStringLiteral("link")) {
             QVERIFY(QFile::link(other, path));
-        } else if (kind == QStringLiteral("fifo")) {
-            QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
-        } else if (kind == QStringLiteral("zero")) {
-            QVERIFY(QFile::link(QStringLiteral("/dev/zero"), path));
-        } else if (kind == QStringLiteral("dir")) {
-            QVERIFY(QDir().mkdir(path));
         } else if (kind == QStringLiteral("loop")) {
             QVERIFY(QFile::link(path, other));
             QVERIFY(QFile::link(other, path));
+        } else if (kind != QStringLiteral("file") && kind != QStringLiteral("none")) {
+            QVERIFY(tw::test::placeNotAFile(kind, path));
         }
         const tw::DataFile::Contents contents = tw::DataFile::read(path, 64);
         QCOMPARE(contents.status, status);

@@ -1,11 +1,9 @@
+#include "NotAFile.h"
 #include "platform/linux/DesktopEntry.h"
 
-#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
-
-#include <sys/stat.h>
 
 using tw::DesktopEntry;
 
@@ -87,24 +85,31 @@ private Q_SLOTS:
     }
 
     // Whatever sits in an applications directory, reading never hangs or fills the memory.
+    void readsOnlyRegularFilesOfModestSize_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<bool>("read");
+        QTest::newRow("an entry") << "file" << true;
+        QTest::newRow("an entry past the size cap") << "huge" << false;
+        QTest::newRow("a FIFO") << "fifo" << false;
+        QTest::newRow("a directory") << "dir" << false;
+        QTest::newRow("a link to a device") << "zero" << false;
+    }
     void readsOnlyRegularFilesOfModestSize() {
+        QFETCH(QString, kind);
+        QFETCH(bool, read);
         QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("app.desktop"));
         const QByteArray entry = QByteArrayLiteral("[Desktop Entry]\nType=Application\nExec=x\n");
-        const QString pipe = dir.filePath(QStringLiteral("pipe.desktop"));
-        QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
-        QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("folder.desktop")));
-        QFile huge(dir.filePath(QStringLiteral("huge.desktop")));
-        QVERIFY(huge.open(QIODevice::WriteOnly));
-        huge.write(entry + QByteArray(DesktopEntry::maximumSize, '#'));
-        huge.close();
-        QFile fine(dir.filePath(QStringLiteral("fine.desktop")));
-        QVERIFY(fine.open(QIODevice::WriteOnly));
-        fine.write(entry);
-        fine.close();
-        QCOMPARE(DesktopEntry::read(pipe), std::nullopt);
-        QCOMPARE(DesktopEntry::read(dir.filePath(QStringLiteral("folder.desktop"))), std::nullopt);
-        QCOMPARE(DesktopEntry::read(huge.fileName()), std::nullopt);
-        QVERIFY(DesktopEntry::read(fine.fileName()));
+        if (kind == QStringLiteral("file") || kind == QStringLiteral("huge")) {
+            QFile file(path);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(kind == QStringLiteral("huge")
+                           ? entry + QByteArray(DesktopEntry::maximumSize, '#')
+                           : entry);
+        } else {
+            QVERIFY(tw::test::placeNotAFile(kind, path));
+        }
+        QCOMPARE(DesktopEntry::read(path).has_value(), read);
     }
 };
 

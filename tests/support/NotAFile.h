@@ -1,5 +1,6 @@
 // Puts something other than a regular file where a data file belongs, as a hostile or broken
-// data directory can: a FIFO, a link to /dev/zero, a directory, or a link to nothing.
+// data directory can: a FIFO, a link to /dev/zero, a directory, or a link to nothing (to
+// `gone/<name>` beside it).
 #pragma once
 
 #include <QString>
