@@ -4,18 +4,8 @@
 
 namespace tw::test {
 
-ScheduledTask ManualScheduler::singleShot(Duration delay, Duration tolerance,
-                                          const QObject* context, std::function<void()> action) {
-    return add(delay, tolerance, context, std::move(action), false);
-}
-
-ScheduledTask ManualScheduler::repeating(Duration interval, Duration tolerance,
-                                         const QObject* context, std::function<void()> action) {
-    return add(interval, tolerance, context, std::move(action), true);
-}
-
-ScheduledTask ManualScheduler::add(Duration delay, Duration tolerance, const QObject* context,
-                                   std::function<void()> action, bool repeating) {
+ScheduledTask ManualScheduler::add(Pending timer, const QObject* context,
+                                   std::function<void()> action) {
     const quint64 id = m_nextId++;
     std::weak_ptr<std::map<quint64, Entry>> entries = m_entries;
     ScheduledTask task([entries, id] {
@@ -23,8 +13,9 @@ ScheduledTask ManualScheduler::add(Duration delay, Duration tolerance, const QOb
             map->erase(id);
         }
     });
-    m_entries->emplace(id, Entry{m_now + delay, delay, tolerance, repeating, context,
-                                 context != nullptr, std::move(action), task.activeFlag()});
+    timer.due += m_now;
+    m_entries->emplace(
+        id, Entry{timer, context, context != nullptr, std::move(action), task.activeFlag()});
     return task;
 }
 
@@ -42,14 +33,14 @@ void ManualScheduler::advance(Duration by) {
             if (!isLive(it->second)) {
                 continue;
             }
-            if (next == m_entries->end() || it->second.due < next->second.due) {
+            if (next == m_entries->end() || it->second.timer.due < next->second.timer.due) {
                 next = it;
             }
         }
-        if (next == m_entries->end() || next->second.due > end) {
+        if (next == m_entries->end() || next->second.timer.due > end) {
             break;
         }
-        const Duration due = next->second.due;
+        const Duration due = next->second.timer.due;
         if (m_clock && due > m_now) {
             m_clock->advance(due - m_now);
         }
@@ -57,8 +48,8 @@ void ManualScheduler::advance(Duration by) {
         const quint64 id = next->first;
         // Copy: the action may cancel or reschedule, which touches the map.
         auto action = next->second.action;
-        if (next->second.repeating) {
-            next->second.due += std::max(next->second.interval, Duration(1));
+        if (next->second.timer.repeating) {
+            next->second.timer.due += std::max(next->second.timer.interval, Duration(1));
         } else {
             if (auto flag = next->second.active.lock()) {
                 *flag = false;
@@ -77,7 +68,7 @@ std::vector<ManualScheduler::Pending> ManualScheduler::pending() const {
     std::vector<Pending> result;
     for (const auto& [id, entry] : *m_entries) {
         if (isLive(entry)) {
-            result.push_back({entry.due, entry.interval, entry.tolerance, entry.repeating});
+            result.push_back(entry.timer);
         }
     }
     std::sort(result.begin(), result.end(),

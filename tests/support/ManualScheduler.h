@@ -19,9 +19,13 @@ public:
         : m_clock(clock) {}
 
     ScheduledTask singleShot(Duration delay, Duration tolerance, const QObject* context,
-                             std::function<void()> action) override;
+                             std::function<void()> action) override {
+        return add({delay, delay, tolerance, false}, context, std::move(action));
+    }
     ScheduledTask repeating(Duration interval, Duration tolerance, const QObject* context,
-                            std::function<void()> action) override;
+                            std::function<void()> action) override {
+        return add({interval, interval, tolerance, true}, context, std::move(action));
+    }
 
     // Runs every timer due within `by`, moving virtual time (and the clock) to each due moment.
     void advance(Duration by);
@@ -40,17 +44,14 @@ public:
 
 private:
     struct Entry {
-        Duration due;
-        Duration interval;
-        Duration tolerance;
-        bool repeating;
+        Pending timer;
         QPointer<const QObject> context;
         bool hasContext;
         std::function<void()> action;
         std::weak_ptr<bool> active;
     };
-    ScheduledTask add(Duration delay, Duration tolerance, const QObject* context,
-                      std::function<void()> action, bool repeating);
+    // `timer.due` is the delay from now.
+    ScheduledTask add(Pending timer, const QObject* context, std::function<void()> action);
     bool isLive(const Entry& entry) const;
 
     ManualClock* m_clock;

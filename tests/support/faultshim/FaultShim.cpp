@@ -8,7 +8,6 @@
 #include <dlfcn.h>
 #include <mutex>
 #include <string>
-#include <sys/uio.h>
 #include <unistd.h>
 
 namespace {
@@ -82,28 +81,8 @@ ssize_t write(int fd, const void* buf, size_t count) {
     return shouldFail(TwFaultWrite, fd) ? -1 : next(fd, buf, count);
 }
 
-ssize_t pwrite(int fd, const void* buf, size_t count, off_t offset) {
-    static const auto next = real<ssize_t (*)(int, const void*, size_t, off_t)>("pwrite");
-    return shouldFail(TwFaultWrite, fd) ? -1 : next(fd, buf, count, offset);
-}
-
-ssize_t pwrite64(int fd, const void* buf, size_t count, off64_t offset) {
-    static const auto next = real<ssize_t (*)(int, const void*, size_t, off64_t)>("pwrite64");
-    return shouldFail(TwFaultWrite, fd) ? -1 : next(fd, buf, count, offset);
-}
-
-ssize_t writev(int fd, const struct iovec* iov, int iovcnt) {
-    static const auto next = real<ssize_t (*)(int, const struct iovec*, int)>("writev");
-    return shouldFail(TwFaultWrite, fd) ? -1 : next(fd, iov, iovcnt);
-}
-
 int fsync(int fd) {
     static const auto next = real<int (*)(int)>("fsync");
-    return shouldFail(TwFaultSync, fd) ? -1 : next(fd);
-}
-
-int fdatasync(int fd) {
-    static const auto next = real<int (*)(int)>("fdatasync");
     return shouldFail(TwFaultSync, fd) ? -1 : next(fd);
 }
 

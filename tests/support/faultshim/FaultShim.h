@@ -1,14 +1,14 @@
 // Makes file-system calls fail on demand, for tests of what a full or broken disk does to a write.
-// The shared library interposes write, pwrite, writev, fsync, fdatasync and close for the whole
-// process, Qt's own calls included: a test links it (a directly linked library is searched before
-// libc, as with LD_PRELOAD) and arms it through the functions below.
+// The shared library interposes write, fsync and close, the calls AtomicFile makes, for the whole
+// process: a test links it (a directly linked library is searched before libc, as with LD_PRELOAD)
+// and arms it through the functions below.
 #pragma once
 
 extern "C" {
 
 enum TwFaultCall {
-    TwFaultWrite = 1, // write, pwrite, pwrite64, writev
-    TwFaultSync = 2,  // fsync, fdatasync
+    TwFaultWrite = 1,
+    TwFaultSync = 2,
     TwFaultClose = 4, // close: the descriptor is closed, the call still reports the error
 };
 
