@@ -64,7 +64,13 @@ class XSession:
                 stdout=subprocess.DEVNULL,
                 stderr=self._log("openbox.log"),
                 start_new_session=True)
-            self._wait_for_window_manager()
+            def managed():
+                return "window id #" in self.output(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"])
+            # Ready once it names itself on the root; a window manager that ended never will.
+            self.wait_for(lambda: managed() or self._wm.poll() is not None, timeout=20)
+            if not managed():
+                self.__exit__(None, None, None)
+                raise RuntimeError("openbox did not start")
         return self
 
     def __exit__(self, *exc):
@@ -107,16 +113,6 @@ class XSession:
 
     def output(self, args):
         return self.run(args, capture_output=True, text=True, check=False).stdout
-
-    def _wait_for_window_manager(self):
-        deadline = time.monotonic() + 20
-        while time.monotonic() < deadline:
-            if "window id #" in self.output(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]):
-                return
-            if self._wm.poll() is not None:
-                break
-            time.sleep(0.05)
-        raise RuntimeError("openbox did not start")
 
     # --- looking at windows -------------------------------------------------------------------
 
