@@ -3,6 +3,7 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
 #include <QGuiApplication>
 #include <QPalette>
 #include <QSignalSpy>
@@ -60,8 +61,13 @@ class TestPortalColorScheme : public QObject {
                                QVariant::fromValue(value)}});
     }
 
-    // Lets the watcher's question reach the portal and its answer come back.
-    static void settle() { QTest::qWait(300); }
+    // Lets the watcher ask the portal, once the event loop runs, and waits for the answer: the
+    // pending call it keeps goes once answered.
+    static void settle(const PortalColorScheme& watcher) {
+        QCoreApplication::processEvents();
+        QVERIFY(!watcher.findChildren<QDBusPendingCallWatcher*>().isEmpty());
+        QTRY_VERIFY(watcher.findChildren<QDBusPendingCallWatcher*>().isEmpty());
+    }
 
 private Q_SLOTS:
     void initTestCase() {
@@ -101,7 +107,7 @@ private Q_SLOTS:
         setPaletteDark(paletteDark);
         QVERIFY(startPortal(method, value));
         PortalColorScheme watcher;
-        settle();
+        settle(watcher);
         QTEST(watcher.colorScheme(), "expected");
     }
 
@@ -110,7 +116,7 @@ private Q_SLOTS:
         QVERIFY(startPortal(QStringLiteral("ReadOne"), QStringLiteral("dbus.UInt32(2)")));
         PortalColorScheme watcher;
         QSignalSpy changes(&watcher, &ColorSchemeWatcher::colorSchemeChanged);
-        settle();
+        settle(watcher);
         QCOMPARE(watcher.colorScheme(), ColorScheme::Light);
 
         emitSettingChanged(QStringLiteral("accent-color"), 1);
