@@ -78,7 +78,8 @@ class Host:
         return found
 
     def wait_for_panels(self, count):
-        return self.session.wait_for(lambda: len(self.panels()) == count and self.panels())
+        # A start on a busy machine may take a while: the deadline is generous.
+        return self.session.wait_for(lambda: len(self.panels()) == count and self.panels(), 30)
 
 
 def tile_rect(instance):
