@@ -1,0 +1,158 @@
+#include "faces/LiquidBackdrop.h"
+
+#include <QSysInfo>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace tw {
+
+namespace {
+
+// Rec. 709 luma weights, as a colour-controls saturation mixes them.
+constexpr float kLumaR = 0.2125f;
+constexpr float kLumaG = 0.7154f;
+constexpr float kLumaB = 0.0721f;
+
+struct Taps {
+    std::vector<int> first;
+    std::vector<int> second;
+    std::vector<float> weight;
+};
+
+// Bilinear sample positions of `count` output pixels spread over [start, start + length) of an
+// axis with `extent` pixels, clamped to its edge pixels.
+Taps taps(double start, double length, int count, int extent) {
+    Taps t{std::vector<int>(count), std::vector<int>(count), std::vector<float>(count)};
+    const double step = length / count;
+    for (int i = 0; i < count; ++i) {
+        const double at = std::clamp(start + (i + 0.5) * step - 0.5, 0.0, extent - 1.0);
+        const int low = static_cast<int>(at);
+        t.first[i] = low;
+        t.second[i] = std::min(low + 1, extent - 1);
+        t.weight[i] = static_cast<float>(at - low);
+    }
+    return t;
+}
+
+std::vector<float> kernel(double sigma) {
+    const int radius = static_cast<int>(std::ceil(sigma * 3.0));
+    std::vector<float> weights(2 * radius + 1);
+    double sum = 0;
+    for (int k = -radius; k <= radius; ++k) {
+        const double w = std::exp(-(k * k) / (2.0 * sigma * sigma));
+        weights[k + radius] = static_cast<float>(w);
+        sum += w;
+    }
+    for (float& w : weights) {
+        w = static_cast<float>(static_cast<double>(w) / sum);
+    }
+    return weights;
+}
+
+} // namespace
+
+void LiquidBackdrop::gaussianBlur(std::vector<float>& rgba, int width, int height, double sigma) {
+    if (!(sigma > 0) || width <= 0 || height <= 0) {
+        return;
+    }
+    const std::vector<float> weights = kernel(sigma);
+    const int radius = static_cast<int>(weights.size() / 2);
+    const size_t rowFloats = static_cast<size_t>(width) * 4;
+    std::vector<float> across(rgba.size());
+    std::vector<float> padded((width + 2 * radius) * 4);
+    for (int y = 0; y < height; ++y) {
+        const float* row = rgba.data() + y * rowFloats;
+        for (int x = -radius; x < width + radius; ++x) {
+            const float* from = row + std::clamp(x, 0, width - 1) * 4;
+            std::copy(from, from + 4, padded.begin() + (x + radius) * 4);
+        }
+        float* out = across.data() + y * rowFloats;
+        std::fill(out, out + rowFloats, 0.0f);
+        for (size_t k = 0; k < weights.size(); ++k) {
+            const float w = weights[k];
+            const float* in = padded.data() + k * 4;
+            for (size_t i = 0; i < rowFloats; ++i) {
+                out[i] += w * in[i];
+            }
+        }
+    }
+    for (int y = 0; y < height; ++y) {
+        float* out = rgba.data() + y * rowFloats;
+        std::fill(out, out + rowFloats, 0.0f);
+        for (int k = -radius; k <= radius; ++k) {
+            const float w = weights[k + radius];
+            const float* in = across.data() + std::clamp(y + k, 0, height - 1) * rowFloats;
+            for (size_t i = 0; i < rowFloats; ++i) {
+                out[i] += w * in[i];
+            }
+        }
+    }
+}
+
+QImage LiquidBackdrop::prepare(const QImage& backdrop, const QRectF& rect, QSize extended,
+                               double sigma, double saturation) {
+    if (backdrop.isNull() || extended.isEmpty() || !std::isfinite(rect.x()) ||
+        !std::isfinite(rect.y()) || !std::isfinite(rect.width()) || !std::isfinite(rect.height()) ||
+        !(rect.width() > 0) || !(rect.height() > 0)) {
+        return {};
+    }
+    QImage source = backdrop;
+    std::array<int, 4> channel{0, 1, 2, 3};
+    if (source.format() == QImage::Format_ARGB32_Premultiplied &&
+        QSysInfo::ByteOrder == QSysInfo::LittleEndian) {
+        channel = {2, 1, 0, 3};
+    } else if (source.format() != QImage::Format_RGBA8888_Premultiplied) {
+        source = backdrop.convertToFormat(QImage::Format_RGBA8888_Premultiplied);
+        if (source.isNull()) {
+            return {};
+        }
+    }
+    const int ew = extended.width();
+    const int eh = extended.height();
+    const Taps xs = taps(rect.x(), rect.width(), ew, source.width());
+    const Taps ys = taps(rect.y(), rect.height(), eh, source.height());
+    std::vector<float> rgba(static_cast<size_t>(ew) * eh * 4);
+    float* out = rgba.data();
+    for (int y = 0; y < eh; ++y) {
+        const uchar* top = source.constScanLine(ys.first[y]);
+        const uchar* bottom = source.constScanLine(ys.second[y]);
+        const float fy = ys.weight[y];
+        for (int x = 0; x < ew; ++x) {
+            const int a = xs.first[x] * 4;
+            const int b = xs.second[x] * 4;
+            const float fx = xs.weight[x];
+            for (int c = 0; c < 4; ++c) {
+                const int at = channel[c];
+                const float upper = top[a + at] + (top[b + at] - top[a + at]) * fx;
+                const float lower = bottom[a + at] + (bottom[b + at] - bottom[a + at]) * fx;
+                *out++ = upper + (lower - upper) * fy;
+            }
+        }
+    }
+    gaussianBlur(rgba, ew, eh, sigma);
+
+    QImage prepared(ew, eh, QImage::Format_RGBA8888_Premultiplied);
+    if (prepared.isNull()) {
+        return {};
+    }
+    const float amount = static_cast<float>(saturation);
+    const float* in = rgba.data();
+    for (int y = 0; y < eh; ++y) {
+        uchar* line = prepared.scanLine(y);
+        for (int x = 0; x < ew; ++x, in += 4, line += 4) {
+            const float alpha = std::clamp(in[3], 0.0f, 255.0f);
+            // Premultiplied values mix the same way as straight ones; only the ceiling is alpha.
+            const float luma = kLumaR * in[0] + kLumaG * in[1] + kLumaB * in[2];
+            for (int c = 0; c < 3; ++c) {
+                const float value = std::clamp(luma + amount * (in[c] - luma), 0.0f, alpha);
+                line[c] = static_cast<uchar>(value + 0.5f);
+            }
+            line[3] = static_cast<uchar>(alpha + 0.5f);
+        }
+    }
+    return prepared;
+}
+
+} // namespace tw
