@@ -1,0 +1,110 @@
+// Lens pictures for tiles: at once from the cache, otherwise once a tile's request has held still,
+// rendered on the pool and published on the main thread.
+#include "ManualScheduler.h"
+#include "faces/LiquidCache.h"
+#include "faces/LiquidRenderQueue.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace std::chrono_literals;
+using namespace tw;
+
+namespace {
+
+const QString kTile = QStringLiteral("tile-1");
+
+LiquidRequest request(QSizeF points, double x = 0) {
+    LiquidRequest r;
+    r.identity = QStringLiteral("screen-1|a.jpg");
+    r.backdrop = QImage(64, 64, QImage::Format_RGB32);
+    r.backdrop.fill(Qt::darkCyan);
+    r.source = QRectF(x, 0, points.width(), points.height());
+    r.params.size = points;
+    r.params.scale = 1;
+    return r;
+}
+
+struct Fixture {
+    LiquidCache cache;
+    test::ManualScheduler scheduler;
+    LiquidRenderQueue queue{cache, scheduler};
+    QSignalSpy spy{&queue, &LiquidRenderQueue::rendered};
+
+    QSize publishedSize() const { return spy.last().at(1).value<QImage>().size(); }
+};
+
+} // namespace
+
+class TestLiquidRenderQueue : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cachedPictureAnswersAtOnce();
+    void newerRequestReplacesOlder();
+    void equalRequestKeepsItsPlace();
+    void cancelledOrOversizedPublishNothing();
+};
+
+void TestLiquidRenderQueue::cachedPictureAnswersAtOnce() {
+    Fixture f;
+    QImage picture(20, 10, QImage::Format_RGBA8888_Premultiplied);
+    picture.fill(Qt::red);
+    f.cache.store(picture, request(QSizeF(20, 10)));
+    QVERIFY(f.queue.request(kTile, request(QSizeF(20, 10), 0.4)));
+    QCOMPARE(f.spy.count(), 1);
+    QCOMPARE(f.spy.last().at(0).toString(), kTile);
+    QCOMPARE(f.spy.last().at(1).value<QImage>(), picture);
+    QVERIFY(!f.queue.isPending(kTile));
+}
+
+void TestLiquidRenderQueue::newerRequestReplacesOlder() {
+    Fixture f;
+    QVERIFY(!f.queue.request(kTile, request(QSizeF(20, 10))));
+    f.scheduler.advance(30ms);
+    f.queue.request(kTile, request(QSizeF(30, 10)));
+    f.scheduler.advance(59ms);
+    QCOMPARE(f.scheduler.pendingCount(), 1);
+    f.scheduler.advance(1ms);
+    QVERIFY(f.spy.wait());
+    QCOMPARE(f.publishedSize(), QSize(30, 10));
+    QVERIFY(!f.cache.cached(request(QSizeF(30, 10))).isNull());
+
+    // A change while rendering drops the picture under way.
+    f.queue.request(kTile, request(QSizeF(40, 10)));
+    f.scheduler.advance(60ms);
+    f.queue.request(kTile, request(QSizeF(50, 10)));
+    f.scheduler.advance(60ms);
+    QVERIFY(f.spy.wait());
+    QTRY_VERIFY(!f.queue.isPending(kTile));
+    QCOMPARE(f.spy.count(), 2);
+    QCOMPARE(f.publishedSize(), QSize(50, 10));
+    QVERIFY(f.cache.cached(request(QSizeF(40, 10))).isNull());
+}
+
+void TestLiquidRenderQueue::equalRequestKeepsItsPlace() {
+    Fixture f;
+    f.queue.request(kTile, request(QSizeF(20, 10)));
+    f.scheduler.advance(40ms);
+    f.queue.request(kTile, request(QSizeF(20, 10), 0.4));
+    f.scheduler.advance(20ms);
+    QCOMPARE(f.scheduler.pendingCount(), 0);
+    QVERIFY(f.spy.wait());
+    QCOMPARE(f.publishedSize(), QSize(20, 10));
+}
+
+void TestLiquidRenderQueue::cancelledOrOversizedPublishNothing() {
+    Fixture f;
+    f.queue.request(kTile, request(QSizeF(20, 10)));
+    f.queue.cancel(kTile);
+    QCOMPARE(f.scheduler.pendingCount(), 0);
+    QVERIFY(!f.queue.isPending(kTile));
+
+    f.queue.request(kTile, request(QSizeF(8000, 5000)));
+    f.scheduler.advance(60ms);
+    QTRY_VERIFY(!f.queue.isPending(kTile));
+    QCOMPARE(f.spy.count(), 0);
+}
+
+QTEST_GUILESS_MAIN(TestLiquidRenderQueue)
+#include "tst_liquidrenderqueue.moc"
