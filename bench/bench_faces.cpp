@@ -1,9 +1,11 @@
 // The cost of drawing tiles: each face with its own view once at its largest size at a pixel ratio
 // of 2 (glass, cached shadow and face), a seconds clock redrawn tick after tick, and the whole
-// gallery sheet.
+// gallery sheet; a liquid lens rendered afresh and found in the cache.
 #include "faces/FaceContext.h"
 #include "faces/FaceRegistry.h"
 #include "faces/GallerySheet.h"
+#include "faces/LiquidCache.h"
+#include "faces/LiquidGlassRenderer.h"
 #include "faces/TileRenderer.h"
 #include "look/Theme.h"
 #include "model/WidgetRegistry.h"
@@ -119,6 +121,51 @@ void gallerySheet(benchmark::State& state) {
     }
 }
 
+// A desktop picture with detail everywhere, so that no part of the lens is cheaper than real.
+QImage wallpaper() {
+    QImage image(1920, 1080, QImage::Format_ARGB32_Premultiplied);
+    for (int y = 0; y < image.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
+        for (int x = 0; x < image.width(); ++x) {
+            line[x] = qRgb((x * 7) & 255, (y * 5) & 255, ((x + y) * 3) & 255);
+        }
+    }
+    return image;
+}
+
+LiquidRequest lensRequest(double frost, double x) {
+    LiquidRequest request;
+    request.identity = QStringLiteral("screen-1|wallpaper.jpg");
+    request.source = QRectF(x, 200, 840, 624);
+    request.params.size = QSizeF(420, 312);
+    request.params.scale = 2;
+    request.params.frost = frost;
+    return request;
+}
+
+// One render of a 420 × 312 point tile at 2x; the argument is the frost in tenths.
+void liquidRender(benchmark::State& state) {
+    const QImage backdrop = wallpaper();
+    const LiquidRequest request = lensRequest(state.range(0) / 10.0, 500);
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(
+            LiquidGlassRenderer::render(backdrop, request.source, request.params));
+    }
+}
+
+// The last of a full cache's pictures, with the source off by a fraction of a pixel.
+void liquidCacheHit(benchmark::State& state) {
+    LiquidCache cache;
+    QImage picture(840, 624, QImage::Format_RGBA8888_Premultiplied);
+    for (int i = 0; i < LiquidCache::capacity; ++i) {
+        cache.store(picture, lensRequest(0, i * 4.0));
+    }
+    const LiquidRequest wanted = lensRequest(0, (LiquidCache::capacity - 1) * 4.0 + 0.3);
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(cache.cached(wanted));
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -160,6 +207,16 @@ int main(int argc, char** argv) {
         ->Unit(benchmark::kMillisecond)
         ->Repetitions(5)
         ->ReportAggregatesOnly(true);
+
+    benchmark::RegisterBenchmark("liquid/render/420x312@2x", liquidRender)
+        ->ArgName("frost10")
+        ->Arg(0)
+        ->Arg(5)
+        ->Arg(10)
+        ->Unit(benchmark::kMillisecond)
+        ->Repetitions(5)
+        ->ReportAggregatesOnly(true);
+    benchmark::RegisterBenchmark("liquid/cache-hit", liquidCacheHit)->Unit(benchmark::kMicrosecond);
 
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();

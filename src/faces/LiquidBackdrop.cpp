@@ -36,7 +36,11 @@ Taps taps(double start, double length, int count, int extent) {
     return t;
 }
 
+// Normalised Gaussian weights reaching three sigmas out; a single tap when there is no blur.
 std::vector<float> kernel(double sigma) {
+    if (!(sigma > 0)) {
+        return {1.0f};
+    }
     const int radius = static_cast<int>(std::ceil(sigma * 3.0));
     std::vector<float> weights(2 * radius + 1);
     double sum = 0;
@@ -52,44 +56,6 @@ std::vector<float> kernel(double sigma) {
 }
 
 } // namespace
-
-void LiquidBackdrop::gaussianBlur(std::vector<float>& rgba, int width, int height, double sigma) {
-    if (!(sigma > 0) || width <= 0 || height <= 0) {
-        return;
-    }
-    const std::vector<float> weights = kernel(sigma);
-    const int radius = static_cast<int>(weights.size() / 2);
-    const size_t rowFloats = static_cast<size_t>(width) * 4;
-    std::vector<float> across(rgba.size());
-    std::vector<float> padded((width + 2 * radius) * 4);
-    for (int y = 0; y < height; ++y) {
-        const float* row = rgba.data() + y * rowFloats;
-        for (int x = -radius; x < width + radius; ++x) {
-            const float* from = row + std::clamp(x, 0, width - 1) * 4;
-            std::copy(from, from + 4, padded.begin() + (x + radius) * 4);
-        }
-        float* out = across.data() + y * rowFloats;
-        std::fill(out, out + rowFloats, 0.0f);
-        for (size_t k = 0; k < weights.size(); ++k) {
-            const float w = weights[k];
-            const float* in = padded.data() + k * 4;
-            for (size_t i = 0; i < rowFloats; ++i) {
-                out[i] += w * in[i];
-            }
-        }
-    }
-    for (int y = 0; y < height; ++y) {
-        float* out = rgba.data() + y * rowFloats;
-        std::fill(out, out + rowFloats, 0.0f);
-        for (int k = -radius; k <= radius; ++k) {
-            const float w = weights[k + radius];
-            const float* in = across.data() + std::clamp(y + k, 0, height - 1) * rowFloats;
-            for (size_t i = 0; i < rowFloats; ++i) {
-                out[i] += w * in[i];
-            }
-        }
-    }
-}
 
 QImage LiquidBackdrop::prepare(const QImage& backdrop, const QRectF& rect, QSize extended,
                                double sigma, double saturation) {
@@ -109,44 +75,75 @@ QImage LiquidBackdrop::prepare(const QImage& backdrop, const QRectF& rect, QSize
             return {};
         }
     }
+    QImage prepared(extended, QImage::Format_RGBA8888_Premultiplied);
+    if (prepared.isNull()) {
+        return {};
+    }
     const int ew = extended.width();
     const int eh = extended.height();
     const Taps xs = taps(rect.x(), rect.width(), ew, source.width());
     const Taps ys = taps(rect.y(), rect.height(), eh, source.height());
-    std::vector<float> rgba(static_cast<size_t>(ew) * eh * 4);
-    float* out = rgba.data();
+    const std::vector<float> weights = kernel(sigma);
+    const int radius = static_cast<int>(weights.size() / 2);
+    const size_t rowFloats = static_cast<size_t>(ew) * 4;
+
+    // Each row is scaled into a padded line whose ends repeat its edge pixels, then blurred across
+    // into `across`; the blur down and the saturation then run row by row into the image. Working
+    // in premultiplied floats keeps translucent edges from darkening and the blur from banding.
+    std::vector<float> across(rowFloats * eh);
+    std::vector<float> padded((ew + 2 * radius) * 4);
     for (int y = 0; y < eh; ++y) {
         const uchar* top = source.constScanLine(ys.first[y]);
         const uchar* bottom = source.constScanLine(ys.second[y]);
         const float fy = ys.weight[y];
+        float* out = padded.data() + radius * 4;
         for (int x = 0; x < ew; ++x) {
             const int a = xs.first[x] * 4;
             const int b = xs.second[x] * 4;
             const float fx = xs.weight[x];
             for (int c = 0; c < 4; ++c) {
-                const int at = channel[c];
-                const float upper = top[a + at] + (top[b + at] - top[a + at]) * fx;
-                const float lower = bottom[a + at] + (bottom[b + at] - bottom[a + at]) * fx;
+                const float upper = top[a + c] + (top[b + c] - top[a + c]) * fx;
+                const float lower = bottom[a + c] + (bottom[b + c] - bottom[a + c]) * fx;
                 *out++ = upper + (lower - upper) * fy;
             }
         }
+        for (int x = 0; x < radius; ++x) {
+            std::copy_n(padded.begin() + radius * 4, 4, padded.begin() + x * 4);
+            std::copy_n(padded.begin() + (radius + ew - 1) * 4, 4,
+                        padded.begin() + (radius + ew + x) * 4);
+        }
+        float* row = across.data() + y * rowFloats;
+        std::fill(row, row + rowFloats, 0.0f);
+        for (size_t k = 0; k < weights.size(); ++k) {
+            const float w = weights[k];
+            const float* in = padded.data() + k * 4;
+            for (size_t i = 0; i < rowFloats; ++i) {
+                row[i] += w * in[i];
+            }
+        }
     }
-    gaussianBlur(rgba, ew, eh, sigma);
 
-    QImage prepared(ew, eh, QImage::Format_RGBA8888_Premultiplied);
-    if (prepared.isNull()) {
-        return {};
-    }
     const float amount = static_cast<float>(saturation);
-    const float* in = rgba.data();
+    std::vector<float> down(rowFloats);
     for (int y = 0; y < eh; ++y) {
+        std::fill(down.begin(), down.end(), 0.0f);
+        for (int k = -radius; k <= radius; ++k) {
+            const float w = weights[k + radius];
+            const float* in = across.data() + std::clamp(y + k, 0, eh - 1) * rowFloats;
+            for (size_t i = 0; i < rowFloats; ++i) {
+                down[i] += w * in[i];
+            }
+        }
         uchar* line = prepared.scanLine(y);
+        const float* in = down.data();
         for (int x = 0; x < ew; ++x, in += 4, line += 4) {
-            const float alpha = std::clamp(in[3], 0.0f, 255.0f);
+            // The source's byte order is kept up to here; this is where it becomes RGBA.
+            const float rgb[3] = {in[channel[0]], in[channel[1]], in[channel[2]]};
+            const float alpha = std::clamp(in[channel[3]], 0.0f, 255.0f);
             // Premultiplied values mix the same way as straight ones; only the ceiling is alpha.
-            const float luma = kLumaR * in[0] + kLumaG * in[1] + kLumaB * in[2];
+            const float luma = kLumaR * rgb[0] + kLumaG * rgb[1] + kLumaB * rgb[2];
             for (int c = 0; c < 3; ++c) {
-                const float value = std::clamp(luma + amount * (in[c] - luma), 0.0f, alpha);
+                const float value = std::clamp(luma + amount * (rgb[c] - luma), 0.0f, alpha);
                 line[c] = static_cast<uchar>(value + 0.5f);
             }
             line[3] = static_cast<uchar>(alpha + 0.5f);

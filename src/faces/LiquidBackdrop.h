@@ -6,20 +6,16 @@
 #include <QRectF>
 #include <QSize>
 
-#include <vector>
-
 namespace tw {
 
 class LiquidBackdrop {
 public:
     // `rect` is in the backdrop's pixels (top-left origin) and may reach past its edges, which
     // repeat outwards. A `sigma` of zero skips the blur. Gives a premultiplied RGBA8888 image of
-    // `extended` pixels, or a null image when nothing usable can be made.
+    // `extended` pixels, or a null image when nothing usable can be made. The blur is a separable
+    // Gaussian whose edges repeat outwards.
     static QImage prepare(const QImage& backdrop, const QRectF& rect, QSize extended, double sigma,
                           double saturation);
-
-    // Separable Gaussian blur of interleaved premultiplied RGBA floats, edges clamped.
-    static void gaussianBlur(std::vector<float>& rgba, int width, int height, double sigma);
 };
 
 } // namespace tw

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace tw {
 
@@ -29,6 +30,13 @@ double axisWeight(double half, double offset) {
     return offset < 0 ? -w : w;
 }
 
+// One axis of a bilinear sample: the two pixels and the weight of the second.
+struct Tap {
+    int first = 0;
+    int second = 0;
+    double weight = 0;
+};
+
 struct Backdrop {
     const uchar* bits = nullptr;
     qsizetype stride = 0;
@@ -37,24 +45,36 @@ struct Backdrop {
     double scale = 1;
     double margin = 0;
 
-    // Bilinear value of one channel at a point in the lens's points, 0...1.
-    double sample(double px, double py, int channel) const {
-        const double x = std::clamp(scale * px + margin - 0.5, 0.0, width - 1.0);
-        const double y = std::clamp(scale * py + margin - 0.5, 0.0, height - 1.0);
-        const int x0 = static_cast<int>(x);
-        const int y0 = static_cast<int>(y);
-        const int x1 = std::min(x0 + 1, width - 1);
-        const int y1 = std::min(y0 + 1, height - 1);
-        const double fx = x - x0;
-        const double fy = y - y0;
-        const uchar* top = bits + y0 * stride;
-        const uchar* bottom = bits + y1 * stride;
-        const double upper =
-            top[x0 * 4 + channel] + (top[x1 * 4 + channel] - top[x0 * 4 + channel]) * fx;
-        const double lower =
-            bottom[x0 * 4 + channel] + (bottom[x1 * 4 + channel] - bottom[x0 * 4 + channel]) * fx;
-        return (upper + (lower - upper) * fy) / 255.0;
+    static Tap tap(double at, int extent) {
+        const double clamped = std::clamp(at, 0.0, extent - 1.0);
+        const int first = static_cast<int>(clamped);
+        return {first, std::min(first + 1, extent - 1), clamped - first};
     }
+    Tap tapX(double px) const { return tap(scale * px + margin - 0.5, width); }
+    Tap tapY(double py) const { return tap(scale * py + margin - 0.5, height); }
+
+    // One channel, 0...1, between the four pixels of two taps.
+    double at(const Tap& x, const Tap& y, int channel) const {
+        const uchar* top = bits + y.first * stride;
+        const uchar* bottom = bits + y.second * stride;
+        const int a = x.first * 4 + channel;
+        const int b = x.second * 4 + channel;
+        const double upper = top[a] + (top[b] - top[a]) * x.weight;
+        const double lower = bottom[a] + (bottom[b] - bottom[a]) * x.weight;
+        return (upper + (lower - upper) * y.weight) / 255.0;
+    }
+    // One channel at a point in the lens's points.
+    double sample(double px, double py, int channel) const {
+        return at(tapX(px), tapY(py), channel);
+    }
+};
+
+// What a column of the output shares from top to bottom.
+struct Column {
+    double dx = 0;
+    double qx = 0;
+    double wx = 0;
+    Tap base; // the magnified, unbent sample
 };
 
 uchar toByte(double value) {
@@ -140,38 +160,74 @@ QImage LiquidGlassRenderer::render(const QImage& backdrop, const QRectF& source,
     const double focusBoost = params.focused ? 0.05 : 0.0;
     const bool hasBackdrop = !prepared.isNull();
 
+    // Everything that depends on the column alone, worked out once rather than per pixel.
+    std::vector<Column> columns(pw);
+    for (int i = 0; i < pw; ++i) {
+        Column& column = columns[i];
+        column.dx = (i + 0.5) / s - hw;
+        column.qx = r - hw + std::abs(column.dx);
+        column.wx = axisWeight(hw, column.dx);
+        column.base = lens.tapX(hw + column.dx * kMagnification);
+    }
+
     for (int j = 0; j < ph; ++j) {
         uchar* line = output.scanLine(j);
         const double y = (j + 0.5) / s;
         const double dy = y - hh;
         const double qy = r - hh + std::abs(dy);
+        const double wy = axisWeight(hh, dy);
+        const double sheen = focusBoost + (1 - y / H) * 0.045;
+        const Tap baseY = lens.tapY(hh + dy * kMagnification);
         for (int i = 0; i < pw; ++i) {
-            const double x = (i + 0.5) / s;
-            const double dx = x - hw;
-            const double qx = r - hw + std::abs(dx);
+            const Column& column = columns[i];
+            const double dx = column.dx;
+            const double qx = column.qx;
             const double ox = std::max(qx, 0.0);
             const double oy = std::max(qy, 0.0);
-            const double d = std::min(std::max(qx, qy), 0.0) + std::sqrt(ox * ox + oy * oy) - r;
+            // Only the corners are outside both straight edges; elsewhere the root is of zero.
+            const double outside = ox > 0 || oy > 0 ? std::sqrt(ox * ox + oy * oy) : 0.0;
+            const double d = std::min(std::max(qx, qy), 0.0) + outside - r;
             double coverage = 0.5 - s * d;
             if (!(coverage > 0)) {
                 continue;
             }
             coverage = std::min(coverage, 1.0);
-
-            const double wx = axisWeight(hw, dx);
-            const double wy = axisWeight(hh, dy);
-            const double length = std::sqrt(wx * wx + wy * wy);
-            const double nx = wx / length;
-            const double ny = wy / length;
-
+            uchar* px = line + i * 4;
             const double t = std::max(-d / bevel, 0.0);
-            double strength = 0;
-            if (t < 1) {
-                const double u = 1 - t;
-                const double u2 = u * u;
-                const double dome = std::pow(1 - u2 * u2, 0.25);
-                strength = (1 - dome) * 0.55 + u2 * 0.45;
+
+            if (t >= 1) {
+                // The flat middle: no bending, so no split into colour, no shade and no rim; only
+                // the magnification, the tint and the sheen.
+                const double highlight = std::min(sheen, 1.0);
+                const double inverse = 1 - highlight;
+                double red = tint;
+                double green = tint;
+                double blue = tint;
+                double alpha = mix * 0.9 + 0.1;
+                if (hasBackdrop) {
+                    red = lens.at(column.base, baseY, 0);
+                    green = lens.at(column.base, baseY, 1);
+                    blue = lens.at(column.base, baseY, 2);
+                    red += mix * (tint - red);
+                    green += mix * (tint - green);
+                    blue += mix * (tint - blue);
+                    alpha = 1.0;
+                }
+                px[0] = toByte(coverage * (highlight + red * alpha * inverse));
+                px[1] = toByte(coverage * (highlight + green * alpha * inverse));
+                px[2] = toByte(coverage * (highlight + blue * alpha * inverse));
+                px[3] = toByte(coverage * (highlight + alpha * inverse));
+                continue;
             }
+
+            const double wx = column.wx;
+            const double norm = 1 / std::sqrt(wx * wx + wy * wy);
+            const double nx = wx * norm;
+            const double ny = wy * norm;
+            const double u = 1 - t;
+            const double u2 = u * u;
+            const double dome = std::sqrt(std::sqrt(1 - u2 * u2));
+            const double strength = (1 - dome) * 0.55 + u2 * 0.45;
 
             double red = tint;
             double green = tint;
@@ -204,12 +260,10 @@ QImage LiquidGlassRenderer::render(const QImage& backdrop, const QRectF& source,
             const double lit = std::max(dot, 0.0);
             const double shade = std::max(-dot, 0.0) * strength * 0.24;
             const double alpha = hasBackdrop ? baseAlpha : std::min(shade * 0.5 + baseAlpha, 1.0);
-            const double highlight =
-                std::min(focusBoost + (1 - y / H) * 0.045 + lit * strength * 0.42 + rimLight, 1.0);
+            const double highlight = std::min(sheen + lit * strength * 0.42 + rimLight, 1.0);
             const double inverse = 1 - highlight;
             const double dark = 1 - shade;
 
-            uchar* px = line + i * 4;
             px[0] = toByte(coverage * (highlight + dark * red * alpha * inverse));
             px[1] = toByte(coverage * (highlight + dark * green * alpha * inverse));
             px[2] = toByte(coverage * (highlight + dark * blue * alpha * inverse));
