@@ -93,8 +93,9 @@ private Q_SLOTS:
         QVERIFY(std::abs(hsb.s - accentSaturation) < 1e-9);
         QVERIFY(std::abs(hsb.b - 0.95) < 1e-9);
         QCOMPARE(theme.id, QStringLiteral("wallpaper"));
-        QCOMPARE(WallpaperPalette::hsb({theme.surface.red, theme.surface.green, theme.surface.blue}).b,
-                 0.1);
+        QCOMPARE(
+            WallpaperPalette::hsb({theme.surface.red, theme.surface.green, theme.surface.blue}).b,
+            0.1);
         QCOMPARE(theme.surface.opacity, Theme::defaultTheme().surface.opacity);
     }
 };
