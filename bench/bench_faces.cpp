@@ -143,10 +143,11 @@ LiquidRequest lensRequest(double frost, double x) {
     return request;
 }
 
-// One render of a 420 × 312 point tile at 2x; the argument is the frost in tenths.
+// One render of a 420 × 312 point tile at 2x; the argument is the frost in tenths, -1 for a lens
+// with no backdrop (the shape and light alone).
 void liquidRender(benchmark::State& state) {
-    const QImage backdrop = wallpaper();
-    const LiquidRequest request = lensRequest(state.range(0) / 10.0, 500);
+    const QImage backdrop = state.range(0) < 0 ? QImage() : wallpaper();
+    const LiquidRequest request = lensRequest(std::max<double>(state.range(0), 0) / 10.0, 500);
     for (auto _ : state) {
         benchmark::DoNotOptimize(
             LiquidGlassRenderer::render(backdrop, request.source, request.params));
@@ -210,6 +211,7 @@ int main(int argc, char** argv) {
 
     benchmark::RegisterBenchmark("liquid/render/420x312@2x", liquidRender)
         ->ArgName("frost10")
+        ->Arg(-1)
         ->Arg(0)
         ->Arg(5)
         ->Arg(10)

@@ -87,12 +87,14 @@ QImage LiquidBackdrop::prepare(const QImage& backdrop, const QRectF& rect, QSize
     const int radius = static_cast<int>(weights.size() / 2);
     const size_t rowFloats = static_cast<size_t>(ew) * 4;
 
-    // Each row is scaled into a padded line whose ends repeat its edge pixels, then blurred across
-    // into `across`; the blur down and the saturation then run row by row into the image. Working
-    // in premultiplied floats keeps translucent edges from darkening and the blur from banding.
-    std::vector<float> across(rowFloats * eh);
+    // Each row is scaled into a padded line whose ends repeat its edge pixels and blurred across
+    // into a ring of the rows the blur down needs; the blur down and the saturation then write the
+    // image row by row. Premultiplied floats keep translucent edges from darkening and the blur
+    // from banding; the ring keeps the working set small whatever the picture's height.
+    const int ringRows = 2 * radius + 1;
+    std::vector<float> ring(rowFloats * ringRows);
     std::vector<float> padded((ew + 2 * radius) * 4);
-    for (int y = 0; y < eh; ++y) {
+    const auto blurAcross = [&](int y) {
         const uchar* top = source.constScanLine(ys.first[y]);
         const uchar* bottom = source.constScanLine(ys.second[y]);
         const float fy = ys.weight[y];
@@ -112,7 +114,7 @@ QImage LiquidBackdrop::prepare(const QImage& backdrop, const QRectF& rect, QSize
             std::copy_n(padded.begin() + (radius + ew - 1) * 4, 4,
                         padded.begin() + (radius + ew + x) * 4);
         }
-        float* row = across.data() + y * rowFloats;
+        float* row = ring.data() + (y % ringRows) * rowFloats;
         std::fill(row, row + rowFloats, 0.0f);
         for (size_t k = 0; k < weights.size(); ++k) {
             const float w = weights[k];
@@ -121,15 +123,19 @@ QImage LiquidBackdrop::prepare(const QImage& backdrop, const QRectF& rect, QSize
                 row[i] += w * in[i];
             }
         }
-    }
+    };
 
     const float amount = static_cast<float>(saturation);
     std::vector<float> down(rowFloats);
+    int across = 0; // rows blurred across so far
     for (int y = 0; y < eh; ++y) {
+        for (; across <= std::min(y + radius, eh - 1); ++across) {
+            blurAcross(across);
+        }
         std::fill(down.begin(), down.end(), 0.0f);
         for (int k = -radius; k <= radius; ++k) {
             const float w = weights[k + radius];
-            const float* in = across.data() + std::clamp(y + k, 0, eh - 1) * rowFloats;
+            const float* in = ring.data() + (std::clamp(y + k, 0, eh - 1) % ringRows) * rowFloats;
             for (size_t i = 0; i < rowFloats; ++i) {
                 down[i] += w * in[i];
             }

@@ -61,7 +61,7 @@ struct Backdrop {
         const int b = x.second * 4 + channel;
         const double upper = top[a] + (top[b] - top[a]) * x.weight;
         const double lower = bottom[a] + (bottom[b] - bottom[a]) * x.weight;
-        return (upper + (lower - upper) * y.weight) / 255.0;
+        return (upper + (lower - upper) * y.weight) * (1 / 255.0);
     }
     // One channel at a point in the lens's points.
     double sample(double px, double py, int channel) const {
@@ -159,6 +159,7 @@ QImage LiquidGlassRenderer::render(const QImage& backdrop, const QRectF& source,
     const double tint = params.lightGlass ? 1.0 : 0.0;
     const double focusBoost = params.focused ? 0.05 : 0.0;
     const bool hasBackdrop = !prepared.isNull();
+    const double inverseBevel = 1 / bevel;
 
     // Everything that depends on the column alone, worked out once rather than per pixel.
     std::vector<Column> columns(pw);
@@ -193,7 +194,7 @@ QImage LiquidGlassRenderer::render(const QImage& backdrop, const QRectF& source,
             }
             coverage = std::min(coverage, 1.0);
             uchar* px = line + i * 4;
-            const double t = std::max(-d / bevel, 0.0);
+            const double t = std::max(-d * inverseBevel, 0.0);
 
             if (t >= 1) {
                 // The flat middle: no bending, so no split into colour, no shade and no rim; only
@@ -248,7 +249,7 @@ QImage LiquidGlassRenderer::render(const QImage& backdrop, const QRectF& source,
             }
 
             const double dot = nx * kLightX + ny * kLightY;
-            const double rim = std::max(d / 2.6 + 1, 0.0);
+            const double rim = std::max(d * (1 / 2.6) + 1, 0.0);
             double rimLight = 0;
             if (rim > 0) {
                 const double smooth = rim * rim * (3 - 2 * rim);
