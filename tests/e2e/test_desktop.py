@@ -114,7 +114,8 @@ class HostCase(unittest.TestCase):
         if self.panel_count:
             self.host.launch()
             self.panels = self.host.wait_for_panels(self.panel_count)
-            self.assertTrue(self.panels, "the desktop did not show its panels")
+            self.assertTrue(self.panels, "the desktop did not show its panels: %s, host %s" % (
+                self.host.panels(), self.host.process.poll()))
 
     def before_launch(self):
         pass
