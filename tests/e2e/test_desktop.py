@@ -155,6 +155,13 @@ class HostCase(unittest.TestCase):
             w for w in self.session.output(["xdotool", "search", "--name", "^Tarnwick$"]).split()
             if (self.session.geometry(int(w)) or (0, 0, 0, 0))[2:] == (980, 680)], timeout)
 
+    def screenshot(self, name):
+        """Keeps a picture of the screen among the build's artifacts, when there are any."""
+        if ARTIFACTS:
+            os.makedirs(ARTIFACTS, exist_ok=True)
+            self.session.run(["import", "-window", "root", os.path.join(ARTIFACTS, name)],
+                             check=False)
+
     def choose_last_menu_entry(self, button):
         """Clicks where the pointer rests, waits for the menu, and takes its last entry."""
         before = self.session.override_windows()
@@ -193,10 +200,7 @@ class DesktopTest(HostCase):
             # The window manager takes the hints up a moment after it maps the panel.
             self.settle(lambda: all(h in (self.session.prop(window, "_NET_WM_STATE") or "")
                                     for h in hints), "panel %#x lacks its hints" % window)
-        if ARTIFACTS:
-            os.makedirs(ARTIFACTS, exist_ok=True)
-            self.session.run(["import", "-window", "root",
-                              os.path.join(ARTIFACTS, "first-desktop.png")], check=False)
+        self.screenshot("first-desktop.png")
 
     def test_dragging_fully_onto_a_tile_of_the_same_size_stacks_them(self):
         clock = self.by_kind("clock")
@@ -217,9 +221,7 @@ class DesktopTest(HostCase):
         self.settle(lambda: any((g[0] + MARGIN, g[1] + MARGIN) == place
                                 for _, g in self.host.panels().values()),
                     "no member of the stack stands at its place")
-        if ARTIFACTS:
-            self.session.run(["import", "-window", "root", os.path.join(ARTIFACTS, "stack.png")],
-                             check=False)
+        self.screenshot("stack.png")
 
     def test_dropping_half_onto_a_tile_of_another_size_slides_it_off(self):
         clock = self.by_kind("clock")
