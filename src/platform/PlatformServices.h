@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/ColorSchemeWatcher.h"
+#include "platform/DesktopPicture.h"
 #include "platform/DesktopWindowing.h"
 #include "platform/Displays.h"
 #include "platform/Notifications.h"
@@ -24,6 +25,7 @@ struct PlatformServices {
     std::unique_ptr<Notifications> notifications;
     std::unique_ptr<ColorSchemeWatcher> colorScheme;
     std::unique_ptr<SymbolProvider> symbols;
+    std::unique_ptr<DesktopPicture> picture;
 
     // The desktop host's services, every one set; needs the running QApplication.
     static PlatformServices make();

@@ -2,6 +2,7 @@
 
 #include "platform/linux/DisplayProbe.h"
 #include "platform/linux/FreedesktopNotifications.h"
+#include "platform/linux/LinuxDesktopPicture.h"
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/MaterialSymbolProvider.h"
 #include "platform/linux/PortalColorScheme.h"
@@ -19,6 +20,7 @@ PlatformServices PlatformServices::make() {
     services.notifications = std::make_unique<FreedesktopNotifications>();
     services.colorScheme = std::make_unique<PortalColorScheme>();
     services.symbols = makeSymbolProvider();
+    services.picture = LinuxDesktopPicture::create();
     return services;
 }
 
