@@ -72,7 +72,8 @@ const char* nameOf(Source source) {
 QString pictureOfPackage(const QString& directory) {
     static const QRegularExpression size(QStringLiteral("^(\\d+)x(\\d+)\\."));
     const QFileInfoList pictures =
-        QDir(directory + QStringLiteral("/contents/images")).entryInfoList(QDir::Files, QDir::Name);
+        QDir(QDir::cleanPath(directory + QStringLiteral("/contents/images")))
+            .entryInfoList(QDir::Files, QDir::Name);
     QString best;
     qint64 bestArea = -1;
     for (const QFileInfo& picture : pictures) {
