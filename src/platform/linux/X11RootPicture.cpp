@@ -174,7 +174,8 @@ QImage X11RootPicture::read(xcb_connection_t* connection, quint32 pixmap) {
                 });
             } else if (swap) {
                 auto* pixels = reinterpret_cast<quint16*>(line);
-                std::transform(pixels, pixels + width, pixels, qbswap<quint16>);
+                std::transform(pixels, pixels + width, pixels,
+                               [](quint16 pixel) { return qbswap(pixel); });
             }
         }
     }
