@@ -37,6 +37,8 @@ public:
     void cancel(const QString& key);
     // Whether the tile `key` has a request waiting or rendering.
     bool isPending(const QString& key) const { return m_pending.count(key) > 0; }
+    // Where the renders run, at the lowest thread priority.
+    QThreadPool& pool() { return m_pool; }
 
 Q_SIGNALS:
     void rendered(const QString& key, const QImage& image);
