@@ -41,6 +41,7 @@ class ScreenTopologyWatcher;
 class SymbolProvider;
 class TickCoordinator;
 class TopologyMemory;
+class WallpaperBackdrop;
 class WidgetRegistry;
 class Workspace;
 
@@ -68,6 +69,8 @@ public:
         Workspace* workspace = nullptr;
         Notifications* notifications = nullptr;
         const ColorSchemeWatcher* colorScheme = nullptr;
+        // The desktop's picture behind the glass; without it the glass is the theme's surface.
+        const WallpaperBackdrop* backdrop = nullptr;
     };
 
     static constexpr std::chrono::milliseconds occlusionDebounce{150};

@@ -1,6 +1,7 @@
 #include "desktop/DesktopPanel.h"
 
 #include "desktop/DesktopSpace.h"
+#include "desktop/WallpaperBackdrop.h"
 #include "faces/TileRenderer.h"
 #include "faces/WidgetFace.h"
 #include "model/Metrics.h"
@@ -104,10 +105,35 @@ void DesktopPanel::setContent(const WidgetFace& face, const FaceContext& context
     const bool rescaled = context.scale != m_context.scale;
     m_context = context;
     m_context.reserved = stackReserve();
+    m_backgroundStale = true;
     if (rescaled) {
         updateShape();
     }
     update();
+}
+
+void DesktopPanel::setBackdropSource(const WallpaperBackdrop* source) {
+    m_backdropSource = source;
+    backdropChanged();
+}
+
+void DesktopPanel::backdropChanged() {
+    m_backgroundStale = true;
+    updateShape();
+    update();
+}
+
+const QImage& DesktopPanel::backdropBackground() {
+    if (m_backgroundStale) {
+        m_backgroundStale = false;
+        const auto backdrop =
+            m_backdropSource != nullptr ? m_backdropSource->behind(geometry()) : std::nullopt;
+        m_background =
+            backdrop ? m_renderer.panelBackground(QSizeF(tileRectInWidget().size()), m_context,
+                                                  *backdrop, !m_windowing.isCompositing())
+                     : QImage();
+    }
+    return m_background;
 }
 
 void DesktopPanel::setNow(const QDateTime& now) {
@@ -199,8 +225,20 @@ void DesktopPanel::paintEvent(QPaintEvent* event) {
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     painter.fillRect(event->rect(), Qt::transparent);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-    m_context.devicePixelRatio = devicePixelRatioF();
-    m_renderer.paint(painter, QRectF(tileRectInWidget()), *m_face, m_context, m_highlight);
+    if (m_context.devicePixelRatio != devicePixelRatioF()) {
+        m_context.devicePixelRatio = devicePixelRatioF();
+        m_backgroundStale = true;
+    }
+    const QRectF tile(tileRectInWidget());
+    if (const QImage& background = backdropBackground(); !background.isNull()) {
+        painter.drawImage(QPointF(0, 0), background);
+        m_renderer.paintFace(painter, tile, *m_face, m_context);
+        if (m_highlight > 0) {
+            TileRenderer::paintHighlight(painter, tile, m_context.accent(), m_highlight);
+        }
+    } else {
+        m_renderer.paint(painter, tile, *m_face, m_context, m_highlight);
+    }
     paintStackIndicator(painter);
 }
 
@@ -341,19 +379,34 @@ void DesktopPanel::setHovered(bool hovered) {
 
 void DesktopPanel::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
+    m_backgroundStale = true;
     updateShape();
 }
 
+// The picture behind the glass moves with the panel; a panel standing still never makes it again.
+void DesktopPanel::moveEvent(QMoveEvent* event) {
+    QWidget::moveEvent(event);
+    if (m_backdropSource != nullptr) {
+        m_backgroundStale = true;
+        update();
+    }
+}
+
 // Without a compositor the transparent margin would show as black: the window is cut to its
-// tile, at the cost of the shadow.
+// tile. Over the desktop's picture it keeps a band of its margin, drawn with that picture, so that
+// its corners are smooth and a little of its shadow shows; the band is narrower than half the
+// spacing, so no window covers a neighbouring tile.
 void DesktopPanel::updateShape() {
     if (m_windowing.isCompositing()) {
         clearMask();
         return;
     }
+    const bool overPicture = m_backdropSource != nullptr && m_backdropSource->behind(geometry());
+    const qreal band = overPicture ? shapeBand : 0;
     QPainterPath path;
-    const qreal radius = Metrics::tileCornerRadius * m_context.scale;
-    path.addRoundedRect(QRectF(tileRectInWidget()), radius, radius);
+    const qreal radius = Metrics::tileCornerRadius * m_context.scale + band;
+    path.addRoundedRect(QRectF(tileRectInWidget()).adjusted(-band, -band, band, band), radius,
+                        radius);
     setMask(QRegion(path.toFillPolygon().toPolygon()));
 }
 

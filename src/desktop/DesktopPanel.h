@@ -24,6 +24,7 @@ namespace tw {
 
 class Clock;
 class TileRenderer;
+class WallpaperBackdrop;
 class WidgetFace;
 
 class DesktopPanel final : public QWidget {
@@ -34,6 +35,8 @@ public:
     // What a stack member's face gives up, beyond its padding, on the sides (for the arrows) and
     // at the bottom (for the dots), in points.
     static constexpr qreal stackGutter = 8;
+    // How much of its margin a panel keeps without a compositor, over the desktop's picture.
+    static constexpr qreal shapeBand = Metrics::cellSpacing / 2 - 1;
 
     // `clock` times the wheel's pauses; it must outlive the panel.
     DesktopPanel(const QUuid& instanceID, DesktopWindowing& windowing,
@@ -62,6 +65,10 @@ public:
     // The ring around a new tile, 0 (none) to 1.
     void setHighlight(double opacity);
     double highlight() const { return m_highlight; }
+    // Where the panel finds the desktop's picture behind it; none draws the glass without it.
+    void setBackdropSource(const WallpaperBackdrop* source);
+    // The picture behind the panel changed, or its place: the background is made again.
+    void backdropChanged();
     // A member of a stack shows its place among `count` as dots, and arrows while hovered;
     // a count below 2 shows neither.
     void setStackIndicator(int index, int count);
@@ -97,6 +104,7 @@ protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
 
 private:
     QRect tileRectInWidget() const;
@@ -104,6 +112,8 @@ private:
     void setHovered(bool hovered);
     QMarginsF stackReserve() const;
     void updateShape();
+    // The background over the desktop's picture, made when it is missing; null without one.
+    const QImage& backdropBackground();
 
     QUuid m_instanceID;
     DesktopWindowing& m_windowing;
@@ -118,6 +128,9 @@ private:
     DragTracker m_drag;
     QList<QRectF> m_dragNeighbours;
     QPointer<QVariantAnimation> m_slide;
+    const WallpaperBackdrop* m_backdropSource = nullptr;
+    QImage m_background;
+    bool m_backgroundStale = true;
 };
 
 } // namespace tw

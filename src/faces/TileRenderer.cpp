@@ -1,6 +1,7 @@
 #include "faces/TileRenderer.h"
 
 #include "faces/FaceContext.h"
+#include "faces/GlassBackdrop.h"
 #include "faces/WidgetFace.h"
 
 #include <QLinearGradient>
@@ -181,7 +182,54 @@ void TileRenderer::paintShadow(QPainter& painter, const QRectF& tile, qreal devi
     painter.drawImage(panelRect(tile).topLeft(), image);
 }
 
-void TileRenderer::paintGlass(QPainter& painter, const QRectF& tile, const FaceContext& context) {
+QImage TileRenderer::panelBackground(const QSizeF& tile, const FaceContext& context,
+                                     const GlassBackdrop& backdrop, bool opaqueMargin) {
+    const qreal dpr = context.devicePixelRatio > 0 ? context.devicePixelRatio : 1.0;
+    const QRectF inner(QPointF(panelMargin, panelMargin), tile);
+    const QRectF panel = panelRect(inner);
+    QImage image(QSize(static_cast<int>(std::ceil(panel.width() * dpr)),
+                       static_cast<int>(std::ceil(panel.height() * dpr))),
+                 QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    const bool glass = TileShape::of(context.metadata).chrome == TileShape::Chrome::Glass;
+    QPainter p(&image);
+    p.setRenderHint(QPainter::SmoothPixmapTransform);
+    p.setRenderHint(QPainter::Antialiasing);
+    if (glass) {
+        QImage shade = shadow(tile, dpr);
+        shade.setDevicePixelRatio(1);
+        if (opaqueMargin) {
+            p.save();
+            p.scale(dpr, dpr);
+            p.drawImage(panel, backdrop.sharp, backdrop.sourceIn(backdrop.sharp, backdrop.panel));
+            p.restore();
+        }
+        p.drawImage(QPointF(0, 0), shade);
+    }
+    p.scale(dpr, dpr);
+    if (!glass) {
+        if (opaqueMargin) {
+            p.drawImage(panel, backdrop.sharp, backdrop.sourceIn(backdrop.sharp, backdrop.panel));
+        }
+        image.setDevicePixelRatio(dpr);
+        return image;
+    }
+    const QImage& blur =
+        context.glass.finish == GlassLook::Finish::Clear ? backdrop.clear : backdrop.frosted;
+    const QRectF behind =
+        backdrop.panel.adjusted(panelMargin, panelMargin, -panelMargin, -panelMargin);
+    p.save();
+    p.setClipPath(roundedTile(inner));
+    p.drawImage(inner, blur, backdrop.sourceIn(blur, behind));
+    p.restore();
+    paintGlass(p, inner, context, true);
+    p.end();
+    image.setDevicePixelRatio(dpr);
+    return image;
+}
+
+void TileRenderer::paintGlass(QPainter& painter, const QRectF& tile, const FaceContext& context,
+                              bool overBackdrop) {
     const bool light = context.glass.shade == GlassLook::Shade::Light;
     const bool clear = context.glass.finish == GlassLook::Finish::Clear;
     const double strength = std::clamp(context.glass.strength, 0.0, 1.0);
@@ -193,11 +241,13 @@ void TileRenderer::paintGlass(QPainter& painter, const QRectF& tile, const FaceC
     qreal alpha = 0;
     if (light) {
         base = mixed(QColor(0xF5, 0xF6, 0xFA), surface, 0.06F);
-        alpha = clear ? 0.42 - 0.22 * strength : 0.9 - 0.3 * strength;
+        alpha = overBackdrop ? (clear ? 0.3 - 0.16 * strength : 0.6 - 0.3 * strength)
+                             : (clear ? 0.42 - 0.22 * strength : 0.9 - 0.3 * strength);
     } else {
         base = surface;
-        alpha = clear ? surfaceOpacity * (0.46 - 0.26 * strength)
-                      : surfaceOpacity * (1.0 - 0.34 * strength);
+        alpha = surfaceOpacity * (overBackdrop
+                                      ? (clear ? 0.3 - 0.2 * strength : 0.6 - 0.32 * strength)
+                                      : (clear ? 0.46 - 0.26 * strength : 1.0 - 0.34 * strength));
     }
 
     const QPainterPath shape = roundedTile(tile);

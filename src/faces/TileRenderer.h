@@ -19,6 +19,7 @@ class QPainter;
 namespace tw {
 
 struct FaceContext;
+struct GlassBackdrop;
 class WidgetFace;
 
 class TileRenderer {
@@ -44,7 +45,15 @@ public:
     // cache.
     void paintBackground(QPainter& painter, const QRectF& tile, const FaceContext& context);
     void paintShadow(QPainter& painter, const QRectF& tile, qreal devicePixelRatio);
-    static void paintGlass(QPainter& painter, const QRectF& tile, const FaceContext& context);
+    // Over the desktop's picture (`overBackdrop`) the tint is thinner: the blur does the frosting.
+    static void paintGlass(QPainter& painter, const QRectF& tile, const FaceContext& context,
+                           bool overBackdrop = false);
+    // The whole panel's background over the desktop's picture, at the context's pixel ratio: the
+    // picture itself in the margin when nothing blends the window with the desktop
+    // (`opaqueMargin`), the shadow, the picture behind the tile blurred as the glass has it, and
+    // the glass's tint. Made once per place, size and look; the face draws over it.
+    QImage panelBackground(const QSizeF& tile, const FaceContext& context,
+                           const GlassBackdrop& backdrop, bool opaqueMargin);
     // Large text comes from the context's text cache, or from the renderer's own.
     void paintFace(QPainter& painter, const QRectF& tile, const WidgetFace& face,
                    const FaceContext& context);
