@@ -6,6 +6,7 @@
 #include "config/ConfigWindow.h"
 #include "config/GalleryView.h"
 #include "desktop/DesktopController.h"
+#include "desktop/WallpaperBackdrop.h"
 #include "displays/ScreenTopologyWatcher.h"
 #include "displays/TopologyMemory.h"
 #include "faces/FaceRegistry.h"
@@ -124,7 +125,8 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
     connect(m_settings.get(), &AppSettings::energyModeChanged, this,
             [this] { m_ticker->setInterval(tickInterval(m_settings->energyMode())); });
 
-    // 12. The desktop.
+    // 12. The desktop, its glass over the desktop's own picture.
+    m_backdrop = std::make_unique<WallpaperBackdrop>(m_platform.picture.get());
     m_controller = std::make_unique<DesktopController>(DesktopController::Services{
         .theme = *m_theme,
         .ticker = *m_ticker,
@@ -143,6 +145,7 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .workspace = m_platform.workspace.get(),
         .notifications = m_platform.notifications.get(),
         .colorScheme = m_platform.colorScheme.get(),
+        .backdrop = m_backdrop.get(),
     });
     m_controller->widgetSettingsOpener = [this](const QUuid&) { showConfigWindow(); };
 

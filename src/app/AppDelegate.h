@@ -18,6 +18,7 @@ class AppSettings;
 class ConfigWindow;
 class Defaults;
 class DesktopController;
+class WallpaperBackdrop;
 class FaceRegistry;
 class GridStore;
 class MinuteCoordinator;
@@ -92,6 +93,7 @@ private:
     std::unique_ptr<ScreenTopologyWatcher> m_watcher;
     std::unique_ptr<TopologyMemory> m_memory;
     std::unique_ptr<FaceRegistry> m_faces;
+    std::unique_ptr<WallpaperBackdrop> m_backdrop;
     std::unique_ptr<DesktopController> m_controller;
     std::unique_ptr<StatusBarController> m_status;
     std::unique_ptr<ConfigWindow> m_configWindow;
