@@ -94,19 +94,25 @@ QImage LiquidBackdrop::prepare(const QImage& backdrop, const QRectF& rect, QSize
     const int ringRows = 2 * radius + 1;
     std::vector<float> ring(rowFloats * ringRows);
     std::vector<float> padded((ew + 2 * radius) * 4);
+    // The source columns the taps reach, mixed down first: the mix between two rows runs over
+    // contiguous memory, and the mix across then reads floats of whole pixels.
+    const int firstColumn = xs.first.front();
+    const int lastColumn = xs.second.back();
+    std::vector<float> mixedDown((lastColumn - firstColumn + 1) * 4);
     const auto blurAcross = [&](int y) {
-        const uchar* top = source.constScanLine(ys.first[y]);
-        const uchar* bottom = source.constScanLine(ys.second[y]);
+        const uchar* top = source.constScanLine(ys.first[y]) + firstColumn * 4;
+        const uchar* bottom = source.constScanLine(ys.second[y]) + firstColumn * 4;
         const float fy = ys.weight[y];
+        for (size_t i = 0; i < mixedDown.size(); ++i) {
+            mixedDown[i] = top[i] + (bottom[i] - top[i]) * fy;
+        }
         float* out = padded.data() + radius * 4;
-        for (int x = 0; x < ew; ++x) {
-            const int a = xs.first[x] * 4;
-            const int b = xs.second[x] * 4;
+        for (int x = 0; x < ew; ++x, out += 4) {
+            const float* a = mixedDown.data() + (xs.first[x] - firstColumn) * 4;
+            const float* b = mixedDown.data() + (xs.second[x] - firstColumn) * 4;
             const float fx = xs.weight[x];
             for (int c = 0; c < 4; ++c) {
-                const float upper = top[a + c] + (top[b + c] - top[a + c]) * fx;
-                const float lower = bottom[a + c] + (bottom[b + c] - bottom[a + c]) * fx;
-                *out++ = upper + (lower - upper) * fy;
+                out[c] = a[c] + (b[c] - a[c]) * fx;
             }
         }
         for (int x = 0; x < radius; ++x) {
