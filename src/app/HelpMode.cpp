@@ -23,6 +23,10 @@ Modes:
       --style STYLE            a style the kind draws (clock: digital, analog)
       --set KEY=VALUE          one setting of the tile; may be repeated
   --snapshot-gallery OUT.png   draw every kind on one sheet
+  --snapshot-glass OUT.png     draw one tile's liquid glass over a picture
+      --backdrop PICTURE       the picture behind it (default: coloured stripes)
+      --size SIZE              the tile's size (default: large)
+      --frost F                how frosted the glass is, 0 to 1 (default: 0)
   --list-sizes                 one line per kind: "kind:size,size,..."
 
 Options of the picture modes:

@@ -70,6 +70,7 @@ const QList<LaunchStep>& LaunchChain::steps() {
         {nullptr, 0, core, &runSnapshotTimeStep},
         {"--snapshot-widget", 1, offscreen, &runSnapshotWidgetMode},
         {"--snapshot-gallery", 1, offscreen, &runSnapshotGalleryMode},
+        {"--snapshot-glass", 1, offscreen, &runSnapshotGlassMode},
         {"--list-sizes", 0, core, &runListSizesMode},
     };
     return chain;

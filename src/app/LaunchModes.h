@@ -16,6 +16,9 @@ std::optional<int> runCountsMode(LaunchContext& context);
 std::optional<int> runSnapshotWidgetMode(LaunchContext& context);
 // --snapshot-gallery <out.png> [--theme T] [--dark|--light] [--scale X]: every kind on one sheet.
 std::optional<int> runSnapshotGalleryMode(LaunchContext& context);
+// --snapshot-glass <out.png> [--backdrop PICTURE] [--size S] [--frost F] [--dark|--light]
+// [--scale X]: one tile's liquid lens over a picture.
+std::optional<int> runSnapshotGlassMode(LaunchContext& context);
 // --list-sizes: one line of kind and allowed sizes per kind.
 std::optional<int> runListSizesMode(LaunchContext& context);
 // TWK_TIME: pins the clock for whatever follows; never ends the chain.

@@ -53,9 +53,9 @@ private Q_SLOTS:
             << "--counts --sizes" << QString() << "widget " << sizesEnd << 53;
         QTest::newRow("counts before list-sizes")
             << "--list-sizes --counts" << QString() << countsLine << countsLine << 1;
-        QTest::newRow("help") << "--help" << QString() << helpStart << helpEnd << 39;
+        QTest::newRow("help") << "--help" << QString() << helpStart << helpEnd << 43;
         QTest::newRow("-h wins over every mode")
-            << "--counts -h" << QString() << helpStart << helpEnd << 39;
+            << "--counts -h" << QString() << helpStart << helpEnd << 43;
     }
     void modesAsAProcess() {
         QFETCH(QString, arguments);

@@ -36,6 +36,8 @@ private Q_SLOTS:
     void widgetPictures();
     void pinnedTimeMakesPicturesRepeatable();
     void gallerySheet();
+    void glassPictures_data();
+    void glassPictures();
 
 private:
     QTemporaryDir m_dir;
@@ -126,6 +128,63 @@ void TestSnapshotWidgetMode::widgetPictures() {
         QCOMPARE(qAlpha(image.pixel(0, 0)), 0);
         QCOMPARE(qAlpha(image.pixel(image.width() - 1, image.height() - 1)), 0);
         QVERIFY(qAlpha(image.pixel(image.width() / 2, image.height() / 2)) > 0);
+    }
+}
+
+void TestSnapshotWidgetMode::glassPictures_data() {
+    QTest::addColumn<QString>("modifiers"); // BACKDROP stands for a plain blue picture
+    QTest::addColumn<QString>("size");
+    QTest::addColumn<QSize>("pixels");
+    QTest::addColumn<QString>("errStart");
+    QTest::newRow("stripes under a large tile") << ""
+                                                << "large" << QSize(496, 496) << QString();
+    QTest::newRow("light, frosted and wide at 1x over a picture")
+        << "--size wide --frost 0.5 --light --scale 1 --backdrop BACKDROP"
+        << "wide" << QSize(248, 140) << QString();
+    QTest::newRow("dark over a picture") << "--size small --backdrop BACKDROP"
+                                         << "small" << QSize(280, 280) << QString();
+    QTest::newRow("no such picture")
+        << "--backdrop /nonexistent/picture.png"
+        << "large" << QSize(0, 0) << "tarnwick: cannot read --backdrop /nonexistent/picture.png: ";
+    QTest::newRow("frost that is no number")
+        << "--frost much"
+        << "large" << QSize(0, 0)
+        << "tarnwick: --frost needs a number from 0 to 1, not \"much\".\n";
+    QTest::newRow("no such size") << "--size giant"
+                                  << "large" << QSize(0, 0)
+                                  << "tarnwick: unknown --size \"giant\".\n";
+}
+
+void TestSnapshotWidgetMode::glassPictures() {
+    QFETCH(QString, modifiers);
+    QFETCH(QString, size);
+    QFETCH(QSize, pixels);
+    QFETCH(QString, errStart);
+    QVERIFY(m_dir.isValid());
+    const QRgb blue = qRgb(40, 90, 200);
+    const QString backdrop = m_dir.filePath(QStringLiteral("blue.png"));
+    QImage plain(64, 40, QImage::Format_RGB32);
+    plain.fill(blue);
+    QVERIFY(plain.save(backdrop));
+    const QString path = m_dir.filePath(QStringLiteral("glass-") +
+                                        QString::fromLatin1(QTest::currentDataTag())
+                                            .replace(QLatin1Char(' '), QLatin1Char('-'))
+                                            .replace(QLatin1Char(','), QLatin1Char('-')) +
+                                        QStringLiteral(".png"));
+    const auto run = runTarnwick(QStringList{QStringLiteral("--snapshot-glass"), path} +
+                                     words(modifiers.replace(QStringLiteral("BACKDROP"), backdrop)),
+                                 m_dir.path());
+    const bool ok = errStart.isEmpty();
+    QCOMPARE(run.out, QStringLiteral("snapshot-glass ok=%1 path=%2 size=%3\n")
+                          .arg(ok ? QStringLiteral("true") : QStringLiteral("false"), path, size));
+    QCOMPARE(run.exitCode, ok ? 0 : 1);
+    QVERIFY2(ok ? run.err.isEmpty() : run.err.startsWith(errStart), qPrintable(run.err));
+    const QImage image(path);
+    QCOMPARE(image.size(), pixels);
+    if (!image.isNull() && modifiers.contains(backdrop)) {
+        // The picture shows around the tile; the glass over it tints it.
+        QCOMPARE(image.pixel(0, 0), blue);
+        QVERIFY(image.pixel(image.width() / 2, image.height() / 2) != blue);
     }
 }
 
