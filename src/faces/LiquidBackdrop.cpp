@@ -120,13 +120,19 @@ QImage LiquidBackdrop::prepare(const QImage& backdrop, const QRectF& rect, QSize
             std::copy_n(padded.begin() + (radius + ew - 1) * 4, 4,
                         padded.begin() + (radius + ew + x) * 4);
         }
+        // The kernel is symmetric: each weight takes the pair of pixels at its distance at once.
         float* row = ring.data() + (y % ringRows) * rowFloats;
-        std::fill(row, row + rowFloats, 0.0f);
-        for (size_t k = 0; k < weights.size(); ++k) {
-            const float w = weights[k];
-            const float* in = padded.data() + k * 4;
+        const float* centre = padded.data() + radius * 4;
+        const float middle = weights[radius];
+        for (size_t i = 0; i < rowFloats; ++i) {
+            row[i] = middle * centre[i];
+        }
+        for (int k = 1; k <= radius; ++k) {
+            const float w = weights[radius + k];
+            const float* before = centre - k * 4;
+            const float* after = centre + k * 4;
             for (size_t i = 0; i < rowFloats; ++i) {
-                row[i] += w * in[i];
+                row[i] += w * (before[i] + after[i]);
             }
         }
     };
@@ -138,12 +144,20 @@ QImage LiquidBackdrop::prepare(const QImage& backdrop, const QRectF& rect, QSize
         for (; across <= std::min(y + radius, eh - 1); ++across) {
             blurAcross(across);
         }
-        std::fill(down.begin(), down.end(), 0.0f);
-        for (int k = -radius; k <= radius; ++k) {
-            const float w = weights[k + radius];
-            const float* in = ring.data() + (std::clamp(y + k, 0, eh - 1) % ringRows) * rowFloats;
+        const auto ringRow = [&](int at) {
+            return ring.data() + (std::clamp(at, 0, eh - 1) % ringRows) * rowFloats;
+        };
+        const float* centre = ringRow(y);
+        const float middle = weights[radius];
+        for (size_t i = 0; i < rowFloats; ++i) {
+            down[i] = middle * centre[i];
+        }
+        for (int k = 1; k <= radius; ++k) {
+            const float w = weights[radius + k];
+            const float* above = ringRow(y - k);
+            const float* below = ringRow(y + k);
             for (size_t i = 0; i < rowFloats; ++i) {
-                down[i] += w * in[i];
+                down[i] += w * (above[i] + below[i]);
             }
         }
         uchar* line = prepared.scanLine(y);
