@@ -1,7 +1,6 @@
 #include "desktop/DesktopController.h"
 
 #include "desktop/PanelContextMenu.h"
-#include "desktop/WallpaperBackdrop.h"
 #include "grid/GridStore.h"
 #include "grid/RectEdges.h"
 #include "model/WidgetAction.h"
@@ -81,13 +80,6 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
                 m_occlusionTask = m_services.scheduler.singleShot(occlusionDebounce, 50ms, this,
                                                                   [this] { refreshOcclusion(); });
             });
-    if (m_services.backdrop != nullptr) {
-        connect(m_services.backdrop, &WallpaperBackdrop::changed, this, [this] {
-            for (auto& [id, tile] : m_tiles) {
-                tile.panel->backdropChanged();
-            }
-        });
-    }
     connect(&m_content, &TileContent::lookChanged, this, [this] {
         for (auto& [id, tile] : m_tiles) {
             m_content.refresh(tile);

@@ -113,7 +113,13 @@ void DesktopPanel::setContent(const WidgetFace& face, const FaceContext& context
 }
 
 void DesktopPanel::setBackdropSource(const WallpaperBackdrop* source) {
+    if (m_backdropSource != nullptr) {
+        disconnect(m_backdropSource, nullptr, this, nullptr);
+    }
     m_backdropSource = source;
+    if (source != nullptr) {
+        connect(source, &WallpaperBackdrop::changed, this, &DesktopPanel::backdropChanged);
+    }
     backdropChanged();
 }
 

@@ -65,7 +65,8 @@ public:
     // The ring around a new tile, 0 (none) to 1.
     void setHighlight(double opacity);
     double highlight() const { return m_highlight; }
-    // Where the panel finds the desktop's picture behind it; none draws the glass without it.
+    // Where the panel finds the desktop's picture behind it, and follows its changes; none draws
+    // the glass without it.
     void setBackdropSource(const WallpaperBackdrop* source);
     // The picture behind the panel changed, or its place: the background is made again.
     void backdropChanged();
