@@ -141,8 +141,6 @@ void TestSnapshotWidgetMode::glassPictures_data() {
     QTest::newRow("light, frosted and wide at 1x over a picture")
         << "--size wide --frost 0.5 --light --scale 1 --backdrop BACKDROP"
         << "wide" << QSize(248, 140) << QString();
-    QTest::newRow("dark over a picture") << "--size small --backdrop BACKDROP"
-                                         << "small" << QSize(280, 280) << QString();
     QTest::newRow("no such picture")
         << "--backdrop /nonexistent/picture.png"
         << "large" << QSize(0, 0) << "tarnwick: cannot read --backdrop /nonexistent/picture.png: ";
@@ -150,9 +148,6 @@ void TestSnapshotWidgetMode::glassPictures_data() {
         << "--frost much"
         << "large" << QSize(0, 0)
         << "tarnwick: --frost needs a number from 0 to 1, not \"much\".\n";
-    QTest::newRow("no such size") << "--size giant"
-                                  << "large" << QSize(0, 0)
-                                  << "tarnwick: unknown --size \"giant\".\n";
 }
 
 void TestSnapshotWidgetMode::glassPictures() {

@@ -43,10 +43,8 @@ class TestLiquidGlassRenderer : public QObject {
 private Q_SLOTS:
     void pixelSize_data();
     void pixelSize();
-    void blur_data();
-    void blur();
-    void shape_data();
-    void shape();
+    void setUp_data();
+    void setUp();
     void flatMiddle_data();
     void flatMiddle();
     void golden_data();
@@ -79,47 +77,36 @@ void TestLiquidGlassRenderer::pixelSize() {
     }
 }
 
-void TestLiquidGlassRenderer::blur_data() {
+void TestLiquidGlassRenderer::setUp_data() {
+    QTest::addColumn<QSizeF>("points");
     QTest::addColumn<double>("scale");
     QTest::addColumn<double>("frost");
+    QTest::addColumn<double>("cornerRadius");
     QTest::addColumn<double>("sigma");
     QTest::addColumn<int>("marginPoints");
-    // 0.3 is not above 0.3: no Gaussian pass at all.
-    QTest::newRow("clear at 1x") << 1.0 << 0.0 << 0.0 << 3;
-    QTest::newRow("clear at 2x") << 2.0 << 0.0 << 0.3 << 3;
-    QTest::newRow("half frosted at 1x") << 1.0 << 0.5 << 1.9 << 12;
-    QTest::newRow("frosted at 2x") << 2.0 << 1.0 << 7.3 << 21;
-    QTest::newRow("frost held to 1") << 2.0 << 4.0 << 7.3 << 21;
-}
-
-void TestLiquidGlassRenderer::blur() {
-    QFETCH(double, scale);
-    QFETCH(double, frost);
-    QFETCH(double, sigma);
-    QFETCH(int, marginPoints);
-    QCOMPARE(LiquidGlassRenderer::blurSigma(params(QSizeF(100, 100), scale, frost)), sigma);
-    QCOMPARE(LiquidGlassRenderer::marginPoints(frost), marginPoints);
-}
-
-void TestLiquidGlassRenderer::shape_data() {
-    QTest::addColumn<QSizeF>("points");
-    QTest::addColumn<double>("cornerRadius");
     QTest::addColumn<double>("radius");
     QTest::addColumn<double>("bevel");
     QTest::addColumn<double>("amplitude");
-    QTest::newRow("40 wide: bevel at its floor") << QSizeF(40, 96) << 18.0 << 18.0 << 18.0 << 24.3;
-    QTest::newRow("200 wide: bevel at its ceiling")
-        << QSizeF(200, 200) << 18.0 << 18.0 << 46.0 << 62.1;
-    QTest::newRow("in between") << QSizeF(300, 100) << 18.0 << 18.0 << 32.0 << 43.2;
-    QTest::newRow("radius past half the short side: a capsule")
-        << QSizeF(200, 60) << 45.0 << 30.0 << 19.2 << 25.92;
+    // A blur of 0.3 is not above 0.3: no Gaussian pass at all.
+    QTest::newRow("clear at 1x, 40 wide: bevel at its floor")
+        << QSizeF(40, 96) << 1.0 << 0.0 << 18.0 << 0.0 << 3 << 18.0 << 18.0 << 24.3;
+    QTest::newRow("clear at 2x, 200 wide: bevel at its ceiling")
+        << QSizeF(200, 200) << 2.0 << 0.0 << 18.0 << 0.3 << 3 << 18.0 << 46.0 << 62.1;
+    QTest::newRow("half frosted at 1x, bevel in between")
+        << QSizeF(300, 100) << 1.0 << 0.5 << 18.0 << 1.9 << 12 << 18.0 << 32.0 << 43.2;
+    QTest::newRow("frost held to 1, radius past half the short side: a capsule")
+        << QSizeF(200, 60) << 2.0 << 4.0 << 45.0 << 7.3 << 21 << 30.0 << 19.2 << 25.92;
 }
 
-void TestLiquidGlassRenderer::shape() {
+void TestLiquidGlassRenderer::setUp() {
     QFETCH(QSizeF, points);
+    QFETCH(double, scale);
+    QFETCH(double, frost);
     QFETCH(double, cornerRadius);
-    LiquidGlassParams p = params(points, 2);
+    LiquidGlassParams p = params(points, scale, frost);
     p.cornerRadius = cornerRadius;
+    QTEST(LiquidGlassRenderer::blurSigma(p), "sigma");
+    QTEST(LiquidGlassRenderer::marginPoints(frost), "marginPoints");
     const LiquidGlassRenderer::Shape shape = LiquidGlassRenderer::shape(p);
     QTEST(shape.cornerRadius, "radius");
     QTEST(shape.bevel, "bevel");
