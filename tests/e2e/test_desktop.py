@@ -356,6 +356,71 @@ class PinnedTimeTest(HostCase):
                         "the stack never turned")
 
 
+class GlassTest(HostCase):
+    """Without a compositor, the glass stands over the desktop's own picture: red and blue bands
+    the desktop's settings name, blurred behind each tile, with smooth corners and no black."""
+
+    BAND = 160
+
+    def environment(self):
+        return {"XDG_CURRENT_DESKTOP": "XFCE"}
+
+    def before_launch(self):
+        width, height = SCREEN
+        row = b"".join((b"\xd0\x20\x20" if (x // self.BAND) % 2 == 0 else b"\x20\x30\xd0")
+                       for x in range(width))
+        picture = os.path.join(self.config_home, "bands.ppm")
+        with open(picture, "wb") as f:
+            f.write(b"P6 %d %d 255\n" % (width, height) + row * height)
+        settings = os.path.join(self.config_home, "xfce4", "xfconf", "xfce-perchannel-xml")
+        os.makedirs(settings)
+        with open(os.path.join(settings, "xfce4-desktop.xml"), "w", encoding="utf-8") as f:
+            f.write('<?xml version="1.0" encoding="UTF-8"?>\n<channel name="xfce4-desktop">'
+                    '<property name="backdrop"><property name="screen0">'
+                    '<property name="monitorscreen"><property name="workspace0">'
+                    '<property name="last-image" type="string" value="%s"/>'
+                    '<property name="image-style" type="int" value="5"/>'
+                    '</property></property></property></property></channel>\n' % picture)
+        # What the desktop itself would do: the same picture on the root window.
+        self.helpers.append(subprocess.Popen(["display", "-window", "root", picture],
+                                             env=self.session.env()))
+
+    def pixels(self, x, y, w, h):
+        """The screen's pixels in a rectangle, as rows of (r, g, b)."""
+        raw = subprocess.run(["import", "-window", "root", "-crop", "%dx%d+%d+%d" % (w, h, x, y),
+                              "-depth", "8", "rgb:-"], env=self.session.env(),
+                             capture_output=True, check=True).stdout
+        return [[tuple(raw[(j * w + i) * 3:(j * w + i) * 3 + 3]) for i in range(w)]
+                for j in range(h)]
+
+    def test_frosted_tiles_show_the_picture_blurred_with_smooth_corners(self):
+        clock = self.by_kind("clock")
+        x, y, w, h = tile_rect(clock)
+        band_edge = round((x + w / 2) / self.BAND) * self.BAND
+        self.assertTrue(x < band_edge < x + w, "the clock tile should cross a band's edge")
+
+        def blurred_across():
+            line = self.pixels(x + 2, y + 6, w - 4, 1)[0]
+            reds = [p[0] - p[2] for p in line]
+            # Red on one side of the edge, blue on the other, and a soft way between.
+            return max(reds) > 8 and min(reds) < -8 and len(set(reds)) > 8
+        self.assertTrue(self.session.wait_for(blurred_across, timeout=10),
+                        "the bands do not show through the glass: %s" %
+                        self.pixels(x + 2, y + 6, w - 4, 1)[0][::20])
+        # Just outside the tile, the desktop's picture: never the black of an unblended margin.
+        for px, py in ((x - 3, y + h // 2), (x + w // 2, y - 3), (x + w + 2, y + h // 2)):
+            r, g, b = self.pixels(px, py, 1, 1)[0][0]
+            self.assertGreater(r + g + b, 120, "black at %d,%d" % (px, py))
+        # The corner is antialiased: between the picture outside and the glass inside, some
+        # pixels of the diagonal are part-way.
+        diagonal = [self.pixels(x + i, y + i, 1, 1)[0][0] for i in range(0, 12)]
+        outside, inside = sum(diagonal[0]), sum(diagonal[-1])
+        part_way = [sum(p) for p in diagonal if min(outside, inside) + 10 < sum(p) <
+                    max(outside, inside) - 10]
+        self.assertTrue(part_way, "a hard corner: %s" % diagonal)
+        self.screenshot("glass-frosted.png")
+
+
 @unittest.skipUnless(shutil.which("trayer"), "needs trayer, an XEmbed system tray")
 class TrayTest(HostCase):
     """With a system tray on the desktop the status item stands in it."""
