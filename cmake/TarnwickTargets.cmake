@@ -22,8 +22,11 @@ if(TW_BUILD_FUZZ AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
   target_compile_options(tw_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
-# tw_add_library(<name> [DEPS <targets>...]) — one static library from every .cpp of the calling
-# directory (and of the listed SUBDIRS), its headers found as "<dir>/<Header>.h".
+# tw_add_library(<name> [DEPS <targets>...] [SUBDIRS <dirs>...]) — one static library from every
+# .cpp of the calling directory (and of the listed SUBDIRS), its headers found as
+# "<dir>/<Header>.h". The headers are linked into an include root of the library's own in the build
+# tree, which it publishes: a library sees its own headers and those of its DEPS, nothing above,
+# and a subdirectory that is a library of its own (platform/linux) stays out of its parent's root.
 function(tw_add_library name)
   cmake_parse_arguments(ARG "" "" "DEPS;SUBDIRS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp" "${CMAKE_CURRENT_SOURCE_DIR}/*.h")
@@ -31,17 +34,31 @@ function(tw_add_library name)
     file(GLOB more CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${sub}/*.cpp" "${CMAKE_CURRENT_SOURCE_DIR}/${sub}/*.h")
     list(APPEND sources ${more})
   endforeach()
+
+  set(root "${PROJECT_BINARY_DIR}/include/${name}")
+  file(RELATIVE_PATH within "${PROJECT_SOURCE_DIR}/src" "${CMAKE_CURRENT_SOURCE_DIR}")
+  # Rebuilt at each configure, so a removed or moved header is gone from here too.
+  file(REMOVE_RECURSE "${root}")
+  set(headers ${sources})
+  list(FILTER headers INCLUDE REGEX "\\.h$")
+  foreach(header ${headers})
+    file(RELATIVE_PATH rel "${CMAKE_CURRENT_SOURCE_DIR}" "${header}")
+    get_filename_component(dir "${root}/${within}/${rel}" DIRECTORY)
+    file(MAKE_DIRECTORY "${dir}")
+    file(CREATE_LINK "${header}" "${root}/${within}/${rel}" SYMBOLIC)
+  endforeach()
+
   set(compiled ${sources})
   list(FILTER compiled INCLUDE REGEX "\\.cpp$")
   if(NOT compiled)
     # A directory whose first file has not landed yet still offers its dependencies.
     add_library(${name} INTERFACE)
-    target_include_directories(${name} INTERFACE "${PROJECT_SOURCE_DIR}/src")
+    target_include_directories(${name} INTERFACE "${root}")
     target_link_libraries(${name} INTERFACE ${ARG_DEPS})
     return()
   endif()
   add_library(${name} STATIC ${sources})
-  target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
+  target_include_directories(${name} PUBLIC "${root}")
   target_link_libraries(${name} PUBLIC ${ARG_DEPS} PRIVATE tw_options)
 endfunction()
 
