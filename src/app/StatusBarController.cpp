@@ -3,7 +3,7 @@
 #include "desktop/DesktopController.h"
 #include "grid/GridStore.h"
 #include "platform/Defaults.h"
-#include "settings/L.h"
+#include "text/L.h"
 
 #include <QApplication>
 #include <QLoggingCategory>

@@ -3,7 +3,7 @@
 #include "config/GalleryPreviewSource.h"
 #include "faces/FaceKit.h"
 #include "faces/GallerySheet.h"
-#include "settings/L.h"
+#include "text/L.h"
 
 #include <QPainter>
 #include <QPainterPath>

@@ -6,7 +6,7 @@
 #include "faces/FaceRegistry.h"
 #include "model/WidgetRegistry.h"
 #include "platform/Clock.h"
-#include "settings/L.h"
+#include "text/L.h"
 #include "tick/TickCoordinator.h"
 
 #include <QLabel>

@@ -2,7 +2,7 @@
 
 #include "grid/GridStore.h"
 #include "model/WidgetRegistry.h"
-#include "settings/L.h"
+#include "text/L.h"
 
 #include <QMenu>
 

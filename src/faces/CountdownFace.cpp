@@ -2,7 +2,7 @@
 
 #include "faces/FaceContext.h"
 #include "faces/FaceKit.h"
-#include "settings/L.h"
+#include "text/L.h"
 
 #include <QLocale>
 #include <QPainter>

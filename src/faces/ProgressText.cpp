@@ -1,6 +1,6 @@
 #include "faces/ProgressText.h"
 
-#include "settings/L.h"
+#include "text/L.h"
 
 #include <QLocale>
 

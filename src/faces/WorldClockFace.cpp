@@ -3,7 +3,7 @@
 #include "faces/AnalogDial.h"
 #include "faces/FaceContext.h"
 #include "faces/FaceKit.h"
-#include "settings/L.h"
+#include "text/L.h"
 
 #include <QLocale>
 #include <QPainter>

@@ -3,7 +3,7 @@
 #include "faces/FaceContext.h"
 #include "faces/FaceKit.h"
 #include "faces/ProgressText.h"
-#include "settings/L.h"
+#include "text/L.h"
 
 #include <QPainter>
 

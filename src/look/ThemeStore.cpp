@@ -5,8 +5,8 @@
 #include "platform/DataFile.h"
 #include "platform/Defaults.h"
 #include "platform/RawValues.h"
-#include "settings/L.h"
 #include "settings/StoredValue.h"
+#include "text/L.h"
 
 #include <QDir>
 #include <QJsonDocument>

@@ -1,6 +1,6 @@
 #include "look/WallpaperPalette.h"
 
-#include "settings/L.h"
+#include "text/L.h"
 
 #include <algorithm>
 #include <array>

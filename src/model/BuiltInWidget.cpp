@@ -1,6 +1,6 @@
 #include "model/BuiltInWidget.h"
 
-#include "settings/L.h"
+#include "text/L.h"
 
 #include <QByteArray>
 

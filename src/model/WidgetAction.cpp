@@ -2,7 +2,7 @@
 
 #include "platform/Notifications.h"
 #include "platform/Workspace.h"
-#include "settings/L.h"
+#include "text/L.h"
 
 #include <QFileInfo>
 #include <QLoggingCategory>

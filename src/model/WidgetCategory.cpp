@@ -2,7 +2,7 @@
 
 #include "model/BuiltInWidget.h"
 #include "platform/RawValues.h"
-#include "settings/L.h"
+#include "text/L.h"
 
 namespace tw {
 

@@ -2,7 +2,7 @@
 
 #include "model/BuiltInWidget.h"
 #include "model/CustomWidgetDefinitions.h"
-#include "settings/L.h"
+#include "text/L.h"
 
 #include <QUrl>
 

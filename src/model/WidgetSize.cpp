@@ -2,7 +2,7 @@
 
 #include "model/Metrics.h"
 #include "platform/RawValues.h"
-#include "settings/L.h"
+#include "text/L.h"
 
 namespace tw {
 

@@ -3,9 +3,9 @@
 #include "platform/Defaults.h"
 #include "platform/RawValues.h"
 #include "platform/Relauncher.h"
-#include "settings/L.h"
 #include "settings/Localization.h"
 #include "settings/StoredValue.h"
+#include "text/L.h"
 
 #include <QCoreApplication>
 #include <QLoggingCategory>

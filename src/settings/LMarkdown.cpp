@@ -1,6 +1,6 @@
 #include "settings/LMarkdown.h"
 
-#include "settings/L.h"
+#include "text/L.h"
 
 namespace tw {
 

@@ -1,8 +1,8 @@
 #include "settings/Localization.h"
 
 #include "platform/Defaults.h"
-#include "settings/L.h"
 #include "settings/StringTable.h"
+#include "text/L.h"
 
 #include <QCoreApplication>
 #include <QDir>

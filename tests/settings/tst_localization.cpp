@@ -1,10 +1,10 @@
 #include "platform/null/MemoryDefaults.h"
 #include "settings/AppSettings.h"
 #include "settings/Formatters.h"
-#include "settings/L.h"
 #include "settings/LMarkdown.h"
 #include "settings/Localization.h"
 #include "settings/StringTable.h"
+#include "text/L.h"
 
 #include <QDir>
 #include <QFile>

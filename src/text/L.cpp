@@ -1,4 +1,4 @@
-#include "settings/L.h"
+#include "text/L.h"
 
 #include <QCoreApplication>
 
