@@ -45,7 +45,8 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
                   .scheduler = services.scheduler,
                   .grid = services.grid,
                   .watcher = services.watcher,
-                  .memory = services.memory}) {
+                  .memory = services.memory})
+    , m_lenses(m_lensCache, services.scheduler) {
     connect(&m_services.grid, &GridStore::layoutChanged, this, [this] {
         if (!m_edits.isWriting()) {
             sync();
@@ -189,7 +190,7 @@ void DesktopController::spawn(const WidgetInstance& instance) {
     panel->resize(static_cast<int>(std::lround(size.width())),
                   static_cast<int>(std::lround(size.height())));
     panel->setFrameOrigin(m_placement.origin(instance));
-    panel->setBackdropSource(m_services.backdrop);
+    panel->setBackdropSource(m_services.backdrop, &m_lenses);
 
     panel->snapCandidates = [this, id] {
         QList<QRectF> rects;

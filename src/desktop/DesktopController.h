@@ -9,6 +9,8 @@
 #include "desktop/TileContent.h"
 #include "desktop/TileEdits.h"
 #include "desktop/TilePlacement.h"
+#include "faces/LiquidCache.h"
+#include "faces/LiquidRenderQueue.h"
 #include "faces/TileRenderer.h"
 #include "grid/StackFronts.h"
 #include "grid/StackScrollGesture.h"
@@ -136,6 +138,8 @@ private:
     TileContent m_content;
     DisplayFollower m_follower;
     TileRenderer m_renderer;
+    LiquidCache m_lensCache;
+    LiquidRenderQueue m_lenses;
     std::map<QUuid, DesktopTile> m_tiles;
     QHash<QObject*, QUuid> m_windows;
     StackScrollGesture m_stackScroll;

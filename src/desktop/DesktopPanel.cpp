@@ -2,6 +2,8 @@
 
 #include "desktop/DesktopSpace.h"
 #include "desktop/WallpaperBackdrop.h"
+#include "faces/LiquidRenderQueue.h"
+#include "faces/LiquidRequest.h"
 #include "faces/TileRenderer.h"
 #include "faces/WidgetFace.h"
 #include "model/Metrics.h"
@@ -112,15 +114,51 @@ void DesktopPanel::setContent(const WidgetFace& face, const FaceContext& context
     update();
 }
 
-void DesktopPanel::setBackdropSource(const WallpaperBackdrop* source) {
+void DesktopPanel::setBackdropSource(const WallpaperBackdrop* source, LiquidRenderQueue* lenses) {
     if (m_backdropSource != nullptr) {
         disconnect(m_backdropSource, nullptr, this, nullptr);
     }
+    if (m_lenses != nullptr) {
+        disconnect(m_lenses, nullptr, this, nullptr);
+    }
     m_backdropSource = source;
+    m_lenses = lenses;
     if (source != nullptr) {
         connect(source, &WallpaperBackdrop::changed, this, &DesktopPanel::backdropChanged);
     }
+    if (lenses != nullptr) {
+        connect(lenses, &LiquidRenderQueue::rendered, this,
+                [this](const QString& key, const QImage& lens) {
+                    if (key == m_instanceID.toString() && lens.cacheKey() != m_lens.cacheKey()) {
+                        m_lens = lens;
+                        m_backgroundStale = true;
+                        update();
+                    }
+                });
+    }
     backdropChanged();
+}
+
+// The lens for the tile where it stands; none is asked for while it is dragged, so that moving
+// a tile costs nothing, and the last one stays up meanwhile.
+void DesktopPanel::askForLens(const GlassBackdrop& backdrop) {
+    if (m_lenses == nullptr || m_context.glass.finish != GlassLook::Finish::Liquid ||
+        m_drag.hasMoved()) {
+        return;
+    }
+    const QRectF tile = backdrop.panel.adjusted(margin, margin, -margin, -margin);
+    const LiquidRequest request{
+        .backdrop = backdrop.sharp,
+        .identity = backdrop.identity,
+        .source = backdrop.sourceIn(backdrop.sharp, tile),
+        .params = {.size = m_context.points,
+                   .scale = m_context.devicePixelRatio > 0 ? m_context.devicePixelRatio : 1.0,
+                   .cornerRadius = Metrics::tileCornerRadius * m_context.scale,
+                   .frost = std::clamp(m_context.glass.strength, 0.0, 1.0),
+                   .lightGlass = m_context.glass.shade == GlassLook::Shade::Light,
+                   .focused = false},
+    };
+    m_lenses->request(m_instanceID.toString(), request);
 }
 
 void DesktopPanel::backdropChanged() {
@@ -134,10 +172,14 @@ const QImage& DesktopPanel::backdropBackground() {
         m_backgroundStale = false;
         const auto backdrop =
             m_backdropSource != nullptr ? m_backdropSource->behind(geometry()) : std::nullopt;
-        m_background =
-            backdrop ? m_renderer.panelBackground(QSizeF(tileRectInWidget().size()), m_context,
-                                                  *backdrop, !m_windowing.isCompositing())
-                     : QImage();
+        if (backdrop) {
+            askForLens(*backdrop);
+        }
+        const bool liquid = m_context.glass.finish == GlassLook::Finish::Liquid;
+        m_background = backdrop ? m_renderer.panelBackground(
+                                      QSizeF(tileRectInWidget().size()), m_context, *backdrop,
+                                      !m_windowing.isCompositing(), liquid ? m_lens : QImage())
+                                : QImage();
     }
     return m_background;
 }

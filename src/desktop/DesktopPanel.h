@@ -24,6 +24,8 @@ namespace tw {
 
 class Clock;
 class TileRenderer;
+class LiquidRenderQueue;
+struct GlassBackdrop;
 class WallpaperBackdrop;
 class WidgetFace;
 
@@ -67,7 +69,8 @@ public:
     double highlight() const { return m_highlight; }
     // Where the panel finds the desktop's picture behind it, and follows its changes; none draws
     // the glass without it.
-    void setBackdropSource(const WallpaperBackdrop* source);
+    // Liquid glass asks `lenses` for its lens picture; without them it draws frosted.
+    void setBackdropSource(const WallpaperBackdrop* source, LiquidRenderQueue* lenses = nullptr);
     // The picture behind the panel changed, or its place: the background is made again.
     void backdropChanged();
     // A member of a stack shows its place among `count` as dots, and arrows while hovered;
@@ -115,6 +118,7 @@ private:
     void updateShape();
     // The background over the desktop's picture, made when it is missing; null without one.
     const QImage& backdropBackground();
+    void askForLens(const GlassBackdrop& backdrop);
 
     QUuid m_instanceID;
     DesktopWindowing& m_windowing;
@@ -130,6 +134,9 @@ private:
     QList<QRectF> m_dragNeighbours;
     QPointer<QVariantAnimation> m_slide;
     const WallpaperBackdrop* m_backdropSource = nullptr;
+    LiquidRenderQueue* m_lenses = nullptr;
+    // The last lens picture received; it stays up while the next renders, and during a drag.
+    QImage m_lens;
     QImage m_background;
     bool m_backgroundStale = true;
 };

@@ -8,7 +8,7 @@ namespace tw {
 struct GlassLook {
     // Frosted is milky and mostly opaque; clear lets most of the desktop through. The liquid lens
     // has a renderer of its own; a tile without its picture draws frosted.
-    enum class Finish { Frosted, Clear };
+    enum class Finish { Frosted, Clear, Liquid };
     // The tint resolved against the system's appearance: smoked dark or milky light glass.
     enum class Shade { Dark, Light };
 
@@ -19,7 +19,7 @@ struct GlassLook {
 
     bool operator==(const GlassLook&) const = default;
 
-    // The store's glass on a system of the given appearance; liquid draws frosted here.
+    // The store's glass on a system of the given appearance.
     static GlassLook from(const ThemeStore& store, ThemeStore::SystemAppearance system);
 };
 

@@ -183,7 +183,8 @@ void TileRenderer::paintShadow(QPainter& painter, const QRectF& tile, qreal devi
 }
 
 QImage TileRenderer::panelBackground(const QSizeF& tile, const FaceContext& context,
-                                     const GlassBackdrop& backdrop, bool opaqueMargin) {
+                                     const GlassBackdrop& backdrop, bool opaqueMargin,
+                                     const QImage& lens) {
     const qreal dpr = context.devicePixelRatio > 0 ? context.devicePixelRatio : 1.0;
     const QRectF inner(QPointF(panelMargin, panelMargin), tile);
     const QRectF panel = panelRect(inner);
@@ -211,6 +212,12 @@ QImage TileRenderer::panelBackground(const QSizeF& tile, const FaceContext& cont
         if (opaqueMargin) {
             p.drawImage(panel, backdrop.sharp, backdrop.sourceIn(backdrop.sharp, backdrop.panel));
         }
+        image.setDevicePixelRatio(dpr);
+        return image;
+    }
+    if (context.glass.finish == GlassLook::Finish::Liquid && !lens.isNull()) {
+        p.drawImage(inner, lens);
+        p.end();
         image.setDevicePixelRatio(dpr);
         return image;
     }

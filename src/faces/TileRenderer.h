@@ -51,9 +51,11 @@ public:
     // The whole panel's background over the desktop's picture, at the context's pixel ratio: the
     // picture itself in the margin when nothing blends the window with the desktop
     // (`opaqueMargin`), the shadow, the picture behind the tile blurred as the glass has it, and
-    // the glass's tint. Made once per place, size and look; the face draws over it.
+    // the glass's tint, or the liquid glass's `lens` in their place when there is one. Made once
+    // per place, size and look; the face draws over it.
     QImage panelBackground(const QSizeF& tile, const FaceContext& context,
-                           const GlassBackdrop& backdrop, bool opaqueMargin);
+                           const GlassBackdrop& backdrop, bool opaqueMargin,
+                           const QImage& lens = {});
     // Large text comes from the context's text cache, or from the renderer's own.
     void paintFace(QPainter& painter, const QRectF& tile, const WidgetFace& face,
                    const FaceContext& context);

@@ -29,9 +29,9 @@ void TestGlassLook::fromStore_data() {
     QTest::newRow("clear and light")
         << Style::Clear << 0.4 << Tint::Light << System::Dark
         << GlassLook{GlassLook::Finish::Clear, 0.4, GlassLook::Shade::Light};
-    QTest::newRow("liquid draws frosted")
+    QTest::newRow("liquid")
         << Style::Liquid << 1.0 << Tint::Dark << System::Dark
-        << GlassLook{GlassLook::Finish::Frosted, 1.0, GlassLook::Shade::Dark};
+        << GlassLook{GlassLook::Finish::Liquid, 1.0, GlassLook::Shade::Dark};
     // Automatic takes the system's darkness as it stands, as the store defines it.
     QTest::newRow("automatic on a dark system")
         << Style::Frosted << 0.0 << Tint::Auto << System::Dark
