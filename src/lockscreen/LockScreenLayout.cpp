@@ -82,6 +82,10 @@ bool LockScreenLayout::isLockOnly(const WidgetInstance& widget) {
     return widget.setting(onlyKey) == QStringLiteral("true");
 }
 
+bool LockScreenLayout::hasPosition(const WidgetInstance& widget) {
+    return position(widget, QSizeF(1, 1)).has_value();
+}
+
 std::optional<QPointF> LockScreenLayout::position(const WidgetInstance& widget,
                                                   const QSizeF& design) {
     const std::optional<double> x = number(widget, xKey);

@@ -46,6 +46,8 @@ QPointF carryPoint(const QPointF& point, const QSizeF& from, const QSizeF& to);
 // No position of its own: it follows its place on the desktop.
 bool isInheritingPosition(const WidgetInstance& widget);
 bool isLockOnly(const WidgetInstance& widget);
+// Whether position() answers, on any screen.
+bool hasPosition(const WidgetInstance& widget);
 // The stored position carried to `design`, else the inherited one.
 std::optional<QPointF> position(const WidgetInstance& widget, const QSizeF& design);
 // Mirrors the widget's grid place from the top-left corner; nullopt when it has its own position

@@ -6,6 +6,7 @@
 #include "platform/DesktopPicture.h"
 #include "platform/DesktopWindowing.h"
 #include "platform/Displays.h"
+#include "platform/LockScreenSurface.h"
 #include "platform/Notifications.h"
 #include "platform/Relauncher.h"
 #include "platform/SymbolProvider.h"
@@ -26,12 +27,15 @@ struct PlatformServices {
     std::unique_ptr<ColorSchemeWatcher> colorScheme;
     std::unique_ptr<SymbolProvider> symbols;
     std::unique_ptr<DesktopPicture> picture;
+    std::unique_ptr<LockScreenSurface> lockScreen;
 
     // The desktop host's services, every one set; needs the running QApplication.
     static PlatformServices make();
     // The symbols alone, for pictures drawn without the host; needs a QGuiApplication.
     static std::unique_ptr<SymbolProvider> makeSymbolProvider();
     static std::unique_ptr<Relauncher> makeRelauncher();
+    // The lock screen surface alone, for the probe mode, which runs without the host.
+    static std::unique_ptr<LockScreenSurface> makeLockScreenSurface();
     // Why the host could not reach a display, as one sentence for a person; nullopt when it
     // can, or when the decision is better left to Qt. Asked before Qt starts, since Qt ends the
     // process with an abort when its platform cannot connect.

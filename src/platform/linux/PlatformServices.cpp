@@ -3,6 +3,7 @@
 #include "platform/linux/DisplayProbe.h"
 #include "platform/linux/FreedesktopNotifications.h"
 #include "platform/linux/LinuxDesktopPicture.h"
+#include "platform/linux/LinuxLockScreenSurface.h"
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/MaterialSymbolProvider.h"
 #include "platform/linux/PortalColorScheme.h"
@@ -21,11 +22,16 @@ PlatformServices PlatformServices::make() {
     services.colorScheme = std::make_unique<PortalColorScheme>();
     services.symbols = makeSymbolProvider();
     services.picture = LinuxDesktopPicture::create();
+    services.lockScreen = makeLockScreenSurface();
     return services;
 }
 
 std::unique_ptr<SymbolProvider> PlatformServices::makeSymbolProvider() {
     return std::make_unique<MaterialSymbolProvider>();
+}
+
+std::unique_ptr<LockScreenSurface> PlatformServices::makeLockScreenSurface() {
+    return std::make_unique<LinuxLockScreenSurface>();
 }
 
 std::unique_ptr<Relauncher> PlatformServices::makeRelauncher() {
