@@ -101,7 +101,7 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
             });
     m_platform = PlatformServices::make();
     m_registry = std::make_unique<WidgetRegistry>();
-    m_theme = std::make_unique<ThemeStore>(m_defaults);
+    m_theme = std::make_unique<ThemeStore>(m_defaults, m_clocks.system);
     m_ticker = std::make_unique<TickCoordinator>(*m_scheduler, m_clocks.system, m_clocks.current);
     m_minutes = std::make_unique<MinuteCoordinator>(*m_ticker);
     m_grid = std::make_unique<GridStore>(GridStore::Services{

@@ -2,6 +2,7 @@
 
 #include "platform/AppPaths.h"
 #include "platform/AtomicFile.h"
+#include "platform/Clock.h"
 #include "platform/DataFile.h"
 #include "platform/Defaults.h"
 #include "platform/RawValues.h"
@@ -32,9 +33,11 @@ QString ThemeStore::defaultFilePath() {
     return QDir(AppPaths::appSupportDir()).filePath(QStringLiteral("theme.json"));
 }
 
-ThemeStore::ThemeStore(Defaults& defaults, const QString& filePath, QObject* parent)
+ThemeStore::ThemeStore(Defaults& defaults, const Clock& clock, const QString& filePath,
+                       QObject* parent)
     : QObject(parent)
     , m_defaults(defaults)
+    , m_clock(clock)
     , m_filePath(filePath) {
     load();
 }
@@ -54,8 +57,8 @@ void ThemeStore::load() {
     }
 
     std::optional<Theme> stored;
-    const DataFile::Outcome outcome = DataFile::load(
-        m_filePath, QDateTime::currentDateTime(), [&stored](const QByteArray& bytes) {
+    const DataFile::Outcome outcome =
+        DataFile::load(m_filePath, m_clock.now(), [&stored](const QByteArray& bytes) {
             QJsonParseError error{};
             const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
             stored = error.error == QJsonParseError::NoError && document.isObject()

@@ -14,6 +14,8 @@
 
 namespace tw {
 
+class Clock;
+
 class Defaults;
 
 class ThemeStore final : public QObject {
@@ -52,8 +54,9 @@ public:
 
     // Reads the preferences and the theme file; a stored built-in theme is taken from the
     // built-in table, so a file cannot freeze old colours of it. `defaults` must outlive this.
-    explicit ThemeStore(Defaults& defaults, const QString& filePath = defaultFilePath(),
-                        QObject* parent = nullptr);
+    // `clock` names a file set aside as unreadable.
+    ThemeStore(Defaults& defaults, const Clock& clock, const QString& filePath = defaultFilePath(),
+               QObject* parent = nullptr);
 
     const Theme& current() const { return m_current; }
     // `current` with the accent override applied.
@@ -141,6 +144,7 @@ private:
     void setGlassFlags(std::optional<bool> clear, std::optional<bool> liquid);
 
     Defaults& m_defaults;
+    const Clock& m_clock;
     QString m_filePath;
     Theme m_current = Theme::defaultTheme();
     bool m_persistsPreferences = true;

@@ -54,7 +54,8 @@ struct Fixture {
 
     Fixture() {
         qputenv("TKW_APP_SUPPORT_DIR", dir.path().toUtf8());
-        theme = std::make_unique<ThemeStore>(defaults, dir.filePath(QStringLiteral("theme.json")));
+        theme = std::make_unique<ThemeStore>(defaults, clock,
+                                             dir.filePath(QStringLiteral("theme.json")));
         ticker = std::make_unique<TickCoordinator>(scheduler, clock, clock);
         minutes = std::make_unique<MinuteCoordinator>(*ticker);
         grid = std::make_unique<GridStore>(GridStore::Services{

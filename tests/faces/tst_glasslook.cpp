@@ -1,4 +1,5 @@
 // The tile's glass follows the theme store: style, strength and the tint against the system.
+#include "ManualClock.h"
 #include "faces/GlassLook.h"
 #include "platform/null/MemoryDefaults.h"
 
@@ -29,9 +30,8 @@ void TestGlassLook::fromStore_data() {
     QTest::newRow("clear and light")
         << Style::Clear << 0.4 << Tint::Light << System::Dark
         << GlassLook{GlassLook::Finish::Clear, 0.4, GlassLook::Shade::Light};
-    QTest::newRow("liquid")
-        << Style::Liquid << 1.0 << Tint::Dark << System::Dark
-        << GlassLook{GlassLook::Finish::Liquid, 1.0, GlassLook::Shade::Dark};
+    QTest::newRow("liquid") << Style::Liquid << 1.0 << Tint::Dark << System::Dark
+                            << GlassLook{GlassLook::Finish::Liquid, 1.0, GlassLook::Shade::Dark};
     // Automatic takes the system's darkness as it stands, as the store defines it.
     QTest::newRow("automatic on a dark system")
         << Style::Frosted << 0.0 << Tint::Auto << System::Dark
@@ -48,7 +48,8 @@ void TestGlassLook::fromStore() {
     QFETCH(ThemeStore::SystemAppearance, system);
     QTemporaryDir dir;
     MemoryDefaults defaults;
-    ThemeStore store(defaults, dir.filePath(QStringLiteral("theme.json")));
+    tw::test::ManualClock clock;
+    ThemeStore store(defaults, clock, dir.filePath(QStringLiteral("theme.json")));
     store.setGlassStyle(style);
     store.setGlassStrength(strength);
     store.setGlassTint(tint);

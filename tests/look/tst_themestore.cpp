@@ -1,3 +1,4 @@
+#include "ManualClock.h"
 #include "look/ThemeStore.h"
 #include "platform/null/MemoryDefaults.h"
 
@@ -18,6 +19,7 @@ namespace {
 struct Rig {
     QTemporaryDir dir;
     MemoryDefaults defaults;
+    tw::test::ManualClock clock;
     QString path() const { return dir.filePath(QStringLiteral("theme.json")); }
     void write(const QByteArray& bytes) const {
         QFile file(path());
@@ -81,7 +83,7 @@ private Q_SLOTS:
         if (!bytes.isNull()) {
             rig.write(bytes);
         }
-        ThemeStore store(rig.defaults, rig.path());
+        ThemeStore store(rig.defaults, rig.clock, rig.path());
         const bool setAside = expected == QLatin1String("!");
         const Theme theme = setAside                            ? Theme::defaultTheme()
                             : expected == QLatin1String("mine") ? custom()
@@ -91,6 +93,11 @@ private Q_SLOTS:
         const QStringList aside = rig.quarantined();
         QCOMPARE(aside.size(), setAside ? 1 : 0);
         if (setAside) {
+            // Named by the store's clock, not the wall's.
+            QCOMPARE(aside.front(),
+                     QStringLiteral("theme.") +
+                         rig.clock.now().toString(QStringLiteral("yyyy-MM-dd-HHmmss")) +
+                         QStringLiteral(".corrupt"));
             QFile kept(rig.dir.filePath(aside.front()));
             QVERIFY(kept.open(QIODevice::ReadOnly));
             QCOMPARE(kept.readAll(), bytes);
@@ -104,7 +111,7 @@ private Q_SLOTS:
         QFile file(blocker);
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.close();
-        ThemeStore store(rig.defaults, blocker + QStringLiteral("/theme.json"));
+        ThemeStore store(rig.defaults, rig.clock, blocker + QStringLiteral("/theme.json"));
         QTest::ignoreMessage(QtWarningMsg,
                              QRegularExpression(QStringLiteral("^Failed to save theme: ")));
         store.selectPalette(QStringLiteral("forest"));
@@ -113,7 +120,7 @@ private Q_SLOTS:
 
     void selectingAndResetting() {
         Rig rig;
-        ThemeStore store(rig.defaults, rig.path());
+        ThemeStore store(rig.defaults, rig.clock, rig.path());
         QSignalSpy current(&store, &ThemeStore::currentChanged);
         QSignalSpy themed(&store, &ThemeStore::themedChanged);
         store.selectPalette(QStringLiteral("no-such-theme"));
@@ -129,11 +136,11 @@ private Q_SLOTS:
         QCOMPARE(store.current().accent, Theme::builtIn(QStringLiteral("tokyo_drift"))->accent);
         QCOMPARE(themed.size(), 3);
         store.select(custom());
-        QCOMPARE(ThemeStore(rig.defaults, rig.path()).current(), custom());
+        QCOMPARE(ThemeStore(rig.defaults, rig.clock, rig.path()).current(), custom());
         store.resetToDefault();
         QCOMPARE(store.current(), Theme::defaultTheme());
         QVERIFY(!store.accentOverride());
-        QCOMPARE(ThemeStore(rig.defaults, rig.path()).current(), Theme::defaultTheme());
+        QCOMPARE(ThemeStore(rig.defaults, rig.clock, rig.path()).current(), Theme::defaultTheme());
     }
 
     // The glass preferences as stored: words and flags of the right kind win, anything else
@@ -187,7 +194,7 @@ private Q_SLOTS:
         for (auto it = stored.cbegin(); it != stored.cend(); ++it) {
             rig.defaults.setValue(it.key(), it.value());
         }
-        const ThemeStore store(rig.defaults, rig.path());
+        const ThemeStore store(rig.defaults, rig.clock, rig.path());
         QTEST(store.glassTint(), "tint");
         QTEST(store.glassStyle(), "style");
         QTEST(store.glassStrength(), "strength");
@@ -196,7 +203,7 @@ private Q_SLOTS:
     void settingTheStyleWritesBothFlags() {
         Rig rig;
         rig.defaults.setValue(ThemeStore::glassClearKey, true);
-        ThemeStore store(rig.defaults, rig.path());
+        ThemeStore store(rig.defaults, rig.clock, rig.path());
         QSignalSpy style(&store, &ThemeStore::glassStyleChanged);
         store.setGlassStyle(GlassStyle::Liquid);
         QCOMPARE(style.size(), 1);
@@ -212,7 +219,7 @@ private Q_SLOTS:
 
     void darkFrostedOncePerRelease() {
         Rig rig;
-        ThemeStore store(rig.defaults, rig.path());
+        ThemeStore store(rig.defaults, rig.clock, rig.path());
         store.setGlassStyle(GlassStyle::Liquid);
         store.setGlassTint(GlassTint::Light);
         store.applyDarkFrostedOnce(QStringLiteral("1.4"));
@@ -233,7 +240,7 @@ private Q_SLOTS:
 
     void suppressedPersistenceLeavesNoTrace() {
         Rig rig;
-        ThemeStore store(rig.defaults, rig.path());
+        ThemeStore store(rig.defaults, rig.clock, rig.path());
         store.suppressPersistence();
         QSignalSpy written(&rig.defaults, &Defaults::valueChanged);
         store.selectPalette(QStringLiteral("sakura"));
@@ -254,7 +261,7 @@ private Q_SLOTS:
         rig.defaults.setValue(ThemeStore::perDisplayKey,
                               QVariantMap{{QStringLiteral("OLD"), QStringLiteral("retired_theme")},
                                           {QStringLiteral("ODD"), 42}});
-        ThemeStore store(rig.defaults, rig.path());
+        ThemeStore store(rig.defaults, rig.clock, rig.path());
         QVERIFY(!store.themeForDisplay(QStringLiteral("OLD")));
         QVERIFY(!store.perDisplay().contains(QStringLiteral("ODD")));
         QVERIFY(!store.themeForDisplay(QStringLiteral("NONE")));
@@ -265,7 +272,9 @@ private Q_SLOTS:
                  Theme::builtIn(QStringLiteral("forest")));
         store.setAccentOverride(ThemeColor{1, 1, 0, 1});
         QCOMPARE(store.themeForDisplay(QStringLiteral("DELL-1"))->accent, (ThemeColor{1, 1, 0, 1}));
-        QCOMPARE(ThemeStore(rig.defaults, rig.path()).perDisplay().value(QStringLiteral("DELL-1")),
+        QCOMPARE(ThemeStore(rig.defaults, rig.clock, rig.path())
+                     .perDisplay()
+                     .value(QStringLiteral("DELL-1")),
                  QStringLiteral("forest"));
 
         store.setTheme(QStringLiteral("no-such-theme"), QStringLiteral("DELL-1"));
@@ -277,7 +286,7 @@ private Q_SLOTS:
         store.setTheme(QStringLiteral("rose"), QStringLiteral("DELL-2"));
         store.clearPerDisplayThemes();
         QVERIFY(store.perDisplay().isEmpty());
-        QVERIFY(ThemeStore(rig.defaults, rig.path()).perDisplay().isEmpty());
+        QVERIFY(ThemeStore(rig.defaults, rig.clock, rig.path()).perDisplay().isEmpty());
     }
 
     void uniformTint_data() {
@@ -296,7 +305,7 @@ private Q_SLOTS:
     void uniformTint() {
         QFETCH(int, shade);
         Rig rig;
-        ThemeStore store(rig.defaults, rig.path());
+        ThemeStore store(rig.defaults, rig.clock, rig.path());
         const ThemeColor given{0.1, 0.9, 0.3, 0.7};
         store.setAccentOverride(ThemeColor{0.5, 0.25, 0, 1});
         QCOMPARE(store.tint(given, shade), given);
