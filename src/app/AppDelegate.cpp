@@ -12,6 +12,7 @@
 #include "faces/FaceRegistry.h"
 #include "faces/GlassLook.h"
 #include "grid/GridStore.h"
+#include "lockscreen/LockScreenController.h"
 #include "look/ThemeStore.h"
 #include "model/WidgetRegistry.h"
 #include "platform/Clock.h"
@@ -114,6 +115,9 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
     m_watcher = std::make_unique<ScreenTopologyWatcher>(*m_platform.displays, *m_scheduler);
     m_memory = std::make_unique<TopologyMemory>(*m_watcher, m_clocks.system);
     rememberGridSaves(*m_grid, *m_memory, *m_platform.displays);
+    m_lockScreen = std::make_unique<LockScreenController>(*m_platform.lockScreen, m_clocks.system,
+                                                          *m_scheduler);
+    m_lockScreen->start(*m_settings, [this] { return m_grid->layout().instances; });
     m_faces = std::make_unique<FaceRegistry>();
 
     // 1. The menu where the desktop has no tray is the configuration window's; it is built

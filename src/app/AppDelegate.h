@@ -21,6 +21,7 @@ class DesktopController;
 class WallpaperBackdrop;
 class FaceRegistry;
 class GridStore;
+class LockScreenController;
 class MinuteCoordinator;
 class QtScheduler;
 class ScreenTopologyWatcher;
@@ -92,6 +93,7 @@ private:
     std::unique_ptr<GridStore> m_grid;
     std::unique_ptr<ScreenTopologyWatcher> m_watcher;
     std::unique_ptr<TopologyMemory> m_memory;
+    std::unique_ptr<LockScreenController> m_lockScreen;
     std::unique_ptr<FaceRegistry> m_faces;
     std::unique_ptr<WallpaperBackdrop> m_backdrop;
     std::unique_ptr<DesktopController> m_controller;

@@ -28,6 +28,7 @@ Modes:
       --size SIZE              the tile's size (default: large)
       --frost F                how frosted the glass is, 0 to 1 (default: 0)
   --list-sizes                 one line per kind: "kind:size,size,..."
+  --probe-skylight             whether widgets can show above the lock screen here, and why
 
 Options of the picture modes:
   --theme THEME                a built-in theme (default: midnight)

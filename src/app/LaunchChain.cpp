@@ -72,6 +72,7 @@ const QList<LaunchStep>& LaunchChain::steps() {
         {"--snapshot-gallery", 1, offscreen, &runSnapshotGalleryMode},
         {"--snapshot-glass", 1, offscreen, &runSnapshotGlassMode},
         {"--list-sizes", 0, core, &runListSizesMode},
+        {"--probe-skylight", 0, core, &runProbeSkylightMode},
     };
     return chain;
 }

@@ -21,6 +21,9 @@ std::optional<int> runSnapshotGalleryMode(LaunchContext& context);
 std::optional<int> runSnapshotGlassMode(LaunchContext& context);
 // --list-sizes: one line of kind and allowed sizes per kind.
 std::optional<int> runListSizesMode(LaunchContext& context);
+// --probe-skylight: whether widgets can be drawn above the lock screen, step by step, as labelled
+// lines ending in "RESULT" and why.
+std::optional<int> runProbeSkylightMode(LaunchContext& context);
 // TWK_TIME: pins the clock for whatever follows; never ends the chain.
 std::optional<int> runSnapshotTimeStep(LaunchContext& context);
 // No mode matched: the desktop host.

@@ -53,9 +53,19 @@ private Q_SLOTS:
             << "--counts --sizes" << QString() << "widget " << sizesEnd << 53;
         QTest::newRow("counts before list-sizes")
             << "--list-sizes --counts" << QString() << countsLine << countsLine << 1;
-        QTest::newRow("help") << "--help" << QString() << helpStart << helpEnd << 43;
+        QTest::newRow("probe-skylight, after list-sizes")
+            << "--probe-skylight --list-sizes" << QString() << "clock:"
+            << "mirror:small,tall,wide,large,wideTall,huge\n"
+            << 51;
+        QTest::newRow("probe-skylight")
+            << "--probe-skylight" << QString() << "symbols available : no\n"
+            << "RESULT            : FAILED\nreason            : this desktop does not allow "
+               "drawing above its lock screen: the screen locker owns the screen while it is "
+               "locked\n"
+            << 9;
+        QTest::newRow("help") << "--help" << QString() << helpStart << helpEnd << 44;
         QTest::newRow("-h wins over every mode")
-            << "--counts -h" << QString() << helpStart << helpEnd << 43;
+            << "--counts -h" << QString() << helpStart << helpEnd << 44;
     }
     void modesAsAProcess() {
         QFETCH(QString, arguments);

@@ -2,6 +2,7 @@
 #include "ManualScheduler.h"
 #include "lockscreen/LockScreenController.h"
 #include "lockscreen/LockScreenLayout.h"
+#include "platform/linux/LinuxLockScreenSurface.h"
 #include "platform/null/MemoryDefaults.h"
 
 #include <QTest>
@@ -199,6 +200,23 @@ private Q_SLOTS:
         QVERIFY(!rig.surface.up);
         Q_EMIT rig.surface.screenLocked();
         QVERIFY(!rig.controller.isShowing());
+    }
+
+    void linuxSaysWhyAtStart() {
+        test::ManualClock clock;
+        test::ManualScheduler scheduler{&clock};
+        MemoryDefaults defaults;
+        AppSettings settings{defaults};
+        LinuxLockScreenSurface surface;
+        LockScreenController controller{surface, clock, scheduler};
+        QTest::ignoreMessage(QtInfoMsg, "lock screen surface unavailable on this system: this "
+                                        "desktop does not allow drawing above its lock screen: "
+                                        "the screen locker owns the screen while it is locked");
+        controller.start(settings,
+                         [] { return QList<WidgetInstance>{placed(QStringLiteral("clock"))}; });
+        QTest::ignoreMessage(QtInfoMsg, "lock surface skipped: no elevator installed");
+        controller.screenLocked();
+        QVERIFY(!controller.isShowing());
     }
 };
 
