@@ -129,22 +129,31 @@ private Q_SLOTS:
         QCOMPARE(rig.scheduler.pendingCount(), showing ? 1 : 0);
     }
 
+    // `times` notices of one kind while the surface is up; the last one's log line.
     void notices_data() {
         QTest::addColumn<int>("notice");
+        QTest::addColumn<int>("times");
         QTest::addColumn<bool>("sessionLocked");
         QTest::addColumn<QString>("log");
+        QTest::addColumn<bool>("showing");
         QTest::addColumn<bool>("suspended");
         QTest::newRow("unlocked, yet the session says locked")
-            << 0 << true << "ignored unlocked: the screen is still locked" << false;
+            << 0 << 1 << true << "ignored unlocked: the screen is still locked" << true << false;
         QTest::newRow("sleep while locked")
-            << 1 << true << "ignored sleep: the screen is still locked" << false;
+            << 1 << 1 << true << "ignored sleep: the screen is still locked" << true << false;
         QTest::newRow("session switch, unlocked")
-            << 2 << false << "deferred session switch: 1 of 6 readings" << true;
+            << 2 << 1 << false << "deferred session switch: 1 of 6 readings" << true << true;
+        QTest::newRow("five unlocked keep it")
+            << 0 << 5 << false << "deferred unlocked: 5 of 6 readings" << true << true;
+        QTest::newRow("six unlocked remove it")
+            << 0 << 6 << false << "lock surface removed (unlocked)" << false << false;
     }
     void notices() {
         QFETCH(int, notice);
+        QFETCH(int, times);
         QFETCH(bool, sessionLocked);
         QFETCH(QString, log);
+        QFETCH(bool, showing);
         QFETCH(bool, suspended);
         Rig rig;
         rig.lock();
@@ -152,22 +161,11 @@ private Q_SLOTS:
         QTest::ignoreMessage(QtInfoMsg, qPrintable(log));
         const std::array signals{&LockScreenSurface::screenUnlocked, &LockScreenSurface::willSleep,
                                  &LockScreenSurface::sessionResigned};
-        Q_EMIT(rig.surface.*signals.at(notice))();
-        QVERIFY(rig.controller.isShowing());
-        QCOMPARE(rig.surface.suspended, suspended);
-    }
-
-    void sixNoticesRemoveTheSurface() {
-        Rig rig;
-        rig.lock();
-        rig.surface.locked = false;
-        for (int i = 0; i < 5; ++i) {
-            Q_EMIT rig.surface.screenUnlocked();
+        for (int i = 0; i < times; ++i) {
+            Q_EMIT(rig.surface.*signals.at(notice))();
         }
-        QVERIFY(rig.controller.isShowing());
-        QTest::ignoreMessage(QtInfoMsg, "lock surface removed (unlocked)");
-        Q_EMIT rig.surface.screenUnlocked();
-        QVERIFY(!rig.controller.isShowing());
+        QCOMPARE(rig.controller.isShowing(), showing);
+        QCOMPARE(rig.surface.suspended, suspended);
     }
 
     void uptimeCeiling() {
