@@ -83,9 +83,8 @@ Theme WallpaperPalette::theme(const QList<RGB>& pixels) {
         ++bin.count;
     }
     // The first of the heaviest wins a tie.
-    const Bin& winner = *std::max_element(bins.cbegin(), bins.cend(), [](const Bin& a, const Bin& b) {
-        return a.weight < b.weight;
-    });
+    const Bin& winner = *std::max_element(
+        bins.cbegin(), bins.cend(), [](const Bin& a, const Bin& b) { return a.weight < b.weight; });
     double hue = 0.6;
     double accentSaturation = 0.8;
     double surfaceSaturation = 0.2;
