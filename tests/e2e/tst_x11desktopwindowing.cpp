@@ -50,6 +50,10 @@ QString activeWindow() {
     return xprop({QStringLiteral("-root"), QStringLiteral("_NET_ACTIVE_WINDOW")});
 }
 
+// A window manager on a loaded machine may take seconds to map a window; waiting longer costs
+// nothing when it is quick.
+constexpr int kExposeTimeout = 20000;
+
 } // namespace
 
 class tst_X11DesktopWindowing : public QObject {
@@ -80,7 +84,7 @@ private Q_SLOTS:
         panel.winId();
         m_windowing->prepare(panel.windowHandle(), focus);
         panel.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&panel));
+        QVERIFY(QTest::qWaitForWindowExposed(&panel, kExposeTimeout));
 
         // openbox rewrites _NET_WM_STATE with what it applied once it manages the window.
         QTRY_VERIFY(windowProperty(panel, "_NET_WM_STATE")
@@ -109,7 +113,7 @@ private Q_SLOTS:
         normal.setWindowTitle(QStringLiteral("normal"));
         normal.setGeometry(150, 150, 300, 300);
         normal.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&normal));
+        QVERIFY(QTest::qWaitForWindowExposed(&normal, kExposeTimeout));
 
         QWidget panel(nullptr, DesktopWindowing::windowFlags(DesktopWindowing::Focus::Never));
         panel.setAttribute(Qt::WA_ShowWithoutActivating);
@@ -117,7 +121,7 @@ private Q_SLOTS:
         panel.winId();
         m_windowing->prepare(panel.windowHandle(), DesktopWindowing::Focus::Never);
         panel.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&panel));
+        QVERIFY(QTest::qWaitForWindowExposed(&panel, kExposeTimeout));
         QTRY_VERIFY(stacking().contains(panel.winId()));
 
         // Mapped later, clicked, and moved onto the normal window: still below it.
@@ -153,12 +157,12 @@ private Q_SLOTS:
         }
         QSignalSpy spy(m_windowing.get(), &DesktopWindowing::coveredChanged);
         panel.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&panel));
+        QVERIFY(QTest::qWaitForWindowExposed(&panel, kExposeTimeout));
 
         QWidget cover;
         cover.setGeometry(900, 400, 400, 400);
         cover.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&cover));
+        QVERIFY(QTest::qWaitForWindowExposed(&cover, kExposeTimeout));
         QTRY_VERIFY(!spy.isEmpty());
         QCOMPARE(spy.last().at(0).value<QObject*>(), panel.windowHandle());
         QCOMPARE(spy.last().at(1).toBool(), true);
