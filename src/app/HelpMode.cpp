@@ -15,6 +15,9 @@ exits. The first mode in this list wins; other flags are ignored.
 
 Modes:
   -h, --help                   show this text and exit
+  --wallpapers DIR             write each built-in wallpaper to DIR as a 960 x 600 PNG
+  --apply-wallpaper ID         show a built-in wallpaper (dawn, lagoon, night-sky, dunes,
+                               aurora, graphite, meadow) on every display
   --sizes                      table of the sizes each widget kind allows
   --counts                     one line: "widgets=N sizes=N themes=N"
   --snapshot-widget OUT.png    draw one tile to a PNG file

@@ -65,6 +65,8 @@ const QList<LaunchStep>& LaunchChain::steps() {
     static const QList<LaunchStep> chain{
         {"--help", 0, core, &runHelpMode},
         {"-h", 0, core, &runHelpMode},
+        {"--wallpapers", 1, offscreen, &runWallpapersMode},
+        {"--apply-wallpaper", 1, offscreen, &runApplyWallpaperMode},
         {"--sizes", 0, core, &runSizesMode},
         {"--counts", 0, core, &runCountsMode},
         {nullptr, 0, core, &runSnapshotTimeStep},

@@ -7,6 +7,10 @@ namespace tw {
 
 // --help, -h: the launch modes, their options and the environment; needs no display.
 std::optional<int> runHelpMode(LaunchContext& context);
+// --wallpapers <dir>: one PNG per built-in wallpaper at 960 × 600; the count on stderr.
+std::optional<int> runWallpapersMode(LaunchContext& context);
+// --apply-wallpaper <id>: the built-in on every display through the desktop's own mechanism.
+std::optional<int> runApplyWallpaperMode(LaunchContext& context);
 // --sizes: the matrix of kinds and sizes.
 std::optional<int> runSizesMode(LaunchContext& context);
 // --counts: "widgets=… sizes=… themes=…".

@@ -4,6 +4,7 @@
 
 #include "platform/ColorSchemeWatcher.h"
 #include "platform/DesktopPicture.h"
+#include "platform/DesktopPictureSetter.h"
 #include "platform/DesktopWindowing.h"
 #include "platform/Displays.h"
 #include "platform/LockScreenSurface.h"
@@ -34,6 +35,9 @@ struct PlatformServices {
     // The symbols alone, for pictures drawn without the host; needs a QGuiApplication.
     static std::unique_ptr<SymbolProvider> makeSymbolProvider();
     static std::unique_ptr<Relauncher> makeRelauncher();
+    // Puts pictures on the displays through the running desktop; reaches the display itself, so
+    // it works under any Qt platform.
+    static std::unique_ptr<DesktopPictureSetter> makeDesktopPictureSetter();
     // The lock screen surface alone, for the probe mode, which runs without the host.
     static std::unique_ptr<LockScreenSurface> makeLockScreenSurface();
     // Why the host could not reach a display, as one sentence for a person; nullopt when it

@@ -3,6 +3,7 @@
 #include "platform/linux/PictureUri.h"
 
 #include <QLoggingCategory>
+#include <QUrl>
 
 #include <cstring>
 #include <gio/gio.h>
@@ -93,6 +94,21 @@ std::unique_ptr<GSettingsPicture> GSettingsPicture::create(Desktop desktop, QObj
     }
     return std::unique_ptr<GSettingsPicture>(
         new GSettingsPicture(keys, background, appearance, parent));
+}
+
+bool GSettingsPicture::show(const QString& file) {
+    // MATE keeps a plain path, the others a URI.
+    const QByteArray value = std::strcmp(m_keys.picture, "picture-filename") == 0
+                                 ? file.toUtf8()
+                                 : QUrl::fromLocalFile(file).toEncoded();
+    bool ok = g_settings_set_string(m_background, m_keys.picture, value.constData()) != 0;
+    if (m_keys.darkPicture != nullptr && hasKey(m_background, m_keys.darkPicture)) {
+        ok = g_settings_set_string(m_background, m_keys.darkPicture, value.constData()) != 0 && ok;
+    }
+    ok = g_settings_set_string(m_background, m_keys.options, "zoom") != 0 && ok;
+    // Written before the process ends, which may be at once.
+    g_settings_sync();
+    return ok;
 }
 
 GSettingsPicture::GSettingsPicture(const Keys& keys, GSettings* background, GSettings* appearance,

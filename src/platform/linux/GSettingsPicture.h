@@ -25,6 +25,9 @@ public:
     // The same picture on every display; its identity left empty. Nullopt when the desktop
     // shows no picture or names no local file.
     std::optional<DesktopPicture::Setting> setting() const;
+    // Makes `file` the picture, of the dark look too, zoomed to each display; false when the
+    // settings refuse a key.
+    bool show(const QString& file);
 
 Q_SIGNALS:
     void changed();

@@ -4,6 +4,7 @@
 #include "platform/linux/FreedesktopNotifications.h"
 #include "platform/linux/LinuxDesktopPicture.h"
 #include "platform/linux/LinuxLockScreenSurface.h"
+#include "platform/linux/LinuxPictureSetter.h"
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/MaterialSymbolProvider.h"
 #include "platform/linux/PortalColorScheme.h"
@@ -36,6 +37,11 @@ std::unique_ptr<LockScreenSurface> PlatformServices::makeLockScreenSurface() {
 
 std::unique_ptr<Relauncher> PlatformServices::makeRelauncher() {
     return std::make_unique<ShellRelauncher>();
+}
+
+std::unique_ptr<DesktopPictureSetter> PlatformServices::makeDesktopPictureSetter() {
+    return std::make_unique<LinuxPictureSetter>(
+        qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'), Qt::SkipEmptyParts));
 }
 
 std::optional<QString> PlatformServices::whyNoDisplay() {
