@@ -16,7 +16,8 @@ std::optional<int> runWallpapersMode(LaunchContext& context) {
 
 std::optional<int> runApplyWallpaperMode(LaunchContext& context) {
     const QString id = context.values.value(0);
-    const std::unique_ptr<DesktopPictureSetter> setter = PlatformServices::makeDesktopPictureSetter();
+    const std::unique_ptr<DesktopPictureSetter> setter =
+        PlatformServices::makeDesktopPictureSetter();
     const int count = WallpaperRenderer::applyEverywhere(
         id, *setter, QDir(AppPaths::appSupportDir()).filePath(QStringLiteral("Wallpapers")));
     context.out << "apply-wallpaper id=" << id << " count=" << count << '\n';

@@ -111,7 +111,8 @@ void nightSky(QPainter& painter, const QSizeF& size) {
     QPainterPath hills(QPointF(0, size.height()));
     for (int i = 0; i <= 48; ++i) {
         const double x = size.width() * i / 48.0;
-        const double y = size.height() * (0.86 + 0.04 * std::sin(i * 0.35) + 0.02 * std::sin(i * 1.1));
+        const double y =
+            size.height() * (0.86 + 0.04 * std::sin(i * 0.35) + 0.02 * std::sin(i * 1.1));
         hills.lineTo(x, y);
     }
     hills.lineTo(size.width(), size.height());
@@ -161,8 +162,7 @@ void aurora(QPainter& painter, const QSizeF& size) {
         for (int i = 0; i < columns; ++i) {
             const double t = i / double(columns - 1);
             const double x = size.width() * t;
-            const double crest =
-                size.height() * (0.3 + 0.12 * std::sin(t * 5.0 + curtain.phase));
+            const double crest = size.height() * (0.3 + 0.12 * std::sin(t * 5.0 + curtain.phase));
             const double length = size.height() * (0.25 + 0.1 * std::sin(t * 9.0 + curtain.phase));
             QLinearGradient ribbon(x, crest - length, x, crest + length * 0.3);
             QColor clear = curtain.color;

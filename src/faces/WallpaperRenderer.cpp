@@ -46,7 +46,10 @@ QImage WallpaperRenderer::render(const Wallpaper& wallpaper, const QSize& pixels
 }
 
 QString WallpaperRenderer::fileName(const Wallpaper& wallpaper, const QSize& pixels) {
-    return QStringLiteral("%1-%2x%3.png").arg(wallpaper.id).arg(pixels.width()).arg(pixels.height());
+    return QStringLiteral("%1-%2x%3.png")
+        .arg(wallpaper.id)
+        .arg(pixels.width())
+        .arg(pixels.height());
 }
 
 int WallpaperRenderer::writeAll(const QString& directory, const QSize& pixels) {
@@ -57,10 +60,9 @@ int WallpaperRenderer::writeAll(const QString& directory, const QSize& pixels) {
     const QDir dir(directory);
     int written = 0;
     for (const Wallpaper& wallpaper : Wallpaper::all()) {
-        written += writePicture(render(wallpaper, pixels),
-                                dir.filePath(fileName(wallpaper, pixels)))
-                       ? 1
-                       : 0;
+        written +=
+            writePicture(render(wallpaper, pixels), dir.filePath(fileName(wallpaper, pixels))) ? 1
+                                                                                               : 0;
     }
     return written;
 }
@@ -86,7 +88,11 @@ int WallpaperRenderer::applyEverywhere(const QString& id, DesktopPictureSetter& 
             files.append(path);
         }
     }
-    return shown.isEmpty() ? 0 : setter.show(shown, files);
+    if (shown.isEmpty()) {
+        qCWarning(lcWallpaperRenderer, "no display to show %s on", qUtf8Printable(id));
+        return 0;
+    }
+    return setter.show(shown, files);
 }
 
 } // namespace tw

@@ -2,9 +2,12 @@
 #include "TarnwickProcess.h"
 #include "app/LaunchChain.h"
 #include "app/LaunchModes.h"
+#include "faces/Wallpaper.h"
 #include "platform/null/MemoryDefaults.h"
 #include "tick/SnapshotClock.h"
 
+#include <QDir>
+#include <QImage>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -63,9 +66,9 @@ private Q_SLOTS:
                "drawing above its lock screen: the screen locker owns the screen while it is "
                "locked\n"
             << 9;
-        QTest::newRow("help") << "--help" << QString() << helpStart << helpEnd << 44;
+        QTest::newRow("help") << "--help" << QString() << helpStart << helpEnd << 47;
         QTest::newRow("-h wins over every mode")
-            << "--counts -h" << QString() << helpStart << helpEnd << 44;
+            << "--counts -h" << QString() << helpStart << helpEnd << 47;
     }
     void modesAsAProcess() {
         QFETCH(QString, arguments);
@@ -114,6 +117,63 @@ private Q_SLOTS:
         QCOMPARE(run.exitCode, 1);
         QCOMPARE(run.out, QString());
         QTEST(run.err, "err");
+    }
+
+    // The wallpaper modes stand before --sizes and --counts and need no display: the pictures are
+    // drawn off-screen, and with no display reached nothing is applied. DIR stands for a fresh
+    // folder, BLOCKED for a path under a regular file.
+    void wallpaperModes_data() {
+        QTest::addColumn<QString>("arguments");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QString>("out");
+        QTest::addColumn<QString>("err");
+        QTest::addColumn<int>("pictures");
+        const int all = int(tw::Wallpaper::all().size());
+        const QString written = QStringLiteral("wallpapers written=%1 dir=DIR\n").arg(all);
+        QTest::newRow("all written") << "--wallpapers DIR" << 0 << "" << written << all;
+        QTest::newRow("before counts") << "--counts --wallpapers DIR" << 0 << "" << written << all;
+        QTest::newRow("folder that cannot be made") << "--wallpapers BLOCKED" << 1 << ""
+                                                    << "wallpapers written=0 dir=BLOCKED\n"
+                                                    << 0;
+        QTest::newRow("unknown id")
+            << "--apply-wallpaper nope --sizes" << 1 << "apply-wallpaper id=nope count=-1\n"
+            << "" << 0;
+        QTest::newRow("ids are exact")
+            << "--apply-wallpaper Dawn" << 1 << "apply-wallpaper id=Dawn count=-1\n"
+            << "" << 0;
+        QTest::newRow("no display to show it on")
+            << "--apply-wallpaper dawn" << 0 << "apply-wallpaper id=dawn count=0\n"
+            << "" << 0;
+    }
+    void wallpaperModes() {
+        QFETCH(QString, arguments);
+        QFETCH(QString, out);
+        QFETCH(QString, err);
+        QFETCH(int, pictures);
+        const QTemporaryDir scratch;
+        const QString dir = scratch.filePath(QStringLiteral("pictures"));
+        QFile blocker(scratch.filePath(QStringLiteral("file")));
+        QVERIFY(blocker.open(QIODevice::WriteOnly));
+        const QString blocked = blocker.fileName() + QLatin1String("/pictures");
+        const auto fill = [&](QString text) {
+            return text.replace(QLatin1String("DIR"), dir)
+                .replace(QLatin1String("BLOCKED"), blocked);
+        };
+        const auto run = runTarnwick(fill(arguments));
+        QTEST(run.exitCode, "exitCode");
+        QCOMPARE(run.out, fill(out));
+        // A failure may be explained in the log above the line.
+        QVERIFY2(err.isEmpty() || run.err.endsWith(fill(err)), qPrintable(run.err));
+        const QStringList files = QDir(dir).entryList(QDir::Files);
+        QCOMPARE(files.size(), pictures);
+        // Each a picture of its own at the size asked for.
+        QSet<QRgb> middles;
+        for (const QString& file : files) {
+            const QImage picture(QDir(dir).filePath(file));
+            QCOMPARE(picture.size(), QSize(960, 600));
+            middles.insert(picture.pixel(480, 300));
+        }
+        QCOMPARE(middles.size(), pictures);
     }
 
     // A mode nobody can find is a mode nobody uses.

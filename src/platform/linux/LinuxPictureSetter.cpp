@@ -222,9 +222,9 @@ int LinuxPictureSetter::showWithPlasma(const QList<Target>& targets,
                        " d.writeConfig('Image', 'file://' + files[d.screen]); ++shown; }"
                        "print(shown);")
             .arg(paths);
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        service, QStringLiteral("/PlasmaShell"), QStringLiteral("org.kde.PlasmaShell"),
-        QStringLiteral("evaluateScript"));
+    QDBusMessage call = QDBusMessage::createMethodCall(service, QStringLiteral("/PlasmaShell"),
+                                                       QStringLiteral("org.kde.PlasmaShell"),
+                                                       QStringLiteral("evaluateScript"));
     call << script;
     const QDBusMessage reply = bus.call(call, QDBus::Block, helperTimeoutMs);
     if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) {
@@ -302,8 +302,8 @@ int LinuxPictureSetter::showOnRoot(xcb_connection_t* connection, const QList<Tar
         xcb_kill_client(connection, previous);
     }
     for (const xcb_atom_t atom : {rootAtom, setrootAtom}) {
-        xcb_change_property(connection, XCB_PROP_MODE_REPLACE, screen->root, atom,
-                            XCB_ATOM_PIXMAP, 32, 1, &pixmap);
+        xcb_change_property(connection, XCB_PROP_MODE_REPLACE, screen->root, atom, XCB_ATOM_PIXMAP,
+                            32, 1, &pixmap);
     }
     xcb_change_window_attributes(connection, screen->root, XCB_CW_BACK_PIXMAP, &pixmap);
     xcb_clear_area(connection, 0, screen->root, 0, 0, 0, 0);
