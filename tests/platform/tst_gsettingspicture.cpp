@@ -151,6 +151,51 @@ private Q_SLOTS:
         }
     }
 
+    // What it shows is what it then reads, in the light and the dark look, zoomed whatever was
+    // set before; GNOME keeps a URI, MATE a path.
+    void showReadsBack_data() {
+        QTest::addColumn<int>("desktop");
+        QTest::addColumn<QStringList>("before");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("stored");
+        const QString file = QStringLiteral("/data/Wallpapers/dawn 1.png");
+        QTest::newRow("GNOME, over a dark picture and another fit")
+            << int(GSettingsPicture::Desktop::gnome)
+            << QStringList{QStringLiteral("org.gnome.desktop.background picture-uri-dark "
+                                          "file:///pics/dark.jpg"),
+                           QStringLiteral("org.gnome.desktop.background picture-options scaled")}
+            << "org.gnome.desktop.background picture-uri-dark"
+            << "file:///data/Wallpapers/dawn%201.png";
+        QTest::newRow("MATE") << int(GSettingsPicture::Desktop::mate)
+                              << QStringList{QStringLiteral(
+                                     "org.mate.background picture-options centered")}
+                              << "org.mate.background picture-filename" << file;
+    }
+    void showReadsBack() {
+        QFETCH(int, desktop);
+        QFETCH(QStringList, before);
+        QFETCH(QString, key);
+        for (const QString& value : std::as_const(before)) {
+            set(value);
+        }
+        const QString file = QStringLiteral("/data/Wallpapers/dawn 1.png");
+        QVERIFY(GSettingsPicture::create(GSettingsPicture::Desktop(desktop))->show(file));
+        for (const char* look : {"default", "prefer-dark"}) {
+            set(QStringLiteral("org.gnome.desktop.interface color-scheme ") + QLatin1String(look));
+            const auto setting =
+                GSettingsPicture::create(GSettingsPicture::Desktop(desktop))->setting();
+            QVERIFY2(setting, look);
+            QCOMPARE(setting->file, file);
+            QCOMPARE(int(setting->fill), int(Fill::zoom));
+        }
+        const QStringList schemaKey = key.split(QLatin1Char(' '));
+        GSettings* settings = g_settings_new(qPrintable(schemaKey[0]));
+        gchar* stored = g_settings_get_string(settings, qPrintable(schemaKey[1]));
+        QTEST(QString::fromUtf8(stored), "stored");
+        g_free(stored);
+        g_object_unref(settings);
+    }
+
     void aSchemaNotInstalledIsNoSource() {
         QVERIFY(!GSettingsPicture::create(GSettingsPicture::Desktop::cinnamon));
     }
