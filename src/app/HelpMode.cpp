@@ -1,4 +1,5 @@
 #include "app/LaunchModes.h"
+#include "faces/Wallpaper.h"
 #include "platform/PlatformServices.h"
 
 #include <QCoreApplication>
@@ -16,8 +17,8 @@ exits. The first mode in this list wins; other flags are ignored.
 Modes:
   -h, --help                   show this text and exit
   --wallpapers DIR             write each built-in wallpaper to DIR as a 960 x 600 PNG
-  --apply-wallpaper ID         show a built-in wallpaper (dawn, lagoon, night-sky, dunes,
-                               aurora, graphite, meadow) on every display
+  --apply-wallpaper ID         show a built-in wallpaper on every display; ID is one of
+                               %4
   --sizes                      table of the sizes each widget kind allows
   --counts                     one line: "widgets=N sizes=N themes=N"
   --snapshot-widget OUT.png    draw one tile to a PNG file
@@ -52,13 +53,21 @@ Environment:
 Exit status: 0 on success; 1 when a mode fails or no display can be opened.
 )";
 
+QString wallpaperIds() {
+    QStringList ids;
+    for (const Wallpaper& wallpaper : Wallpaper::all()) {
+        ids.append(wallpaper.id);
+    }
+    return ids.join(QLatin1String(", "));
+}
+
 } // namespace
 
 std::optional<int> runHelpMode(LaunchContext& context) {
     const PlatformServices::Wording wording = PlatformServices::wording();
     context.out << "tarnwick " << QCoreApplication::applicationVersion() << "\n\n"
                 << QString::fromUtf8(kUsage).arg(wording.displayHelp, wording.dataDirectoryDefault,
-                                                 wording.preferencesHelp);
+                                                 wording.preferencesHelp, wallpaperIds());
     return 0;
 }
 
