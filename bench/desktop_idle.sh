@@ -3,17 +3,20 @@
 # tile once a second) in the same run: the real executables on a private Xvfb with openbox,
 # measured from outside through /proc. Cases, three runs each:
 #   reference — the reference tile, built from its build.sh into the build directory
-#   first     — the first desktop (clock, calendar, weather)
+#   first     — the first desktop (clock, calendar, weather) with no desktop picture
+#   glass     — the first desktop over a 3840 × 2160 desktop picture named by Xfce's settings
+#   liquid    — the same with the liquid glass
 #   twenty    — 20 tiles of kinds that show the time
 #   hidden    — no panel and the configuration window closed: the tick must not exist
 #   many300, many1000 — 300 and 1,000 tiles, more than the screen holds: how start-up scales
 # Per run: processor time (all threads, from schedstat) of the program and of the X server as % of
 # one core over the window, RSS and PSS at its end, exec to the first window on screen, and
 # voluntary context switches per second summed over all threads. Then min, median and max of each
-# figure per case, and the median of program plus X server against the reference's.
+# figure per case, and the median of program plus X server against the reference's; for glass and
+# liquid also their median processor time, both and wake-ups against the first desktop's.
 #
 #   bench/desktop_idle.sh [BINARY]      (default build-release/tarnwick, else build/tarnwick)
-#   SETTLE=5 WINDOW=60 RUNS=3 CASES="reference first" REFERENCE=/path/to/reference \
+#   SETTLE=5 WINDOW=60 RUNS=3 CASES="reference first glass" REFERENCE=/path/to/reference \
 #     bench/desktop_idle.sh
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
@@ -41,7 +44,35 @@ settle="${SETTLE:-5}"
 window="${WINDOW:-60}"
 runs="${RUNS:-3}"
 results="$(mktemp)"
-trap 'rm -f "$results"' EXIT
+pictures="$(mktemp -d)"
+trap 'rm -rf "$results" "$pictures"' EXIT
+
+# One desktop picture for every run that wants one: vivid bands of changing width and colour.
+python3 - "$pictures/picture.ppm" <<'EOF'
+import sys
+width, height = 3840, 2160
+rows = [bytes(v for x in range(width)
+              for v in ((x * 3 + y * 40) % 256, (x // (40 + y)) * 50 % 256, (x + 2 * y) % 256))
+        for y in range(8)]
+with open(sys.argv[1], "wb") as f:
+    f.write(b"P6 %d %d 255\n" % (width, height))
+    for y in range(height):
+        f.write(rows[(y // 120) % len(rows)])
+EOF
+
+# Xfce's settings naming the picture, zoomed, for the display's first monitor.
+write_picture_setting() {
+  local settings="$1/xfce4/xfconf/xfce-perchannel-xml"
+  mkdir -p "$settings"
+  cat >"$settings/xfce4-desktop.xml" <<EOF
+<?xml version="1.0" encoding="UTF-8"?>
+<channel name="xfce4-desktop"><property name="backdrop"><property name="screen0">
+<property name="monitorscreen"><property name="workspace0">
+<property name="last-image" type="string" value="$pictures/picture.ppm"/>
+<property name="image-style" type="int" value="5"/>
+</property></property></property></property></channel>
+EOF
+}
 
 # Per thread: id, nanoseconds on a processor (finer than the clock ticks of stat) and voluntary
 # switches. Threads come and go (a pool lets an idle one go after 30 s), so a window's cost is
@@ -95,8 +126,14 @@ one_run() {
     many300) write_tiles "$data" 300 ;;
     many1000) write_tiles "$data" 1000 ;;
   esac
+  local desktop=""
+  if [[ "$case" == glass || "$case" == liquid ]]; then
+    write_picture_setting "$config"
+    desktop=XFCE
+  fi
+  [[ "$case" == liquid ]] && printf 'tarnwick.glassLiquid=true\n' >>"$config/Tarnwick/Tarnwick.conf"
   local -a env=(TKW_APP_SUPPORT_DIR="$data" XDG_CONFIG_HOME="$config" XDG_RUNTIME_DIR="$config"
-                QT_LOGGING_RULES="*.info=false")
+                XDG_CURRENT_DESKTOP="$desktop" QT_LOGGING_RULES="*.info=false")
   [[ "$case" == hidden ]] && env+=(TKW_CONFIG_ONLY=1)
   local -a command=("$binary")
   [[ "$case" == reference ]] && command=("$reference")
@@ -178,10 +215,18 @@ summary() {
     awk -v a="$mine" -v b="$theirs" -v c="$case" \
       'BEGIN { if (b > 0) printf "%s both/reference=%.2f\n", c, a / b }'
   fi
+  if [[ "$case" == glass || "$case" == liquid ]]; then
+    for key in cpu both vcsw; do
+      mine="$(median_of "$case" "$key")"; theirs="$(median_of first "$key")"
+      [[ -n "$mine" && -n "$theirs" ]] || continue
+      awk -v a="$mine" -v b="$theirs" -v c="$case" -v k="$key" \
+        'BEGIN { if (b > 0) printf "%s %s/first=%.2f\n", c, k, a / b }'
+    done
+  fi
 }
 
 echo "host: $binary; reference: $reference; settle ${settle}s, window ${window}s, $runs runs per case"
-cases="${CASES:-reference first twenty hidden many300 many1000}"
+cases="${CASES:-reference first glass liquid twenty hidden many300 many1000}"
 # Runs alternate between the cases so that a drift of the machine spreads over all of them.
 for _ in $(seq 1 "$runs"); do
   for case in $cases; do
