@@ -22,11 +22,14 @@ void boxBlur(QImage& image, int radius, Qt::Orientation orientation) {
     const int length = orientation == Qt::Horizontal ? image.width() : image.height();
     const int window = 2 * radius + 1;
     std::vector<QRgb> in(static_cast<size_t>(length));
+    // The pixels once, not a scan line per pixel: asking for one checks whether to detach.
+    uchar* const bits = image.bits();
+    const qsizetype stride = image.bytesPerLine();
     for (int line = 0; line < lines; ++line) {
         auto pixel = [&](int i) -> QRgb& {
             const int x = orientation == Qt::Horizontal ? i : line;
             const int y = orientation == Qt::Horizontal ? line : i;
-            return reinterpret_cast<QRgb*>(image.scanLine(y))[x];
+            return reinterpret_cast<QRgb*>(bits + y * stride)[x];
         };
         for (int i = 0; i < length; ++i) {
             in[static_cast<size_t>(i)] = pixel(i);
