@@ -43,15 +43,15 @@ QString FaceContext::setting(const QString& key, const QString& fallback) const 
 }
 
 QColor FaceContext::primary() const {
-    return glass.shade == GlassLook::Shade::Light ? ink(0.9) : toColor(theme.textPrimary);
+    return glass.darkInk() ? ink(0.9) : toColor(theme.textPrimary);
 }
 
 QColor FaceContext::secondary() const {
-    return glass.shade == GlassLook::Shade::Light ? ink(0.58) : toColor(theme.textSecondary);
+    return glass.darkInk() ? ink(0.58) : toColor(theme.textSecondary);
 }
 
 QColor FaceContext::separator() const {
-    return glass.shade == GlassLook::Shade::Light ? ink(0.12) : toColor(theme.separator);
+    return glass.darkInk() ? ink(0.12) : toColor(theme.separator);
 }
 
 QColor FaceContext::accent() const {
@@ -59,7 +59,7 @@ QColor FaceContext::accent() const {
 }
 
 QColor FaceContext::elevated() const {
-    if (glass.shade == GlassLook::Shade::Light) {
+    if (glass.darkInk()) {
         return QColor::fromRgbF(1, 1, 1, 0.55F);
     }
     // Elevated surfaces are faint by design; cards need a little more body to read as cards.

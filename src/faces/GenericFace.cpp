@@ -22,8 +22,7 @@ void GenericFace::paint(QPainter& painter, const QRectF& rect, const FaceContext
         // No glass to stand on: only the symbol, with a soft disc behind it for contrast.
         const qreal side = std::min(rect.width(), rect.height()) * 0.7;
         const QRectF disc(rect.center().x() - side / 2, rect.center().y() - side / 2, side, side);
-        QColor back = context.glass.shade == GlassLook::Shade::Light ? QColor(255, 255, 255, 150)
-                                                                     : QColor(0, 0, 0, 110);
+        QColor back = context.glass.darkInk() ? QColor(255, 255, 255, 150) : QColor(0, 0, 0, 110);
         painter.setPen(Qt::NoPen);
         painter.setBrush(back);
         painter.drawEllipse(disc);

@@ -16,6 +16,12 @@ struct GlassLook {
     // "tarnwick.glassStrength", 0...1: how much of the desktop the glass lets through.
     double strength = 0;
     Shade shade = Shade::Dark;
+    // What shows through is bright (a liquid lens over a light picture): content then takes
+    // the dark ink of light glass, whatever the shade.
+    bool brightBehind = false;
+
+    // Whether content on this glass is drawn in dark ink.
+    bool darkInk() const { return shade == Shade::Light || brightBehind; }
 
     bool operator==(const GlassLook&) const = default;
 

@@ -1,5 +1,6 @@
 // The tile's glass follows the theme store: style, strength and the tint against the system.
 #include "ManualClock.h"
+#include "faces/FaceContext.h"
 #include "faces/GlassLook.h"
 #include "platform/null/MemoryDefaults.h"
 
@@ -14,6 +15,8 @@ class TestGlassLook : public QObject {
 private Q_SLOTS:
     void fromStore_data();
     void fromStore();
+    void inkFollowsWhatShowsThrough_data();
+    void inkFollowsWhatShowsThrough();
 };
 
 void TestGlassLook::fromStore_data() {
@@ -54,6 +57,28 @@ void TestGlassLook::fromStore() {
     store.setGlassStrength(strength);
     store.setGlassTint(tint);
     QTEST(GlassLook::from(store, system), "expected");
+}
+
+// Content takes dark ink on light glass and over a bright lens, light ink otherwise.
+void TestGlassLook::inkFollowsWhatShowsThrough_data() {
+    QTest::addColumn<GlassLook::Shade>("shade");
+    QTest::addColumn<bool>("brightBehind");
+    QTest::addColumn<bool>("dark");
+    QTest::newRow("dark glass") << GlassLook::Shade::Dark << false << false;
+    QTest::newRow("light glass") << GlassLook::Shade::Light << false << true;
+    QTest::newRow("dark glass over a bright lens") << GlassLook::Shade::Dark << true << true;
+}
+
+void TestGlassLook::inkFollowsWhatShowsThrough() {
+    QFETCH(GlassLook::Shade, shade);
+    QFETCH(bool, brightBehind);
+    QFETCH(bool, dark);
+    FaceContext context;
+    context.theme = Theme::defaultTheme();
+    context.glass = {GlassLook::Finish::Liquid, 0.0, shade, brightBehind};
+    QCOMPARE(context.glass.darkInk(), dark);
+    QCOMPARE(context.primary().lightness() < 128, dark);
+    QCOMPARE(context.secondary().lightness() < 128, dark);
 }
 
 QTEST_GUILESS_MAIN(TestGlassLook)
