@@ -16,7 +16,7 @@ import tempfile
 import unittest
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from xsession import XSession, missing_tools  # noqa: E402
+from xsession import XSession, dies_with_parent, missing_tools  # noqa: E402
 
 BINARY = None
 ARTIFACTS = None
@@ -48,7 +48,8 @@ class Host:
                "XDG_RUNTIME_DIR": self.config_home, "QT_LOGGING_RULES": "*.info=false",
                **self.extra_env}
         return subprocess.Popen([BINARY, *arguments], env=self.session.env(env),
-                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                preexec_fn=dies_with_parent)
 
     def launch(self):
         self.process = self.start()
@@ -383,7 +384,8 @@ class GlassTest(HostCase):
                     '</property></property></property></property></channel>\n' % picture)
         # What the desktop itself would do: the same picture on the root window.
         self.helpers.append(subprocess.Popen(["display", "-window", "root", picture],
-                                             env=self.session.env()))
+                                             env=self.session.env(),
+                                             preexec_fn=dies_with_parent))
 
     def pixels(self, x, y, w, h):
         """The screen's pixels in a rectangle, as rows of (r, g, b)."""
@@ -429,7 +431,7 @@ class TrayTest(HostCase):
         self.helpers.append(subprocess.Popen(
             ["trayer", "--edge", "bottom", "--align", "right", "--widthtype", "request",
              "--height", "32"], env=self.session.env(), stdout=subprocess.DEVNULL,
-            stderr=subprocess.DEVNULL))
+            stderr=subprocess.DEVNULL, preexec_fn=dies_with_parent))
         self.session.wait_for(lambda: "window id # 0x" in self.session.output(
             ["xprop", "-root", "_NET_SYSTEM_TRAY_S0"]) or self.tray_window())
 

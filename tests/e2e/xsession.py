@@ -9,6 +9,7 @@ runs COMMAND with DISPLAY set and returns its exit code. Both servers are stoppe
 also when the test is killed by its timeout."""
 
 import argparse
+import ctypes
 import os
 import re
 import shutil
@@ -19,6 +20,13 @@ import tempfile
 import time
 
 TOOLS = ("Xvfb", "openbox", "xdotool", "xprop", "xwininfo")
+PR_SET_PDEATHSIG = 1
+
+
+def dies_with_parent():
+    """For Popen's preexec_fn: the child is sent SIGTERM when the test process ends, even by
+    SIGKILL, so that a test killed at its timeout leaves no server or host behind."""
+    ctypes.CDLL(None, use_errno=True).prctl(PR_SET_PDEATHSIG, signal.SIGTERM)
 
 
 def missing_tools():
@@ -44,7 +52,7 @@ class XSession:
              "-nolisten", "tcp", "-noreset", "+extension", "RANDR"],
             pass_fds=(write_fd,), stdout=subprocess.DEVNULL,
             stderr=self._log("xvfb.log"),
-            start_new_session=True)
+            start_new_session=True, preexec_fn=dies_with_parent)
         os.close(write_fd)
         number = b""
         deadline = time.monotonic() + 20
@@ -63,7 +71,7 @@ class XSession:
                 ["openbox", "--sm-disable"], env=self.env(),
                 stdout=subprocess.DEVNULL,
                 stderr=self._log("openbox.log"),
-                start_new_session=True)
+                start_new_session=True, preexec_fn=dies_with_parent)
             def managed():
                 return "window id #" in self.output(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"])
             # Ready once it names itself on the root; a window manager that ended never will.
