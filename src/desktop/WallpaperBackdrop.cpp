@@ -1,5 +1,7 @@
 #include "desktop/WallpaperBackdrop.h"
 
+#include "faces/BoxBlur.h"
+
 #include <QGuiApplication>
 #include <QImageReader>
 #include <QLoggingCategory>
@@ -8,52 +10,12 @@
 #include <QThreadPool>
 
 #include <algorithm>
-#include <vector>
 
 namespace tw {
 
 Q_LOGGING_CATEGORY(lcBackdrop, "Glass")
 
 namespace {
-
-// One box pass over the colour channels of an opaque picture, along rows or columns.
-void boxBlur(QImage& image, int radius, Qt::Orientation orientation) {
-    const int lines = orientation == Qt::Horizontal ? image.height() : image.width();
-    const int length = orientation == Qt::Horizontal ? image.width() : image.height();
-    const int window = 2 * radius + 1;
-    std::vector<QRgb> in(static_cast<size_t>(length));
-    // The pixels once, not a scan line per pixel: asking for one checks whether to detach.
-    uchar* const bits = image.bits();
-    const qsizetype stride = image.bytesPerLine();
-    for (int line = 0; line < lines; ++line) {
-        auto pixel = [&](int i) -> QRgb& {
-            const int x = orientation == Qt::Horizontal ? i : line;
-            const int y = orientation == Qt::Horizontal ? line : i;
-            return reinterpret_cast<QRgb*>(bits + y * stride)[x];
-        };
-        for (int i = 0; i < length; ++i) {
-            in[static_cast<size_t>(i)] = pixel(i);
-        }
-        // The edges repeat, so that the picture does not darken towards them.
-        auto at = [&](int i) { return in[static_cast<size_t>(std::clamp(i, 0, length - 1))]; };
-        int r = 0;
-        int g = 0;
-        int b = 0;
-        for (int i = -radius; i <= radius; ++i) {
-            r += qRed(at(i));
-            g += qGreen(at(i));
-            b += qBlue(at(i));
-        }
-        for (int i = 0; i < length; ++i) {
-            pixel(i) = qRgb(r / window, g / window, b / window);
-            const QRgb leaving = at(i - radius);
-            const QRgb entering = at(i + radius + 1);
-            r += qRed(entering) - qRed(leaving);
-            g += qGreen(entering) - qGreen(leaving);
-            b += qBlue(entering) - qBlue(leaving);
-        }
-    }
-}
 
 // Reads a picture no larger than needed to cover `display`; a null image when it can't.
 QImage readPicture(const QString& file, DesktopPicture::Fill fill, const QSize& display) {
@@ -234,8 +196,8 @@ QImage WallpaperBackdrop::blurred(const QImage& sharp, int reduction, int radius
             .convertToFormat(QImage::Format_RGB32);
     // Three box passes come close to a Gaussian.
     for (int pass = 0; pass < 3; ++pass) {
-        boxBlur(small, radius, Qt::Horizontal);
-        boxBlur(small, radius, Qt::Vertical);
+        BoxBlur::pass(small, radius, Qt::Horizontal, BoxBlur::Channels::colour);
+        BoxBlur::pass(small, radius, Qt::Vertical, BoxBlur::Channels::colour);
     }
     return small;
 }

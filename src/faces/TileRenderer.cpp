@@ -1,5 +1,6 @@
 #include "faces/TileRenderer.h"
 
+#include "faces/BoxBlur.h"
 #include "faces/FaceContext.h"
 #include "faces/GlassBackdrop.h"
 #include "faces/WidgetFace.h"
@@ -23,36 +24,6 @@ constexpr qsizetype kMaxShadows = 48;
 
 // One pass of a running-sum box blur over the alpha of a premultiplied black image, along rows
 // (or columns, when `vertical`). Three passes approximate a Gaussian.
-void boxBlurAlpha(QImage& image, int radius, Qt::Orientation orientation) {
-    const int w = image.width();
-    const int h = image.height();
-    const int lines = orientation == Qt::Horizontal ? h : w;
-    const int length = orientation == Qt::Horizontal ? w : h;
-    const int window = 2 * radius + 1;
-    std::vector<int> in(static_cast<size_t>(length));
-    for (int line = 0; line < lines; ++line) {
-        auto pixel = [&](int i) -> QRgb& {
-            const int x = orientation == Qt::Horizontal ? i : line;
-            const int y = orientation == Qt::Horizontal ? line : i;
-            return reinterpret_cast<QRgb*>(image.scanLine(y))[x];
-        };
-        for (int i = 0; i < length; ++i) {
-            in[static_cast<size_t>(i)] = qAlpha(pixel(i));
-        }
-        int sum = 0;
-        for (int i = -radius; i <= radius; ++i) {
-            sum += (i >= 0 && i < length) ? in[static_cast<size_t>(i)] : 0;
-        }
-        for (int i = 0; i < length; ++i) {
-            pixel(i) = qRgba(0, 0, 0, sum / window);
-            const int leaving = i - radius;
-            const int entering = i + radius + 1;
-            sum -= (leaving >= 0) ? in[static_cast<size_t>(leaving)] : 0;
-            sum += (entering < length) ? in[static_cast<size_t>(entering)] : 0;
-        }
-    }
-}
-
 QPainterPath roundedTile(const QRectF& tile) {
     QPainterPath path;
     const qreal radius =
@@ -162,8 +133,8 @@ const QImage& TileRenderer::shadow(const QSizeF& tile, qreal devicePixelRatio) {
     const int radius =
         std::max(1, static_cast<int>(std::lround(kShadowBlur * devicePixelRatio / 2)));
     for (int pass = 0; pass < 3; ++pass) {
-        boxBlurAlpha(image, radius, Qt::Horizontal);
-        boxBlurAlpha(image, radius, Qt::Vertical);
+        BoxBlur::pass(image, radius, Qt::Horizontal, BoxBlur::Channels::alpha);
+        BoxBlur::pass(image, radius, Qt::Vertical, BoxBlur::Channels::alpha);
     }
     {
         // The tile covers its own shadow; cutting it out keeps translucent glass honest.
