@@ -6,6 +6,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 namespace tw {
 
@@ -14,6 +15,9 @@ struct BuiltInWidget {
     WidgetCategory category = WidgetCategory::tools;
     // How many instances of the kind one layout may hold.
     int maxInstances = 1;
+    // The folded words the gallery's search finds the kind by: kind, name, category and keywords,
+    // each in the language chosen at launch and in English.
+    QStringList searchWords;
 
     // All 51 built-in kinds in catalogue order, the order of every list. Built once, on first
     // use, so that display names come from the language chosen at launch.

@@ -2,6 +2,7 @@
 
 #include "model/BuiltInWidget.h"
 #include "model/CustomWidgetDefinitions.h"
+#include "model/WidgetSearch.h"
 #include "text/L.h"
 
 #include <QUrl>
@@ -131,16 +132,14 @@ std::optional<QString> WidgetRegistry::copyLabel(const WidgetInstance& instance)
 }
 
 QList<WidgetDefinition> WidgetRegistry::search(const QString& query) {
-    const QString needle = query.trimmed().toLower();
-    if (needle.isEmpty()) {
+    const QStringList wanted = WidgetSearch::words(query);
+    if (wanted.isEmpty()) {
         return all();
     }
     QList<WidgetDefinition> found;
-    for (const WidgetDefinition& definition : all()) {
-        const WidgetMetadata& metadata = definition.metadata;
-        if (metadata.displayName.toLower().contains(needle) || metadata.kind.contains(needle) ||
-            title(widgetCategoryOf(metadata.kind)).toLower().contains(needle)) {
-            found.append(definition);
+    for (const BuiltInWidget& widget : BuiltInWidget::table()) {
+        if (WidgetSearch::matches(wanted, widget.searchWords)) {
+            found.append(WidgetDefinition{widget.metadata});
         }
     }
     return found;

@@ -45,8 +45,9 @@ public:
     static QSet<QString> contentKeys(const QString& kind);
     // A short text telling two instances of one kind apart; nullopt when there is none.
     static std::optional<QString> copyLabel(const WidgetInstance& instance);
-    // Case-insensitive match on the display name, the kind or the category title; a blank
-    // query gives all().
+    // The kinds whose kind, name, category or keywords (in the app's language or English) have a
+    // word beginning with each word of the query, case and accents ignored, in catalogue order; a
+    // blank query gives all().
     static QList<WidgetDefinition> search(const QString& query);
     // One group per category in case order, empty categories left out.
     static QList<CategoryGroup> grouped();

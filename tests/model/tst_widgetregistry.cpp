@@ -1,8 +1,10 @@
 #include "model/CustomWidgetDefinitions.h"
 #include "model/WidgetRegistry.h"
 
+#include <QCoreApplication>
 #include <QRegularExpression>
 #include <QTest>
+#include <QTranslator>
 
 using tw::WidgetCategory;
 using tw::WidgetDefinition;
@@ -42,7 +44,21 @@ public:
 // the look-ups around them.
 class TestWidgetRegistry : public QObject {
     Q_OBJECT
+    // A language table with keywords of its own for one kind.
+    class Keywords final : public QTranslator {
+    public:
+        QString translate(const char*, const char* key, const char*, int) const override {
+            return qstrcmp(key, "widget.sensors.keywords") == 0
+                       ? QStringLiteral("L\u00fcfter, W\u00e4rme")
+                       : QString();
+        }
+        bool isEmpty() const override { return false; }
+    } m_keywords;
+
 private Q_SLOTS:
+    // Before the catalogue is first built, as the language is chosen before launch.
+    void initTestCase() { QCoreApplication::installTranslator(&m_keywords); }
+
     void everyKindIsWellFormed() {
         static const QRegularExpression lowerCaseLetters(QStringLiteral("^[a-z]+$"));
         QSet<QString> seen;
@@ -161,15 +177,23 @@ private Q_SLOTS:
         QTest::addColumn<QString>("query");
         QTest::addColumn<QString>("kinds"); // "*": the whole catalogue
         const auto row = [](const char* name, const char* query, const char* kinds) {
-            QTest::newRow(name) << QString::fromLatin1(query) << QString::fromLatin1(kinds);
+            QTest::newRow(name) << QString::fromUtf8(query) << QString::fromLatin1(kinds);
         };
+        row("keyword", "cpu", "system");
+        row("keyword and name", "temperature", "weather,sensors");
         row("name", "music", "nowplaying");
-        row("kind, any case", "  CLOCK\n", "clock,simpleclock,flipclock,wordclock,worldclock");
+        row("word prefix, any case", "  FOREC\n", "weather");
+        row("name words", "clock", "clock,simpleclock,flipclock,wordclock,worldclock");
+        row("every word must begin a word", "world clock", "worldclock");
+        row("the middle of a word is no match", "lock", "toolbox");
         row("category title finds all of it", "ambient",
             "worldmap,moon,companion,ambientsound,starfield,mirror");
-        row("name and category", "time",
-            "simpleclock,appusage,flipclock,wordclock,worldclock,timer,stopwatch,pomodoro,"
+        row("category, names and keywords", "time",
+            "clock,simpleclock,appusage,flipclock,wordclock,worldclock,timer,stopwatch,pomodoro,"
             "countdown,yearprogress,dayprogress");
+        row("keyword in the app's language", "L\u00dcFTER", "sensors");
+        row("accents ignored", "warme", "sensors");
+        row("English beside the app's language", "fan", "sensors");
         row("nothing", "zzz", "");
         row("blanks", " \t ", "*");
         row("empty", "", "*");
