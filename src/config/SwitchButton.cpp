@@ -25,7 +25,7 @@ void SwitchButton::paintEvent(QPaintEvent*) {
     off.setAlphaF(0.18);
     QColor fill = isChecked() ? p.color(QPalette::Highlight) : off;
     if (!isEnabled()) {
-        fill.setAlphaF(fill.alphaF() * 0.5);
+        fill.setAlphaF(fill.alphaF() * 0.5F);
     }
     painter.setPen(Qt::NoPen);
     painter.setBrush(fill);

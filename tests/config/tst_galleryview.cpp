@@ -60,7 +60,7 @@ private Q_SLOTS:
             << "worldmap,moon,companion,ambientsound,starfield,mirror";
         QTest::newRow("a category and names across categories")
             << "time"
-            << "appusage,simpleclock,flipclock,wordclock,worldclock,timer,stopwatch,pomodoro,"
+            << "clock,appusage,simpleclock,flipclock,wordclock,worldclock,timer,stopwatch,pomodoro,"
                "countdown,yearprogress,dayprogress";
         QTest::newRow("upper case") << "WEATHER"
                                     << "weather";
