@@ -1,8 +1,7 @@
-#include "FakeLockScreenSurface.h"
 #include "ManualScheduler.h"
 #include "lockscreen/LockScreenController.h"
 #include "lockscreen/LockScreenLayout.h"
-#include "platform/linux/LinuxLockScreenSurface.h"
+#include "platform/LockScreenSurface.h"
 #include "platform/null/MemoryDefaults.h"
 
 #include <QTest>
@@ -19,27 +18,29 @@ WidgetInstance placed(const QString& kind) {
     return widget;
 }
 
-// A controller over the fake, started with one clock placed on the lock screen.
-struct Rig {
-    test::ManualClock clock;
-    test::ManualScheduler scheduler{&clock};
-    MemoryDefaults defaults;
-    AppSettings settings{defaults};
-    test::FakeLockScreenSurface surface;
-    QList<WidgetInstance> widgets{placed(QStringLiteral("clock"))};
-    LockScreenController controller{surface, clock, scheduler};
-
-    Rig() {
-        controller.start(settings, [this] { return widgets; });
+// A surface whose session and window server the test sets, counting what was asked of it.
+class FakeSurface final : public LockScreenSurface {
+public:
+    bool available = true, locked = true, elevates = true, up = false, suspended = false;
+    int opened = 0, closed = 0;
+    double fps = -1;
+    std::optional<QString> unavailableReason() const override {
+        return available ? std::nullopt : std::optional(QStringLiteral("not here"));
     }
-    void tick(int readings) {
-        scheduler.advance(LockScreenController::watchdogInterval * readings);
+    bool isScreenLocked() const override { return locked; }
+    int open(double rate) override {
+        ++opened;
+        fps = rate;
+        up = true;
+        return 2;
     }
-    // Locks and brings the surface up.
-    void lock() {
-        surface.locked = true;
-        Q_EMIT surface.screenLocked();
+    bool elevate() override { return up && elevates; }
+    void setSuspended(bool on) override { suspended = on; }
+    void close() override {
+        ++closed;
+        up = suspended = false;
     }
+    QStringList probe() override { return {}; }
 };
 
 } // namespace
@@ -48,173 +49,119 @@ class TestLockScreenController : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void locking_data() {
-        QTest::addColumn<bool>("enabled");
-        QTest::addColumn<bool>("available");
-        QTest::addColumn<bool>("sessionLocked");
-        QTest::addColumn<bool>("elevates");
-        QTest::addColumn<QString>("kind");
+    // A script of steps over a controller started with one clock placed on the lock screen:
+    // set-up words first ("gone" starts it again without a way above the lock screen), then "lock"
+    // (the session locks), "notice" (a lock notice the session denies), "open" (the session
+    // unlocks, nothing said), L/U (a watchdog reading of locked or unlocked), the notices
+    // "unlocked", "sleep", "switch", "late" (the uptime ceiling is one reading away) and "stop".
+    // Then the log lines that must appear, and the state: shown, suspended or hidden, the unlocked
+    // streak, and surfaces opened/closed.
+    void script_data() {
+        QTest::addColumn<QString>("script");
         QTest::addColumn<QString>("log");
-        QTest::addColumn<bool>("shows");
-        QTest::newRow("up") << true << true << true << true << "clock"
-                            << "lock surface shown: 1 widgets on 2 display(s), at 8.000000 fps"
-                            << true;
-        QTest::newRow("switched off") << false << true << true << true << "clock"
-                                      << "lock surface skipped: switched off in settings" << false;
-        QTest::newRow("no way above the lock screen")
-            << true << false << true << true << "clock"
-            << "lock surface skipped: no elevator installed" << false;
-        QTest::newRow("notice without a locked session")
-            << true << true << false << true << "clock"
-            << "lock surface skipped: session does not report the screen as locked" << false;
-        QTest::newRow("only personal widgets")
-            << true << true << true << true << "clipboard"
-            << "lock surface skipped: no widget has a lock-screen position (1 placed, 0 allowed to "
-               "show)"
-            << false;
-        QTest::newRow("raise refused")
-            << true << true << true << false << "clock"
-            << "lock surface not shown: could not raise the windows" << false;
-    }
-    void locking() {
-        QFETCH(bool, enabled);
-        QFETCH(bool, available);
-        QFETCH(bool, sessionLocked);
-        QFETCH(bool, elevates);
-        QFETCH(QString, kind);
-        QFETCH(QString, log);
-        QFETCH(bool, shows);
-        Rig rig;
-        rig.settings.setLockScreenEnabled(enabled);
-        rig.surface.available = available;
-        rig.surface.elevates = elevates;
-        rig.widgets = {placed(kind)};
-        QTest::ignoreMessage(QtInfoMsg, qPrintable(log));
-        rig.surface.locked = sessionLocked;
-        Q_EMIT rig.surface.screenLocked();
-        QCOMPARE(rig.controller.isShowing(), shows);
+        QTest::addColumn<QString>("state");
+        const auto row = [](const char* script, const char* log, const char* state) {
+            QTest::newRow(script) << QString::fromLatin1(script) << QString::fromLatin1(log)
+                                  << QString::fromLatin1(state);
+        };
+        row("lock", "lock surface shown: 1 widgets on 2 display(s), at 8.000000 fps",
+            "shown 0 1/0");
+        row("off lock", "lock surface skipped: switched off in settings", "hidden 0 0/0");
+        row("gone lock",
+            "lock screen surface unavailable on this system: not here|lock surface skipped: no "
+            "elevator installed",
+            "hidden 0 0/0");
+        row("notice", "lock surface skipped: session does not report the screen as locked",
+            "hidden 0 0/0");
+        row("clipboard lock",
+            "lock surface skipped: no widget has a lock-screen position (1 placed, 0 allowed to "
+            "show)",
+            "hidden 0 0/0");
         // Whatever was opened and not raised is gone again.
-        QCOMPARE(rig.surface.up, shows);
-        QCOMPARE(rig.scheduler.pendingCount(), shows ? 1 : 0);
+        row("stuck lock", "lock surface not shown: could not raise the windows", "hidden 0 1/1");
+        row("lock L L L L", "session reports locked", "shown 0 1/0");
+        row("lock U", "session reports unlocked", "suspended 1 1/0");
+        row("lock U L", "session reports locked", "shown 0 1/0");
+        row("lock U U U U U", "session reports unlocked", "suspended 5 1/0");
+        row("lock U U U U U U", "lock surface removed (unlocked for 6 readings)", "hidden 0 1/1");
+        row("lock U U U U L U U U U U", "session reports unlocked", "suspended 5 1/0");
+        row("lock unlocked", "ignored unlocked: the screen is still locked", "shown 0 1/0");
+        row("lock sleep", "ignored sleep: the screen is still locked", "shown 0 1/0");
+        row("lock open switch", "deferred session switch: 1 of 6 readings", "suspended 1 1/0");
+        row("lock open unlocked unlocked unlocked unlocked unlocked",
+            "deferred unlocked: 5 of 6 readings", "suspended 5 1/0");
+        row("lock open unlocked unlocked unlocked unlocked unlocked unlocked",
+            "lock surface removed (unlocked)", "hidden 0 1/1");
+        // The reading at exactly twelve hours keeps it; the one after removes it.
+        row("lock late L", "session reports locked", "shown 0 1/0");
+        row("lock late L L", "lock surface removed (uptime ceiling)", "hidden 0 1/1");
+        row("fps30 lock lock", "lock surface removed (re-presenting)", "shown 0 2/1");
+        row("lock stop lock", "lock surface removed (stopped)", "hidden 0 1/1");
     }
-
-    // The watchdog's readings, one letter a tick: L locked, U unlocked.
-    void watchdog_data() {
-        QTest::addColumn<QString>("readings");
-        QTest::addColumn<bool>("showing");
-        QTest::addColumn<bool>("suspended");
-        QTest::addColumn<int>("streak");
-        QTest::newRow("stays locked") << "LLLL" << true << false << 0;
-        QTest::newRow("first unlocked reading hides") << "U" << true << true << 1;
-        QTest::newRow("a stray reading costs a flicker") << "UL" << true << false << 0;
-        QTest::newRow("five unlocked keep it") << "UUUUU" << true << true << 5;
-        QTest::newRow("six unlocked remove it") << "UUUUUU" << false << false << 0;
-        QTest::newRow("the streak starts over") << "UUUULUUUUU" << true << true << 5;
-    }
-    void watchdog() {
-        QFETCH(QString, readings);
-        QFETCH(bool, showing);
-        QFETCH(bool, suspended);
-        QFETCH(int, streak);
-        Rig rig;
-        rig.lock();
-        for (const QChar reading : readings) {
-            rig.surface.locked = reading == u'L';
-            rig.tick(1);
-        }
-        QCOMPARE(rig.controller.isShowing(), showing);
-        QCOMPARE(rig.surface.up, showing);
-        QCOMPARE(rig.surface.suspended, suspended);
-        QCOMPARE(rig.controller.unlockedStreak(), streak);
-        QCOMPARE(rig.scheduler.pendingCount(), showing ? 1 : 0);
-    }
-
-    // `times` notices of one kind while the surface is up; the last one's log line.
-    void notices_data() {
-        QTest::addColumn<int>("notice");
-        QTest::addColumn<int>("times");
-        QTest::addColumn<bool>("sessionLocked");
-        QTest::addColumn<QString>("log");
-        QTest::addColumn<bool>("showing");
-        QTest::addColumn<bool>("suspended");
-        QTest::newRow("unlocked, yet the session says locked")
-            << 0 << 1 << true << "ignored unlocked: the screen is still locked" << true << false;
-        QTest::newRow("sleep while locked")
-            << 1 << 1 << true << "ignored sleep: the screen is still locked" << true << false;
-        QTest::newRow("session switch, unlocked")
-            << 2 << 1 << false << "deferred session switch: 1 of 6 readings" << true << true;
-        QTest::newRow("five unlocked keep it")
-            << 0 << 5 << false << "deferred unlocked: 5 of 6 readings" << true << true;
-        QTest::newRow("six unlocked remove it")
-            << 0 << 6 << false << "lock surface removed (unlocked)" << false << false;
-    }
-    void notices() {
-        QFETCH(int, notice);
-        QFETCH(int, times);
-        QFETCH(bool, sessionLocked);
+    void script() {
+        QFETCH(QString, script);
         QFETCH(QString, log);
-        QFETCH(bool, showing);
-        QFETCH(bool, suspended);
-        Rig rig;
-        rig.lock();
-        rig.surface.locked = sessionLocked;
-        QTest::ignoreMessage(QtInfoMsg, qPrintable(log));
-        const std::array signals{&LockScreenSurface::screenUnlocked, &LockScreenSurface::willSleep,
-                                 &LockScreenSurface::sessionResigned};
-        for (int i = 0; i < times; ++i) {
-            Q_EMIT(rig.surface.*signals.at(notice))();
-        }
-        QCOMPARE(rig.controller.isShowing(), showing);
-        QCOMPARE(rig.surface.suspended, suspended);
-    }
-
-    void uptimeCeiling() {
-        Rig rig;
-        rig.lock();
-        // The next reading comes at exactly twelve hours, the one after just past them.
-        rig.clock.setUptime(rig.clock.uptime() + LockScreenController::uptimeCeiling -
-                            LockScreenController::watchdogInterval);
-        rig.tick(1);
-        QVERIFY(rig.controller.isShowing());
-        QTest::ignoreMessage(QtInfoMsg, "lock surface removed (uptime ceiling)");
-        rig.tick(1);
-        QVERIFY(!rig.controller.isShowing());
-        QCOMPARE(rig.surface.closed, 1);
-    }
-
-    void lockingAgainReplacesTheSurface() {
-        Rig rig;
-        rig.settings.setLockScreenFPS(30);
-        rig.lock();
-        QTest::ignoreMessage(QtInfoMsg, "lock surface removed (re-presenting)");
-        rig.lock();
-        QVERIFY(rig.controller.isShowing());
-        QCOMPARE(rig.surface.opened, 2);
-        QCOMPARE(rig.surface.closed, 1);
-        QCOMPARE(rig.surface.fps, 30.0);
-        QCOMPARE(rig.scheduler.pendingCount(), 1);
-
-        rig.controller.stop();
-        QVERIFY(!rig.surface.up);
-        Q_EMIT rig.surface.screenLocked();
-        QVERIFY(!rig.controller.isShowing());
-    }
-
-    void linuxSaysWhyAtStart() {
         test::ManualClock clock;
         test::ManualScheduler scheduler{&clock};
         MemoryDefaults defaults;
         AppSettings settings{defaults};
-        LinuxLockScreenSurface surface;
+        FakeSurface surface;
+        QList<WidgetInstance> widgets{placed(QStringLiteral("clock"))};
         LockScreenController controller{surface, clock, scheduler};
-        QTest::ignoreMessage(QtInfoMsg, "lock screen surface unavailable on this system: this "
-                                        "desktop does not allow drawing above its lock screen: "
-                                        "the screen locker owns the screen while it is locked");
-        controller.start(settings,
-                         [] { return QList<WidgetInstance>{placed(QStringLiteral("clock"))}; });
-        QTest::ignoreMessage(QtInfoMsg, "lock surface skipped: no elevator installed");
-        controller.screenLocked();
-        QVERIFY(!controller.isShowing());
+        const auto start = [&] { controller.start(settings, [&widgets] { return widgets; }); };
+        start();
+        for (const QString& line : log.split(QLatin1Char('|'))) {
+            QTest::ignoreMessage(QtInfoMsg, qPrintable(line));
+        }
+        const auto tick = [&] { scheduler.advance(LockScreenController::watchdogInterval); };
+        const auto notice = [&] { Q_EMIT surface.screenLocked(); };
+        const QHash<QString, bool> session{{QStringLiteral("lock"), true},
+                                           {QStringLiteral("L"), true},
+                                           {QStringLiteral("notice"), false},
+                                           {QStringLiteral("open"), false},
+                                           {QStringLiteral("U"), false}};
+        const QHash<QString, std::function<void()>> steps{
+            {QStringLiteral("off"), [&] { settings.setLockScreenEnabled(false); }},
+            {QStringLiteral("gone"),
+             [&] {
+                 surface.available = false;
+                 start();
+             }},
+            {QStringLiteral("stuck"), [&] { surface.elevates = false; }},
+            {QStringLiteral("clipboard"), [&] { widgets = {placed(QStringLiteral("clipboard"))}; }},
+            {QStringLiteral("fps30"), [&] { settings.setLockScreenFPS(30); }},
+            {QStringLiteral("lock"), notice},
+            {QStringLiteral("notice"), notice},
+            {QStringLiteral("open"), [] {}},
+            {QStringLiteral("L"), tick},
+            {QStringLiteral("U"), tick},
+            {QStringLiteral("unlocked"), [&] { Q_EMIT surface.screenUnlocked(); }},
+            {QStringLiteral("sleep"), [&] { Q_EMIT surface.willSleep(); }},
+            {QStringLiteral("switch"), [&] { Q_EMIT surface.sessionResigned(); }},
+            {QStringLiteral("late"),
+             [&] {
+                 clock.setUptime(clock.uptime() + LockScreenController::uptimeCeiling -
+                                 LockScreenController::watchdogInterval);
+             }},
+            {QStringLiteral("stop"), [&] { controller.stop(); }},
+        };
+        for (const QString& step : script.split(QLatin1Char(' '))) {
+            QVERIFY2(steps.contains(step), qPrintable(step));
+            surface.locked = session.value(step, surface.locked);
+            steps[step]();
+        }
+        const bool showing = controller.isShowing();
+        QCOMPARE(surface.up, showing);
+        QCOMPARE(scheduler.pendingCount(), showing ? 1 : 0);
+        QCOMPARE(surface.fps, surface.opened ? settings.lockScreenFPS() : -1.0);
+        QTEST(QStringLiteral("%1 %2 %3/%4")
+                  .arg(QLatin1String(!showing            ? "hidden"
+                                     : surface.suspended ? "suspended"
+                                                         : "shown"))
+                  .arg(controller.unlockedStreak())
+                  .arg(surface.opened)
+                  .arg(surface.closed),
+              "state");
     }
 };
 
