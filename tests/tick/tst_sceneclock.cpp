@@ -1,3 +1,4 @@
+#include "tick/AnimationPace.h"
 #include "tick/SceneClock.h"
 
 #include <QTest>
@@ -6,9 +7,31 @@ using namespace tw;
 using Seconds = SceneClock::Seconds;
 using Paused = SceneClock::Paused;
 
+Q_DECLARE_METATYPE(tw::AnimationPace)
+
+// How fast a scene may run, and the time it runs on.
 class TestSceneClock : public QObject {
     Q_OBJECT
 private Q_SLOTS:
+    void pace_data() {
+        QTest::addColumn<AnimationPace>("pace");
+        QTest::addColumn<double>("requested");
+        QTest::addColumn<double>("expected");
+        QTest::newRow("efficient caps at 8") << AnimationPace::efficient() << 30.0 << 8.0;
+        QTest::newRow("efficient keeps less") << AnimationPace::efficient() << 5.0 << 5.0;
+        QTest::newRow("capped lower") << AnimationPace::capped(12) << 30.0 << 12.0;
+        QTest::newRow("capped above request") << AnimationPace::capped(60) << 30.0 << 30.0;
+        QTest::newRow("capped negative") << AnimationPace::capped(-1) << 30.0 << 0.0;
+        QTest::newRow("paused") << AnimationPace::paused() << 30.0 << 0.0;
+        QTest::newRow("smooth") << AnimationPace::smooth() << 120.0 << 120.0;
+        QTest::newRow("default is smooth") << AnimationPace() << 60.0 << 60.0;
+    }
+    void pace() {
+        QFETCH(AnimationPace, pace);
+        QFETCH(double, requested);
+        QTEST(pace.fps(requested), "expected");
+    }
+
     // Calls at wall times in seconds: "p" before one marks it paused, "@" after it gives a pin.
     // The scene times they answer, in order.
     void sceneTime_data() {

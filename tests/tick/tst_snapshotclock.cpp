@@ -21,10 +21,7 @@ private Q_SLOTS:
         row("leading zeros", "07:05", "2026-03-15 07:05:00");
         row("midnight", "0:0", "2026-03-15 00:00:00");
         row("earlier than now is still tomorrow", "9:00", "2026-03-15 09:00:00");
-        row("hour only", "7", "");
-        row("with seconds", "7:30:15", "");
-        row("unparsable piece dropped", "x:7:30", "2026-03-15 07:30:00");
-        row("unparsable middle dropped", "7:am:30", "2026-03-15 07:30:00");
+        row("unparsable pieces dropped", "x:7:am:30", "2026-03-15 07:30:00");
         row("empty pieces", "7::30", "2026-03-15 07:30:00");
         row("blank makes a piece unparsable", " 7:30", "");
         row("hour out of range", "25:00", "");
@@ -48,19 +45,15 @@ private Q_SLOTS:
         QVERIFY(!pin || pin->timeZone() == now.timeZone());
     }
 
+    // Under a pin the uptime runs on; without one the system's time shows again.
     void pinHoldsWhileTheSystemClockRuns() {
         tw::test::ManualClock system;
         SnapshotClock clock(system);
-        QCOMPARE(clock.now(), system.now());
-        system.advance(std::chrono::minutes(5));
-        QCOMPARE(clock.now(), system.now());
-
         const QDateTime pin(QDate(2026, 3, 15), QTime(7, 30));
         clock.setPinned(pin);
         system.advance(std::chrono::minutes(5));
         QCOMPARE(clock.now(), pin);
         QCOMPARE(clock.uptime(), system.uptime());
-
         clock.setPinned(std::nullopt);
         QCOMPARE(clock.now(), system.now());
     }

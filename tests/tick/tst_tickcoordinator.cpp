@@ -1,29 +1,54 @@
-#include "TickRig.h"
+#include "ManualClock.h"
+#include "ManualScheduler.h"
+#include "tick/MinuteCoordinator.h"
+#include "tick/SnapshotClock.h"
+#include "tick/TickCoordinator.h"
+#include "tick/TimeSource.h"
 
 #include <QSignalSpy>
 #include <QTest>
 
 using namespace std::chrono_literals;
 using namespace tw;
-using tw::test::TickRig;
 
+namespace {
+
+// A ticker wired as the application wires it, on virtual time: ticks stamped by the system clock,
+// starts and views seeded by the pinnable one.
+struct TickRig {
+    explicit TickRig(QDateTime start = QDateTime(QDate(2026, 3, 14), QTime(9, 26, 53, 250)))
+        : clock(start)
+        , scheduler(&clock) {}
+    test::ManualClock clock;
+    SnapshotClock snapshot{clock};
+    test::ManualScheduler scheduler;
+    TickCoordinator ticker{scheduler, clock, snapshot};
+    MinuteCoordinator minutes{ticker};
+};
+
+} // namespace
+
+// The one tick timer and the views' time sources it wakes.
 class TestTickCoordinator : public QObject {
     Q_OBJECT
 private Q_SLOTS:
+    // Steps 300 ms apart: D/d the desktop shows/goes, P/p the preview; whether the ticker runs
+    // after each.
     void runsWhileDesktopOrPreviewShows_data() {
-        QTest::addColumn<QList<int>>("steps"); // 1/-1: desktop on/off, 2/-2: preview on/off
-        QTest::addColumn<QList<bool>>("running");
-        QTest::newRow("desktop") << QList<int>{1, -1} << QList<bool>{true, false};
-        QTest::newRow("preview") << QList<int>{2, -2} << QList<bool>{true, false};
-        QTest::newRow("desktop joins preview")
-            << QList<int>{2, 1, -2, -1} << QList<bool>{true, true, true, false};
-        QTest::newRow("preview joins desktop")
-            << QList<int>{1, 2, -1, -2} << QList<bool>{true, true, true, false};
-        QTest::newRow("repeated true") << QList<int>{1, 1, -1} << QList<bool>{true, true, false};
+        QTest::addColumn<QString>("steps");
+        QTest::addColumn<QString>("running");
+        const auto row = [](const char* name, const char* steps, const char* running) {
+            QTest::newRow(name) << QString::fromLatin1(steps) << QString::fromLatin1(running);
+        };
+        row("desktop", "Dd", "10");
+        row("preview", "Pp", "10");
+        row("desktop joins preview", "PDpd", "1110");
+        row("preview joins desktop", "DPdp", "1110");
+        row("repeated start", "DDd", "110");
     }
     void runsWhileDesktopOrPreviewShows() {
-        QFETCH(QList<int>, steps);
-        QFETCH(QList<bool>, running);
+        QFETCH(QString, steps);
+        QFETCH(QString, running);
         TickRig rig;
         QSignalSpy activeChanged(&rig.ticker, &TickCoordinator::activeChanged);
         // No timer until something shows.
@@ -33,21 +58,22 @@ private Q_SLOTS:
         int starts = 0;
         bool wasRunning = false;
         for (qsizetype i = 0; i < steps.size(); ++i) {
-            const int step = steps[i];
+            const QChar step = steps.at(i);
+            const bool on = running.at(i) == u'1';
             const auto due = rig.scheduler.pending();
-            if (std::abs(step) == 1) {
-                rig.ticker.setActive(step > 0);
+            if (step.toLower() == u'd') {
+                rig.ticker.setActive(step.isUpper());
             } else {
-                rig.ticker.setPreviewActive(step > 0);
+                rig.ticker.setPreviewActive(step.isUpper());
             }
-            QCOMPARE(rig.ticker.isActive(), running[i]);
-            QCOMPARE(rig.scheduler.pendingCount(), running[i] ? 1 : 0);
-            if (running[i] && wasRunning) {
+            QCOMPARE(rig.ticker.isActive(), on);
+            QCOMPARE(rig.scheduler.pendingCount(), on ? 1 : 0);
+            if (on && wasRunning) {
                 // Still the same timer, at the same phase.
                 QCOMPARE(rig.scheduler.pending().front().due, due.front().due);
             }
-            starts += running[i] && !wasRunning ? 1 : 0;
-            wasRunning = running[i];
+            starts += on && !wasRunning ? 1 : 0;
+            wasRunning = on;
             rig.scheduler.advance(300ms);
         }
         QCOMPARE(activeChanged.size(), starts * 2);
@@ -112,12 +138,71 @@ private Q_SLOTS:
         QCOMPARE(days.first().first().toDateTime(), midnight);
     }
 
-    void aGoneCoordinatorLeavesNoTimer() {
+    // 120 ticks from 09:26:53.25 to 09:28:53.25: two minutes turn over on the way, and a minutes
+    // view shows the tick that turned the last one.
+    void grainDecidesHowOftenAViewWakes() {
         TickRig rig;
+        TimeSource seconds(TimeGrain::Seconds, rig.ticker, rig.minutes);
+        TimeSource minutes(TimeGrain::Minutes, rig.ticker, rig.minutes);
+        QSignalSpy secondsChanged(&seconds, &TimeSource::timeChanged);
+        QSignalSpy minutesChanged(&minutes, &TimeSource::timeChanged);
+        rig.ticker.setActive(true);
+        rig.scheduler.advance(120s);
+        QCOMPARE(secondsChanged.size(), 120);
+        QCOMPARE(seconds.time().time(), QTime(9, 28, 53, 250));
+        QCOMPARE(minutesChanged.size(), 2);
+        QCOMPARE(minutes.time().time(), QTime(9, 28, 0, 250));
+        QCOMPARE(minutesChanged.last().first().toDateTime(), minutes.time());
+    }
+
+    // The desktop's order: a tile made or shown again while the ticker is stopped, then the
+    // ticker started. After a long stop the minute coordinator still holds the last tick's minute;
+    // the view starts from the current time instead, and moves on with the next minute.
+    void aViewAppearingAfterALongStopShowsTheCurrentTime() {
+        TickRig rig;
+        rig.ticker.setActive(true);
+        rig.scheduler.advance(10s);
+        rig.ticker.setActive(false);
+        const QDateTime stale = rig.minutes.now();
+        rig.scheduler.advance(3h);
+        TimeSource made(TimeGrain::Minutes, rig.ticker, rig.minutes);
+        QCOMPARE(rig.minutes.now(), stale);
+        QCOMPARE(made.time(), rig.clock.now());
+
+        rig.ticker.setActive(true);
+        rig.scheduler.advance(10s);
+        rig.ticker.setActive(false);
+        rig.scheduler.advance(2h);
+        QSignalSpy changed(&made, &TimeSource::timeChanged);
+        made.reseed();
+        rig.ticker.setActive(true);
+        QCOMPARE(changed.size(), 1);
+        QCOMPARE(made.time(), rig.clock.now());
+        rig.scheduler.advance(60s);
+        QCOMPARE(changed.size(), 2);
+        QCOMPARE(made.time(), rig.minutes.now());
+    }
+
+    // A launch pins the time before the ticker is made; views start with it, ticks run on. A
+    // ticker that goes leaves no timer.
+    void aPinnedTimeIsWhatViewsStartWith() {
+        TickRig rig;
+        const QDateTime pin(QDate(2026, 3, 15), QTime(7, 30));
+        rig.snapshot.setPinned(pin);
         {
             TickCoordinator ticker(rig.scheduler, rig.clock, rig.snapshot);
+            MinuteCoordinator minutes(ticker);
+            TimeSource seconds(TimeGrain::Seconds, ticker, minutes);
+            TimeSource minute(TimeGrain::Minutes, ticker, minutes);
             ticker.setActive(true);
-            QCOMPARE(rig.scheduler.pendingCount(), 1);
+            QCOMPARE(ticker.currentTime(), pin);
+            QCOMPARE(seconds.time(), pin);
+            QCOMPARE(minute.time(), pin);
+            QSignalSpy now(&ticker, &TickCoordinator::nowChanged);
+            rig.scheduler.advance(1s);
+            QCOMPARE(seconds.time(), rig.clock.now());
+            QCOMPARE(now.size(), 1);
+            QCOMPARE(now.first().first().toDateTime(), rig.clock.now());
         }
         QCOMPARE(rig.scheduler.pendingCount(), 0);
         rig.scheduler.advance(5s);
