@@ -1,3 +1,4 @@
+#include "InstanceText.h"
 #include "model/GridLayout.h"
 
 #include <QJsonArray>
@@ -80,44 +81,25 @@ private Q_SLOTS:
         QCOMPARE(GridLayout::defaultLayout().pageCount, 1);
         QCOMPARE(GridLayout::defaultLayout().savedAt, std::nullopt);
 
-        const GridLayout first = GridLayout::firstDesktop();
-        QCOMPARE(describe(first), QStringLiteral("clock large 0 0,0 -; calendar large 1 2,0 -; "
-                                                 "weather wide 2 0,2 -"));
-        const GridLayout starter = GridLayout::starter();
-        QCOMPARE(describe(starter),
-                 QStringLiteral("clock large 0 0,0 style=analog; weather wide 1 2,0 -; "
-                                "calendar small 2 4,0 -; battery small 3 5,0 style=ring"));
-        for (const GridLayout& layout : {first, starter}) {
-            QCOMPARE(layout.pageCount, 1);
+        const auto describe = [](const GridLayout& layout) -> QString {
+            QStringList lines;
             for (const WidgetInstance& instance : layout.instances) {
-                QCOMPARE(instance.page, 0);
-                QVERIFY(!instance.posX && !instance.posY && !instance.stackID);
+                lines << tw::test::describe(instance);
             }
-        }
+            return lines.join(QStringLiteral("; ")) +
+                   QStringLiteral(" pages=%1").arg(layout.pageCount);
+        };
+        const GridLayout first = GridLayout::firstDesktop();
+        QCOMPARE(describe(first),
+                 QStringLiteral("clock large 0 0 0,0 -,- - - -; calendar large 1 0 2,0 -,- - - -; "
+                                "weather wide 2 0 0,2 -,- - - - pages=1"));
+        QCOMPARE(describe(GridLayout::starter()),
+                 QStringLiteral(
+                     "clock large 0 0 0,0 -,- - - style=analog; weather wide 1 0 2,0 -,- - - -; "
+                     "calendar small 2 0 4,0 -,- - - -; battery small 3 0 5,0 -,- - - style=ring "
+                     "pages=1"));
         // Every call gives new identities, so two desktops never share an instance.
         QVERIFY(GridLayout::firstDesktop().instances.at(0).id != first.instances.at(0).id);
-    }
-
-private:
-    static QString describe(const GridLayout& layout) {
-        QStringList parts;
-        for (const WidgetInstance& instance : layout.instances) {
-            QString settings = QStringLiteral("-");
-            if (instance.settings) {
-                QStringList pairs;
-                for (auto it = instance.settings->cbegin(); it != instance.settings->cend(); ++it) {
-                    pairs.append(it.key() + QLatin1Char('=') + it.value());
-                }
-                settings = pairs.join(QLatin1Char(','));
-            }
-            parts.append(QStringLiteral("%1 %2 %3 %4,%5 %6")
-                             .arg(instance.kind, tw::rawValue(instance.size))
-                             .arg(instance.order)
-                             .arg(instance.col)
-                             .arg(instance.row)
-                             .arg(settings));
-        }
-        return parts.join(QStringLiteral("; "));
     }
 };
 

@@ -78,14 +78,10 @@ private Q_SLOTS:
         row("bare host", "example.com", "https://example.com");
         row("trimmed", "  https://x.org/a \n", "https://x.org/a");
         row("host with port", "host:8080/path", "https://host:8080/path");
-        row("localhost with port", "localhost:3000", "https://localhost:3000");
         row("other scheme kept", "ftp://files.example.org", "ftp://files.example.org");
-        row("mail link", "mailto:someone@example.com", "mailto:someone@example.com");
         row("mail link with blank", "mailto:a b@x.de", "mailto:a%20b@x.de");
-        row("telephone", "tel:+4930123", "tel:+4930123");
         row("blank in path", "example.com/a b", "https://example.com/a%20b");
         row("umlauts", "münchen.de/straße", "https://xn--mnchen-3ya.de/stra%C3%9Fe");
-        row("umlauts and a blank", "münchen.de/a b", "https://xn--mnchen-3ya.de/a%20b");
         row("lone percent", "example.com/100%", "https://example.com/100%25");
         row("braces", "example.com/{x}", "https://example.com/%7Bx%7D");
         row("invalid host even encoded", "exa mple.com", "");
@@ -110,10 +106,16 @@ private Q_SLOTS:
         row("a blank is no identifier", "org.example.Editor x", "by-name org.example.Editor x");
         row("missing absolute path", "/nonexistent/tool", "by-name /nonexistent/tool");
         row("unknown name", "Nothing", "by-name Nothing");
+        row("an existing file is opened", "<file>", "open <file>");
     }
     void openAppTriesInOrder() {
         QFETCH(QString, target);
         QFETCH(QString, request);
+        QTemporaryDir dir;
+        const QString file = dir.filePath(QStringLiteral("notes.txt"));
+        QVERIFY(QFile(file).open(QIODevice::WriteOnly));
+        target.replace(QStringLiteral("<file>"), file);
+        request.replace(QStringLiteral("<file>"), QUrl::fromLocalFile(file).toString());
         tw::NullWorkspace workspace;
         workspace.addApplication(QStringLiteral("org.example.Editor"), QStringLiteral("Editor"),
                                  QStringLiteral("/apps/editor"));
@@ -123,16 +125,6 @@ private Q_SLOTS:
         workspace.addRoleApplication(tw::AppRole::terminal, QStringLiteral("/apps/terminal"));
         WidgetAction::openApp(workspace, target);
         QCOMPARE(workspace.requests(), QStringList{request});
-    }
-
-    void openAppOpensAnExistingFile() {
-        QTemporaryDir dir;
-        const QString file = dir.filePath(QStringLiteral("notes.txt"));
-        QFile(file).open(QIODevice::WriteOnly);
-        tw::NullWorkspace workspace;
-        WidgetAction::openApp(workspace, file);
-        QCOMPARE(workspace.requests(),
-                 QStringList{QStringLiteral("open ") + QUrl::fromLocalFile(file).toString()});
     }
 
     void runGoesByKind_data() {

@@ -1,3 +1,4 @@
+#include "InstanceText.h"
 #include "model/WidgetInstance.h"
 
 #include <QJsonArray>
@@ -14,31 +15,6 @@ std::optional<WidgetInstance> decode(const QByteArray& json) {
     const QJsonDocument document = QJsonDocument::fromJson(json);
     return WidgetInstance::fromJson(document.isObject() ? QJsonValue(document.object())
                                                         : QJsonValue(document.array()));
-}
-
-template <typename T>
-QString orDash(const std::optional<T>& value) {
-    return value ? QVariant::fromValue(*value).toString() : QStringLiteral("-");
-}
-
-// "kind size order page col,row posX,posY stackID stackIndex settings", or "fails".
-QString describe(const std::optional<WidgetInstance>& i) {
-    if (!i) {
-        return QStringLiteral("fails");
-    }
-    const tw::WidgetSettings settings = i->settings.value_or(tw::WidgetSettings{});
-    QStringList pairs;
-    for (auto it = settings.cbegin(); it != settings.cend(); ++it) {
-        pairs << it.key() + QLatin1Char('=') + it.value();
-    }
-    return QStringLiteral("%1 %2 %3 %4 %5,%6 %7,%8 %9 %10 %11")
-        .arg(i->kind, tw::rawValue(i->size))
-        .arg(i->order)
-        .arg(i->page)
-        .arg(i->col)
-        .arg(i->row)
-        .arg(orDash(i->posX), orDash(i->posY), orDash(i->stackID), orDash(i->stackIndex),
-             i->settings ? pairs.join(QLatin1Char(';')) : QStringLiteral("-"));
 }
 
 } // namespace
@@ -83,7 +59,7 @@ private Q_SLOTS:
     void decoding() {
         QFETCH(QByteArray, json);
         const auto instance = decode(json);
-        QTEST(describe(instance), "expected");
+        QTEST(instance ? tw::test::describe(*instance) : QStringLiteral("fails"), "expected");
         if (instance && !json.contains("\"id\"")) {
             QVERIFY(!instance->id.isNull());
             QVERIFY(instance->id != decode(json)->id);

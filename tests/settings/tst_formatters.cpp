@@ -104,16 +104,6 @@ private Q_SLOTS:
             QCOMPARE(seen[t], seen[0]);
         }
     }
-
-    // Formatters speak the application's language: the default locale set at start-up.
-    void madeInTheLaunchLocale() {
-        QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
-        const QDateTime time(QDate(2026, 3, 14), QTime(12, 0), Qt::UTC);
-        QCOMPARE(Formatters::date(QStringLiteral("d. MMMM"), "Europe/Berlin")->string(time),
-                 QStringLiteral("14. März"));
-        QCOMPARE(Formatters::number(3, Grouping::on)->string(1234.5), QStringLiteral("1.234,500"));
-        QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
-    }
 };
 
 QTEST_GUILESS_MAIN(TestFormatters)
