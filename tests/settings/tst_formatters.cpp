@@ -83,17 +83,15 @@ private Q_SLOTS:
         std::vector<std::vector<const tw::DateFormatter*>> seen(threads);
         std::vector<std::thread> workers;
         for (int t = 0; t < threads; ++t) {
-            workers.emplace_back([t, &seen] {
-                for (int round = 0; round < 200; ++round) {
-                    for (int k = 0; k < keys; ++k) {
-                        const auto formatter = Formatters::date(
-                            QStringLiteral("'k%1' HH:mm:ss").arg(k), "Europe/Berlin");
-                        if (round == 0) {
-                            seen[t].push_back(formatter.get());
-                        }
-                        QString text = formatter->string(QDateTime::currentDateTimeUtc());
-                        Q_UNUSED(text);
+            workers.emplace_back([&seen = seen[t]] {
+                for (int round = 0; round < 200 * keys; ++round) {
+                    const auto formatter = Formatters::date(
+                        QStringLiteral("'k%1' HH:mm:ss").arg(round % keys), "Europe/Berlin");
+                    if (round < keys) {
+                        seen.push_back(formatter.get());
                     }
+                    const QString text = formatter->string(QDateTime::currentDateTimeUtc());
+                    Q_UNUSED(text);
                 }
             });
         }

@@ -19,12 +19,9 @@ class TestLocalization : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void supportedLanguagesInTheirOrder() {
-        const QStringList fixed{QStringLiteral("en"),      QStringLiteral("de"),
-                                QStringLiteral("fr"),      QStringLiteral("es"),
-                                QStringLiteral("it"),      QStringLiteral("ja"),
-                                QStringLiteral("zh-Hans"), QStringLiteral("zh-Hant")};
         QStringList supported = Localization::supportedLanguages();
-        QCOMPARE(supported.mid(0, fixed.size()), fixed);
+        QCOMPARE(supported.mid(0, 8).join(QLatin1Char(' ')),
+                 QStringLiteral("en de fr es it ja zh-Hans zh-Hant"));
         QCOMPARE(supported.removeDuplicates(), 0);
         QVERIFY(Localization::availableLanguages().contains(QStringLiteral("en")));
         QVERIFY(Localization::availableLanguages().contains(QStringLiteral("de")));

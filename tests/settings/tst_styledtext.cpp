@@ -13,17 +13,12 @@ QString dump(const StyledText& text) {
     QStringList runs;
     for (const tw::StyledRun& run : text.runs) {
         QString tag;
-        if (run.style.testFlag(TextStyle::strong)) {
-            tag += QLatin1Char('B');
-        }
-        if (run.style.testFlag(TextStyle::emphasis)) {
-            tag += QLatin1Char('I');
-        }
-        if (run.style.testFlag(TextStyle::code)) {
-            tag += QLatin1Char('C');
-        }
-        if (run.style.testFlag(TextStyle::strikethrough)) {
-            tag += QLatin1Char('S');
+        for (const auto& [flag, letter] :
+             {std::pair(TextStyle::strong, 'B'), std::pair(TextStyle::emphasis, 'I'),
+              std::pair(TextStyle::code, 'C'), std::pair(TextStyle::strikethrough, 'S')}) {
+            if (run.style.testFlag(flag)) {
+                tag += QLatin1Char(letter);
+            }
         }
         if (!run.link.isEmpty()) {
             tag += QStringLiteral("L(") + run.link + QLatin1Char(')');
