@@ -1,11 +1,13 @@
+#include "GoldenFile.h"
+#include "model/SizeReport.h"
 #include "model/WidgetSize.h"
 
 #include <QTest>
 
 using tw::WidgetSize;
 
-// Each size's words and points are in the catalogue's golden copy; here how they derive from the
-// span.
+// The sizes, and the command line's two reports of them. Each size's words and points are in the
+// catalogue's golden copy (tests/look); here how they derive from the span.
 class TestWidgetSize : public QObject {
     Q_OBJECT
 private Q_SLOTS:
@@ -23,19 +25,20 @@ private Q_SLOTS:
             spans.insert(tw::spanHint(size));
         }
         QCOMPARE(spans.size(), qsizetype(tw::allWidgetSizes.size()));
+        // Words are matched exactly; retired ones are gone.
+        for (const char* raw : {"", "Large", "widetall", " small", "medium"}) {
+            QCOMPARE(tw::widgetSizeFromRawValue(QString::fromLatin1(raw)), std::nullopt);
+        }
     }
 
-    void unknownRawValues_data() {
-        QTest::addColumn<QString>("raw");
-        QTest::newRow("empty") << QString();
-        QTest::newRow("other case") << QStringLiteral("Large");
-        QTest::newRow("lower-case camel") << QStringLiteral("widetall");
-        QTest::newRow("padded") << QStringLiteral(" small");
-        QTest::newRow("retired word") << QStringLiteral("medium");
-    }
-    void unknownRawValues() {
-        QFETCH(QString, raw);
-        QCOMPARE(tw::widgetSizeFromRawValue(raw), std::nullopt);
+    // The two reports compared whole with a reviewed copy under golden/.
+    void reportsMatchTheReviewedCopy() {
+        const QString table = tw::SizeReport::table();
+        const QString list = tw::SizeReport::listSizes();
+        QVERIFY(table.endsWith(QLatin1Char('\n')) && list.endsWith(QLatin1Char('\n')));
+        QStringList lines = QString(table + list).split(QLatin1Char('\n'));
+        lines.removeLast();
+        tw::test::compareWithGolden(QStringLiteral(TW_GOLDEN_DIR "/size-reports.txt"), lines);
     }
 };
 
