@@ -142,24 +142,20 @@ private Q_SLOTS:
                  QPointF(500, 500 - 108));
     }
 
-    void size_data() {
-        QTest::addColumn<QString>("lockSize");
-        QTest::addColumn<WidgetSize>("expected");
-        QTest::newRow("none") << "" << WidgetSize::wide;
-        QTest::newRow("allowed") << "banner" << WidgetSize::banner;
-        QTest::newRow("not allowed for clocks") << "grand" << WidgetSize::wide;
-        QTest::newRow("not a size") << "Large" << WidgetSize::wide;
-    }
+    // "lockSize" when the kind allows it, else the widget's own; points at the widget's scale.
     void size() {
-        QFETCH(QString, lockSize);
-        QFETCH(WidgetSize, expected);
-        WidgetSettings settings{{QStringLiteral("tileScale"), QStringLiteral("1.5")}};
-        if (!lockSize.isEmpty()) {
-            settings.insert(Layout::sizeKey, lockSize);
+        for (const auto& [lockSize, expected] :
+             {std::pair("", WidgetSize::wide), std::pair("banner", WidgetSize::banner),
+              std::pair("grand", WidgetSize::wide), std::pair("Large", WidgetSize::wide)}) {
+            WidgetSettings settings{{QStringLiteral("tileScale"), QStringLiteral("1.5")}};
+            if (*lockSize) {
+                settings.insert(Layout::sizeKey, QLatin1String(lockSize));
+            }
+            const WidgetInstance clock =
+                widget(QStringLiteral("clock"), WidgetSize::wide, settings);
+            QCOMPARE(Layout::size(clock), expected);
+            QCOMPARE(Layout::pixelSize(clock), nominalPixelSize(expected) * 1.5);
         }
-        const WidgetInstance clock = widget(QStringLiteral("clock"), WidgetSize::wide, settings);
-        QCOMPARE(Layout::size(clock), expected);
-        QCOMPARE(Layout::pixelSize(clock), nominalPixelSize(expected) * 1.5);
     }
 
     // Widgets stacked on one spot, on the clock and beyond the screen, with and without positions:
