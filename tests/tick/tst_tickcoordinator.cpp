@@ -32,88 +32,68 @@ struct TickRig {
 class TestTickCoordinator : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    // Steps 300 ms apart: D/d the desktop shows/goes, P/p the preview; whether the ticker runs
-    // after each.
-    void runsWhileDesktopOrPreviewShows_data() {
+    // Steps: D/d the desktop shows/goes, P/p the preview, "i<ms>" a new interval, "+<ms>" time
+    // passing. After each of the first three, the timer ("off", or interval/tolerance@due in ms)
+    // and the stamp's seconds; "active"/"inactive" as the ticker says so. A running timer keeps
+    // its phase, a new interval restarts it and takes the time anew, a refused one changes nothing.
+    void timer_data() {
         QTest::addColumn<QString>("steps");
-        QTest::addColumn<QString>("running");
-        const auto row = [](const char* name, const char* steps, const char* running) {
-            QTest::newRow(name) << QString::fromLatin1(steps) << QString::fromLatin1(running);
+        QTest::addColumn<QString>("log");
+        const auto row = [](const char* name, const char* steps, const char* log) {
+            QTest::newRow(name) << QString::fromLatin1(steps) << QString::fromLatin1(log);
         };
-        row("desktop", "Dd", "10");
-        row("preview", "Pp", "10");
-        row("desktop joins preview", "PDpd", "1110");
-        row("preview joins desktop", "DPdp", "1110");
-        row("repeated start", "DDd", "110");
+        row("desktop", "D +300 d", "active, 1000/200@1000 53.250, inactive, off");
+        row("preview", "P +300 p", "active, 1000/200@1000 53.250, inactive, off");
+        row("desktop joins preview", "P +300 D +300 p +300 d",
+            "active, 1000/200@1000 53.250, 1000/200@700 53.250, 1000/200@400 53.250, inactive, "
+            "off");
+        row("preview joins desktop", "D +300 P +300 d +300 p",
+            "active, 1000/200@1000 53.250, 1000/200@700 53.250, 1000/200@400 53.250, inactive, "
+            "off");
+        row("repeated start", "D +300 D +300 d",
+            "active, 1000/200@1000 53.250, 1000/200@700 53.250, inactive, off");
+        row("interval stored for the start", "i2000 D", "off, active, 2000/400@2000 53.250");
+        row("interval restarts", "D +400 i2000",
+            "active, 1000/200@1000 53.250, 2000/400@2000 53.650");
+        row("same interval keeps the phase", "D +400 i1000",
+            "active, 1000/200@1000 53.250, 1000/200@600 53.250");
+        row("zero refused", "D +400 i0", "active, 1000/200@1000 53.250, 1000/200@600 53.250");
+        row("negative refused", "D +400 i-5", "active, 1000/200@1000 53.250, 1000/200@600 53.250");
     }
-    void runsWhileDesktopOrPreviewShows() {
+    void timer() {
         QFETCH(QString, steps);
-        QFETCH(QString, running);
         TickRig rig;
-        QSignalSpy activeChanged(&rig.ticker, &TickCoordinator::activeChanged);
+        QStringList log;
+        connect(&rig.ticker, &TickCoordinator::activeChanged, this,
+                [&log](bool active) { log << QLatin1String(active ? "active" : "inactive"); });
         // No timer until something shows.
         rig.scheduler.advance(1h);
         QCOMPARE(rig.scheduler.pendingCount(), 0);
-        QVERIFY(!rig.ticker.isActive());
-        int starts = 0;
-        bool wasRunning = false;
-        for (qsizetype i = 0; i < steps.size(); ++i) {
-            const QChar step = steps.at(i);
-            const bool on = running.at(i) == u'1';
-            const auto due = rig.scheduler.pending();
-            if (step.toLower() == u'd') {
-                rig.ticker.setActive(step.isUpper());
+        for (const QString& step : steps.split(QLatin1Char(' '))) {
+            const QChar what = step.front();
+            if (what == u'+') {
+                rig.scheduler.advance(std::chrono::milliseconds(step.mid(1).toInt()));
+                continue;
+            }
+            if (what == u'i') {
+                rig.ticker.setInterval(std::chrono::milliseconds(step.mid(1).toInt()));
+            } else if (what.toLower() == u'd') {
+                rig.ticker.setActive(what.isUpper());
             } else {
-                rig.ticker.setPreviewActive(step.isUpper());
+                rig.ticker.setPreviewActive(what.isUpper());
             }
-            QCOMPARE(rig.ticker.isActive(), on);
-            QCOMPARE(rig.scheduler.pendingCount(), on ? 1 : 0);
-            if (on && wasRunning) {
-                // Still the same timer, at the same phase.
-                QCOMPARE(rig.scheduler.pending().front().due, due.front().due);
-            }
-            starts += on && !wasRunning ? 1 : 0;
-            wasRunning = on;
-            rig.scheduler.advance(300ms);
+            const auto pending = rig.scheduler.pending();
+            QCOMPARE(rig.ticker.isActive(), !pending.empty());
+            QVERIFY(pending.size() <= 1 && (pending.empty() || pending.front().repeating));
+            log << (pending.empty()
+                        ? QStringLiteral("off")
+                        : QStringLiteral("%1/%2@%3 %4")
+                              .arg(pending.front().interval.count())
+                              .arg(pending.front().tolerance.count())
+                              .arg((pending.front().due - rig.scheduler.elapsed()).count())
+                              .arg(rig.ticker.now().toString(QStringLiteral("ss.zzz"))));
         }
-        QCOMPARE(activeChanged.size(), starts * 2);
-    }
-
-    // A new interval restarts a running timer at a new phase and takes the time anew; the same
-    // interval, or one refused, changes nothing; while stopped it waits for the next start.
-    void setInterval_data() {
-        QTest::addColumn<bool>("running");
-        QTest::addColumn<int>("requestedMs");
-        QTest::addColumn<int>("intervalMs");
-        QTest::addColumn<bool>("restarted");
-        QTest::newRow("stopped: stored for the start") << false << 2000 << 2000 << false;
-        QTest::newRow("running: restarts") << true << 2000 << 2000 << true;
-        QTest::newRow("running, same value: keeps the phase") << true << 1000 << 1000 << false;
-        QTest::newRow("zero refused") << true << 0 << 1000 << false;
-        QTest::newRow("negative refused") << true << -5 << 1000 << false;
-    }
-    void setInterval() {
-        QFETCH(bool, running);
-        QFETCH(int, requestedMs);
-        QFETCH(int, intervalMs);
-        QFETCH(bool, restarted);
-        TickRig rig;
-        rig.ticker.setActive(running);
-        rig.scheduler.advance(400ms);
-        const auto before = rig.scheduler.pending();
-        const QDateTime stamp = rig.ticker.now();
-        rig.ticker.setInterval(std::chrono::milliseconds(requestedMs));
-        QCOMPARE(rig.ticker.interval(), std::chrono::milliseconds(intervalMs));
-        QCOMPARE(rig.scheduler.pendingCount(), running ? 1 : 0);
-        rig.ticker.setActive(true);
-        const auto pending = rig.scheduler.pending().front();
-        QVERIFY(pending.repeating);
-        QCOMPARE(pending.interval.count(), intervalMs);
-        QCOMPARE(pending.tolerance.count(), intervalMs / 5);
-        const bool freshStart = restarted || !running;
-        QCOMPARE(pending.due,
-                 freshStart ? rig.scheduler.elapsed() + pending.interval : before.front().due);
-        QCOMPARE(rig.ticker.now(), freshStart ? rig.clock.now() : stamp);
+        QTEST(log.join(QStringLiteral(", ")), "log");
     }
 
     // Ticks feed the cadence; a start seeds it, so a restart within the minute announces nothing.
