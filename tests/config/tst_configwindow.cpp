@@ -1,7 +1,6 @@
 #include "ManualScheduler.h"
 #include "config/ConfigWindow.h"
 
-#include <QApplication>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
@@ -41,8 +40,7 @@ private Q_SLOTS:
         scheduler.advance(std::chrono::milliseconds(499));
         QVERIFY(views);
         scheduler.advance(std::chrono::milliseconds(1));
-        QVERIFY(!views);
-        QVERIFY(!window.content());
+        QVERIFY(!views && !window.content());
         window.present();
         QVERIFY(window.content());
         QCOMPARE(built, 2);
