@@ -1,26 +1,54 @@
-// Displays, widgets and layouts for the display tests, in internal points (y up).
+// Displays, widgets and layouts for the display tests, written as short text, in internal points
+// (y up).
 #pragma once
 
 #include "displays/LayoutDisplay.h"
 #include "model/GridLayout.h"
+#include "platform/Displays.h"
 
+#include <QRegularExpression>
 #include <QUuid>
-
-#include <optional>
 
 namespace tw::test {
 
-enum class Role { secondary, main };
-
-inline LayoutDisplay screenAt(const QString& id, double x, double y, double width, double height,
-                              Role role = Role::secondary, const QString& name = {}) {
-    const LayoutDisplayRect frame{x, y, width, height};
-    return LayoutDisplay{id, name.isEmpty() ? id : name, frame, frame, role == Role::main};
+// "id@x,y,WxH" as in the signature, then "*" for the main display, "^H" for a visible frame
+// only H high, "=Name" for a name other than the id; displays separated by ";".
+inline QList<LayoutDisplay> displaysOf(const QString& text) {
+    static const QRegularExpression form(QStringLiteral(
+        R"(^\s*([^@]+)@(\S+),(\S+),(\S+)x([^*^=\s]+)(\*?)(?:\^([^=\s]+))?(?:=(.+))?$)"));
+    QList<LayoutDisplay> displays;
+    for (const QString& one : text.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
+        const auto m = form.match(one);
+        if (!m.hasMatch()) {
+            qFatal("not a display: %s", qPrintable(one));
+        }
+        const auto number = [&](int n) { return m.captured(n).toDouble(); };
+        const LayoutDisplayRect frame{number(2), number(3), number(4), number(5)};
+        LayoutDisplay display{m.captured(1), m.captured(1), frame, frame, !m.captured(6).isEmpty()};
+        if (m.hasCaptured(7)) {
+            display.visibleFrame.height = number(7);
+        }
+        if (m.hasCaptured(8)) {
+            display.name = m.captured(8);
+        }
+        displays << display;
+    }
+    return displays;
 }
 
-inline LayoutDisplay withVisibleFrame(LayoutDisplay display, LayoutDisplayRect visibleFrame) {
-    display.visibleFrame = visibleFrame;
-    return display;
+inline ScreenInfo screenInfo(const LayoutDisplay& d) {
+    const auto rect = [](const LayoutDisplayRect& r) {
+        return QRectF(r.x, r.y, r.width, r.height);
+    };
+    return ScreenInfo{d.id, d.name, rect(d.frame), rect(d.visibleFrame), d.isMain};
+}
+
+inline QList<ScreenInfo> screensOf(const QString& text) {
+    QList<ScreenInfo> screens;
+    for (const LayoutDisplay& display : displaysOf(text)) {
+        screens << screenInfo(display);
+    }
+    return screens;
 }
 
 // A stable id from a small number, so that dumps and failures read the same on every run.
@@ -28,21 +56,30 @@ inline QUuid widgetId(int n) {
     return QUuid(static_cast<uint>(n), 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
 }
 
-inline WidgetInstance widgetAt(int n, WidgetSize size, std::optional<double> x,
-                               std::optional<double> topY, const QString& kind = {}) {
-    WidgetInstance widget;
-    widget.id = widgetId(n);
-    widget.kind = kind.isEmpty() ? QStringLiteral("clock") : kind;
-    widget.size = size;
-    widget.order = n;
-    widget.posX = x;
-    widget.posY = topY;
-    return widget;
-}
-
-inline GridLayout layoutOf(QList<WidgetInstance> instances) {
+// "n size x,top" ("-" for no position), then "xS" for a tile scale, "kind" for another kind than
+// a clock; widgets separated by ";".
+inline GridLayout layoutOf(const QString& text) {
     GridLayout layout;
-    layout.instances = std::move(instances);
+    for (const QString& one : text.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
+        const QStringList words = one.simplified().split(QLatin1Char(' '));
+        WidgetInstance widget;
+        widget.id = widgetId(words.at(0).toInt());
+        widget.order = words.at(0).toInt();
+        widget.size = *widgetSizeFromRawValue(words.at(1));
+        widget.kind = QStringLiteral("clock");
+        if (words.at(2) != QLatin1String("-")) {
+            widget.posX = words.at(2).section(QLatin1Char(','), 0, 0).toDouble();
+            widget.posY = words.at(2).section(QLatin1Char(','), 1, 1).toDouble();
+        }
+        for (const QString& word : words.mid(3)) {
+            if (word.startsWith(QLatin1Char('x'))) {
+                widget.settings = WidgetSettings{{QStringLiteral("tileScale"), word.mid(1)}};
+            } else {
+                widget.kind = word;
+            }
+        }
+        layout.instances << widget;
+    }
     return layout;
 }
 
@@ -53,6 +90,16 @@ inline const WidgetInstance& widgetIn(const GridLayout& layout, int n) {
         }
     }
     qFatal("no widget %d in the layout", n);
+}
+
+// "x,top" of each widget in order, ";"-separated, in the layout's own form.
+inline QString positionsIn(const GridLayout& layout) {
+    QStringList points;
+    for (const WidgetInstance& w : layout.instances) {
+        points << (w.posX ? QStringLiteral("%1,%2").arg(*w.posX).arg(*w.posY)
+                          : QStringLiteral("-"));
+    }
+    return points.join(QLatin1String("; "));
 }
 
 } // namespace tw::test
