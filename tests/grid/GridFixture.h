@@ -1,4 +1,5 @@
-// What a GridStore needs, on virtual time and in a temporary directory, for the grid tests.
+// What a GridStore needs, on virtual time and in a temporary directory, and layouts written as
+// short text, for the grid tests.
 #pragma once
 
 #include "ManualClock.h"
@@ -53,8 +54,8 @@ struct GridFixture {
     QString gridPath() const { return dir.filePath(QStringLiteral("grid.json")); }
     // The application's store on "grid.json" of the temporary directory.
     std::unique_ptr<GridStore> appStore() { return std::make_unique<GridStore>(services()); }
-    std::unique_ptr<GridStore> fileStore(const QString& path) {
-        return std::make_unique<GridStore>(services(), path);
+    std::unique_ptr<GridStore> fileStore(const QString& name) {
+        return std::make_unique<GridStore>(services(), dir.filePath(name));
     }
 
     void writeGrid(const QByteArray& bytes) const {
@@ -67,6 +68,11 @@ struct GridFixture {
     QByteArray readGrid() const {
         QFile file(gridPath());
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    // What is on disk is what is in memory.
+    bool savedAsLive(const GridStore& store) const {
+        return GridLayout::fromJsonText(readGrid()).value_or(GridLayout()).instances ==
+               store.layout().instances;
     }
     QStringList files() const { return QDir(dir.path()).entryList(QDir::Files); }
 
@@ -82,14 +88,6 @@ struct GridFixture {
     FixedDisplays displays;
 };
 
-inline QStringList strings(std::initializer_list<const char*> items) {
-    QStringList list;
-    for (const char* item : items) {
-        list << QString::fromUtf8(item);
-    }
-    return list;
-}
-
 inline WidgetSettings settingsOf(std::initializer_list<std::pair<const char*, const char*>> items) {
     WidgetSettings settings;
     for (const auto& [key, value] : items) {
@@ -98,33 +96,80 @@ inline WidgetSettings settingsOf(std::initializer_list<std::pair<const char*, co
     return settings;
 }
 
-inline GridLayout layoutOf(const QList<WidgetInstance>& instances) {
+// The stack named by a letter in the text form.
+inline QUuid stackNamed(QChar letter) {
+    return QUuid(0xA0000000u + letter.unicode(), 0, 0x4000, 0x80, 0, 0, 0, 0, 0, 0, 0);
+}
+
+// A tile per ";"-separated part: "kind size col,row", then "p<page>", "stack <letter>#<index>",
+// "index <n>", "at x,y", "lock <size>" or "#<order>". The form `dump` writes, read back.
+inline GridLayout layoutOf(const QString& text) {
     GridLayout layout;
-    layout.instances = instances;
+    for (const QString& part : text.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
+        const QStringList w = part.simplified().split(QLatin1Char(' '));
+        WidgetInstance i;
+        i.kind = w.at(0);
+        i.size = widgetSizeFromRawValue(w.at(1)).value();
+        i.col = w.at(2).section(QLatin1Char(','), 0, 0).toInt();
+        i.row = w.at(2).section(QLatin1Char(','), 1, 1).toInt();
+        for (qsizetype k = 3; k < w.size(); ++k) {
+            const QString& word = w.at(k);
+            if (word.startsWith(QLatin1Char('p'))) {
+                i.page = word.mid(1).toInt();
+            } else if (word.startsWith(QLatin1Char('#'))) {
+                i.order = word.mid(1).toInt();
+            } else if (word == QLatin1String("stack")) {
+                i.stackID = stackNamed(w.at(++k).at(0));
+                i.stackIndex = w.at(k).mid(2).toInt();
+            } else if (word == QLatin1String("index")) {
+                i.stackIndex = w.at(++k).toInt();
+            } else if (word == QLatin1String("at")) {
+                i.posX = w.at(++k).section(QLatin1Char(','), 0, 0).toDouble();
+                i.posY = w.at(k).section(QLatin1Char(','), 1, 1).toDouble();
+            } else if (word == QLatin1String("lock")) {
+                i.settings = WidgetSettings{{QStringLiteral("lockSize"), w.at(++k)}};
+            }
+        }
+        layout.instances << i;
+    }
     return layout;
 }
 
-inline WidgetInstance makeInstance(const QString& kind, WidgetSize size, int col = -1, int row = -1,
-                                   int order = 0) {
-    WidgetInstance instance;
-    instance.kind = kind;
-    instance.size = size;
-    instance.col = col;
-    instance.row = row;
-    instance.order = order;
-    return instance;
+// The text form of a layout's tiles in array order, "; "-separated: kind, size, cell, then what
+// is set of page, stack (ids named A, B, ... in order of appearance), position and lock size.
+inline QString dump(const QList<WidgetInstance>& instances) {
+    QList<QUuid> stacks;
+    QStringList lines;
+    for (const WidgetInstance& i : instances) {
+        QString line =
+            QStringLiteral("%1 %2 %3,%4").arg(i.kind, rawValue(i.size)).arg(i.col).arg(i.row);
+        if (i.page != 0) {
+            line += QStringLiteral(" p%1").arg(i.page);
+        }
+        if (i.stackID && !stacks.contains(*i.stackID)) {
+            stacks.append(*i.stackID);
+        }
+        if (i.stackID) {
+            line += QStringLiteral(" stack %1#%2")
+                        .arg(QChar(char16_t(u'A' + stacks.indexOf(*i.stackID))))
+                        .arg(i.stackIndex ? QString::number(*i.stackIndex) : QStringLiteral("-"));
+        } else if (i.stackIndex) {
+            line += QStringLiteral(" index %1").arg(*i.stackIndex);
+        }
+        if (i.posX || i.posY) {
+            line += QStringLiteral(" at %1,%2")
+                        .arg(i.posX ? QString::number(*i.posX) : QStringLiteral("-"),
+                             i.posY ? QString::number(*i.posY) : QStringLiteral("-"));
+        }
+        if (const auto lock = i.setting(QStringLiteral("lockSize"))) {
+            line += QStringLiteral(" lock ") + *lock;
+        }
+        lines << line;
+    }
+    return lines.join(QLatin1String("; "));
 }
-
-inline WidgetInstance stacked(WidgetInstance instance, const QUuid& stackID, int index) {
-    instance.stackID = stackID;
-    instance.stackIndex = index;
-    return instance;
-}
-
-inline WidgetInstance at(WidgetInstance instance, double x, double y) {
-    instance.posX = x;
-    instance.posY = y;
-    return instance;
+inline QString dump(const GridLayout& layout) {
+    return dump(layout.instances);
 }
 
 } // namespace tw::test

@@ -1,0 +1,299 @@
+// The pure placement rules: where a new tile lands, the edges a dragged tile clicks to, sliding a
+// tile off its neighbours, and what a drop does; then whole sessions against reviewed records
+// under golden/ (TW_UPDATE_GOLDEN=1 rewrites them).
+#include "GoldenFile.h"
+#include "grid/DesktopSnap.h"
+#include "grid/DropDecision.h"
+#include "grid/FreeSpot.h"
+#include "grid/OverlapResolver.h"
+
+#include <QTest>
+
+using Range = tw::DesktopSnap::Range;
+using Rects = QList<QRectF>;
+using Bounds = std::optional<QRectF>;
+using Spot = std::optional<QPointF>;
+using tw::DropDecision;
+using Tiles = QList<DropDecision::Tile>;
+Q_DECLARE_METATYPE(QList<Range>)
+Q_DECLARE_METATYPE(std::optional<Range>)
+Q_DECLARE_METATYPE(Bounds)
+Q_DECLARE_METATYPE(Spot)
+Q_DECLARE_METATYPE(Tiles)
+Q_DECLARE_METATYPE(DropDecision::Outcome)
+
+namespace {
+const QUuid a = QUuid::fromString(QStringLiteral("{00000000-0000-0000-0000-00000000000a}"));
+const QUuid b = QUuid::fromString(QStringLiteral("{00000000-0000-0000-0000-00000000000b}"));
+QString point(double x, double y) {
+    return QStringLiteral("%1,%2").arg(x).arg(y);
+}
+} // namespace
+
+class TestPlacement : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void freeSpot_data() {
+        QTest::addColumn<QSizeF>("tile");
+        QTest::addColumn<QRectF>("frame");
+        QTest::addColumn<Rects>("occupied");
+        QTest::addColumn<Spot>("expected");
+        const QSizeF small(96, 96);
+        const QRectF frame(0, 0, 1440, 875);
+        QTest::newRow("empty desktop: 48 in from the top-left")
+            << small << frame << Rects{} << Spot(QPointF(48, 827));
+        QTest::newRow("frame not at the origin")
+            << small << QRectF(1440, -200, 1920, 1055) << Rects{} << Spot(QPointF(1488, 807));
+        QTest::newRow("second tile: the spacing right of the first")
+            << small << frame << Rects{{48, 731, 96, 96}} << Spot(QPointF(156, 827));
+        QTest::newRow("tiles elsewhere don't count")
+            << small << frame << Rects{{-2000, 731, 96, 96}} << Spot(QPointF(48, 827));
+        QTest::newRow("a narrow frame goes to the next row, the spacing below")
+            << small << QRectF(0, 0, 200, 400) << Rects{{48, 256, 96, 96}}
+            << Spot(QPointF(48, 244));
+        QTest::newRow("1300 on 1350 is refused")
+            << QSizeF(1300, 96) << QRectF(0, 0, 1350, 900) << Rects{} << Spot();
+        QTest::newRow("1254 on 1350 just fits")
+            << QSizeF(1254, 96) << QRectF(0, 0, 1350, 900) << Rects{} << Spot(QPointF(48, 852));
+        QTest::newRow("too tall") << QSizeF(96, 805) << QRectF(0, 0, 1000, 900) << Rects{}
+                                  << Spot();
+        QTest::newRow("empty tile") << QSizeF(0, 96) << frame << Rects{} << Spot();
+        QTest::newRow("full screen") << small << frame << Rects{frame} << Spot();
+        // Past the blocker (26 + 80 + 12) the tile's right edge 214 passes the margin by 0.4.
+        QTest::newRow("right edge may pass by 0.5")
+            << small << QRectF(0, 0, 261.6, 400) << Rects{{26, 250, 80, 124}}
+            << Spot(QPointF(118, 352));
+        QTest::newRow("but not by 0.6") << small << QRectF(0, 0, 261.4, 400)
+                                        << Rects{{26, 250, 80, 124}} << Spot(QPointF(48, 238));
+        QTest::newRow("below a wide blocker")
+            << small << frame << Rects{{0, 700, 1440, 175}} << Spot(QPointF(48, 688));
+    }
+    void freeSpot() {
+        QFETCH(QSizeF, tile);
+        QFETCH(QRectF, frame);
+        QFETCH(Rects, occupied);
+        QFETCH(Spot, expected);
+        QCOMPARE(tw::FreeSpot::find(tile, frame, occupied), expected);
+    }
+    void snap_data() {
+        QTest::addColumn<double>("position");
+        QTest::addColumn<double>("tile");
+        QTest::addColumn<QList<Range>>("neighbours");
+        QTest::addColumn<std::optional<Range>>("bounds");
+        QTest::addColumn<double>("expected");
+        const QList<Range> one{{100, 196}};
+        const std::optional<Range> none;
+        QTest::newRow("nothing to snap to") << 57.0 << 96.0 << QList<Range>{} << none << 57.0;
+        QTest::newRow("left edges flush at exactly 14") << 114.0 << 96.0 << one << none << 100.0;
+        QTest::newRow("14.01 away stays") << 114.01 << 96.0 << one << none << 114.01;
+        QTest::newRow("from the other side") << 86.0 << 96.0 << one << none << 100.0;
+        QTest::newRow("right edges flush") << 135.0 << 50.0 << one << none << 146.0;
+        QTest::newRow("just past with the gap") << 205.0 << 96.0 << one << none << 208.0;
+        QTest::newRow("just before with the gap") << -5.0 << 96.0 << one << none << -8.0;
+        QTest::newRow("centres aligned") << 45.0 << 100.0 << QList<Range>{{0, 200}} << none << 50.0;
+        QTest::newRow("screen edge with the gap")
+            << 20.0 << 96.0 << QList<Range>{} << std::optional<Range>(Range{0, 1000}) << 12.0;
+        QTest::newRow("screen's far edge")
+            << 880.0 << 96.0 << QList<Range>{} << std::optional<Range>(Range{0, 1000}) << 892.0;
+        QTest::newRow("screen centre")
+            << 445.0 << 100.0 << QList<Range>{} << std::optional<Range>(Range{0, 1000}) << 450.0;
+        QTest::newRow("nearest over two neighbours")
+            << 300.0 << 96.0 << QList<Range>{{100, 196}, {290, 400}} << none << 297.0;
+        QTest::newRow("equal pull: the first stays")
+            << 50.0 << 10.0 << QList<Range>{{40, 500}, {60, 600}} << none << 40.0;
+        QTest::newRow("equal pull, order swapped")
+            << 50.0 << 10.0 << QList<Range>{{60, 600}, {40, 500}} << none << 60.0;
+    }
+    void snap() {
+        QFETCH(double, position);
+        QFETCH(double, tile);
+        QFETCH(QList<Range>, neighbours);
+        QFETCH(std::optional<Range>, bounds);
+        QFETCH(double, expected);
+        QCOMPARE(tw::DesktopSnap::axis(position, tile, neighbours, bounds), expected);
+    }
+    void slideOff_data() {
+        QTest::addColumn<QRectF>("rect");
+        QTest::addColumn<Rects>("avoiding");
+        QTest::addColumn<Bounds>("bounds");
+        QTest::addColumn<QRectF>("expected");
+        const Bounds screen = QRectF(-1000, -1000, 3000, 3000);
+        const QRectF r(100, 100, 100, 100);
+        QTest::newRow("free stays") << r << Rects{{300, 100, 100, 100}} << screen << r;
+        QTest::newRow("touching is not overlap") << r << Rects{{200, 100, 100, 100}} << screen << r;
+        QTest::newRow("0.5 deep is not overlap")
+            << r << Rects{{199.5, 100, 100, 100}} << screen << r;
+        QTest::newRow("0.5 deep one way only") << r << Rects{{150, 199.5, 100, 100}} << screen << r;
+        QTest::newRow("0.6 deep slides left")
+            << r << Rects{{199.4, 100, 100, 100}} << screen << QRectF(83.4, 100, 100, 100);
+        QTest::newRow("nearest push is right")
+            << r << Rects{{30, 100, 100, 100}} << screen << QRectF(146, 100, 100, 100);
+        QTest::newRow("nearest push is up")
+            << r << Rects{{100, 30, 100, 100}} << screen << QRectF(100, 146, 100, 100);
+        QTest::newRow("a shallow overlap still ends the gap away")
+            << r << Rects{{20, 100, 100, 100}} << screen << QRectF(136, 100, 100, 100);
+        // Exactly on top of another: all four pushes are 116 away; the order decides.
+        QTest::newRow("tie: left first") << r << Rects{r} << screen << QRectF(-16, 100, 100, 100);
+        QTest::newRow("tie: right when left is off screen")
+            << r << Rects{r} << Bounds(QRectF(0, -1000, 3000, 3000)) << QRectF(216, 100, 100, 100);
+        QTest::newRow("tie: down when left and right are off screen")
+            << r << Rects{r} << Bounds(QRectF(0, -1000, 300, 3000)) << QRectF(100, -16, 100, 100);
+        QTest::newRow("tie: up when only up is left")
+            << r << Rects{r} << Bounds(QRectF(0, 0, 300, 3000)) << QRectF(100, 216, 100, 100);
+        QTest::newRow("edges may pass by 0.5")
+            << r << Rects{r} << Bounds(QRectF(-15.5, 0, 200, 300)) << QRectF(-16, 100, 100, 100);
+        // Left is off screen, right and the nearer places up are blocked by the second tile.
+        QTest::newRow("past the second tile too")
+            << QRectF(0, 0, 100, 100) << Rects{{60, 60, 100, 100}, {110, -200, 200, 220}}
+            << Bounds(QRectF(0, 0, 1000, 1000)) << QRectF(0, 176, 100, 100);
+        // No push past one tile is free of the other: the answer rests on both.
+        QTest::newRow("a corner between two")
+            << QRectF(70, 70, 100, 100) << Rects{{0, 0, 250, 130}, {130, 0, 120, 250}}
+            << Bounds(QRectF(0, 0, 250, 250)) << QRectF(14, 146, 100, 100);
+        QTest::newRow("nowhere to go: stays put")
+            << r << Rects{{0, 0, 300, 300}} << Bounds(QRectF(0, 0, 300, 300)) << r;
+        QTest::newRow("no bounds: push anywhere")
+            << r << Rects{{150, 100, 100, 100}} << Bounds() << QRectF(34, 100, 100, 100);
+    }
+    void slideOff() {
+        QFETCH(QRectF, rect);
+        QFETCH(Rects, avoiding);
+        QFETCH(Bounds, bounds);
+        QFETCH(QRectF, expected);
+        const QRectF result = tw::OverlapResolver::resolve(rect, avoiding, bounds, 16);
+        QCOMPARE(result, expected);
+        // Moved, it keeps the gap from every tile.
+        if (result != rect) {
+            for (const QRectF& other : avoiding) {
+                QVERIFY(!tw::OverlapResolver::overlaps(result, other.adjusted(-16, -16, 16, 16)));
+            }
+        }
+    }
+    void drop_data() {
+        using enum DropDecision::Outcome;
+        using tw::WidgetSize;
+        QTest::addColumn<QRectF>("rect");
+        QTest::addColumn<Tiles>("others");
+        QTest::addColumn<Bounds>("bounds");
+        QTest::addColumn<DropDecision::Outcome>("outcome");
+        QTest::addColumn<QUuid>("onto");
+        QTest::addColumn<QRectF>("where");
+        const Bounds screen = QRectF(0, 0, 1440, 900);
+        const QRectF r(100, 100, 96, 96);
+        QTest::newRow("empty rectangle") << QRectF(100, 100, 0, 96) << Tiles{} << screen << ignore
+                                         << QUuid() << QRectF(100, 100, 0, 96);
+        QTest::newRow("alone") << r << Tiles{} << screen << stay << QUuid() << r;
+        // 40 × 100 of 100 × 100: every figure is exact in binary, so the share is the
+        // threshold itself.
+        const QRectF square(100, 100, 100, 100);
+        QTest::newRow("exactly 40% of the same size stacks")
+            << square << Tiles{{a, WidgetSize::small, {160, 100, 100, 100}}} << screen << stack << a
+            << square;
+        QTest::newRow("39% of the same size slides")
+            << r << Tiles{{a, WidgetSize::small, {158.56, 100, 96, 96}}} << screen << slide
+            << QUuid() << QRectF(50.56, 100, 96, 96);
+        QTest::newRow("half onto another size slides")
+            << r << Tiles{{a, WidgetSize::large, {148, 0, 204, 204}}} << screen << slide << QUuid()
+            << QRectF(40, 100, 96, 96);
+        QTest::newRow("the larger share wins") << r
+                                               << Tiles{{a, WidgetSize::small, {140, 100, 96, 96}},
+                                                        {b, WidgetSize::small, {110, 100, 96, 96}}}
+                                               << screen << stack << b << r;
+        QTest::newRow("equal shares: the first stays")
+            << r
+            << Tiles{{a, WidgetSize::small, {130, 100, 96, 96}},
+                     {b, WidgetSize::small, {70, 100, 96, 96}}}
+            << screen << stack << a << r;
+        QTest::newRow("nowhere to slide: stays")
+            << r << Tiles{{a, WidgetSize::large, {0, 0, 300, 300}}}
+            << Bounds(QRectF(0, 0, 300, 300)) << stay << QUuid() << r;
+    }
+    void drop() {
+        QFETCH(QRectF, rect);
+        QFETCH(Tiles, others);
+        QFETCH(Bounds, bounds);
+        QFETCH(DropDecision::Outcome, outcome);
+        QFETCH(QUuid, onto);
+        QFETCH(QRectF, where);
+        const DropDecision d = DropDecision::decide(tw::WidgetSize::small, rect, others, bounds);
+        QCOMPARE(d.outcome, outcome);
+        QCOMPARE(d.stackOnto, onto);
+        QCOMPARE(d.rect, where);
+    }
+    // A laptop screen filled with a repeating mix of sizes, one new tile after another.
+    void fillingAScreen() {
+        const QRectF frame(0, 0, 1440, 875);
+        const QList<tw::WidgetSize> mix{tw::WidgetSize::large, tw::WidgetSize::small,
+                                        tw::WidgetSize::wide, tw::WidgetSize::tall,
+                                        tw::WidgetSize::banner};
+        QList<QRectF> placed;
+        QStringList lines;
+        for (int n = 0; n < 40; ++n) {
+            const tw::WidgetSize size = mix.at(n % mix.size());
+            const QSizeF pixels = tw::nominalPixelSize(size);
+            const auto spot = tw::FreeSpot::find(pixels, frame, placed);
+            if (!spot) {
+                lines << QStringLiteral("%1 %2 -> full").arg(n).arg(tw::rawValue(size));
+                continue;
+            }
+            placed << QRectF(spot->x(), spot->y() - pixels.height(), pixels.width(),
+                             pixels.height());
+            lines << QStringLiteral("%1 %2 -> %3")
+                         .arg(n)
+                         .arg(tw::rawValue(size), point(spot->x(), spot->y()));
+        }
+        tw::test::compareWithGolden(QStringLiteral(TW_GOLDEN_DIR "/filling_a_screen.txt"), lines);
+    }
+
+    // Tiles dropped one after another around a cluster: each stacks, slides or stays, and the
+    // next one meets the desktop the previous drops left.
+    void dropsOnACluster() {
+        const QRectF frame(0, 0, 1440, 875);
+        QList<tw::DropDecision::Tile> tiles;
+        for (int i = 0; i < 6; ++i) {
+            const tw::WidgetSize size = i % 2 == 0 ? tw::WidgetSize::small : tw::WidgetSize::wide;
+            const QSizeF pixels = tw::nominalPixelSize(size);
+            tiles.append({QUuid::createUuidV5(QUuid(), QString::number(i)), size,
+                          QRectF(400 + (i % 3) * 230, 400 + (i / 3) * 110, pixels.width(),
+                                 pixels.height())});
+        }
+        const QList<QPointF> drops{{410, 410}, {450, 420},  {600, 440}, {640, 470}, {20, 20},
+                                   {-30, 400}, {1400, 800}, {865, 505}, {520, 455}, {700, 300}};
+        QStringList lines;
+        for (qsizetype n = 0; n < drops.size(); ++n) {
+            const tw::WidgetSize size = n % 2 == 0 ? tw::WidgetSize::small : tw::WidgetSize::wide;
+            const QSizeF pixels = tw::nominalPixelSize(size);
+            const QRectF rect(drops.at(n), pixels);
+            const auto d = tw::DropDecision::decide(size, rect, tiles, frame);
+            QString line = QStringLiteral("%1 %2 at %3 -> ")
+                               .arg(n)
+                               .arg(tw::rawValue(size), point(rect.x(), rect.y()));
+            switch (d.outcome) {
+            case tw::DropDecision::Outcome::stack:
+                line += QStringLiteral("stack onto #%1")
+                            .arg(std::find_if(tiles.cbegin(), tiles.cend(),
+                                              [&](const auto& t) { return t.id == d.stackOnto; }) -
+                                 tiles.cbegin());
+                break;
+            case tw::DropDecision::Outcome::slide:
+                line += QStringLiteral("slide to ") + point(d.rect.x(), d.rect.y());
+                break;
+            case tw::DropDecision::Outcome::stay:
+                line += QStringLiteral("stay");
+                break;
+            case tw::DropDecision::Outcome::ignore:
+                line += QStringLiteral("ignore");
+                break;
+            }
+            lines << line;
+            if (d.outcome != tw::DropDecision::Outcome::stack) {
+                tiles.append(
+                    {QUuid::createUuidV5(QUuid(), QStringLiteral("drop%1").arg(n)), size, d.rect});
+            }
+        }
+        tw::test::compareWithGolden(QStringLiteral(TW_GOLDEN_DIR "/drops_on_a_cluster.txt"), lines);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestPlacement)
+#include "tst_placement.moc"
