@@ -121,25 +121,42 @@ class TestLayoutProfileResolver : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void topologySignature_data() {
+    // The signature is "id@x,y,wxh" per display, sorted; usable is not empty, with every frame
+    // and visible frame wider and taller than one point.
+    void signatureAndUsable_data() {
         QTest::addColumn<QString>("displays");
-        QTest::addColumn<QString>("expected");
+        QTest::addColumn<QString>("signature");
+        QTest::addColumn<bool>("usable");
         QTest::newRow("none") << ""
-                              << "";
+                              << "" << false;
         QTest::newRow("one") << "A@0,0,1440x900*"
-                             << "A@0.0,0.0,1440.0x900.0";
-        QTest::newRow("sorted by text") << "B@1440,0,2560x1440;A@0,0,1440x900*"
-                                        << "A@0.0,0.0,1440.0x900.0;B@1440.0,0.0,2560.0x1440.0";
+                             << "A@0.0,0.0,1440.0x900.0" << true;
+        QTest::newRow("sorted by text")
+            << "B@1440,0,2560x1440;A@0,0,1440x900*"
+            << "A@0.0,0.0,1440.0x900.0;B@1440.0,0.0,2560.0x1440.0" << true;
         QTest::newRow("names, main and visible frames don't count")
             << "B@1440,0,2560x1440*^1370=Another name;A@0,0,1440x900"
-            << "A@0.0,0.0,1440.0x900.0;B@1440.0,0.0,2560.0x1440.0";
+            << "A@0.0,0.0,1440.0x900.0;B@1440.0,0.0,2560.0x1440.0" << true;
         QTest::newRow("fractions and negatives") << "L@-1512.5,0.25,1512x982.5"
-                                                 << "L@-1512.5,0.25,1512.0x982.5";
+                                                 << "L@-1512.5,0.25,1512.0x982.5" << true;
+        QTest::newRow("width 1.0") << "B@0,0,1x900"
+                                   << "B@0.0,0.0,1.0x900.0" << false;
+        QTest::newRow("width 1.01") << "B@0,0,1.01x1.01"
+                                    << "B@0.0,0.0,1.01x1.01" << true;
+        QTest::newRow("visible height 0") << "A@0,0,1440x900^0"
+                                          << "A@0.0,0.0,1440.0x900.0" << false;
+        QTest::newRow("NaN visible height") << "A@0,0,1440x900^nan"
+                                            << "A@0.0,0.0,1440.0x900.0" << false;
+        QTest::newRow("one unusable of two")
+            << "A@0,0,1440x900;B@0,0,1x900"
+            << "A@0.0,0.0,1440.0x900.0;B@0.0,0.0,1.0x900.0" << false;
     }
-    void topologySignature() {
+    void signatureAndUsable() {
         QFETCH(QString, displays);
-        QFETCH(QString, expected);
-        QCOMPARE(Resolver::topologySignature(displaysOf(displays)), expected);
+        QFETCH(QString, signature);
+        QFETCH(bool, usable);
+        QCOMPARE(Resolver::topologySignature(displaysOf(displays)), signature);
+        QCOMPARE(Resolver::isUsableTopology(displaysOf(displays)), usable);
     }
 
     void roundTripDecimal_data() {
@@ -156,22 +173,6 @@ private Q_SLOTS:
         QFETCH(double, value);
         QFETCH(QString, expected);
         QCOMPARE(Resolver::roundTripDecimal(value), expected);
-    }
-
-    void isUsableTopology_data() {
-        QTest::addColumn<QString>("displays");
-        QTest::addColumn<bool>("usable");
-        QTest::newRow("empty") << "" << false;
-        QTest::newRow("good") << "A@0,0,1440x900" << true;
-        QTest::newRow("width 1.0") << "A@0,0,1440x900;B@0,0,1x900" << false;
-        QTest::newRow("width 1.01") << "B@0,0,1.01x1.01" << true;
-        QTest::newRow("visible height 0") << "A@0,0,1440x900^0" << false;
-        QTest::newRow("NaN visible height") << "A@0,0,1440x900^nan" << false;
-    }
-    void isUsableTopology() {
-        QFETCH(QString, displays);
-        QFETCH(bool, usable);
-        QCOMPARE(Resolver::isUsableTopology(displaysOf(displays)), usable);
     }
 
     // The captures and resolutions above, and the nine widgets on three displays, against the
@@ -217,77 +218,46 @@ private Q_SLOTS:
         QCOMPARE(QStringLiteral("%1,%2").arg(point.x).arg(point.topY), expected);
     }
 
+    // The placement as "id|name|main|origin x" ("" for none), on two twins and a built-in
+    // display; the first twin is left of the built-in one, the origin 1400 nearer the second.
     void targetDisplay_data() {
-        QTest::addColumn<QString>("displayID");
-        QTest::addColumn<QString>("displayName");
-        QTest::addColumn<bool>("wasOnMain");
-        QTest::addColumn<double>("originX"); // NaN: no origin recorded
+        QTest::addColumn<QString>("placement");
         QTest::addColumn<QString>("expected");
-        const double none = std::nan("");
-        const QString dell = QStringLiteral("DELL U2720Q");
-        QTest::newRow("by id") << "dell-2" << dell << false << none << "dell-2";
-        QTest::newRow("twins, nearer origin") << "gone"
-                                              << "dell u2720q" << false << 1400.0 << "dell-2";
-        QTest::newRow("twins, origins equally far: the first")
-            << "gone" << dell << false << -524.0 << "dell-1";
-        QTest::newRow("twins, no origin, main") << "gone" << dell << true << none << "dell-1";
-        QTest::newRow("twins, no origin, no main match")
-            << "gone" << dell << false << none << "dell-1";
-        QTest::newRow("one name, ignoring diacritics")
-            << "gone"
-            << "ecran integre" << false << none << "builtin";
-        QTest::newRow("unknown name, main") << "gone"
-                                            << "Projector" << true << none << "builtin";
-        QTest::newRow("unknown name, not main") << "gone"
-                                                << "Projector" << false << none << "dell-1";
-        QTest::newRow("no name") << "gone"
-                                 << "" << true << 1400.0 << "builtin";
+        QTest::newRow("by id") << "dell-2|DELL U2720Q||"
+                               << "dell-2";
+        QTest::newRow("twins, nearer origin") << "gone|dell u2720q||1400"
+                                              << "dell-2";
+        QTest::newRow("twins, origins equally far: the first") << "gone|DELL U2720Q||-524"
+                                                               << "dell-1";
+        QTest::newRow("twins, no origin, main") << "gone|DELL U2720Q|main|"
+                                                << "dell-1";
+        QTest::newRow("twins, no origin, no main match") << "gone|DELL U2720Q||"
+                                                         << "dell-1";
+        QTest::newRow("one name, ignoring diacritics") << "gone|ecran integre||"
+                                                       << "builtin";
+        QTest::newRow("unknown name, main") << "gone|Projector|main|"
+                                            << "builtin";
+        QTest::newRow("unknown name, not main") << "gone|Projector||"
+                                                << "dell-1";
+        QTest::newRow("no name") << "gone||main|1400"
+                                 << "builtin";
     }
     void targetDisplay() {
-        QFETCH(QString, displayID);
-        QFETCH(QString, displayName);
-        QFETCH(bool, wasOnMain);
-        QFETCH(double, originX);
+        QFETCH(QString, placement);
         QFETCH(QString, expected);
-        // The first twin is left of the built-in display; the origin 1400 lies nearer the second.
+        const QStringList fields = placement.split(QLatin1Char('|'));
+        LayoutWidgetPlacement p = legacy(1, fields.at(0), 0);
+        p.displayName = fields.at(1);
+        p.wasOnMainDisplay = !fields.at(2).isEmpty();
+        if (!fields.at(3).isEmpty()) {
+            p.displayOriginX = fields.at(3).toDouble();
+            p.displayOriginY = 0.0;
+        }
         const auto displays = displaysOf(QStringLiteral(
             "dell-1@-2560,0,2560x1440=DELL U2720Q;builtin@0,0,1512x982*=Écran intégré;"
             "dell-2@1512,0,2560x1440=DELL U2720Q"));
-        LayoutWidgetPlacement placement = legacy(1, displayID, 0);
-        placement.displayName = displayName;
-        placement.wasOnMainDisplay = wasOnMain;
-        if (!std::isnan(originX)) {
-            placement.displayOriginX = originX;
-            placement.displayOriginY = 0.0;
-        }
-        QCOMPARE(Resolver::targetDisplay(placement, displays).value_or(LayoutDisplay()).id,
-                 expected);
-        QVERIFY(!Resolver::targetDisplay(placement, {}));
-    }
-
-    // Parked on the laptop while its monitor is away, a widget keeps its home unless moved by
-    // more than 2 points.
-    void parkedVisitorKeepsItsHome_data() {
-        QTest::addColumn<double>("nudge");
-        QTest::addColumn<bool>("keepsHome");
-        QTest::newRow("in place") << 0.0 << true;
-        QTest::newRow("1 point") << 1.0 << true;
-        QTest::newRow("2 points") << 2.0 << true;
-        QTest::newRow("3 points") << 3.0 << false;
-    }
-    void parkedVisitorKeepsItsHome() {
-        QFETCH(double, nudge);
-        QFETCH(bool, keepsHome);
-        const QString laptop = QStringLiteral("laptop@0,0,1512x982*");
-        const GridLayout onMonitor = layoutOf(QStringLiteral("1 large 3800,1400"));
-        const auto home = placementOf(
-            capture(onMonitor, laptop + QStringLiteral(";monitor@1512,0,2560x1440")), 1);
-        QCOMPARE(home.displayID, QStringLiteral("monitor"));
-        GridLayout parked = Resolver::remap(onMonitor, {home}, displaysOf(laptop));
-        *parked.instances[0].posX -= nudge;
-        const auto placement = placementOf(capture(parked, laptop, {home}), 1);
-        QCOMPARE(placement == home, keepsHome);
-        QCOMPARE(placement.displayID, QString::fromLatin1(keepsHome ? "monitor" : "laptop"));
+        QCOMPARE(Resolver::targetDisplay(p, displays).value_or(LayoutDisplay()).id, expected);
+        QVERIFY(!Resolver::targetDisplay(p, {}));
     }
 
     void unmovedWidgetKeepsItsAnchors() {
