@@ -73,6 +73,7 @@ const QList<LaunchStep>& LaunchChain::steps() {
         {"--snapshot-widget", 1, offscreen, &runSnapshotWidgetMode},
         {"--snapshot-gallery", 1, offscreen, &runSnapshotGalleryMode},
         {"--snapshot-glass", 1, offscreen, &runSnapshotGlassMode},
+        {"--snapshot-glass-hero", 1, offscreen, &runSnapshotGlassHeroMode},
         {"--list-sizes", 0, core, &runListSizesMode},
         {"--probe-skylight", 0, core, &runProbeSkylightMode},
     };

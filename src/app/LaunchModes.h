@@ -23,6 +23,10 @@ std::optional<int> runSnapshotGalleryMode(LaunchContext& context);
 // --snapshot-glass <out.png> [--backdrop PICTURE] [--size S] [--frost F] [--dark|--light]
 // [--scale X]: one tile's liquid lens over a picture.
 std::optional<int> runSnapshotGlassMode(LaunchContext& context);
+// --snapshot-glass-hero <out.png> [--style frosted|clear|liquid] [--wallpaper ID|PICTURE]
+// [--dark|--light] [--scale X]: clocks and the day's progress in the three glass looks over a
+// wallpaper.
+std::optional<int> runSnapshotGlassHeroMode(LaunchContext& context);
 // --list-sizes: one line of kind and allowed sizes per kind.
 std::optional<int> runListSizesMode(LaunchContext& context);
 // --probe-skylight: whether widgets can be drawn above the lock screen, step by step, as labelled

@@ -85,13 +85,8 @@ std::optional<int> runSnapshotWidgetMode(LaunchContext& context) {
         instance.kind = options.kind;
         instance.size = *size;
         instance.settings = options.settings;
-        const FaceContext sized = FaceContext::forInstance(definition->metadata, instance);
-        FaceContext face = options.baseContext(*symbols, context.clock.now());
-        face.metadata = sized.metadata;
-        face.size = sized.size;
-        face.points = sized.points;
-        face.scale = sized.scale;
-        face.settings = sized.settings;
+        const FaceContext face = options.baseContext(*symbols, context.clock.now())
+                                     .sizedFor(definition->metadata, instance);
         QImageWriter writer(path, "PNG");
         if (!writer.write(renderer.picture(faces.face(face.kind()), face))) {
             problem = QStringLiteral("cannot write %1: %2.").arg(path, writer.errorString());

@@ -2,7 +2,11 @@
 
 #include "app/LaunchArguments.h"
 #include "faces/FaceContext.h"
+#include "faces/Wallpaper.h"
+#include "faces/WallpaperRenderer.h"
 #include "look/Theme.h"
+
+#include <QImageReader>
 
 #include <algorithm>
 #include <cmath>
@@ -14,6 +18,7 @@ SnapshotWidgetOptions SnapshotWidgetOptions::parse(const LaunchArguments& argume
     options.kind = arguments.value(QStringLiteral("--kind")).value_or(QString());
     options.size = arguments.value(QStringLiteral("--size")).value_or(QString());
     options.themeId = arguments.value(QStringLiteral("--theme")).value_or(QString());
+    options.wallpaper = arguments.value(QStringLiteral("--wallpaper")).value_or(QString());
     if (!options.themeId.isEmpty() && !Theme::builtIn(options.themeId)) {
         QStringList ids;
         for (const Theme& theme : Theme::builtIns()) {
@@ -65,6 +70,32 @@ FaceContext SnapshotWidgetOptions::baseContext(const SymbolProvider& symbols,
     base.pace = AnimationPace::paused();
     base.symbols = &symbols;
     return base;
+}
+
+QImage SnapshotWidgetOptions::wallpaperPicture(const QSize& pixels, QString& why) const {
+    const QString fallback =
+        shade == GlassLook::Shade::Light ? QStringLiteral("dawn") : QStringLiteral("lagoon");
+    const QString& choice = wallpaper.isEmpty() ? fallback : wallpaper;
+    if (const Wallpaper* builtIn = Wallpaper::find(choice)) {
+        return WallpaperRenderer::render(*builtIn, pixels);
+    }
+    QImageReader reader(choice);
+    reader.setAutoTransform(true);
+    const QImage picture = reader.read();
+    if (picture.isNull()) {
+        QStringList ids;
+        for (const Wallpaper& builtIn : Wallpaper::all()) {
+            ids << builtIn.id;
+        }
+        why = QStringLiteral("--wallpaper %1 is neither a built-in (%2) nor a readable "
+                             "picture: %3.")
+                  .arg(choice, ids.join(QLatin1String(", ")), reader.errorString());
+    }
+    return picture;
+}
+
+QString SnapshotWidgetOptions::darkField() const {
+    return shade == GlassLook::Shade::Dark ? QStringLiteral("true") : QStringLiteral("false");
 }
 
 } // namespace tw

@@ -1,11 +1,12 @@
-// The modifiers of the widget picture modes (--snapshot-widget, --snapshot-gallery) and the look
-// they give every tile of the picture.
+// The modifiers of the picture modes and the look they give every tile of a picture.
 #pragma once
 
 #include "faces/GlassLook.h"
 #include "model/WidgetInstance.h"
 
 #include <QDateTime>
+#include <QImage>
+#include <QSize>
 #include <QString>
 
 namespace tw {
@@ -24,6 +25,8 @@ struct SnapshotWidgetOptions {
     double devicePixelRatio = 2.0;
     // --style S and every --set key=value, in order, later ones winning.
     WidgetSettings settings;
+    // --wallpaper: a built-in's id or a picture file; empty for the built-in that suits the shade.
+    QString wallpaper;
     // What was wrong with a modifier (an unknown --theme, a --scale that is no number), for
     // stderr; empty when nothing was.
     QString problem;
@@ -33,6 +36,13 @@ struct SnapshotWidgetOptions {
     // Theme (none given: the default theme), glass, pixel ratio, time and the surface of
     // a picture; the caller sets the kind and size.
     FaceContext baseContext(const SymbolProvider& symbols, const QDateTime& now) const;
+
+    // The desktop picture of a scene at `pixels`: --wallpaper's built-in or file, else the
+    // built-in that suits the shade. Null, with the reason in `why`, when the file cannot be
+    // read.
+    QImage wallpaperPicture(const QSize& pixels, QString& why) const;
+    // The shade as the " dark=" field has it.
+    QString darkField() const;
 };
 
 } // namespace tw

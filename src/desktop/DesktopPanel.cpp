@@ -1,6 +1,7 @@
 #include "desktop/DesktopPanel.h"
 
 #include "desktop/DesktopSpace.h"
+#include "desktop/GlassScene.h"
 #include "desktop/WallpaperBackdrop.h"
 #include "faces/LiquidRenderQueue.h"
 #include "faces/LiquidRequest.h"
@@ -22,27 +23,6 @@
 #include <cmath>
 
 namespace tw {
-
-namespace {
-
-// A lens whose light, weighed by its coverage, is above the middle: light text would not read on
-// it.
-bool isBright(const QImage& lens) {
-    const QImage small = lens.scaled(8, 8, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
-                             .convertToFormat(QImage::Format_ARGB32);
-    double light = 0;
-    double cover = 0;
-    for (int y = 0; y < small.height(); ++y) {
-        for (int x = 0; x < small.width(); ++x) {
-            const QRgb pixel = small.pixel(x, y);
-            light += qGray(pixel) * qAlpha(pixel) / 255.0;
-            cover += qAlpha(pixel) / 255.0;
-        }
-    }
-    return cover > 0 && light / cover > 118;
-}
-
-} // namespace
 
 DesktopPanel::DesktopPanel(const QUuid& instanceID, DesktopWindowing& windowing,
                            DesktopWindowing::Focus focus, TileRenderer& renderer,
@@ -128,8 +108,8 @@ void DesktopPanel::setContent(const WidgetFace& face, const FaceContext& context
     const bool rescaled = context.scale != m_context.scale;
     m_context = context;
     m_context.reserved = stackReserve();
-    m_context.glass.brightBehind =
-        context.glass.finish == GlassLook::Finish::Liquid && !m_lens.isNull() && isBright(m_lens);
+    m_context.glass.brightBehind = context.glass.finish == GlassLook::Finish::Liquid &&
+                                   !m_lens.isNull() && GlassScene::isBright(m_lens);
     m_backgroundStale = true;
     if (rescaled) {
         updateShape();
@@ -154,7 +134,7 @@ void DesktopPanel::setBackdropSource(const WallpaperBackdrop* source, LiquidRend
                 [this](const QString& key, const QImage& lens) {
                     if (key == m_instanceID.toString() && lens.cacheKey() != m_lens.cacheKey()) {
                         m_lens = lens;
-                        m_context.glass.brightBehind = isBright(lens);
+                        m_context.glass.brightBehind = GlassScene::isBright(lens);
                         m_backgroundStale = true;
                         update();
                     }

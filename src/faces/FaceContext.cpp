@@ -20,8 +20,13 @@ QColor ink(qreal opacity) {
 
 FaceContext FaceContext::forInstance(const WidgetMetadata& metadata,
                                      const WidgetInstance& instance) {
-    FaceContext context;
-    context.metadata = metadata;
+    return FaceContext().sizedFor(metadata, instance);
+}
+
+FaceContext FaceContext::sizedFor(const WidgetMetadata& kind,
+                                  const WidgetInstance& instance) const {
+    FaceContext context = *this;
+    context.metadata = kind;
     context.size = instance.size;
     context.scale = instance.scale();
     context.points = instance.pixelSize();

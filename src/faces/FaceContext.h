@@ -48,6 +48,8 @@ struct FaceContext {
 
     // Size, scale and settings of one instance; the rest keeps its defaults for the host to fill.
     static FaceContext forInstance(const WidgetMetadata& metadata, const WidgetInstance& instance);
+    // This context with the metadata, size, tile scale and settings of one instance.
+    FaceContext sizedFor(const WidgetMetadata& kind, const WidgetInstance& instance) const;
     // A preview of a kind at a size with no settings of its own.
     static FaceContext forKind(const WidgetMetadata& metadata, WidgetSize size);
 

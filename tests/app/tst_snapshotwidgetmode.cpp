@@ -38,6 +38,8 @@ private Q_SLOTS:
     void gallerySheet();
     void glassPictures_data();
     void glassPictures();
+    void scenePictures_data();
+    void scenePictures();
 
 private:
     QTemporaryDir m_dir;
@@ -180,6 +182,67 @@ void TestSnapshotWidgetMode::glassPictures() {
         // The picture shows around the tile; the glass over it tints it.
         QCOMPARE(image.pixel(0, 0), blue);
         QVERIFY(image.pixel(image.width() / 2, image.height() / 2) != blue);
+    }
+}
+
+// The scene modes over a plain blue --wallpaper: it shows where no tile stands, and the drawing
+// covers it where one does.
+void TestSnapshotWidgetMode::scenePictures_data() {
+    QTest::addColumn<QString>("arguments"); // OUT and BLUE stand for the picture and the wallpaper
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QSize>("pixels");
+    QTest::addColumn<QList<QPoint>>("blueAt");
+    QTest::addColumn<QList<QPoint>>("unlike"); // pairs of pixels that must differ
+    QTest::newRow("hero: the liquid tile is no frosted one")
+        << "--snapshot-glass-hero OUT --wallpaper BLUE --scale 1"
+        << "snapshot-glass-hero ok=true path=OUT style=frosted,clear,liquid dark=true"
+        << QSize(1280, 720) << QList<QPoint>{{4, 4}, {640, 700}}
+        << QList<QPoint>{{409, 310}, {1124, 310}, {409, 310}, {4, 4}};
+    QTest::newRow("hero: one look, light")
+        << "--snapshot-glass-hero OUT --style liquid --light --wallpaper BLUE --scale 0.5"
+        << "snapshot-glass-hero ok=true path=OUT style=liquid dark=false" << QSize(640, 360)
+        << QList<QPoint>{{2, 2}} << QList<QPoint>{{320, 150}, {2, 2}};
+    QTest::newRow("hero: unknown look") << "--snapshot-glass-hero OUT --style milky"
+                                        << "snapshot-glass-hero ok=false path=OUT style= dark=true"
+                                        << QSize() << QList<QPoint>{} << QList<QPoint>{};
+    QTest::newRow("hero: unreadable wallpaper")
+        << "--snapshot-glass-hero OUT --wallpaper /nonexistent.png"
+        << "snapshot-glass-hero ok=false path=OUT style=frosted,clear,liquid dark=true" << QSize()
+        << QList<QPoint>{} << QList<QPoint>{};
+}
+
+void TestSnapshotWidgetMode::scenePictures() {
+    QFETCH(QString, arguments);
+    QFETCH(QString, line);
+    QFETCH(QSize, pixels);
+    QFETCH(QList<QPoint>, blueAt);
+    QFETCH(QList<QPoint>, unlike);
+    QVERIFY(m_dir.isValid());
+    const QRgb blue = qRgb(40, 90, 200);
+    const QString wallpaper = m_dir.filePath(QStringLiteral("wall-blue.png"));
+    QImage plain(64, 40, QImage::Format_RGB32);
+    plain.fill(blue);
+    QVERIFY(plain.save(wallpaper));
+    const QString path = m_dir.filePath(QStringLiteral("scene-%1.png")
+                                            .arg(QString::fromLatin1(QTest::currentDataTag()))
+                                            .replace(QLatin1Char(' '), QLatin1Char('-')));
+    QStringList words = tw::test::words(arguments);
+    words.replaceInStrings(QStringLiteral("OUT"), path);
+    words.replaceInStrings(QStringLiteral("BLUE"), wallpaper);
+    const auto run = runTarnwick(words, m_dir.path());
+    QCOMPARE(run.out, line.replace(QStringLiteral("OUT"), path) + QLatin1Char('\n'));
+    const bool ok = pixels.isValid();
+    QCOMPARE(run.exitCode, ok ? 0 : 1);
+    QVERIFY2(ok == run.err.isEmpty(), qPrintable(run.err));
+    const QImage image(path);
+    QCOMPARE(image.size(), ok ? pixels : QSize(0, 0));
+    for (const QPoint& at : blueAt) {
+        QCOMPARE(image.pixel(at), blue);
+    }
+    for (qsizetype i = 0; i + 1 < unlike.size(); i += 2) {
+        QVERIFY2(
+            image.pixel(unlike.at(i)) != image.pixel(unlike.at(i + 1)),
+            qPrintable(QStringLiteral("(%1, %2)").arg(unlike.at(i).x()).arg(unlike.at(i).y())));
     }
 }
 
