@@ -31,6 +31,8 @@ Modes:
       --backdrop PICTURE       the picture behind it (default: coloured stripes)
       --size SIZE              the tile's size (default: large)
       --frost F                how frosted the glass is, 0 to 1 (default: 0)
+  --snapshot-glass-hero OUT.png  clocks in the frosted, clear and liquid glass over a wallpaper
+      --style LOOK             only one look: frosted, clear or liquid
   --list-sizes                 one line per kind: "kind:size,size,..."
   --probe-skylight             whether widgets can show above the lock screen here, and why
 
@@ -38,6 +40,8 @@ Options of the picture modes:
   --theme THEME                a built-in theme (default: midnight)
   --dark, --light              the shade of the glass (default: dark)
   --scale X                    pixels per point, 0.5 to 4 (default: 2)
+  --wallpaper ID|PICTURE       the wallpaper of a scene: a built-in or a picture file
+                               (default: lagoon, or dawn with --light)
 
 A mode whose value is missing counts as absent: the desktop host starts instead.
 Unknown flags are ignored.
