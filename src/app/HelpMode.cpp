@@ -33,6 +33,9 @@ Modes:
       --frost F                how frosted the glass is, 0 to 1 (default: 0)
   --snapshot-glass-hero OUT.png  clocks in the frosted, clear and liquid glass over a wallpaper
       --style LOOK             only one look: frosted, clear or liquid
+  --snapshot-lock OUT.png      the lock screen with the widgets above it (1440 x 900)
+      --style LOOK             the tiles' glass (default: frosted)
+  --snapshot-lockpane OUT.png  the lock screen's settings pane with its preview
   --list-sizes                 one line per kind: "kind:size,size,..."
   --probe-skylight             whether widgets can show above the lock screen here, and why
 

@@ -73,7 +73,9 @@ const QList<LaunchStep>& LaunchChain::steps() {
         {"--snapshot-widget", 1, offscreen, &runSnapshotWidgetMode},
         {"--snapshot-gallery", 1, offscreen, &runSnapshotGalleryMode},
         {"--snapshot-glass", 1, offscreen, &runSnapshotGlassMode},
+        {"--snapshot-lock", 1, offscreen, &runSnapshotLockMode},
         {"--snapshot-glass-hero", 1, offscreen, &runSnapshotGlassHeroMode},
+        {"--snapshot-lockpane", 1, offscreen, &runSnapshotLockPaneMode},
         {"--list-sizes", 0, core, &runListSizesMode},
         {"--probe-skylight", 0, core, &runProbeSkylightMode},
     };

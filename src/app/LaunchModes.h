@@ -27,6 +27,12 @@ std::optional<int> runSnapshotGlassMode(LaunchContext& context);
 // [--dark|--light] [--scale X]: clocks and the day's progress in the three glass looks over a
 // wallpaper.
 std::optional<int> runSnapshotGlassHeroMode(LaunchContext& context);
+// --snapshot-lock <out.png> [--style frosted|clear|liquid] [--wallpaper ID|PICTURE]
+// [--dark|--light] [--scale X]: a 1440 × 900 lock screen with the widgets at their places.
+std::optional<int> runSnapshotLockMode(LaunchContext& context);
+// --snapshot-lockpane <out.png> [--wallpaper ID|PICTURE] [--dark|--light] [--scale X]: the lock
+// screen's settings pane with its preview.
+std::optional<int> runSnapshotLockPaneMode(LaunchContext& context);
 // --list-sizes: one line of kind and allowed sizes per kind.
 std::optional<int> runListSizesMode(LaunchContext& context);
 // --probe-skylight: whether widgets can be drawn above the lock screen, step by step, as labelled

@@ -1,4 +1,5 @@
 #include "app/LaunchModes.h"
+#include "app/SceneWidgets.h"
 #include "app/SnapshotReport.h"
 #include "app/SnapshotWidgetOptions.h"
 #include "desktop/GlassScene.h"
@@ -6,7 +7,6 @@
 #include "faces/FaceKit.h"
 #include "faces/FaceRegistry.h"
 #include "platform/PlatformServices.h"
-#include "text/L.h"
 #include "tick/SnapshotClock.h"
 
 #include <QFontMetricsF>
@@ -20,43 +20,10 @@ namespace tw {
 
 namespace {
 
-struct Look {
-    GlassLook::Finish finish;
-    const char* id;
-    const char* key;
-    const char* english;
-};
-
-constexpr Look looks[] = {
-    {GlassLook::Finish::Frosted, "frosted", "appearance.frosted", "Frosted"},
-    {GlassLook::Finish::Clear, "clear", "appearance.clear", "Clear"},
-    {GlassLook::Finish::Liquid, "liquid", "appearance.liquid", "Liquid"},
-};
-
 constexpr QSizeF canvas(1280, 720);
 // Each look's group of tiles grows by this tile scale so that the faces read at a glance.
 constexpr double groupScale = 1.4;
 constexpr double groupGap = 72;
-
-// The tiles of one look in tile points at scale 1: a world clock above an analog clock and the
-// day's progress.
-QList<std::pair<QPointF, WidgetInstance>> group() {
-    auto widget = [](const char* kind, WidgetSize size, WidgetSettings settings) {
-        WidgetInstance instance;
-        instance.kind = QLatin1String(kind);
-        instance.size = size;
-        settings.insert(QStringLiteral("tileScale"), QString::number(groupScale));
-        instance.settings = settings;
-        return instance;
-    };
-    const double step = (96 + 12) * groupScale;
-    return {
-        {{0, 0}, widget("worldclock", WidgetSize::wide, {})},
-        {{0, step},
-         widget("clock", WidgetSize::small, {{QStringLiteral("style"), QStringLiteral("analog")}})},
-        {{step, step}, widget("dayprogress", WidgetSize::small, {})},
-    };
-}
 
 void paintLabel(QPainter& painter, const QRectF& below, const QString& text, bool light) {
     const QFont font = FaceKit::font(19, QFont::DemiBold);
@@ -78,20 +45,14 @@ std::optional<int> runSnapshotGlassHeroMode(LaunchContext& context) {
     const QString path = context.values.value(0);
     const SnapshotWidgetOptions options = SnapshotWidgetOptions::parse(context.arguments);
     QString problem = options.problem;
-    QList<Look> shown;
-    const std::optional<QString> style = context.arguments.value(QStringLiteral("--style"));
-    for (const Look& look : looks) {
-        if (!style || *style == QLatin1String(look.id)) {
-            shown << look;
-        }
-    }
+    const QList<SceneLook> shown = options.sceneLooks();
     if (shown.isEmpty() && problem.isEmpty()) {
         problem = QStringLiteral("unknown --style \"%1\"; the looks are frosted, clear, liquid.")
-                      .arg(*style);
+                      .arg(options.settings.value(QStringLiteral("style")));
     }
     QStringList ids;
-    for (const Look& look : shown) {
-        ids << QLatin1String(look.id);
+    for (const SceneLook& look : shown) {
+        ids << look.id;
     }
     const double ratio = options.devicePixelRatio;
     const QSize pixels(int(std::lround(canvas.width() * ratio)),
@@ -115,11 +76,10 @@ std::optional<int> runSnapshotGlassHeroMode(LaunchContext& context) {
         for (qsizetype i = 0; i < shown.size(); ++i) {
             base.glass.finish = shown.at(i).finish;
             const QPointF corner = origin + QPointF(i * (side + groupGap), 0);
-            for (const auto& [at, widget] : group()) {
+            for (const auto& [at, widget] : SceneWidgets::clocks(groupScale)) {
                 scene.paintWidget(painter, corner + at, widget, base, faces);
             }
-            paintLabel(painter, QRectF(corner, QSizeF(side, side)),
-                       L(shown.at(i).key, QString::fromLatin1(shown.at(i).english)),
+            paintLabel(painter, QRectF(corner, QSizeF(side, side)), shown.at(i).name,
                        options.shade == GlassLook::Shade::Light);
         }
         painter.end();

@@ -5,6 +5,7 @@
 #include "faces/Wallpaper.h"
 #include "faces/WallpaperRenderer.h"
 #include "look/Theme.h"
+#include "text/L.h"
 
 #include <QImageReader>
 
@@ -92,6 +93,25 @@ QImage SnapshotWidgetOptions::wallpaperPicture(const QSize& pixels, QString& why
                   .arg(choice, ids.join(QLatin1String(", ")), reader.errorString());
     }
     return picture;
+}
+
+QList<SceneLook> SnapshotWidgetOptions::sceneLooks() const {
+    const QList<SceneLook> all{
+        {GlassLook::Finish::Frosted, QStringLiteral("frosted"),
+         L("appearance.frosted", QStringLiteral("Frosted"))},
+        {GlassLook::Finish::Clear, QStringLiteral("clear"),
+         L("appearance.clear", QStringLiteral("Clear"))},
+        {GlassLook::Finish::Liquid, QStringLiteral("liquid"),
+         L("appearance.liquid", QStringLiteral("Liquid"))},
+    };
+    const auto style = settings.constFind(QStringLiteral("style"));
+    if (style == settings.cend()) {
+        return all;
+    }
+    QList<SceneLook> kept;
+    std::copy_if(all.begin(), all.end(), std::back_inserter(kept),
+                 [&](const SceneLook& look) { return look.id == *style; });
+    return kept;
 }
 
 QString SnapshotWidgetOptions::darkField() const {

@@ -15,6 +15,14 @@ class LaunchArguments;
 class SymbolProvider;
 struct FaceContext;
 
+// One glass look of a scene picture: its finish, its name on the command line and the name people
+// read.
+struct SceneLook {
+    GlassLook::Finish finish;
+    QString id;
+    QString name;
+};
+
 struct SnapshotWidgetOptions {
     QString kind;
     // The raw --size; empty means the kind's default size.
@@ -41,6 +49,9 @@ struct SnapshotWidgetOptions {
     // built-in that suits the shade. Null, with the reason in `why`, when the file cannot be
     // read.
     QImage wallpaperPicture(const QSize& pixels, QString& why) const;
+    // The looks --style keeps, in the order frosted, clear, liquid: all of them when it is
+    // absent, none for a name that is no look.
+    QList<SceneLook> sceneLooks() const;
     // The shade as the " dark=" field has it.
     QString darkField() const;
 };

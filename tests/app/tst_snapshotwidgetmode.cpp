@@ -205,6 +205,14 @@ void TestSnapshotWidgetMode::scenePictures_data() {
     QTest::newRow("hero: unknown look") << "--snapshot-glass-hero OUT --style milky"
                                         << "snapshot-glass-hero ok=false path=OUT style= dark=true"
                                         << QSize() << QList<QPoint>{} << QList<QPoint>{};
+    QTest::newRow("lock: the wallpaper around the tiles")
+        << "--snapshot-lock OUT --wallpaper BLUE --scale 0.5 --style liquid"
+        << "snapshot-lock ok=true path=OUT style=liquid dark=true" << QSize(720, 450)
+        << QList<QPoint>{{108, 270}, {612, 270}} << QList<QPoint>{{100, 50}, {108, 270}};
+    QTest::newRow("lock pane: the preview shows the lock screen")
+        << "--snapshot-lockpane OUT --wallpaper BLUE --scale 1 --light"
+        << "snapshot-lockpane ok=true path=OUT dark=false" << QSize(760, 480)
+        << QList<QPoint>{{79, 343}} << QList<QPoint>{{2, 2}, {79, 343}};
     QTest::newRow("hero: unreadable wallpaper")
         << "--snapshot-glass-hero OUT --wallpaper /nonexistent.png"
         << "snapshot-glass-hero ok=false path=OUT style=frosted,clear,liquid dark=true" << QSize()
