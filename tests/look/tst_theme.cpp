@@ -1,15 +1,17 @@
 #include "look/Theme.h"
+#include "look/WallpaperPalette.h"
 
 #include <QJsonDocument>
 #include <QSet>
 #include <QTest>
 
-using tw::Theme;
-using tw::ThemeColor;
+using namespace tw;
+using RGB = WallpaperPalette::RGB;
 
 Q_DECLARE_METATYPE(tw::ThemeColor)
 
-// The colours themselves are in the catalogue's golden copy; here the rules around them.
+// The colours themselves are in the catalogue's golden copy; here the rules around them, and the
+// theme made of a picture's palette: which pixels count, which hue wins.
 class TestTheme : public QObject {
     Q_OBJECT
 private Q_SLOTS:
@@ -66,6 +68,80 @@ private Q_SLOTS:
         QCOMPARE(partial->accent, (ThemeColor{1.0, 0.0, 0.0, 1.0}));
         QCOMPARE(partial->surface, Theme::defaultTheme().surface);
         QCOMPARE(partial->separator, Theme::defaultTheme().separator);
+    }
+
+    // Which pixels count (saturation above 0.22, brightness above 0.3) and the twelfth of the hue
+    // circle they fall in; -1 for a pixel that does not count.
+    void bins_data() {
+        QTest::addColumn<double>("h");
+        QTest::addColumn<double>("s");
+        QTest::addColumn<double>("b");
+        QTest::addColumn<int>("bin");
+        QTest::newRow("vivid red") << 0.0 << 0.8 << 0.9 << 0;
+        QTest::newRow("saturation exactly 0.22") << 0.5 << 0.22 << 0.9 << -1;
+        QTest::newRow("brightness exactly 0.3") << 0.5 << 0.8 << 0.3 << -1;
+        QTest::newRow("just above both") << 0.5 << 0.2201 << 0.3001 << 6;
+        QTest::newRow("just below a twelfth") << 0.083 << 0.8 << 0.9 << 0;
+        QTest::newRow("a twelfth") << 1.0 / 12 << 0.8 << 0.9 << 1;
+        QTest::newRow("0.9999") << 0.9999 << 0.8 << 0.9 << 11;
+        QTest::newRow("1") << 1.0 << 0.8 << 0.9 << 11;
+    }
+    void bins() {
+        QFETCH(double, h);
+        QFETCH(double, s);
+        QFETCH(double, b);
+        QTEST(WallpaperPalette::counts({h, s, b}) ? WallpaperPalette::bin(h) : -1, "bin");
+    }
+
+    // From hue, saturation and brightness to red, green and blue and back, one hue per sector.
+    void hsbAndBack() {
+        const std::pair<double, RGB> sectors[]{{0.0, {1, 0.5, 0.5}},     {1.0 / 6, {1, 1, 0.5}},
+                                               {2.0 / 6, {0.5, 1, 0.5}}, {3.0 / 6, {0.5, 1, 1}},
+                                               {4.0 / 6, {0.5, 0.5, 1}}, {5.0 / 6, {1, 0.5, 1}}};
+        for (const auto& [h, rgb] : sectors) {
+            const RGB made = WallpaperPalette::rgb(h, 0.5, 1.0);
+            QVERIFY2(qFuzzyCompare(made.r, rgb.r) && qFuzzyCompare(made.g, rgb.g) &&
+                         qFuzzyCompare(made.b, rgb.b),
+                     qPrintable(QString::number(h)));
+            const auto back = WallpaperPalette::hsb(rgb);
+            QVERIFY(std::abs(back.h - h) < 1e-9);
+            QVERIFY(qFuzzyCompare(back.s, 0.5) && qFuzzyCompare(back.b, 1.0));
+        }
+    }
+
+    // The accent's hue is the mean colour of the heaviest bin; grey and dark pictures fall back.
+    void theme_data() {
+        QTest::addColumn<QList<RGB>>("pixels");
+        QTest::addColumn<double>("hue");
+        QTest::addColumn<double>("accentSaturation");
+        const QList<RGB> grey(100, RGB{0.5, 0.5, 0.5});
+        const QList<RGB> night(100, RGB{0.1, 0.05, 0.3});
+        QTest::newRow("all grey") << grey << 0.6 << 0.8;
+        QTest::newRow("dark blue") << night << 0.6 << 0.8;
+        QList<RGB> sunset = grey;
+        sunset += QList<RGB>(30, RGB{1.0, 0.5, 0.0}); // orange, hue 1/12
+        sunset += QList<RGB>(10, RGB{0.0, 0.0, 1.0}); // a little vivid blue
+        QTest::newRow("orange outweighs blue") << sunset << 1.0 / 12 << 0.68;
+        // Equal weights: the first bin wins.
+        QList<RGB> tie(20, RGB{1.0, 0.0, 0.0});
+        tie += QList<RGB>(20, RGB{0.0, 1.0, 0.0});
+        QTest::newRow("a tie goes to the first") << tie << 0.0 << 0.68;
+    }
+    void theme() {
+        QFETCH(QList<RGB>, pixels);
+        QFETCH(double, hue);
+        QFETCH(double, accentSaturation);
+        const Theme theme = WallpaperPalette::theme(pixels);
+        const RGB accent{theme.accent.red, theme.accent.green, theme.accent.blue};
+        const auto hsb = WallpaperPalette::hsb(accent);
+        QVERIFY2(std::abs(hsb.h - hue) < 1e-9, qPrintable(QString::number(hsb.h)));
+        QVERIFY(std::abs(hsb.s - accentSaturation) < 1e-9);
+        QVERIFY(std::abs(hsb.b - 0.95) < 1e-9);
+        QCOMPARE(theme.id, QStringLiteral("wallpaper"));
+        QCOMPARE(
+            WallpaperPalette::hsb({theme.surface.red, theme.surface.green, theme.surface.blue}).b,
+            0.1);
+        QCOMPARE(theme.surface.opacity, Theme::defaultTheme().surface.opacity);
     }
 };
 
