@@ -1,4 +1,4 @@
-#include "InstanceText.h"
+#include "model/GridLayout.h"
 #include "model/WidgetInstance.h"
 
 #include <QJsonArray>
@@ -6,6 +6,7 @@
 #include <QJsonObject>
 #include <QTest>
 
+using tw::GridLayout;
 using tw::WidgetInstance;
 using tw::WidgetSize;
 
@@ -17,8 +18,33 @@ std::optional<WidgetInstance> decode(const QByteArray& json) {
                                                         : QJsonValue(document.array()));
 }
 
+// "kind size order page col,row posX,posY stackID stackIndex settings", "-" for what is absent and
+// settings as "key=value;…".
+QString describe(const WidgetInstance& i) {
+    const auto orDash = [](const auto& value) {
+        return value ? QVariant::fromValue(*value).toString() : QStringLiteral("-");
+    };
+    QString settings = QStringLiteral("-");
+    if (i.settings) {
+        QStringList pairs;
+        for (auto it = i.settings->cbegin(); it != i.settings->cend(); ++it) {
+            pairs << it.key() + QLatin1Char('=') + it.value();
+        }
+        settings = pairs.join(QLatin1Char(';'));
+    }
+    return QStringLiteral("%1 %2 %3 %4 %5,%6 %7,%8 %9 %10 %11")
+        .arg(i.kind, tw::rawValue(i.size))
+        .arg(i.order)
+        .arg(i.page)
+        .arg(i.col)
+        .arg(i.row)
+        .arg(orDash(i.posX), orDash(i.posY), orDash(i.stackID), orDash(i.stackIndex), settings);
+}
+
 } // namespace
 
+// A widget instance and the layout of them that is stored: lenient decoding, encoding, the scale
+// and the ready-made layouts.
 class TestWidgetInstance : public QObject {
     Q_OBJECT
 private Q_SLOTS:
@@ -59,7 +85,7 @@ private Q_SLOTS:
     void decoding() {
         QFETCH(QByteArray, json);
         const auto instance = decode(json);
-        QTEST(instance ? tw::test::describe(*instance) : QStringLiteral("fails"), "expected");
+        QTEST(instance ? describe(*instance) : QStringLiteral("fails"), "expected");
         if (instance && !json.contains("\"id\"")) {
             QVERIFY(!instance->id.isNull());
             QVERIFY(instance->id != decode(json)->id);
@@ -124,6 +150,96 @@ private Q_SLOTS:
             instance.settings = tw::WidgetSettings{{QStringLiteral("tileScale"), *stored}};
         }
         QCOMPARE(instance.pixelSize(), QSizeF(204, 204) * expected);
+    }
+
+    // What a stored text decodes to: "fails", or the kinds kept, the page count and the stamp.
+    void layoutDecoding_data() {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QString>("expected");
+        const auto row = [](const char* name, const char* text, const char* expected) {
+            QTest::newRow(name) << QByteArray(text) << QString::fromLatin1(expected);
+        };
+        row("one bad instance costs only itself",
+            R"({"instances":[{"kind":"clock","size":"small"},{"kind":"weather","size":"enormous"},)"
+            R"({"size":"large"},"garbage",{"kind":"battery","size":"wide"}],"pageCount":1})",
+            "clock,battery pages=1 savedAt=-");
+        row("no instances", R"({"pageCount":2})", "fails");
+        row("instances not a list", R"({"instances":{}})", "fails");
+        row("array document", "[]", "fails");
+        row("not JSON", "{\"instances\":[", "fails");
+        row("empty file", "", "fails");
+        row("empty list", R"({"instances":[]})", " pages=1 savedAt=-");
+        row("stored 1, instance on page 3",
+            R"({"instances":[{"kind":"clock","page":3}],"pageCount":1})",
+            "clock pages=4 savedAt=-");
+        row("stored larger wins", R"({"instances":[{"kind":"a","page":1}],"pageCount":6})",
+            "a pages=6 savedAt=-");
+        row("stored 0, empty", R"({"instances":[],"pageCount":0})", " pages=1 savedAt=-");
+        row("page of the dropped instance ignored", R"({"instances":[{"kind":"a"},{"page":9}]})",
+            "a pages=1 savedAt=-");
+        row("largest page cannot overflow", R"({"instances":[{"kind":"a","page":2147483647}]})",
+            "a pages=2147483647 savedAt=-");
+        row("savedAt in seconds since 2001", R"({"instances":[],"savedAt":0.5})",
+            " pages=1 savedAt=2001-01-01T00:00:00.500Z");
+        row("savedAt a string", R"({"instances":[],"savedAt":"2026-03-14"})", " pages=1 savedAt=-");
+        row("savedAt far future", R"({"instances":[],"savedAt":1e300})", " pages=1 savedAt=-");
+        row("savedAt far past", R"({"instances":[],"savedAt":-1e300})", " pages=1 savedAt=-");
+    }
+    void layoutDecoding() {
+        QFETCH(QByteArray, text);
+        const auto layout = GridLayout::fromJsonText(text);
+        QString actual = QStringLiteral("fails");
+        if (layout) {
+            QStringList kinds;
+            for (const WidgetInstance& instance : layout->instances) {
+                kinds << instance.kind;
+            }
+            actual = QStringLiteral("%1 pages=%2 savedAt=%3")
+                         .arg(kinds.join(QLatin1Char(',')))
+                         .arg(layout->pageCount)
+                         .arg(layout->savedAt ? layout->savedAt->toString(Qt::ISODateWithMs)
+                                              : QStringLiteral("-"));
+        }
+        QTEST(actual, "expected");
+    }
+
+    void roundTripKeepsEverything() {
+        GridLayout layout = GridLayout::starter();
+        layout.pageCount = 3;
+        layout.instances[1].posX = 100.25;
+        layout.instances[1].posY = -40.0;
+        layout.instances[2].stackID = QUuid::createUuid();
+        layout.instances[2].stackIndex = 1;
+        layout.savedAt = QDateTime(QDate(2026, 3, 14), QTime(9, 26, 53, 250), Qt::UTC);
+        QCOMPARE(layout.toJson().value(QStringLiteral("savedAt")).toDouble(), 795173213.25);
+        QCOMPARE(GridLayout::fromJsonText(layout.toJsonText()), layout);
+        QVERIFY(!layout.toJsonText().contains('\n'));
+    }
+
+    void readyMadeLayouts() {
+        QCOMPARE(GridLayout::defaultLayout().instances.size(), 0);
+        QCOMPARE(GridLayout::defaultLayout().pageCount, 1);
+        QCOMPARE(GridLayout::defaultLayout().savedAt, std::nullopt);
+
+        const auto layoutText = [](const GridLayout& layout) -> QString {
+            QStringList lines;
+            for (const WidgetInstance& instance : layout.instances) {
+                lines << describe(instance);
+            }
+            return lines.join(QStringLiteral("; ")) +
+                   QStringLiteral(" pages=%1").arg(layout.pageCount);
+        };
+        const GridLayout first = GridLayout::firstDesktop();
+        QCOMPARE(layoutText(first),
+                 QStringLiteral("clock large 0 0 0,0 -,- - - -; calendar large 1 0 2,0 -,- - - -; "
+                                "weather wide 2 0 0,2 -,- - - - pages=1"));
+        QCOMPARE(layoutText(GridLayout::starter()),
+                 QStringLiteral(
+                     "clock large 0 0 0,0 -,- - - style=analog; weather wide 1 0 2,0 -,- - - -; "
+                     "calendar small 2 0 4,0 -,- - - -; battery small 3 0 5,0 -,- - - style=ring "
+                     "pages=1"));
+        // Every call gives new identities, so two desktops never share an instance.
+        QVERIFY(GridLayout::firstDesktop().instances.at(0).id != first.instances.at(0).id);
     }
 };
 
