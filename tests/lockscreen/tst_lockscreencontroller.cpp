@@ -1,21 +1,47 @@
 #include "ManualScheduler.h"
 #include "lockscreen/LockScreenController.h"
 #include "lockscreen/LockScreenLayout.h"
+#include "lockscreen/LockScreenPolicy.h"
+#include "lockscreen/LockScreenSystemUI.h"
 #include "platform/LockScreenSurface.h"
 #include "platform/null/MemoryDefaults.h"
 
 #include <QTest>
 
 using namespace tw;
+namespace Layout = LockScreenLayout;
 
 namespace {
 
+WidgetInstance widget(const QString& kind, WidgetSize size, WidgetSettings settings = {}) {
+    WidgetInstance instance;
+    instance.kind = kind;
+    instance.size = size;
+    if (!settings.isEmpty()) {
+        instance.settings = settings;
+    }
+    return instance;
+}
+
+// Every placement legal on the screen and clear of those before it.
+void verifyLegalAndApart(const QList<WidgetInstance>& widgets,
+                         const QList<Layout::Placement>& placements, const QSizeF& screen) {
+    QList<QRectF> taken;
+    for (const auto& [id, centre] : placements) {
+        const auto it = std::find_if(widgets.cbegin(), widgets.cend(),
+                                     [&](const WidgetInstance& w) { return w.id == id; });
+        QVERIFY(it != widgets.cend());
+        QVERIFY2(Layout::isLegal(centre, *it, screen), qPrintable(it->kind));
+        QVERIFY2(Layout::isFree(centre, *it, taken), qPrintable(it->kind));
+        const QSizeF size = Layout::pixelSize(*it);
+        taken.append({centre - QPointF(size.width() / 2, size.height() / 2), size});
+    }
+}
+
 WidgetInstance placed(const QString& kind) {
-    WidgetInstance widget;
-    widget.kind = kind;
-    widget.settings = WidgetSettings{};
-    LockScreenLayout::store(QPointF(100, 100), *widget.settings, QSizeF(1440, 900));
-    return widget;
+    WidgetSettings settings;
+    Layout::store(QPointF(100, 100), settings, QSizeF(1440, 900));
+    return widget(kind, WidgetSize::small, settings);
 }
 
 // A surface whose session and window server the test sets, counting what was asked of it.
@@ -45,6 +71,8 @@ public:
 
 } // namespace
 
+// The lock screen: what may show there, where, and the controller that shows it while the
+// screen is locked.
 class TestLockScreenController : public QObject {
     Q_OBJECT
 
@@ -162,6 +190,172 @@ private Q_SLOTS:
                   .arg(surface.opened)
                   .arg(surface.closed),
               "state");
+    }
+
+    void policy_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QString>("choice");
+        QTest::addColumn<bool>("shows");
+        QTest::addColumn<bool>("warns");
+        const auto row = [](const char* name, const char* kind, const char* choice, bool shows,
+                            bool warns) {
+            QTest::newRow(name) << QString::fromLatin1(kind) << QString::fromLatin1(choice) << shows
+                                << warns;
+        };
+        row("public", "clock", "", true, false);
+        row("public hidden by hand", "weather", "hide", false, false);
+        row("personal", "clipboard", "", false, true);
+        row("personal shown by hand still warns", "stickynote", "show", true, true);
+        row("not a choice keeps the default", "calendar", "yes", false, true);
+        row("unknown kind stays off", "custom.mine", "", false, false);
+        row("warned yet not listed as personal", "appusage", "", false, true);
+    }
+    void policy() {
+        QFETCH(QString, kind);
+        QFETCH(QString, choice);
+        WidgetSettings settings;
+        if (!choice.isEmpty()) {
+            settings.insert(LockScreenPolicy::overrideKey, choice);
+        }
+        QTEST(LockScreenPolicy::shows(widget(kind, WidgetSize::small, settings)), "shows");
+        QTEST(LockScreenPolicy::privacyNote(kind).has_value(), "warns");
+    }
+
+    // A small tile (96 points) on a 1000 × 1000 screen: the system's regions it meets, touching
+    // included, and whether it may stand there.
+    void legality_data() {
+        QTest::addColumn<QPointF>("centre");
+        QTest::addColumn<QString>("regions");
+        QTest::addColumn<bool>("legal");
+        QTest::newRow("flush with the top-left corner") << QPointF(48, 48) << "" << true;
+        QTest::newRow("past the left edge") << QPointF(47, 48) << "" << false;
+        QTest::newRow("beyond 1.0 at the bottom") << QPointF(48, 960) << "" << false;
+        QTest::newRow("touching the clock") << QPointF(232, 100) << "clock" << false;
+        QTest::newRow("just short of it") << QPointF(231.9, 100) << "" << true;
+        QTest::newRow("between clock and login") << QPointF(500, 300) << "clock,login" << false;
+        QTest::newRow("on the login region") << QPointF(500, 500) << "login" << false;
+        QTest::newRow("over the footer") << QPointF(300, 940) << "footer" << false;
+        QTest::newRow("right side, clear") << QPointF(900, 500) << "" << true;
+    }
+    void legality() {
+        QFETCH(QPointF, centre);
+        const WidgetInstance clock = widget(QStringLiteral("clock"), WidgetSize::small);
+        const QSizeF screen(1000, 1000);
+        const QRectF unit = Layout::unitRect(clock, centre, screen);
+        QTEST(LockScreenSystemUI::collisions(unit).join(QLatin1Char(',')), "regions");
+        QTEST(Layout::isLegal(centre, clock, screen), "legal");
+    }
+
+    void carry_data() {
+        QTest::addColumn<double>("pos");
+        QTest::addColumn<double>("from");
+        QTest::addColumn<double>("scale");
+        QTest::addColumn<double>("expected");
+        // To a span of 2000.
+        QTest::newRow("near edge keeps its distance") << 100.0 << 1000.0 << 1.0 << 100.0;
+        QTest::newRow("near edge, scaled") << 100.0 << 1000.0 << 2.0 << 200.0;
+        QTest::newRow("far edge keeps its distance") << 900.0 << 1000.0 << 1.0 << 1900.0;
+        QTest::newRow("centre band edge") << 570.0 << 1000.0 << 1.0 << 1070.0;
+        QTest::newRow("just past the band") << 571.0 << 1000.0 << 1.0 << 1571.0;
+        QTest::newRow("below the band") << 429.0 << 1000.0 << 1.0 << 429.0;
+        QTest::newRow("no source span") << 300.0 << 0.0 << 1.0 << 300.0;
+    }
+    void carry() {
+        QFETCH(double, pos);
+        QFETCH(double, from);
+        QFETCH(double, scale);
+        QTEST(Layout::carry(pos, from, 2000, scale), "expected");
+    }
+
+    void positionsTravelBetweenDisplays() {
+        // Set on a 1440 × 900 design at the far right, read on 2560 × 1440.
+        WidgetSettings settings;
+        Layout::store(QPointF(1340, 100), settings, QSizeF(1440, 900));
+        WidgetInstance placed = widget(QStringLiteral("clock"), WidgetSize::small, settings);
+        QCOMPARE(Layout::position(placed, QSizeF(2560, 1440)), QPointF(2460, 100));
+        QVERIFY(!Layout::isInheritingPosition(placed));
+
+        Layout::clearPosition(*placed.settings);
+        QVERIFY(Layout::isInheritingPosition(placed));
+        QCOMPARE(Layout::position(placed, QSizeF(2560, 1440)), std::nullopt);
+        placed.col = 2;
+        placed.row = 1;
+        // Mirrors the grid from the top-left margin.
+        QCOMPARE(Layout::position(placed, QSizeF(2000, 1000)),
+                 QPointF(50 + 216 + 48, 25 + 108 + 48));
+
+        placed.settings->insert(Layout::xKey, QStringLiteral("12"));
+        placed.settings->insert(Layout::yKey, QStringLiteral("12"));
+        placed.settings->insert(Layout::designWidthKey, QStringLiteral("wide"));
+        placed.settings->insert(Layout::designHeightKey, QStringLiteral("900"));
+        QCOMPARE(Layout::position(placed, QSizeF(2000, 1000)), std::nullopt);
+
+        QCOMPARE(Layout::snap(QPointF(500 + 50, 500 - 60), QSizeF(1000, 1000)),
+                 QPointF(500, 500 - 108));
+    }
+
+    // "lockSize" when the kind allows it, else the widget's own; points at the widget's scale.
+    void size() {
+        for (const auto& [lockSize, expected] :
+             {std::pair("", WidgetSize::wide), std::pair("banner", WidgetSize::banner),
+              std::pair("grand", WidgetSize::wide), std::pair("Large", WidgetSize::wide)}) {
+            WidgetSettings settings{{QStringLiteral("tileScale"), QStringLiteral("1.5")}};
+            if (*lockSize) {
+                settings.insert(Layout::sizeKey, QLatin1String(lockSize));
+            }
+            const WidgetInstance clock =
+                widget(QStringLiteral("clock"), WidgetSize::wide, settings);
+            QCOMPARE(Layout::size(clock), expected);
+            QCOMPARE(Layout::pixelSize(clock), nominalPixelSize(expected) * 1.5);
+        }
+    }
+
+    // Widgets stacked on one spot, on the clock and beyond the screen, with and without positions:
+    // whatever is resolved is legal, overlaps nothing, and one already well placed stays put.
+    void resolvedPositionsAreLegalAndApart() {
+        const QSizeF screen(1440, 900);
+        QList<WidgetInstance> widgets;
+        const auto add = [&](const QString& kind, WidgetSize size, std::optional<QPointF> at) {
+            WidgetSettings settings;
+            if (at) {
+                Layout::store(*at, settings, screen);
+            }
+            widgets.append(widget(kind, size, settings));
+        };
+        add(QStringLiteral("weather"), WidgetSize::large, QPointF(200, 450));
+        add(QStringLiteral("clock"), WidgetSize::wide, QPointF(200, 450));
+        add(QStringLiteral("battery"), WidgetSize::small, QPointF(720, 100));
+        add(QStringLiteral("system"), WidgetSize::huge, QPointF(1500, 1000));
+        add(QStringLiteral("clipboard"), WidgetSize::small, QPointF(1000, 100));
+        for (int i = 0; i < 8; ++i) {
+            add(QStringLiteral("moon"), WidgetSize::small, std::nullopt);
+        }
+        const QList<Layout::Placement> resolved = Layout::resolvedPositions(widgets, screen);
+        // All but the personal clipboard.
+        QCOMPARE(resolved.size(), widgets.size() - 1);
+        QVERIFY(std::none_of(resolved.cbegin(), resolved.cend(),
+                             [&](const auto& p) { return p.first == widgets.at(4).id; }));
+        QCOMPARE(resolved.front().second, QPointF(200, 450));
+        verifyLegalAndApart(widgets, resolved, screen);
+
+        const WidgetInstance big = widget(QStringLiteral("system"), WidgetSize::grand);
+        QCOMPARE(Layout::nearestLegal(QPointF(50, 50), big, QSizeF(100, 100), {}), std::nullopt);
+        QVERIFY(Layout::resolvedPositions({big}, QSizeF(100, 100)).isEmpty());
+    }
+
+    void autoArrangeFillsFromTheEdges() {
+        const QSizeF screen(1000, 1000);
+        QList<WidgetInstance> widgets(12, widget(QStringLiteral("moon"), WidgetSize::small));
+        for (WidgetInstance& w : widgets) {
+            w.id = QUuid::createUuid();
+        }
+        const QList<Layout::Placement> arranged = Layout::autoArrange(widgets, screen);
+        QCOMPARE(arranged.size(), 12);
+        QCOMPARE(arranged.front().second, QPointF(25 + 48, 25 + 48));
+        // Eight fit down the left column above 0.97 of the height; the ninth starts on the right.
+        QCOMPARE(arranged.at(7).second, QPointF(73, 25 + 7 * 108 + 48));
+        QCOMPARE(arranged.at(8).second, QPointF(1000 - 25 - 48, 25 + 48));
+        verifyLegalAndApart(widgets, arranged, screen);
     }
 };
 
