@@ -233,26 +233,17 @@ private Q_SLOTS:
     // set, one with no placements at all, and a member that is not a snapshot.
     void olderFileIsReKeyedAndBackedUpOnce() {
         Rig rig;
-        {
-            auto memory = rig.memory();
-            memory->remember(desk(), both);
-            rig.clock.advance(1h);
-            memory->remember(nudged(desk(), 4, 100), laptopOnly);
-        }
-        const QJsonObject current = readJson(rig.path("topology.json")).object();
+        auto memory = rig.memory();
+        memory->remember(desk(), both);
+        rig.clock.advance(1h);
+        memory->remember(nudged(desk(), 4, 100), laptopOnly);
         QJsonObject old;
-        for (auto it = current.begin(); it != current.end(); ++it) {
-            QJsonObject snapshot = it.value().toObject();
-            QJsonArray placements;
-            for (const QJsonValue& value : snapshot.value(QStringLiteral("placements")).toArray()) {
-                QJsonObject placement = value.toObject();
-                for (const char* field : {"anchorH", "anchorV", "offsetX", "offsetY"}) {
-                    placement.remove(QLatin1String(field));
-                }
-                placements.append(placement);
+        for (LayoutProfileSnapshot snapshot : memory->snapshots()) {
+            for (LayoutWidgetPlacement& placement : snapshot.placements) {
+                placement.anchorH = placement.anchorV = std::nullopt;
+                placement.offsetX = placement.offsetY = std::nullopt;
             }
-            snapshot.insert(QStringLiteral("placements"), placements);
-            old.insert(QStringLiteral("old-%1").arg(old.size() + 1), snapshot);
+            old.insert(QStringLiteral("old-%1").arg(old.size() + 1), snapshot.toJson());
         }
         QJsonObject stale = old.value(QStringLiteral("old-1")).toObject();
         stale.insert(QStringLiteral("capturedAt"), -1000.0);

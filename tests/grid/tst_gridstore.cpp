@@ -9,9 +9,6 @@
 
 using namespace tw;
 using namespace tw::test;
-using Sizes = QList<WidgetSize>;
-Q_DECLARE_METATYPE(Sizes)
-Q_DECLARE_METATYPE(WidgetSize)
 
 namespace {
 const QString kCustom = QStringLiteral("custom.6F1C2D1E-0B7A-4D59-9E0C-3A1B2C3D4E5F");
@@ -210,26 +207,25 @@ private Q_SLOTS:
         QVERIFY(!store->redo());
     }
 
+    // "wanted: allowed... -> nearest".
     void nearest_data() {
-        QTest::addColumn<WidgetSize>("wanted");
-        QTest::addColumn<Sizes>("sizes");
-        QTest::addColumn<WidgetSize>("expected");
-        using S = WidgetSize;
-        QTest::newRow("empty list") << S::huge << Sizes{} << S::huge;
-        QTest::newRow("exact") << S::wide << Sizes{S::small, S::wide} << S::wide;
-        QTest::newRow("least distance")
-            << S::grand << Sizes{S::small, S::huge, S::large} << S::huge;
-        QTest::newRow("equal distance: nearer ratio")
-            << S::banner << Sizes{S::large, S::panorama} << S::panorama;
-        QTest::newRow("equal ratio: fewer cells")
-            << S::tall << Sizes{S::large, S::small} << S::small;
-        QTest::newRow("full tie: the first") << S::large << Sizes{S::tall, S::wide} << S::tall;
+        QTest::addColumn<QString>("sizes");
+        QTest::newRow("empty list") << "huge: -> huge";
+        QTest::newRow("exact") << "wide: small wide -> wide";
+        QTest::newRow("least distance") << "grand: small huge large -> huge";
+        QTest::newRow("equal distance: nearer ratio") << "banner: large panorama -> panorama";
+        QTest::newRow("equal ratio: fewer cells") << "tall: large small -> small";
+        QTest::newRow("full tie: the first") << "large: tall wide -> tall";
     }
     void nearest() {
-        QFETCH(WidgetSize, wanted);
-        QFETCH(Sizes, sizes);
-        QFETCH(WidgetSize, expected);
-        QCOMPARE(GridStore::nearest(wanted, sizes), expected);
+        QFETCH(QString, sizes);
+        const QStringList words = sizes.split(QLatin1Char(' '));
+        QList<WidgetSize> allowed;
+        for (const QString& word : words.mid(1, words.size() - 3)) {
+            allowed << *widgetSizeFromRawValue(word);
+        }
+        const auto wanted = widgetSizeFromRawValue(words.first().chopped(1));
+        QCOMPARE(rawValue(GridStore::nearest(*wanted, allowed)), words.last());
     }
 
     void pagesAndRows() {
