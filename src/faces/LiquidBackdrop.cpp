@@ -1,6 +1,7 @@
 #include "faces/LiquidBackdrop.h"
 
 #include <QSysInfo>
+#include <QtEndian>
 
 #include <algorithm>
 #include <array>
@@ -55,6 +56,24 @@ std::vector<float> kernel(double sigma) {
     return weights;
 }
 
+// One blurred row made RGBA bytes and a little more vivid. `R` and `B` are where red and blue lie
+// in the row's floats; fixed at compile time, so that several pixels go at once.
+template <int R, int B>
+void finishRow(const float* in, quint32* line, int count, float amount) {
+    for (int x = 0; x < count; ++x, in += 4) {
+        const float alpha = std::min(std::max(in[3], 0.0f), 255.0f);
+        // Premultiplied values mix the same way as straight ones; only the ceiling is alpha.
+        const float luma = kLumaR * in[R] + kLumaG * in[1] + kLumaB * in[B];
+        const auto channel = [&](float value) {
+            const float mixed = std::min(std::max(luma + amount * (value - luma), 0.0f), alpha);
+            return static_cast<quint32>(static_cast<int>(mixed + 0.5f));
+        };
+        const quint32 packed = channel(in[R]) | channel(in[1]) << 8 | channel(in[B]) << 16 |
+                               static_cast<quint32>(static_cast<int>(alpha + 0.5f)) << 24;
+        line[x] = qToLittleEndian(packed);
+    }
+}
+
 } // namespace
 
 QImage LiquidBackdrop::prepare(const QImage& backdrop, const QRectF& rect, QSize extended,
@@ -65,11 +84,10 @@ QImage LiquidBackdrop::prepare(const QImage& backdrop, const QRectF& rect, QSize
         return {};
     }
     QImage source = backdrop;
-    std::array<int, 4> channel{0, 1, 2, 3};
-    if (source.format() == QImage::Format_ARGB32_Premultiplied &&
-        QSysInfo::ByteOrder == QSysInfo::LittleEndian) {
-        channel = {2, 1, 0, 3};
-    } else if (source.format() != QImage::Format_RGBA8888_Premultiplied) {
+    // The source's byte order is kept until a row is finished.
+    const bool swapped = source.format() == QImage::Format_ARGB32_Premultiplied &&
+                         QSysInfo::ByteOrder == QSysInfo::LittleEndian;
+    if (!swapped && source.format() != QImage::Format_RGBA8888_Premultiplied) {
         source = backdrop.convertToFormat(QImage::Format_RGBA8888_Premultiplied);
         if (source.isNull()) {
             return {};
@@ -111,8 +129,13 @@ QImage LiquidBackdrop::prepare(const QImage& backdrop, const QRectF& rect, QSize
             const float* a = mixedDown.data() + (xs.first[x] - firstColumn) * 4;
             const float* b = mixedDown.data() + (xs.second[x] - firstColumn) * 4;
             const float fx = xs.weight[x];
+            // Copied first, so that the four channels go at once: the row written can't alias.
+            std::array<float, 4> first;
+            std::array<float, 4> second;
+            std::copy_n(a, 4, first.begin());
+            std::copy_n(b, 4, second.begin());
             for (int c = 0; c < 4; ++c) {
-                out[c] = a[c] + (b[c] - a[c]) * fx;
+                out[c] = first[c] + (second[c] - first[c]) * fx;
             }
         }
         for (int x = 0; x < radius; ++x) {
@@ -160,19 +183,11 @@ QImage LiquidBackdrop::prepare(const QImage& backdrop, const QRectF& rect, QSize
                 down[i] += w * (above[i] + below[i]);
             }
         }
-        uchar* line = prepared.scanLine(y);
-        const float* in = down.data();
-        for (int x = 0; x < ew; ++x, in += 4, line += 4) {
-            // The source's byte order is kept up to here; this is where it becomes RGBA.
-            const float rgb[3] = {in[channel[0]], in[channel[1]], in[channel[2]]};
-            const float alpha = std::clamp(in[channel[3]], 0.0f, 255.0f);
-            // Premultiplied values mix the same way as straight ones; only the ceiling is alpha.
-            const float luma = kLumaR * rgb[0] + kLumaG * rgb[1] + kLumaB * rgb[2];
-            for (int c = 0; c < 3; ++c) {
-                const float value = std::clamp(luma + amount * (rgb[c] - luma), 0.0f, alpha);
-                line[c] = static_cast<uchar>(value + 0.5f);
-            }
-            line[3] = static_cast<uchar>(alpha + 0.5f);
+        auto* line = reinterpret_cast<quint32*>(prepared.scanLine(y));
+        if (swapped) {
+            finishRow<2, 0>(down.data(), line, ew, amount);
+        } else {
+            finishRow<0, 2>(down.data(), line, ew, amount);
         }
     }
     return prepared;

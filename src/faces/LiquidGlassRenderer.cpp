@@ -2,8 +2,11 @@
 
 #include "faces/LiquidBackdrop.h"
 
+#include <QtEndian>
+
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <vector>
 
 namespace tw {
@@ -14,11 +17,11 @@ namespace {
 constexpr double kSaturation = 1.22;
 constexpr double kMagnification = 0.955;
 // The light comes from above and a little left.
-constexpr double kLightX = -0.55;
-constexpr double kLightY = -0.835;
+constexpr float kLightX = -0.55f;
+constexpr float kLightY = -0.835f;
 // Red bends least and blue most, which splits the edge into colour.
-constexpr double kDispersionRed = 0.88;
-constexpr double kDispersionBlue = 1.14;
+constexpr float kDispersion[3] = {0.88f, 1.0f, 1.14f};
+constexpr float kTiny = std::numeric_limits<float>::min();
 
 double clampedFrost(double frost) {
     return std::isfinite(frost) ? std::clamp(frost, 0.0, 1.0) : 0.0;
@@ -30,55 +33,67 @@ double axisWeight(double half, double offset) {
     return offset < 0 ? -w : w;
 }
 
-// One axis of a bilinear sample: the two pixels and the weight of the second.
+// What a pixel takes from its signed distance `d` to the shape's edge (negative inside): how much
+// of it the shape covers (not positive outside), how strongly the curved rim bends it (zero in
+// the flat middle), and the band of the rim light along the edge.
+struct Edge {
+    float coverage = 0;
+    float strength = 0;
+    float band = 0;
+};
+
+Edge edge(double d, double s, double bevel) {
+    Edge e;
+    e.coverage = static_cast<float>(std::min(0.5 - s * d, 1.0));
+    const double t = std::max(-d / bevel, 0.0);
+    if (t < 1) {
+        const double u = 1 - t;
+        const double u2 = u * u;
+        const double dome = std::sqrt(std::sqrt(1 - u2 * u2));
+        e.strength = static_cast<float>((1 - dome) * 0.55 + u2 * 0.45);
+    }
+    const double rim = std::max(d / 2.6 + 1, 0.0);
+    e.band = static_cast<float>(rim * rim * (3 - 2 * rim));
+    return e;
+}
+
+// One axis of a bilinear sample: the two pixels and the weight of the second, at a position
+// clamped to the axis's pixels.
 struct Tap {
     int first = 0;
     int second = 0;
-    double weight = 0;
+    float weight = 0;
 };
 
-struct Backdrop {
+Tap tap(float at, int extent) {
+    // min and max rather than clamp: they compile without branches.
+    const float clamped = std::min(std::max(at, 0.0f), static_cast<float>(extent - 1));
+    const int first = static_cast<int>(clamped);
+    return {first, std::min(first + 1, extent - 1), clamped - static_cast<float>(first)};
+}
+
+// The prepared backdrop's pixels, RGBA.
+struct Pixels {
     const uchar* bits = nullptr;
     qsizetype stride = 0;
     int width = 0;
     int height = 0;
-    double scale = 1;
-    double margin = 0;
 
-    static Tap tap(double at, int extent) {
-        const double clamped = std::clamp(at, 0.0, extent - 1.0);
-        const int first = static_cast<int>(clamped);
-        return {first, std::min(first + 1, extent - 1), clamped - first};
-    }
-    Tap tapX(double px) const { return tap(scale * px + margin - 0.5, width); }
-    Tap tapY(double py) const { return tap(scale * py + margin - 0.5, height); }
-
-    // One channel, 0...1, between the four pixels of two taps.
-    double at(const Tap& x, const Tap& y, int channel) const {
+    // One channel, 0...255, between the four pixels of two taps.
+    float at(const Tap& x, const Tap& y, int channel) const {
         const uchar* top = bits + y.first * stride;
         const uchar* bottom = bits + y.second * stride;
         const int a = x.first * 4 + channel;
         const int b = x.second * 4 + channel;
-        const double upper = top[a] + (top[b] - top[a]) * x.weight;
-        const double lower = bottom[a] + (bottom[b] - bottom[a]) * x.weight;
-        return (upper + (lower - upper) * y.weight) * (1 / 255.0);
-    }
-    // One channel at a point in the lens's points.
-    double sample(double px, double py, int channel) const {
-        return at(tapX(px), tapY(py), channel);
+        const float upper = top[a] + (top[b] - top[a]) * x.weight;
+        const float lower = bottom[a] + (bottom[b] - bottom[a]) * x.weight;
+        return upper + (lower - upper) * y.weight;
     }
 };
 
-// What a column of the output shares from top to bottom.
-struct Column {
-    double dx = 0;
-    double qx = 0;
-    double wx = 0;
-    Tap base; // the magnified, unbent sample
-};
-
-uchar toByte(double value) {
-    return static_cast<uchar>(std::clamp(value * 255.0, 0.0, 255.0));
+// Through int: a float converts to it in one instruction, to unsigned in several.
+quint32 toByte(float value) {
+    return static_cast<quint32>(static_cast<int>(std::min(std::max(value * 255.0f, 0.0f), 255.0f)));
 }
 
 } // namespace
@@ -139,9 +154,9 @@ QImage LiquidGlassRenderer::render(const QImage& backdrop, const QRectF& source,
         prepared = LiquidBackdrop::prepare(backdrop, source.adjusted(-mx, -my, mx, my), extended,
                                            blurSigma(params), kSaturation);
     }
-    const Backdrop lens{
-        prepared.constBits(),       prepared.bytesPerLine(), extended.width(), extended.height(), s,
-        static_cast<double>(margin)};
+    const bool hasBackdrop = !prepared.isNull();
+    const Pixels lens{prepared.constBits(), prepared.bytesPerLine(), extended.width(),
+                      extended.height()};
 
     QImage output(pw, ph, QImage::Format_RGBA8888_Premultiplied);
     if (output.isNull()) {
@@ -154,121 +169,170 @@ QImage LiquidGlassRenderer::render(const QImage& backdrop, const QRectF& source,
     const Shape lensShape = shape(params);
     const double r = lensShape.cornerRadius;
     const double bevel = lensShape.bevel;
-    const double amp = lensShape.amplitude;
-    const double mix = params.lightGlass ? f * 0.14 + 0.03 : f * 0.2 + 0.07;
-    const double tint = params.lightGlass ? 1.0 : 0.0;
+    const float mix = static_cast<float>(params.lightGlass ? f * 0.14 + 0.03 : f * 0.2 + 0.07);
+    const float tint = params.lightGlass ? 1.0f : 0.0f;
     const double focusBoost = params.focused ? 0.05 : 0.0;
-    const bool hasBackdrop = !prepared.isNull();
-    const double inverseBevel = 1 / bevel;
+    const float baseAlpha = hasBackdrop ? 1.0f : mix * 0.9f + 0.1f;
+    const float shadeAlpha = hasBackdrop ? 0.0f : 0.5f;
+    // A sample point p of the lens, in points, lies at s × p + margin − 0.5 in the prepared pixels;
+    // a displacement in points is s times as many pixels.
+    const auto toPixels = [&](double p) { return static_cast<float>(s * p + margin - 0.5); };
+    const float displacement = static_cast<float>(s * lensShape.amplitude);
 
-    // Everything that depends on the column alone, worked out once rather than per pixel.
-    std::vector<Column> columns(pw);
+    // What depends on the column alone, worked out once rather than per pixel. Away from the
+    // corners the distance to the edge is that of the nearer straight edge, so a pixel takes the
+    // edge terms of its column or of its row, whichever is nearer.
+    std::vector<double> qx(pw);
+    std::vector<float> columnD(pw);
+    std::vector<float> columnCoverage(pw);
+    std::vector<float> columnStrength(pw);
+    std::vector<float> columnBand(pw);
+    std::vector<float> wx(pw);
+    std::vector<float> baseX(pw); // the magnified, unbent sample
+    std::vector<Tap> baseTap(pw);
+    int cornerColumns = 0; // at each end, outside the straight edges' reach
     for (int i = 0; i < pw; ++i) {
-        Column& column = columns[i];
-        column.dx = (i + 0.5) / s - hw;
-        column.qx = r - hw + std::abs(column.dx);
-        column.wx = axisWeight(hw, column.dx);
-        column.base = lens.tapX(hw + column.dx * kMagnification);
+        const double dx = (i + 0.5) / s - hw;
+        qx[i] = r - hw + std::abs(dx);
+        cornerColumns += i < (pw + 1) / 2 && qx[i] > 0;
+        const Edge e = edge(qx[i] - r, s, bevel);
+        columnD[i] = static_cast<float>(qx[i] - r);
+        columnCoverage[i] = e.coverage;
+        columnStrength[i] = e.strength;
+        columnBand[i] = e.band;
+        wx[i] = static_cast<float>(axisWeight(hw, dx));
+        baseX[i] = toPixels(hw + dx * kMagnification);
+        baseTap[i] = tap(baseX[i], extended.width());
     }
 
+    // One row's terms, pixel by pixel, in passes the compiler can run several pixels at a time.
+    std::vector<float> coverage(pw);
+    std::vector<float> strength(pw);
+    std::vector<float> band(pw);
+    std::vector<float> nx(pw);
+    std::vector<float> ny(pw);
+    std::vector<float> rimLight(pw);
+    // The colours behind each pixel, 0...255; the tint throughout without a backdrop.
+    const float fill = hasBackdrop ? 0.0f : tint * 255.0f;
+    std::vector<float> colour[3] = {std::vector<float>(pw, fill), std::vector<float>(pw, fill),
+                                    std::vector<float>(pw, fill)};
+    // The two rows under the flat middle's samples, mixed down once for the whole row.
+    std::vector<float> mixedDown(hasBackdrop ? static_cast<size_t>(extended.width()) * 4 : 0);
+
     for (int j = 0; j < ph; ++j) {
-        uchar* line = output.scanLine(j);
         const double y = (j + 0.5) / s;
         const double dy = y - hh;
         const double qy = r - hh + std::abs(dy);
-        const double wy = axisWeight(hh, dy);
-        const double sheen = focusBoost + (1 - y / H) * 0.045;
-        const Tap baseY = lens.tapY(hh + dy * kMagnification);
+        const double rowD = qy - r;
+        const Edge rowEdge = edge(rowD, s, bevel);
+        const float wy = static_cast<float>(axisWeight(hh, dy));
+        const float sheen = static_cast<float>(focusBoost + (1 - y / H) * 0.045);
+        const float baseY = toPixels(hh + dy * kMagnification);
+
+        const float d = static_cast<float>(rowD);
         for (int i = 0; i < pw; ++i) {
-            const Column& column = columns[i];
-            const double dx = column.dx;
-            const double qx = column.qx;
-            const double ox = std::max(qx, 0.0);
-            const double oy = std::max(qy, 0.0);
-            // Only the corners are outside both straight edges; elsewhere the root is of zero.
-            const double outside = ox > 0 || oy > 0 ? std::sqrt(ox * ox + oy * oy) : 0.0;
-            const double d = std::min(std::max(qx, qy), 0.0) + outside - r;
-            double coverage = 0.5 - s * d;
-            if (!(coverage > 0)) {
-                continue;
-            }
-            coverage = std::min(coverage, 1.0);
-            uchar* px = line + i * 4;
-            const double t = std::max(-d * inverseBevel, 0.0);
-
-            if (t >= 1) {
-                // The flat middle: no bending, so no split into colour, no shade and no rim; only
-                // the magnification, the tint and the sheen.
-                const double highlight = std::min(sheen, 1.0);
-                const double inverse = 1 - highlight;
-                double red = tint;
-                double green = tint;
-                double blue = tint;
-                double alpha = mix * 0.9 + 0.1;
-                if (hasBackdrop) {
-                    red = lens.at(column.base, baseY, 0);
-                    green = lens.at(column.base, baseY, 1);
-                    blue = lens.at(column.base, baseY, 2);
-                    red += mix * (tint - red);
-                    green += mix * (tint - green);
-                    blue += mix * (tint - blue);
-                    alpha = 1.0;
-                }
-                px[0] = toByte(coverage * (highlight + red * alpha * inverse));
-                px[1] = toByte(coverage * (highlight + green * alpha * inverse));
-                px[2] = toByte(coverage * (highlight + blue * alpha * inverse));
-                px[3] = toByte(coverage * (highlight + alpha * inverse));
-                continue;
-            }
-
-            const double wx = column.wx;
-            const double norm = 1 / std::sqrt(wx * wx + wy * wy);
-            const double nx = wx * norm;
-            const double ny = wy * norm;
-            const double u = 1 - t;
-            const double u2 = u * u;
-            const double dome = std::sqrt(std::sqrt(1 - u2 * u2));
-            const double strength = (1 - dome) * 0.55 + u2 * 0.45;
-
-            double red = tint;
-            double green = tint;
-            double blue = tint;
-            double baseAlpha = mix * 0.9 + 0.1;
-            if (hasBackdrop) {
-                const double bx = hw + dx * kMagnification;
-                const double by = hh + dy * kMagnification;
-                const double offX = nx * amp * strength;
-                const double offY = ny * amp * strength;
-                red = lens.sample(bx - offX * kDispersionRed, by - offY * kDispersionRed, 0);
-                green = lens.sample(bx - offX, by - offY, 1);
-                blue = lens.sample(bx - offX * kDispersionBlue, by - offY * kDispersionBlue, 2);
-                red += mix * (tint - red);
-                green += mix * (tint - green);
-                blue += mix * (tint - blue);
-                baseAlpha = 1.0;
-            }
-
-            const double dot = nx * kLightX + ny * kLightY;
-            const double rim = std::max(d * (1 / 2.6) + 1, 0.0);
-            double rimLight = 0;
-            if (rim > 0) {
-                const double smooth = rim * rim * (3 - 2 * rim);
-                rimLight = smooth * (std::pow(std::abs(dot), 2.2) * 0.7 + 0.3);
-                if (dot <= 0) {
-                    rimLight *= 0.75;
+            const bool column = columnD[i] >= d;
+            coverage[i] = column ? columnCoverage[i] : rowEdge.coverage;
+            strength[i] = column ? columnStrength[i] : rowEdge.strength;
+            band[i] = column ? columnBand[i] : rowEdge.band;
+        }
+        // Only the corners are outside both straight edges.
+        if (qy > 0) {
+            for (int k = 0; k < cornerColumns; ++k) {
+                for (const int i : {k, pw - 1 - k}) {
+                    const Edge e = edge(std::sqrt(qx[i] * qx[i] + qy * qy) - r, s, bevel);
+                    coverage[i] = e.coverage;
+                    strength[i] = e.strength;
+                    band[i] = e.band;
                 }
             }
-            const double lit = std::max(dot, 0.0);
-            const double shade = std::max(-dot, 0.0) * strength * 0.24;
-            const double alpha = hasBackdrop ? baseAlpha : std::min(shade * 0.5 + baseAlpha, 1.0);
-            const double highlight = std::min(sheen + lit * strength * 0.42 + rimLight, 1.0);
-            const double inverse = 1 - highlight;
-            const double dark = 1 - shade;
+        }
+        // The shape is convex: the covered pixels of a row are one run.
+        int begin = 0;
+        int end = pw;
+        while (begin < end && !(coverage[begin] > 0)) {
+            ++begin;
+        }
+        while (end > begin && !(coverage[end - 1] > 0)) {
+            --end;
+        }
+        if (begin == end) {
+            continue;
+        }
 
-            px[0] = toByte(coverage * (highlight + dark * red * alpha * inverse));
-            px[1] = toByte(coverage * (highlight + dark * green * alpha * inverse));
-            px[2] = toByte(coverage * (highlight + dark * blue * alpha * inverse));
-            px[3] = toByte(coverage * (highlight + alpha * inverse));
+        // The normal: the nearer edge dominates steeply, so it turns smoothly round the corners.
+        // Far from every edge of a huge tile the weights vanish in floats: the normal is then
+        // nothing rather than not a number, and there it bends and lights nothing anyway.
+        for (int i = begin; i < end; ++i) {
+            const float norm = 1.0f / std::sqrt(std::max(wx[i] * wx[i] + wy * wy, kTiny));
+            nx[i] = wx[i] * norm;
+            ny[i] = wy * norm;
+        }
+        // The rim light's band is a run at each end of the row, or all of it.
+        std::fill(rimLight.begin() + begin, rimLight.begin() + end, 0.0f);
+        const auto light = [&](int i) {
+            const float dot = nx[i] * kLightX + ny[i] * kLightY;
+            // The far side glows less.
+            rimLight[i] =
+                band[i] * (std::pow(std::abs(dot), 2.2f) * 0.7f + 0.3f) * (dot <= 0 ? 0.75f : 1.0f);
+        };
+        int left = begin;
+        for (; left < end && band[left] > 0; ++left) {
+            light(left);
+        }
+        for (int right = end - 1; right >= left && band[right] > 0; --right) {
+            light(right);
+        }
+
+        if (hasBackdrop) {
+            const Tap rowTap = tap(baseY, extended.height());
+            const uchar* top = lens.bits + rowTap.first * lens.stride;
+            const uchar* bottom = lens.bits + rowTap.second * lens.stride;
+            for (size_t k = 0; k < mixedDown.size(); ++k) {
+                mixedDown[k] = top[k] + (bottom[k] - top[k]) * rowTap.weight;
+            }
+            for (int i = begin; i < end; ++i) {
+                if (strength[i] == 0) {
+                    // The flat middle: no bending, so one sample for all three colours.
+                    const Tap& x = baseTap[i];
+                    for (int c = 0; c < 3; ++c) {
+                        const float a = mixedDown[x.first * 4 + c];
+                        const float b = mixedDown[x.second * 4 + c];
+                        colour[c][i] = a + (b - a) * x.weight;
+                    }
+                    continue;
+                }
+                // The displacement points inwards; each colour bends by its own amount.
+                const float off = displacement * strength[i];
+                for (int c = 0; c < 3; ++c) {
+                    const float k = off * kDispersion[c];
+                    colour[c][i] = lens.at(tap(baseX[i] - nx[i] * k, lens.width),
+                                           tap(baseY - ny[i] * k, lens.height), c);
+                }
+            }
+        }
+
+        // Branch-free, so that several pixels go at once. Without a backdrop the colours are the
+        // tint, and the shade deepens the alpha instead.
+        auto* line = reinterpret_cast<quint32*>(output.scanLine(j));
+        for (int i = begin; i < end; ++i) {
+            const float dot = nx[i] * kLightX + ny[i] * kLightY;
+            const float lit = std::max(dot, 0.0f);
+            const float shade = std::max(-dot, 0.0f) * strength[i] * 0.24f;
+            const float alpha = std::min(shade * shadeAlpha + baseAlpha, 1.0f);
+            const float highlight = std::min(sheen + lit * strength[i] * 0.42f + rimLight[i], 1.0f);
+            const float inverse = 1 - highlight;
+            const float cover = std::max(coverage[i], 0.0f);
+            const float lightPart = cover * highlight;
+            const float colourPart = cover * (1 - shade) * alpha * inverse;
+            const auto channel = [&](const std::vector<float>& values) {
+                const float value = values[i] * (1 / 255.0f);
+                return toByte(lightPart + colourPart * (value + mix * (tint - value)));
+            };
+            const quint32 packed = channel(colour[0]) | channel(colour[1]) << 8 |
+                                   channel(colour[2]) << 16 |
+                                   toByte(lightPart + cover * alpha * inverse) << 24;
+            line[i] = qToLittleEndian(packed);
         }
     }
     output.setDevicePixelRatio(s);

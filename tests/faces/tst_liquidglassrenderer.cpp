@@ -118,17 +118,24 @@ void TestLiquidGlassRenderer::flatMiddle_data() {
     QTest::addColumn<bool>("lightGlass");
     QTest::addColumn<double>("frost");
     QTest::addColumn<bool>("focused");
+    QTest::addColumn<QSizeF>("points");
+    QTest::addColumn<double>("scale");
     QTest::addColumn<QList<int>>("rgba");
     // Worked out from the formula: the backdrop (60, 120, 180) saturated by 1.22 is (49, 122, 195);
     // the middle pixel (100, 100) of a 200-point tile at 1x has strength 0, no rim and a sheen of
     // (1 - 100.5 / 200) × 0.045.
+    const QSizeF tile(200, 200);
     QTest::newRow("dark and clear")
-        << true << false << 0.0 << false << QList<int>{50, 116, 182, 255};
+        << true << false << 0.0 << false << tile << 1.0 << QList<int>{50, 116, 182, 255};
     QTest::newRow("light, frosted, focused")
-        << true << true << 1.0 << true << QList<int>{96, 152, 208, 255};
-    QTest::newRow("no backdrop, dark") << false << false << 0.5 << false << QList<int>{5, 5, 5, 68};
+        << true << true << 1.0 << true << tile << 1.0 << QList<int>{96, 152, 208, 255};
+    QTest::newRow("no backdrop, dark")
+        << false << false << 0.5 << false << tile << 1.0 << QList<int>{5, 5, 5, 68};
     QTest::newRow("no backdrop, light, focused")
-        << false << true << 0.0 << true << QList<int>{48, 48, 48, 48};
+        << false << true << 0.0 << true << tile << 1.0 << QList<int>{48, 48, 48, 48};
+    // So far from every edge that the normal's weights vanish: still the same plain glass.
+    QTest::newRow("no backdrop, a huge tile at a tiny scale")
+        << false << false << 0.5 << false << QSizeF(2e8, 2e8) << 1e-6 << QList<int>{5, 5, 5, 68};
 }
 
 void TestLiquidGlassRenderer::flatMiddle() {
@@ -136,13 +143,15 @@ void TestLiquidGlassRenderer::flatMiddle() {
     QFETCH(bool, lightGlass);
     QFETCH(double, frost);
     QFETCH(bool, focused);
+    QFETCH(QSizeF, points);
+    QFETCH(double, scale);
     QFETCH(QList<int>, rgba);
     QImage backdrop;
     if (withBackdrop) {
         backdrop = QImage(300, 300, QImage::Format_RGB32);
         backdrop.fill(qRgb(60, 120, 180));
     }
-    LiquidGlassParams p = params(QSizeF(200, 200), 1, frost);
+    LiquidGlassParams p = params(points, scale, frost);
     p.lightGlass = lightGlass;
     p.focused = focused;
     const QImage image = LiquidGlassRenderer::render(backdrop, QRectF(50, 50, 200, 200), p);
