@@ -36,6 +36,7 @@ Modes:
   --snapshot-lock OUT.png      the lock screen with the widgets above it (1440 x 900)
       --style LOOK             the tiles' glass (default: frosted)
   --snapshot-lockpane OUT.png  the lock screen's settings pane with its preview
+  --snapshot-glassintro OUT.png  the card that introduces the three glass looks
   --list-sizes                 one line per kind: "kind:size,size,..."
   --probe-skylight             whether widgets can show above the lock screen here, and why
 

@@ -33,6 +33,9 @@ std::optional<int> runSnapshotLockMode(LaunchContext& context);
 // --snapshot-lockpane <out.png> [--wallpaper ID|PICTURE] [--dark|--light] [--scale X]: the lock
 // screen's settings pane with its preview.
 std::optional<int> runSnapshotLockPaneMode(LaunchContext& context);
+// --snapshot-glassintro <out.png> [--wallpaper ID|PICTURE] [--dark|--light] [--scale X]: the card
+// that introduces the three glass looks, each with a live preview.
+std::optional<int> runSnapshotGlassIntroMode(LaunchContext& context);
 // --list-sizes: one line of kind and allowed sizes per kind.
 std::optional<int> runListSizesMode(LaunchContext& context);
 // --probe-skylight: whether widgets can be drawn above the lock screen, step by step, as labelled

@@ -1,5 +1,6 @@
 #include "desktop/LockPanePreview.h"
 
+#include "desktop/PaneInk.h"
 #include "faces/FaceContext.h"
 #include "faces/FaceKit.h"
 #include "lockscreen/LockScreenPolicy.h"
@@ -15,34 +16,6 @@ namespace {
 
 constexpr double padding = 28;
 
-struct Ink {
-    QColor background;
-    QColor card;
-    QColor primary;
-    QColor secondary;
-};
-
-Ink inkFor(const FaceContext& base) {
-    if (base.glass.shade == GlassLook::Shade::Light) {
-        return {QColor(0xf3, 0xf3, 0xf6), QColor(0xff, 0xff, 0xff), QColor(0x1d, 0x1d, 0x22),
-                QColor(0x1d, 0x1d, 0x22, 150)};
-    }
-    return {QColor(0x1c, 0x1d, 0x23), QColor(0x2a, 0x2b, 0x33), QColor(0xf2, 0xf3, 0xf7),
-            QColor(0xf2, 0xf3, 0xf7, 150)};
-}
-
-// The words, wrapped in `width`; the height they took.
-double paragraph(QPainter& painter, const QPointF& at, double width, const QString& text,
-                 const QFont& font, const QColor& color) {
-    painter.setFont(font);
-    painter.setPen(color);
-    const QRectF bounds = painter.boundingRect(QRectF(at, QSizeF(width, 10'000)),
-                                               Qt::TextWordWrap | Qt::AlignLeft, text);
-    painter.drawText(QRectF(at, QSizeF(width, bounds.height())), Qt::TextWordWrap | Qt::AlignLeft,
-                     text);
-    return bounds.height();
-}
-
 QString sentence(QString reason) {
     if (!reason.isEmpty()) {
         reason[0] = reason.at(0).toUpper();
@@ -56,7 +29,7 @@ QString sentence(QString reason) {
 // A notice of whether widgets can stand above this lock screen; its height.
 double paintAvailability(QPainter& painter, const QRectF& row,
                          const std::optional<QString>& unavailable, const FaceContext& base,
-                         const Ink& ink) {
+                         const PaneInk& ink) {
     const QColor signal = unavailable ? QColor(0xf0, 0xa2, 0x2e) : QColor(0x34, 0xc7, 0x59);
     const QString headline =
         unavailable ? L("lock.pane.unavailable",
@@ -88,13 +61,13 @@ double paintAvailability(QPainter& painter, const QRectF& row,
     painter.drawText(dot, Qt::AlignCenter,
                      unavailable ? QStringLiteral("!") : QStringLiteral("\u2713"));
     const QPointF words(box.x() + 58, box.y() + 14);
-    const double first = paragraph(painter, words, text, headline, bold, ink.primary);
-    paragraph(painter, words + QPointF(0, first + 4), text, detail, plain, ink.secondary);
+    const double first = PaneInk::paragraph(painter, words, text, headline, bold, ink.primary);
+    PaneInk::paragraph(painter, words + QPointF(0, first + 4), text, detail, plain, ink.secondary);
     return height;
 }
 
 void paintWidgetList(QPainter& painter, const QRectF& area, const QList<WidgetInstance>& widgets,
-                     const FaceContext& base, const Ink& ink) {
+                     const FaceContext& base, const PaneInk& ink) {
     painter.setPen(ink.secondary);
     painter.setFont(FaceKit::font(11.5, QFont::DemiBold));
     painter.drawText(QRectF(area.topLeft(), QSizeF(area.width(), 18)), Qt::AlignLeft,
@@ -122,8 +95,8 @@ void paintWidgetList(QPainter& painter, const QRectF& area, const QList<WidgetIn
                          state);
         y += 22;
         if (const std::optional<QString> note = LockScreenPolicy::privacyNote(widget.kind)) {
-            y += paragraph(painter, QPointF(area.x() + 16, y), area.width() - 16, *note,
-                           FaceKit::font(11.5), ink.secondary);
+            y += PaneInk::paragraph(painter, QPointF(area.x() + 16, y), area.width() - 16, *note,
+                                    FaceKit::font(11.5), ink.secondary);
         }
         y += 10;
     }
@@ -139,22 +112,23 @@ QRectF LockPanePreview::paint(QPainter& painter, const QRectF& rect,
                               const QList<WidgetInstance>& widgets,
                               const std::optional<QString>& unavailable, const FaceContext& base,
                               const FaceRegistry& faces) {
-    const Ink ink = inkFor(base);
+    const PaneInk ink = PaneInk::of(base.glass.shade);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setRenderHint(QPainter::TextAntialiasing);
     painter.fillRect(rect, ink.background);
     const QRectF inner = rect.adjusted(padding, padding, -padding, -padding);
     double y = inner.y();
-    y += paragraph(painter, QPointF(inner.x(), y), inner.width(),
-                   L("lock.pane.title", QStringLiteral("Lock Screen")),
-                   FaceKit::font(24, QFont::Bold), ink.primary) +
+    y += PaneInk::paragraph(painter, QPointF(inner.x(), y), inner.width(),
+                            L("lock.pane.title", QStringLiteral("Lock Screen")),
+                            FaceKit::font(24, QFont::Bold), ink.primary) +
          4;
-    y += paragraph(painter, QPointF(inner.x(), y), inner.width(),
-                   L("lock.pane.lead", QStringLiteral("Widgets that are safe for anyone to see "
-                                                      "can stand above the lock screen, clear of "
-                                                      "its clock and controls.")),
-                   FaceKit::font(13.5), ink.secondary) +
+    y += PaneInk::paragraph(
+             painter, QPointF(inner.x(), y), inner.width(),
+             L("lock.pane.lead", QStringLiteral("Widgets that are safe for anyone to see "
+                                                "can stand above the lock screen, clear of "
+                                                "its clock and controls.")),
+             FaceKit::font(13.5), ink.secondary) +
          16;
     y +=
         paintAvailability(painter, QRectF(inner.x(), y, inner.width(), 0), unavailable, base, ink) +

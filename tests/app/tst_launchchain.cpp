@@ -66,9 +66,9 @@ private Q_SLOTS:
                "drawing above its lock screen: the screen locker owns the screen while it is "
                "locked\n"
             << 9;
-        QTest::newRow("help") << "--help" << QString() << helpStart << helpEnd << 54;
+        QTest::newRow("help") << "--help" << QString() << helpStart << helpEnd << 55;
         QTest::newRow("-h wins over every mode")
-            << "--counts -h" << QString() << helpStart << helpEnd << 54;
+            << "--counts -h" << QString() << helpStart << helpEnd << 55;
     }
     void modesAsAProcess() {
         QFETCH(QString, arguments);

@@ -213,6 +213,10 @@ void TestSnapshotWidgetMode::scenePictures_data() {
         << "--snapshot-lockpane OUT --wallpaper BLUE --scale 1 --light"
         << "snapshot-lockpane ok=true path=OUT dark=false" << QSize(760, 480)
         << QList<QPoint>{{79, 343}} << QList<QPoint>{{2, 2}, {79, 343}};
+    QTest::newRow("glass intro: a live preview of each look")
+        << "--snapshot-glassintro OUT --wallpaper BLUE --scale 1"
+        << "snapshot-glassintro ok=true path=OUT dark=true" << QSize(880, 436)
+        << QList<QPoint>{{50, 200}, {830, 200}} << QList<QPoint>{{95, 240}, {649, 240}};
     QTest::newRow("hero: unreadable wallpaper")
         << "--snapshot-glass-hero OUT --wallpaper /nonexistent.png"
         << "snapshot-glass-hero ok=false path=OUT style=frosted,clear,liquid dark=true" << QSize()
