@@ -34,37 +34,78 @@ QString describe(const std::optional<ResolvedAction>& action) {
 class TestWidgetAction : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void resolved_data() {
+    // A kind and its settings ("-" for none; "fail" makes the workspace refuse), what they
+    // resolve to, and what running it does: the requests made ("-" when nothing is to run) and
+    // "!" before a notice shown.
+    void resolvedAndRun_data() {
         QTest::addColumn<QString>("kind");
         QTest::addColumn<QString>("settings");
-        QTest::addColumn<QString>("expected");
+        QTest::addColumn<QString>("resolved");
+        QTest::addColumn<QString>("outcome");
         const auto row = [](const char* name, const char* kind, const char* settings,
-                            const char* expected) {
+                            const char* resolved, const char* outcome) {
             QTest::newRow(name) << QString::fromLatin1(kind) << QString::fromLatin1(settings)
-                                << QString::fromLatin1(expected);
+                                << QString::fromLatin1(resolved) << QString::fromUtf8(outcome);
         };
-        row("default of calendar", "calendar", "-", "app calendar");
-        row("explicit none beats the default", "calendar", "clickAction=none|clickTarget=x",
-            "no action");
+        const char* none = "clickAction=none|clickTarget=x";
+        row("default of calendar", "calendar", "-", "app calendar", "application /apps/calendar");
+        row("explicit none beats the default", "calendar", none, "no action", "-");
         row("url with a blank target, not the default", "calendar",
-            "clickAction=url|clickTarget=  \n", "no action");
-        row("url without a target", "weather", "clickAction=url", "no action");
+            "clickAction=url|clickTarget=  \n", "no action", "-");
+        row("url without a target", "weather", "clickAction=url", "no action", "-");
         row("target trimmed", "moon", "clickAction=url|clickTarget=  example.com\n",
-            "url example.com");
-        row("shortcut", "moon", "clickAction=shortcut|clickTarget=Focus", "shortcut Focus");
-        row("unknown action falls back", "clock", "clickAction=launch|clickTarget=x", "app clock");
-        row("action is case-sensitive", "battery", "clickAction=URL|clickTarget=x", "app settings");
-        row("other settings only", "system", "style=ring", "app system-monitor");
-        row("silent kind", "crypto", "-", "no action");
+            "url example.com", "open https://example.com");
+        row("shortcut", "moon", "clickAction=shortcut|clickTarget= Focus  ", "shortcut Focus",
+            "shortcut Focus");
+        row("unknown action falls back to a role nothing takes", "clock",
+            "clickAction=launch|clickTarget=x", "app clock",
+            "! Nothing opens clocks | Install a clock app, or choose one as the default in your "
+            "desktop's settings.");
+        row("action is case-sensitive", "battery", "clickAction=URL|clickTarget=x", "app settings",
+            "application /apps/settings");
+        row("other settings only", "system", "style=ring", "app system-monitor",
+            "application /apps/system-monitor");
+        row("silent kind", "crypto", "-", "no action", "-");
         row("custom kinds are silent", "custom.E621E1F8-C36C-495A-93FC-0C247A3E6E5F", "-",
-            "no action");
+            "no action", "-");
         row("silent kind, chosen app", "crypto", "clickAction=app|clickTarget=org.gnome.Calculator",
-            "app org.gnome.Calculator");
+            "app org.gnome.Calculator", "by-name org.gnome.Calculator");
+        row("an address that cannot be one", "moon", "clickAction=url|clickTarget=exa mple.com",
+            "url exa mple.com",
+            "! Nothing opens “exa mple.com” | This address cannot be opened. Check the widget's "
+            "click action in its settings.");
+        row("a program that fails", "moon",
+            "clickAction=app|clickTarget=Nothing|fail=no application named Nothing", "app Nothing",
+            "by-name Nothing ! Nothing opens “Nothing” | No application of that name is installed. "
+            "Install it, or choose another in the widget's settings.");
     }
-    void resolved() {
+    void resolvedAndRun() {
         QFETCH(QString, kind);
         QFETCH(QString, settings);
-        QTEST(describe(WidgetAction::resolved(kind, settingsFrom(settings))), "expected");
+        QFETCH(QString, outcome);
+        std::optional<WidgetSettings> given = settingsFrom(settings);
+        tw::NullWorkspace workspace;
+        if (given && given->contains(QStringLiteral("fail"))) {
+            workspace.failWith(given->take(QStringLiteral("fail")));
+        }
+        workspace.addRoleApplication(tw::AppRole::calendar, QStringLiteral("/apps/calendar"));
+        workspace.addRoleApplication(tw::AppRole::settings, QStringLiteral("/apps/settings"));
+        workspace.addRoleApplication(tw::AppRole::systemMonitor,
+                                     QStringLiteral("/apps/system-monitor"));
+        tw::NullNotifications notifications;
+        const auto action = WidgetAction::resolved(kind, given);
+        QTEST(describe(action), "resolved");
+        if (outcome.contains(QLatin1Char('!'))) {
+            QTest::ignoreMessage(QtCriticalMsg,
+                                 QRegularExpression(QStringLiteral("^action failed: .+")));
+        }
+        QStringList done = action && WidgetAction::run(workspace, notifications, *action)
+                               ? workspace.requests()
+                               : QStringList{QStringLiteral("-")};
+        for (const auto& message : notifications.shown()) {
+            done << QStringLiteral("! ") + message.title + QLatin1String(" | ") + message.body;
+        }
+        QCOMPARE(done.join(QLatin1Char(' ')), outcome);
     }
 
     void resolvedURL_data() {
@@ -125,65 +166,6 @@ private Q_SLOTS:
         workspace.addRoleApplication(tw::AppRole::terminal, QStringLiteral("/apps/terminal"));
         WidgetAction::openApp(workspace, target);
         QCOMPARE(workspace.requests(), QStringList{request});
-    }
-
-    void runGoesByKind_data() {
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<QString>("settings");
-        QTest::addColumn<QString>("failure");
-        QTest::addColumn<bool>("used");
-        QTest::addColumn<QString>("request");
-        QTest::addColumn<QString>("notice");
-        const auto row = [](const char* name, const char* kind, const char* settings,
-                            const char* failure, bool used, const char* request,
-                            const char* notice) {
-            QTest::newRow(name) << QString::fromLatin1(kind) << QString::fromLatin1(settings)
-                                << QString::fromLatin1(failure) << used
-                                << QString::fromLatin1(request) << QString::fromUtf8(notice);
-        };
-        row("url", "moon", "clickAction=url|clickTarget= example.com ", "", true,
-            "open https://example.com", "");
-        row("app", "moon", "clickAction=app|clickTarget=Editor", "", true, "by-name Editor", "");
-        row("shortcut", "moon", "clickAction=shortcut|clickTarget= Focus  ", "", true,
-            "shortcut Focus", "");
-        row("default role", "calendar", "-", "", true, "application /apps/calendar", "");
-        row("no action", "crypto", "-", "", false, "", "");
-        row("a role nothing takes", "clock", "-", "", true, "",
-            "Nothing opens clocks | Install a clock app, or choose one as the default in your "
-            "desktop's settings.");
-        row("an address that cannot be one", "moon", "clickAction=url|clickTarget=exa mple.com", "",
-            true, "",
-            "Nothing opens “exa mple.com” | This address cannot be opened. Check the widget's "
-            "click action in its settings.");
-        row("a program that fails", "moon", "clickAction=app|clickTarget=Nothing",
-            "no application named Nothing", true, "by-name Nothing",
-            "Nothing opens “Nothing” | No application of that name is installed. Install it, or "
-            "choose another in the widget's settings.");
-    }
-    void runGoesByKind() {
-        QFETCH(QString, kind);
-        QFETCH(QString, settings);
-        QFETCH(QString, failure);
-        QFETCH(QString, notice);
-        tw::NullWorkspace workspace;
-        workspace.addRoleApplication(tw::AppRole::calendar, QStringLiteral("/apps/calendar"));
-        if (!failure.isEmpty()) {
-            workspace.failWith(failure);
-        }
-        tw::NullNotifications notifications;
-        const auto action = WidgetAction::resolved(kind, settingsFrom(settings));
-        if (!notice.isEmpty()) {
-            QTest::ignoreMessage(QtCriticalMsg,
-                                 QRegularExpression(QStringLiteral("^action failed: .+")));
-        }
-        const bool used = action && WidgetAction::run(workspace, notifications, *action);
-        QTEST(used, "used");
-        QTEST(workspace.requests().join(QLatin1Char(',')), "request");
-        QStringList shown;
-        for (const auto& message : notifications.shown()) {
-            shown.append(message.title + QLatin1String(" | ") + message.body);
-        }
-        QCOMPARE(shown, notice.isEmpty() ? QStringList() : QStringList{notice});
     }
 };
 
