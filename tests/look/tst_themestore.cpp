@@ -243,21 +243,19 @@ private Q_SLOTS:
         QVERIFY(!store.themeForDisplay(QStringLiteral("NONE")));
         QVERIFY(!store.themeForDisplay(std::nullopt));
 
-        store.setTheme(QStringLiteral("forest"), QStringLiteral("DELL-1"));
-        QCOMPARE(store.themeForDisplay(QStringLiteral("DELL-1")),
-                 Theme::builtIn(QStringLiteral("forest")));
+        const QString dell = QStringLiteral("DELL-1");
+        store.setTheme(QStringLiteral("forest"), dell);
+        QCOMPARE(store.themeForDisplay(dell), Theme::builtIn(QStringLiteral("forest")));
         store.setAccentOverride(ThemeColor{1, 1, 0, 1});
-        QCOMPARE(store.themeForDisplay(QStringLiteral("DELL-1"))->accent, (ThemeColor{1, 1, 0, 1}));
-        QCOMPARE(ThemeStore(rig.defaults, rig.clock, rig.path())
-                     .perDisplay()
-                     .value(QStringLiteral("DELL-1")),
-                 QStringLiteral("forest"));
+        QCOMPARE(store.themeForDisplay(dell)->accent, (ThemeColor{1, 1, 0, 1}));
+        const ThemeStore next(rig.defaults, rig.clock, rig.path());
+        QCOMPARE(next.perDisplay().value(dell), QStringLiteral("forest"));
 
-        store.setTheme(QStringLiteral("no-such-theme"), QStringLiteral("DELL-1"));
-        QVERIFY(!store.perDisplay().contains(QStringLiteral("DELL-1")));
-        store.setTheme(QStringLiteral("rose"), QStringLiteral("DELL-1"));
-        store.setTheme(std::nullopt, QStringLiteral("DELL-1"));
-        QVERIFY(!store.perDisplay().contains(QStringLiteral("DELL-1")));
+        store.setTheme(QStringLiteral("no-such-theme"), dell);
+        QVERIFY(!store.perDisplay().contains(dell));
+        store.setTheme(QStringLiteral("rose"), dell);
+        store.setTheme(std::nullopt, dell);
+        QVERIFY(!store.perDisplay().contains(dell));
 
         store.setTheme(QStringLiteral("rose"), QStringLiteral("DELL-2"));
         store.clearPerDisplayThemes();
