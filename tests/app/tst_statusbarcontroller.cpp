@@ -7,23 +7,6 @@ using namespace tw;
 
 namespace {
 
-QStringList titles(const QMenu& menu) {
-    QStringList result;
-    for (const QAction* action : menu.actions()) {
-        result.append(action->isSeparator() ? QStringLiteral("—") : action->text());
-    }
-    return result;
-}
-
-QAction* find(const QMenu& menu, const QString& text) {
-    for (QAction* action : menu.actions()) {
-        if (action->text() == text) {
-            return action;
-        }
-    }
-    return nullptr;
-}
-
 const QStringList kBase{QStringLiteral("Open Tarnwick…"),
                         QStringLiteral("Show / Hide on Desktop"),
                         QStringLiteral("Undo Layout Change"),
@@ -36,56 +19,53 @@ const QStringList kBase{QStringLiteral("Open Tarnwick…"),
 class tst_StatusBarController : public QObject {
     Q_OBJECT
 private Q_SLOTS:
+    // Built over an earlier menu, which it replaces; every entry it enables runs its action.
     void menuInItsOrder_data() {
         QTest::addColumn<int>("visitors");
         QTest::addColumn<bool>("canUndo");
         QTest::addColumn<bool>("canRedo");
         QTest::addColumn<QStringList>("expected");
-        QTest::newRow("nothing parked: starts with Open") << 0 << false << false << kBase;
+        QTest::addColumn<QString>("calls");
+        QTest::newRow("nothing parked: starts with Open")
+            << 0 << false << false << kBase << "open toggle quit";
         QTest::newRow("one parked, undo")
             << 1 << true << false
             << QStringList{QStringLiteral("1 widget is parked here until its display is back")} +
-                   kBase;
+                   kBase
+            << "open toggle undo quit";
         QTest::newRow("three parked, undo and redo")
             << 3 << true << true
             << QStringList{QStringLiteral(
                    "3 widgets are parked here until their display is back")} +
-                   kBase;
+                   kBase
+            << "open toggle undo redo quit";
     }
     void menuInItsOrder() {
         QFETCH(int, visitors);
         QFETCH(bool, canUndo);
         QFETCH(bool, canRedo);
-        QFETCH(QStringList, expected);
-        QMenu menu;
-        StatusBarController::buildMenu(menu, {visitors, canUndo, canRedo}, {});
-        QCOMPARE(titles(menu), expected);
-        QCOMPARE(menu.actions().first()->isEnabled(), visitors == 0);
-        QCOMPARE(find(menu, QStringLiteral("Undo Layout Change"))->isEnabled(), canUndo);
-        QCOMPARE(find(menu, QStringLiteral("Redo Layout Change"))->isEnabled(), canRedo);
-    }
-
-    void rebuildingReplacesTheEntriesAndActionsRun() {
-        QMenu menu;
         QStringList calls;
-        StatusBarController::MenuActions actions{
-            .openSettings = [&] { calls.append(QStringLiteral("open")); },
-            .toggleBoard = [&] { calls.append(QStringLiteral("toggle")); },
-            .undo = [&] { calls.append(QStringLiteral("undo")); },
-            .redo = [&] { calls.append(QStringLiteral("redo")); },
-            .quit = [&] { calls.append(QStringLiteral("quit")); },
+        const auto record = [&calls](const char* name) {
+            return [&calls, name] { calls.append(QLatin1String(name)); };
         };
+        const StatusBarController::MenuActions actions{.openSettings = record("open"),
+                                                       .toggleBoard = record("toggle"),
+                                                       .undo = record("undo"),
+                                                       .redo = record("redo"),
+                                                       .quit = record("quit")};
+        QMenu menu;
         StatusBarController::buildMenu(menu, {2, true, true}, actions);
-        StatusBarController::buildMenu(menu, {0, true, true}, actions);
-        QCOMPARE(titles(menu), kBase);
-        for (const QString& title : kBase) {
-            if (title != QStringLiteral("—")) {
-                find(menu, title)->trigger();
+        StatusBarController::buildMenu(menu, {visitors, canUndo, canRedo}, actions);
+        QStringList titles;
+        for (QAction* action : menu.actions()) {
+            titles.append(action->isSeparator() ? QStringLiteral("—") : action->text());
+            if (action->isEnabled()) {
+                action->trigger();
             }
         }
-        QCOMPARE(calls, (QStringList{QStringLiteral("open"), QStringLiteral("toggle"),
-                                     QStringLiteral("undo"), QStringLiteral("redo"),
-                                     QStringLiteral("quit")}));
+        QTEST(titles, "expected");
+        QCOMPARE(menu.actions().first()->isEnabled(), visitors == 0);
+        QTEST(calls.join(QLatin1Char(' ')), "calls");
     }
 };
 

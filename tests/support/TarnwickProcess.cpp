@@ -36,6 +36,21 @@ ProcessRun runTarnwick(const QString& program, const QStringList& arguments, con
     return run;
 }
 
+bool matches(const QString& text, const QString& pattern) {
+    const QStringList parts = pattern.split(QChar(0x2026));
+    const qsizetype tail = text.size() - parts.last().size();
+    if (parts.size() == 1 || tail < 0 || text.left(parts.first().size()) != parts.first() ||
+        text.mid(tail) != parts.last()) {
+        return text == pattern;
+    }
+    qsizetype at = parts.first().size();
+    for (qsizetype i = 1; i < parts.size() - 1 && at >= 0; ++i) {
+        at = text.indexOf(parts.at(i), at);
+        at = at < 0 ? at : at + parts.at(i).size();
+    }
+    return at >= 0 && at <= tail;
+}
+
 QStringList words(const QString& line) {
     return line.split(QLatin1Char(' '), Qt::SkipEmptyParts);
 }

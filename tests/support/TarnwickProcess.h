@@ -18,6 +18,9 @@ struct ProcessRun {
 ProcessRun runTarnwick(const QString& program, const QStringList& arguments, const QString& home,
                        const QString& twkTime = {}, const QString& display = {});
 
+// True when `text` is `pattern`, each "…" in the pattern standing for any text.
+bool matches(const QString& text, const QString& pattern);
+
 // Arguments written as one line, split at spaces.
 QStringList words(const QString& line);
 
