@@ -2,6 +2,7 @@
 #include "NotAFile.h"
 #include "PrivateMount.h"
 #include "platform/AtomicFile.h"
+#include "platform/DataFile.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -44,6 +45,9 @@ bool writeFile(const QString& path, const QByteArray& bytes) {
 
 } // namespace
 
+using Status = tw::DataFile::Status;
+Q_DECLARE_METATYPE(Status)
+
 class TestAtomicFile : public QObject {
     Q_OBJECT
 private Q_SLOTS:
@@ -59,15 +63,6 @@ private Q_SLOTS:
         QVERIFY(tw::AtomicFile::write(path, QByteArray()));
         QCOMPARE(QFileInfo(path).size(), 0);
         QCOMPARE(strays(dir.path(), QStringLiteral("grid.json")), QStringList());
-    }
-
-    void reportsAMissingDirectory() {
-        QTemporaryDir dir;
-        const QString path = dir.filePath(QStringLiteral("gone/grid.json"));
-        const auto result = tw::AtomicFile::write(path, QByteArrayLiteral("{}"));
-        QVERIFY(!result.ok());
-        QVERIFY(result.error.contains(QStringLiteral("open")));
-        QVERIFY(!QFileInfo::exists(path));
     }
 
     // Each injected failure must leave the old file byte for byte, remove the temporary file,
@@ -224,36 +219,70 @@ private Q_SLOTS:
         QCOMPARE(readAll(path), QByteArrayLiteral("{}"));
     }
 
-    // Nothing but a regular file (or a link to one) is ever replaced, nor written through.
-    void writesOverNothingButARegularFile_data() {
+    // Whatever sits at the path, reading returns (a FIFO with no writer or /dev/zero would block
+    // or fill memory forever if read like a file), and nothing but a regular file, or a link to
+    // one, is replaced or written through. A link's target is gone/grid.json.
+    void whatSitsAtThePath_data() {
         QTest::addColumn<QString>("kind");
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<Status>("status");
         QTest::addColumn<bool>("written");
-        QTest::newRow("a link to a file") << "link" << true;
-        QTest::newRow("a directory") << "dir" << false;
-        QTest::newRow("a FIFO") << "fifo" << false;
-        QTest::newRow("a link to nothing") << "dangling" << false;
-        QTest::newRow("a link to a device") << "zero" << false;
+        QTest::newRow("a file") << "file" << QByteArray("{\"a\":1}") << Status::regular << true;
+        QTest::newRow("at the read cap")
+            << "file" << QByteArray(64, 'x') << Status::regular << true;
+        QTest::newRow("over the read cap")
+            << "file" << QByteArray(65, 'x') << Status::tooLarge << true;
+        QTest::newRow("a link to a file") << "link" << QByteArray("[]") << Status::regular << true;
+        QTest::newRow("nothing") << "none" << QByteArray() << Status::missing << true;
+        QTest::newRow("in a missing directory")
+            << "nodir" << QByteArray() << Status::missing << false;
+        QTest::newRow("a FIFO") << "fifo" << QByteArray() << Status::notRegular << false;
+        QTest::newRow("a link to /dev/zero")
+            << "zero" << QByteArray() << Status::notRegular << false;
+        QTest::newRow("a directory") << "dir" << QByteArray() << Status::notRegular << false;
+        QTest::newRow("a link to nothing")
+            << "dangling" << QByteArray() << Status::notRegular << false;
+        QTest::newRow("a loop of links") << "loop" << QByteArray() << Status::notRegular << false;
     }
-    void writesOverNothingButARegularFile() {
+    void whatSitsAtThePath() {
         QFETCH(QString, kind);
+        QFETCH(QByteArray, bytes);
+        QFETCH(Status, status);
         QFETCH(bool, written);
         QTemporaryDir dir;
-        const QString path = dir.filePath(QStringLiteral("grid.json"));
+        const QString path =
+            dir.filePath(kind == QLatin1String("nodir") ? QStringLiteral("none/grid.json")
+                                                        : QStringLiteral("grid.json"));
         const QString elsewhere = dir.filePath(QStringLiteral("gone/grid.json"));
         QVERIFY(QDir().mkpath(QFileInfo(elsewhere).path()));
-        if (kind == QStringLiteral("link")) {
-            QVERIFY(writeFile(elsewhere, "{}"));
+        if (kind == QLatin1String("file") || kind == QLatin1String("link")) {
+            QVERIFY(writeFile(kind == QLatin1String("link") ? elsewhere : path, bytes));
+        }
+        if (kind == QLatin1String("link")) {
             QVERIFY(QFile::link(elsewhere, path));
-        } else {
+        } else if (kind == QLatin1String("loop")) {
+            QVERIFY(QFile::link(path, elsewhere) && QFile::link(elsewhere, path));
+        } else if (!QStringList{QStringLiteral("file"), QStringLiteral("none"),
+                                QStringLiteral("nodir")}
+                        .contains(kind)) {
             QVERIFY(tw::test::placeNotAFile(kind, path));
         }
+        const tw::DataFile::Contents contents = tw::DataFile::read(path, 64);
+        QCOMPARE(contents.status, status);
+        QCOMPARE(contents.bytes, status == Status::regular ? bytes : QByteArray());
+        QCOMPARE(contents.problem.isEmpty(),
+                 status == Status::regular || status == Status::missing);
+
         const QFileInfo before(path);
-        const auto result = tw::AtomicFile::write(path, QByteArrayLiteral("{\"a\":1}"));
+        const auto result = tw::AtomicFile::write(path, QByteArrayLiteral("{\"b\":2}"));
         QCOMPARE(result.ok(), written);
+        QVERIFY(written || result.error.contains(QStringLiteral("open")));
         const QFileInfo after(path);
         QCOMPARE(after.isSymLink(), before.isSymLink());
         QCOMPARE(after.isDir(), before.isDir());
-        QCOMPARE(readAll(elsewhere), written ? QByteArrayLiteral("{\"a\":1}") : QByteArray());
+        QCOMPARE(readAll(written && kind != QLatin1String("link") ? path : elsewhere),
+                 written ? QByteArrayLiteral("{\"b\":2}") : QByteArray());
+        QCOMPARE(strays(dir.path(), QStringLiteral("grid.json")), QStringList());
         QCOMPARE(strays(QFileInfo(elsewhere).path(), QStringLiteral("grid.json")), QStringList());
     }
 };
