@@ -1,7 +1,12 @@
 // Runs on a real X server (tests/e2e/xsession.py): another client draws a picture into a pixmap
 // and names it on the root window, as wallpaper setters do; the desktop picture follows and
-// reads the pixels back.
+// reads the pixels back. Then the program itself, with no desktop named, puts a built-in
+// wallpaper there and ends; the picture stays, and reads back through the same code.
+#include "TarnwickProcess.h"
+#include "faces/Wallpaper.h"
+#include "faces/WallpaperRenderer.h"
 #include "platform/linux/LinuxDesktopPicture.h"
+#include "platform/linux/X11RootPicture.h"
 
 #include <QGuiApplication>
 #include <QImage>
@@ -34,6 +39,7 @@ constexpr Band bands[] = {
 class tst_X11RootPicture : public QObject {
     Q_OBJECT
 
+    QTemporaryDir m_data;
     xcb_connection_t* m_setter = nullptr;
     xcb_screen_t* m_screen = nullptr;
 
@@ -71,6 +77,8 @@ private Q_SLOTS:
         if (QGuiApplication::platformName() != QLatin1String("xcb")) {
             QSKIP("needs an X server (run through tests/e2e/xsession.py)");
         }
+        qunsetenv("XDG_CURRENT_DESKTOP");
+        qputenv("TKW_APP_SUPPORT_DIR", m_data.path().toUtf8());
         m_setter = xcb_connect(nullptr, nullptr);
         QVERIFY(xcb_connection_has_error(m_setter) == 0);
         m_screen = xcb_setup_roots_iterator(xcb_get_setup(m_setter)).data;
@@ -126,6 +134,30 @@ private Q_SLOTS:
         xcb_flush(m_setter);
         QVERIFY(picture.rootPicture().isNull());
         publish("ESETROOT_PMAP_ID", 0);
+    }
+
+    // In order: the second replaces the picture the first left, freeing it.
+    void theProgramPutsAWallpaperThere_data() {
+        QTest::addColumn<QString>("id");
+        QTest::newRow("first") << "night-sky";
+        QTest::newRow("replacing the first") << "dawn";
+    }
+    void theProgramPutsAWallpaperThere() {
+        QFETCH(QString, id);
+        const QTemporaryDir home;
+        const test::ProcessRun run = test::runTarnwick(
+            QStringLiteral(TARNWICK_EXECUTABLE), {QStringLiteral("--apply-wallpaper"), id},
+            home.path(), {}, qEnvironmentVariable("DISPLAY"));
+        QCOMPARE(run.out, QStringLiteral("apply-wallpaper id=%1 count=1\n").arg(id));
+        QCOMPARE(run.exitCode, 0);
+        const QSize size(m_screen->width_in_pixels, m_screen->height_in_pixels);
+        const Wallpaper& wallpaper = *Wallpaper::find(id);
+        QVERIFY(QFile::exists(m_data.filePath(QStringLiteral("Wallpapers/") +
+                                              WallpaperRenderer::fileName(wallpaper, size))));
+        const X11RootPicture root(m_setter);
+        QVERIFY(root.pixmap() != 0);
+        QCOMPARE(root.picture().convertToFormat(QImage::Format_RGB32),
+                 WallpaperRenderer::render(wallpaper, size));
     }
 };
 
