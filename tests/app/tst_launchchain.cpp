@@ -1,5 +1,6 @@
 #include "ManualClock.h"
 #include "TarnwickProcess.h"
+#include "TestRows.h"
 #include "app/LaunchChain.h"
 #include "app/LaunchModes.h"
 #include "faces/Wallpaper.h"
@@ -12,6 +13,7 @@
 #include <QTest>
 
 using tw::test::matches;
+using tw::test::row;
 using tw::test::words;
 
 namespace {
@@ -51,53 +53,39 @@ private Q_SLOTS:
         const QString none;
         const int all = int(tw::Wallpaper::all().size());
         const QString written = QStringLiteral("…wallpapers written=%1 dir=DIR\n").arg(all);
-        QTest::newRow("counts") << "--counts" << none << none << 0 << counts << 1 << "" << 0;
-        QTest::newRow("the pin changes no report") << "--counts"
-                                                   << "7:30" << none << 0 << counts << 1 << "" << 0;
-        QTest::newRow("list-sizes before probe-skylight")
-            << "--probe-skylight --list-sizes" << none << none << 0 << listed << 51 << "" << 0;
-        QTest::newRow("sizes before counts")
-            << "--counts --sizes" << none << none << 0 << sizes << 53 << "" << 0;
-        QTest::newRow("counts before list-sizes")
-            << "--list-sizes --counts" << none << none << 0 << counts << 1 << "" << 0;
-        QTest::newRow("probe-skylight")
-            << "--probe-skylight" << none << none << 0
-            << "symbols available : no\n…RESULT            : FAILED\nreason            : this "
-               "desktop does not allow drawing above its lock screen: the screen locker owns the "
-               "screen while it is locked\n"
-            << 9 << "" << 0;
-        QTest::newRow("-h wins over every mode")
-            << "--counts -h" << none << none << 0 << help << 47 << "" << 0;
-        QTest::newRow("no flag, no display") << "" << none << none << 1 << "" << 0 << unset << 0;
-        QTest::newRow("unknown flag, no display")
-            << "--web example.com" << none << none << 1 << "" << 0 << unset << 0;
-        QTest::newRow("case-sensitive, display that cannot be opened")
-            << "--COUNTS" << none << bogus << 1 << "" << 0 << unopened << 0;
-        QTest::newRow("whole arguments only")
-            << "--counts=yes -platform xcb" << none << bogus << 1 << "" << 0 << unopened << 0;
-        QTest::newRow("a mode without its value is absent")
-            << "--snapshot-widget" << none << none << 1 << "" << 0
-            << unset + QStringLiteral("--snapshot-widget is missing its value and was ignored; "
-                                      "see tarnwick --help.\n")
-            << 0;
-        QTest::newRow("off-screen platform")
-            << "--verbose" << none << "offscreen" << 1 << "" << 0 << unset << 0;
-        QTest::newRow("wallpapers before counts")
-            << "--counts --wallpapers DIR" << none << none << 0 << "" << 0 << written << all;
-        QTest::newRow("wallpapers: folder that cannot be made")
-            << "--wallpapers BLOCKED" << none << none << 1 << "" << 0
-            << "…wallpapers written=0 dir=BLOCKED\n"
-            << 0;
-        QTest::newRow("apply-wallpaper before sizes, unknown id")
-            << "--apply-wallpaper nope --sizes" << none << none << 1
-            << "apply-wallpaper id=nope count=-1\n"
-            << 1 << "…" << 0;
-        QTest::newRow("wallpaper ids are exact")
-            << "--apply-wallpaper Dawn" << none << none << 1 << "apply-wallpaper id=Dawn count=-1\n"
-            << 1 << "…" << 0;
-        QTest::newRow("no display to show the wallpaper on")
-            << "--apply-wallpaper dawn" << none << none << 0 << "apply-wallpaper id=dawn count=0\n"
-            << 1 << "…" << 0;
+        const QString probe = QStringLiteral(
+            "symbols available : no\n…RESULT            : FAILED\nreason            : this desktop "
+            "does not allow drawing above its lock screen: the screen locker owns the screen while "
+            "it is locked\n");
+        const QString ignored = QStringLiteral(
+            "--snapshot-widget is missing its value and was ignored; see tarnwick --help.\n");
+        row("counts", "--counts", none, none, 0, counts, 1, "", 0);
+        row("the pin changes no report", "--counts", "7:30", none, 0, counts, 1, "", 0);
+        row("list-sizes before probe-skylight", "--probe-skylight --list-sizes", none, none, 0,
+            listed, 51, "", 0);
+        row("sizes before counts", "--counts --sizes", none, none, 0, sizes, 53, "", 0);
+        row("counts before list-sizes", "--list-sizes --counts", none, none, 0, counts, 1, "", 0);
+        row("probe-skylight", "--probe-skylight", none, none, 0, probe, 9, "", 0);
+        row("-h wins over every mode", "--counts -h", none, none, 0, help, 47, "", 0);
+        row("no flag, no display", "", none, none, 1, "", 0, unset, 0);
+        row("unknown flag, no display", "--web example.com", none, none, 1, "", 0, unset, 0);
+        row("case-sensitive, display that cannot be opened", "--COUNTS", none, bogus, 1, "", 0,
+            unopened, 0);
+        row("whole arguments only", "--counts=yes -platform xcb", none, bogus, 1, "", 0, unopened,
+            0);
+        row("a mode without its value is absent", "--snapshot-widget", none, none, 1, "", 0,
+            unset + ignored, 0);
+        row("off-screen platform", "--verbose", none, "offscreen", 1, "", 0, unset, 0);
+        row("wallpapers before counts", "--counts --wallpapers DIR", none, none, 0, "", 0, written,
+            all);
+        row("wallpapers: folder that cannot be made", "--wallpapers BLOCKED", none, none, 1, "", 0,
+            "…wallpapers written=0 dir=BLOCKED\n", 0);
+        row("apply-wallpaper before sizes, unknown id", "--apply-wallpaper nope --sizes", none,
+            none, 1, "apply-wallpaper id=nope count=-1\n", 1, "…", 0);
+        row("wallpaper ids are exact", "--apply-wallpaper Dawn", none, none, 1,
+            "apply-wallpaper id=Dawn count=-1\n", 1, "…", 0);
+        row("no display to show the wallpaper on", "--apply-wallpaper dawn", none, none, 0,
+            "apply-wallpaper id=dawn count=0\n", 1, "…", 0);
     }
     void runs() {
         QFETCH(QString, arguments);
@@ -139,30 +127,19 @@ private Q_SLOTS:
         QTest::addColumn<QString>("flag");
         QTest::addColumn<int>("count");
         QTest::addColumn<QString>("expected");
-        const QString absent = QStringLiteral("absent");
-        QTest::newRow("flag present") << "--counts"
-                                      << "--counts" << 0 << "";
-        QTest::newRow("flag absent") << ""
-                                     << "--counts" << 0 << absent;
-        QTest::newRow("exact case") << "--Counts"
-                                    << "--counts" << 0 << absent;
-        QTest::newRow("whole argument") << "--counts=1"
-                                        << "--counts" << 0 << absent;
-        QTest::newRow("one value") << "--theme ocean"
-                                   << "--theme" << 1 << "ocean";
-        QTest::newRow("value missing") << "--theme"
-                                       << "--theme" << 1 << absent;
-        QTest::newRow("two values, one given") << "--web example.com"
-                                               << "--web" << 2 << absent;
-        QTest::newRow("two values") << "--web example.com /tmp/a.png --dark"
-                                    << "--web" << 2 << "example.com|/tmp/a.png";
-        QTest::newRow("first occurrence wins") << "--theme ocean --theme rose"
-                                               << "--theme" << 1 << "ocean";
-        QTest::newRow("a value may look like a flag") << "--theme --dark"
-                                                      << "--theme" << 1 << "--dark";
-        QTest::newRow("first occurrence lacks its value, no second chance")
-            << "--web a --web"
-            << "--web" << 2 << "a|--web";
+        row("flag present", "--counts", "--counts", 0, "");
+        row("flag absent", "", "--counts", 0, "absent");
+        row("exact case", "--Counts", "--counts", 0, "absent");
+        row("whole argument", "--counts=1", "--counts", 0, "absent");
+        row("one value", "--theme ocean", "--theme", 1, "ocean");
+        row("value missing", "--theme", "--theme", 1, "absent");
+        row("two values, one given", "--web example.com", "--web", 2, "absent");
+        row("two values", "--web example.com /tmp/a.png --dark", "--web", 2,
+            "example.com|/tmp/a.png");
+        row("first occurrence wins", "--theme ocean --theme rose", "--theme", 1, "ocean");
+        row("a value may look like a flag", "--theme --dark", "--theme", 1, "--dark");
+        row("first occurrence lacks its value, no second chance", "--web a --web", "--web", 2,
+            "a|--web");
     }
     void values() {
         QFETCH(QString, line);
@@ -190,13 +167,10 @@ private Q_SLOTS:
     void timeStepPinsTheClock_data() {
         QTest::addColumn<QString>("value");
         QTest::addColumn<QString>("now");
-        QTest::newRow("7:30") << "7:30"
-                              << "2026-03-15 07:30:00";
-        QTest::newRow("7") << "7"
-                           << "2026-03-14 09:26:53";
-        QTest::newRow("7:30:15") << "7:30:15"
-                                 << "2026-03-14 09:26:53";
-        QTest::newRow("unset") << QString() << "2026-03-14 09:26:53";
+        row("7:30", "7:30", "2026-03-15 07:30:00");
+        row("7", "7", "2026-03-14 09:26:53");
+        row("7:30:15", "7:30:15", "2026-03-14 09:26:53");
+        row("unset", QString(), "2026-03-14 09:26:53");
     }
     void timeStepPinsTheClock() {
         QFETCH(QString, value);

@@ -1,5 +1,6 @@
 // The widget picture modes as the real executable runs them, with no display at all.
 #include "TarnwickProcess.h"
+#include "TestRows.h"
 
 #include <QCryptographicHash>
 #include <QFile>
@@ -9,6 +10,7 @@
 #include <QTest>
 
 using tw::test::matches;
+using tw::test::row;
 using tw::test::words;
 
 class TestSnapshotWidgetMode : public QObject {
@@ -39,53 +41,34 @@ private Q_SLOTS:
         QTest::addColumn<QString>("err");
         QTest::addColumn<QString>("display");
         const QString bogus = QStringLiteral(":9871");
-        const QSize none(0, 0);
-        QTest::newRow("analog clock on light glass")
-            << "--kind clock --size large --style analog --light"
-            << " kind=clock size=large" << QSize(496, 496) << "" << bogus;
-        QTest::newRow("default size, one pixel a point")
-            << "--kind clock --scale 1"
-            << " kind=clock size=wide" << QSize(248, 140) << "" << QString();
-        QTest::newRow("tile scale and settings")
-            << "--kind countdown --size wideTall --scale 1 --theme sunset --set title=Launch "
-               "--set target=2030-01-01 --set tileScale=1.5"
-            << " kind=countdown size=wideTall" << QSize(468 + 44, 306 + 44) << "" << QString();
-        QTest::newRow("generic face")
-            << "--kind weather --size grand"
-            << " kind=weather size=grand" << QSize(928, 712) << "" << QString();
-        QTest::newRow("unknown theme")
-            << "--kind weather --theme nope"
-            << " kind=weather size=wide" << none
-            << "tarnwick: unknown --theme \"nope\"; the themes are midnight, …" << QString();
-        QTest::newRow("style the clock does not draw")
-            << "--kind clock --style sundial"
-            << " kind=clock size=wide" << none
-            << "tarnwick: clock has no --style \"sundial\"; its styles are digital, analog.\n"
-            << QString();
-        QTest::newRow("style on a kind with one look")
-            << "--kind weather --style analog"
-            << " kind=weather size=wide" << none << "tarnwick: weather has only one look…"
-            << QString();
-        QTest::newRow("scale that is no number")
-            << "--kind clock --scale two"
-            << " kind=clock size=wide" << none
-            << "tarnwick: --scale needs a number of pixels per point, not \"two\".\n"
-            << bogus;
-        QTest::newRow("unknown kind")
-            << "--kind nope --size large"
-            << " kind=nope size=large" << none
-            << "tarnwick: unknown --kind \"nope\"; tarnwick --list-sizes…" << QString();
-        QTest::newRow("size the kind does not allow")
-            << "--kind clock --size grand"
-            << " kind=clock size=grand" << none
-            << "tarnwick: clock has no size grand; it has small, wide, large…" << QString();
-        QTest::newRow("no such size")
-            << "--kind clock --size Large"
-            << " kind=clock size=Large" << none
-            << "tarnwick: unknown --size \"Large\"; the sizes are small, …" << QString();
-        QTest::newRow("no kind") << ""
-                                 << " kind= size=" << none << "tarnwick: --kind is missing; …"
-                                 << QString();
+        const QString none;
+        const QSize no(0, 0);
+        row("analog clock on light glass", "--kind clock --size large --style analog --light",
+            " kind=clock size=large", QSize(496, 496), "", bogus);
+        row("default size, one pixel a point", "--kind clock --scale 1", " kind=clock size=wide",
+            QSize(248, 140), "", none);
+        row("tile scale and settings",
+            "--kind countdown --size wideTall --scale 1 --theme sunset --set title=Launch --set "
+            "target=2030-01-01 --set tileScale=1.5",
+            " kind=countdown size=wideTall", QSize(468 + 44, 306 + 44), "", none);
+        row("generic face", "--kind weather --size grand", " kind=weather size=grand",
+            QSize(928, 712), "", none);
+        row("unknown theme", "--kind weather --theme nope", " kind=weather size=wide", no,
+            "tarnwick: unknown --theme \"nope\"; the themes are midnight, …", none);
+        row("style the clock does not draw", "--kind clock --style sundial",
+            " kind=clock size=wide", no,
+            "tarnwick: clock has no --style \"sundial\"; its styles are digital, analog.\n", none);
+        row("style on a kind with one look", "--kind weather --style analog",
+            " kind=weather size=wide", no, "tarnwick: weather has only one look…", none);
+        row("scale that is no number", "--kind clock --scale two", " kind=clock size=wide", no,
+            "tarnwick: --scale needs a number of pixels per point, not \"two\".\n", bogus);
+        row("unknown kind", "--kind nope --size large", " kind=nope size=large", no,
+            "tarnwick: unknown --kind \"nope\"; tarnwick --list-sizes…", none);
+        row("size the kind does not allow", "--kind clock --size grand", " kind=clock size=grand",
+            no, "tarnwick: clock has no size grand; it has small, wide, large…", none);
+        row("no such size", "--kind clock --size Large", " kind=clock size=Large", no,
+            "tarnwick: unknown --size \"Large\"; the sizes are small, …", none);
+        row("no kind", "", " kind= size=", no, "tarnwick: --kind is missing; …", none);
     }
     void widgetPictures() {
         QFETCH(QString, modifiers);
@@ -117,19 +100,14 @@ private Q_SLOTS:
         QTest::addColumn<QString>("size");
         QTest::addColumn<QSize>("pixels");
         QTest::addColumn<QString>("err");
-        QTest::newRow("stripes under a large tile") << ""
-                                                    << "large" << QSize(496, 496) << "";
-        QTest::newRow("light, frosted and wide at 1x over a picture")
-            << "--size wide --frost 0.5 --light --scale 1 --backdrop BACKDROP"
-            << "wide" << QSize(248, 140) << "";
-        QTest::newRow("no such picture")
-            << "--backdrop /nonexistent/picture.png"
-            << "large" << QSize(0, 0)
-            << "tarnwick: cannot read --backdrop /nonexistent/picture.png: …";
-        QTest::newRow("frost that is no number")
-            << "--frost much"
-            << "large" << QSize(0, 0)
-            << "tarnwick: --frost needs a number from 0 to 1, not \"much\".\n";
+        row("stripes under a large tile", "", "large", QSize(496, 496), "");
+        row("light, frosted and wide at 1x over a picture",
+            "--size wide --frost 0.5 --light --scale 1 --backdrop BACKDROP", "wide",
+            QSize(248, 140), "");
+        row("no such picture", "--backdrop /nonexistent/picture.png", "large", QSize(0, 0),
+            "tarnwick: cannot read --backdrop /nonexistent/picture.png: …");
+        row("frost that is no number", "--frost much", "large", QSize(0, 0),
+            "tarnwick: --frost needs a number from 0 to 1, not \"much\".\n");
     }
     void glassPictures() {
         QFETCH(QString, modifiers);

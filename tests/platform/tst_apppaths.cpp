@@ -1,4 +1,5 @@
 #include "PrivateMount.h"
+#include "TestRows.h"
 #include "platform/AppPaths.h"
 
 #include <QDir>
@@ -39,12 +40,10 @@ private Q_SLOTS:
     void quarantineNames_data() {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("json") << "grid.json"
-                              << "grid.2026-03-14-092653.corrupt";
-        QTest::newRow("two dots") << "topology.homes.json"
-                                  << "topology.homes.2026-03-14-092653.corrupt";
-        QTest::newRow("no extension") << "grid"
-                                      << "grid.2026-03-14-092653.corrupt";
+        tw::test::row("json", "grid.json", "grid.2026-03-14-092653.corrupt");
+        tw::test::row("two dots", "topology.homes.json",
+                      "topology.homes.2026-03-14-092653.corrupt");
+        tw::test::row("no extension", "grid", "grid.2026-03-14-092653.corrupt");
     }
     void quarantineNames() {
         QFETCH(QString, name);

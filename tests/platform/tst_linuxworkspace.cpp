@@ -72,41 +72,37 @@ private Q_SLOTS:
         }
     }
 
-    void opensAddressesWithXdgOpen_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("argument");
-        QTest::newRow("web address") << "example.com/a b"
-                                     << "https://example.com/a%20b";
-        QTest::newRow("mail link") << "mailto:ada@example.com"
-                                   << "mailto:ada@example.com";
-    }
-    void opensAddressesWithXdgOpen() {
-        QFETCH(QString, text);
-        QFETCH(QString, argument);
-        LinuxWorkspace workspace;
-        WidgetAction::openURL(workspace, text);
-        QCOMPARE(recorded(QStringLiteral("xdg-open")), QStringList{argument});
-    }
-
-    void opensAnExistingFileByItsPath() {
-        const QString file = m_root.filePath(QStringLiteral("my notes.txt"));
-        writeFile(file, "x");
-        LinuxWorkspace workspace;
-        WidgetAction::openApp(workspace, file);
-        QCOMPARE(recorded(QStringLiteral("xdg-open")), QStringList{file});
-    }
-
-    void startsApplicationsFromDesktopEntries_data() {
+    // What each opens, and with what arguments; ROOT stands for the temporary home.
+    void opens_data() {
+        QTest::addColumn<bool>("url");
         QTest::addColumn<QString>("target");
-        QTest::newRow("by desktop-entry id") << "org.example.Editor";
-        QTest::newRow("by name, any case") << "fake editor";
-        QTest::newRow("by file name") << "ORG.EXAMPLE.EDITOR";
+        QTest::addColumn<QString>("program");
+        QTest::addColumn<QString>("argument");
+        const auto row = [](const char* tag, bool url, const char* target, const char* program,
+                            const char* argument) {
+            QTest::newRow(tag) << url << QString::fromUtf8(target) << QString::fromUtf8(program)
+                               << QString::fromUtf8(argument);
+        };
+        row("web address", true, "example.com/a b", "xdg-open", "https://example.com/a%20b");
+        row("mail link", true, "mailto:ada@example.com", "xdg-open", "mailto:ada@example.com");
+        row("an existing file by its path", false, "ROOT/my notes.txt", "xdg-open",
+            "ROOT/my notes.txt");
+        row("by desktop-entry id", false, "org.example.Editor", "fake-editor", "--new");
+        row("by name, any case", false, "fake editor", "fake-editor", "--new");
+        row("by file name", false, "ORG.EXAMPLE.EDITOR", "fake-editor", "--new");
+        row("a program by name", false, "Fake-Editor", "fake-editor", "");
     }
-    void startsApplicationsFromDesktopEntries() {
+    void opens() {
+        QFETCH(bool, url);
         QFETCH(QString, target);
+        QFETCH(QString, program);
+        QFETCH(QString, argument);
+        target.replace(QLatin1String("ROOT"), m_root.path());
+        writeFile(m_root.filePath(QStringLiteral("my notes.txt")), "x");
         LinuxWorkspace workspace;
-        WidgetAction::openApp(workspace, target);
-        QCOMPARE(recorded(QStringLiteral("fake-editor")), QStringList{QStringLiteral("--new")});
+        url ? WidgetAction::openURL(workspace, target) : WidgetAction::openApp(workspace, target);
+        QCOMPARE(recorded(program),
+                 QStringList{argument.replace(QLatin1String("ROOT"), m_root.path())});
     }
 
     void lookUps() {
@@ -119,97 +115,74 @@ private Q_SLOTS:
         QCOMPARE(workspace.applicationNamed(QStringLiteral("FAKE EDITOR")), editor);
     }
 
-    void startsAProgramByName() {
-        LinuxWorkspace workspace;
-        WidgetAction::openApp(workspace, QStringLiteral("Fake-Editor"));
-        QCOMPARE(recorded(QStringLiteral("fake-editor")), QStringList{QString()});
-    }
-
     // Each file is "<path under the root>|<content>"; a desktop entry's content is the lines
     // after a runnable header.
     void applicationForRole_data() {
         QTest::addColumn<QString>("role");
         QTest::addColumn<QStringList>("files");
         QTest::addColumn<QString>("expected");
-        const QString a = QStringLiteral("share/applications/a.desktop|MimeType=text/calendar;");
-        const QString b = QStringLiteral("data/applications/b.desktop|MimeType=text/calendar;");
-        const QString defaultB =
-            QStringLiteral("[Default Applications]\ntext/calendar=b.desktop\n");
-        QTest::newRow("the person's default")
-            << "calendar" << QStringList{a, b, QStringLiteral("config/mimeapps.list|") + defaultB}
-            << "data/applications/b.desktop";
-        QTest::newRow("the desktop's own list first")
-            << "calendar"
-            << QStringList{a, b, QStringLiteral("config/mimeapps.list|") + defaultB,
-                           QStringLiteral("config/test-mimeapps.list|[Default Applications]\n"
-                                          "text/calendar=a.desktop")}
-            << "share/applications/a.desktop";
-        QTest::newRow("a default not installed falls through to the next file")
-            << "calendar"
-            << QStringList{a, b,
-                           QStringLiteral("config/mimeapps.list|[Default Applications]\n"
-                                          "text/calendar=gone.desktop;"),
-                           QStringLiteral("share/applications/mimeapps.list|") + defaultB}
-            << "data/applications/b.desktop";
-        QTest::newRow("the system's default")
-            << "calendar"
-            << QStringList{a, b, QStringLiteral("etc/gnome-mimeapps.list|") + defaultB}
-            << "data/applications/b.desktop";
-        QTest::newRow("an added association before a declared type")
-            << "calendar"
-            << QStringList{a, QStringLiteral("data/applications/b.desktop|"),
-                           QStringLiteral("config/mimeapps.list|[Added Associations]\n"
-                                          "text/calendar=b.desktop;")}
-            << "data/applications/b.desktop";
-        QTest::newRow("a removed association is passed over")
-            << "calendar"
-            << QStringList{a, b,
-                           QStringLiteral("config/mimeapps.list|[Removed Associations]\n"
-                                          "text/calendar=a.desktop")}
-            << "data/applications/b.desktop";
-        QTest::newRow("a default whose TryExec is missing")
-            << "calendar"
-            << QStringList{a, b + QStringLiteral("\nTryExec=/nonexistent/calendar"),
-                           QStringLiteral("config/mimeapps.list|") + defaultB}
-            << "share/applications/a.desktop";
-        QTest::newRow("shown only in another desktop")
-            << "calendar" << QStringList{b + QStringLiteral("\nOnlyShowIn=KDE;")} << "";
-        QTest::newRow("the person's hidden copy hides the system's entry")
-            << "calendar"
-            << QStringList{QStringLiteral("share/applications/b.desktop|MimeType=text/calendar;"),
-                           QStringLiteral("data/applications/b.desktop|Hidden=true")}
-            << "";
-        QTest::newRow("a terminal by its URL scheme")
-            << "terminal"
-            << QStringList{QStringLiteral(
-                               "share/applications/t.desktop|Categories=TerminalEmulator"),
-                           QStringLiteral("share/applications/u.desktop|"),
-                           QStringLiteral("config/mimeapps.list|[Default Applications]\n"
-                                          "x-scheme-handler/terminal=u.desktop")}
-            << "share/applications/u.desktop";
-        QTest::newRow("a terminal by its category")
-            << "terminal"
-            << QStringList{QStringLiteral(
-                   "share/applications/t.desktop|Categories=System;TerminalEmulator;")}
-            << "share/applications/t.desktop";
-        QTest::newRow("a clock hidden from menus is passed over")
-            << "clock"
-            << QStringList{QStringLiteral(
-                               "share/applications/x.desktop|Categories=Clock;\nNoDisplay=true"),
-                           QStringLiteral("share/applications/y.desktop|Categories=Utility;Clock;")}
-            << "share/applications/y.desktop";
-        QTest::newRow("the weather by a keyword")
-            << "weather"
-            << QStringList{QStringLiteral(
-                   "share/applications/w.desktop|Keywords=weather;forecast;")}
-            << "share/applications/w.desktop";
-        QTest::newRow("an id from a subdirectory")
-            << "file-manager"
-            << QStringList{QStringLiteral("data/applications/kde/f.desktop|"),
-                           QStringLiteral("config/mimeapps.list|[Default Applications]\n"
-                                          "inode/directory=kde-f.desktop")}
-            << "data/applications/kde/f.desktop";
-        QTest::newRow("nothing takes the role") << "photos" << QStringList{a, b} << "";
+        const auto row = [](const char* tag, const char* role,
+                            std::initializer_list<const char*> files, const char* expected) {
+            QStringList list;
+            for (const char* file : files) {
+                list.append(QString::fromUtf8(file));
+            }
+            QTest::newRow(tag) << QString::fromUtf8(role) << list << QString::fromUtf8(expected);
+        };
+        const char* a = "share/applications/a.desktop|MimeType=text/calendar;";
+        const char* b = "data/applications/b.desktop|MimeType=text/calendar;";
+        const char* bPath = "data/applications/b.desktop";
+        const char* defaultB =
+            "config/mimeapps.list|[Default Applications]\ntext/calendar=b.desktop";
+        row("the person's default", "calendar", {a, b, defaultB}, bPath);
+        row("the desktop's own list first", "calendar",
+            {a, b, defaultB,
+             "config/test-mimeapps.list|[Default Applications]\ntext/calendar=a.desktop"},
+            "share/applications/a.desktop");
+        row("a default not installed falls through to the next file", "calendar",
+            {a, b, "config/mimeapps.list|[Default Applications]\ntext/calendar=gone.desktop;",
+             "share/applications/mimeapps.list|[Default Applications]\ntext/calendar=b.desktop"},
+            bPath);
+        row("the system's default", "calendar",
+            {a, b, "etc/gnome-mimeapps.list|[Default Applications]\ntext/calendar=b.desktop"},
+            bPath);
+        row("an added association before a declared type", "calendar",
+            {a, "data/applications/b.desktop|",
+             "config/mimeapps.list|[Added Associations]\ntext/calendar=b.desktop;"},
+            bPath);
+        row("a removed association is passed over", "calendar",
+            {a, b, "config/mimeapps.list|[Removed Associations]\ntext/calendar=a.desktop"}, bPath);
+        row("a default whose TryExec is missing", "calendar",
+            {a,
+             "data/applications/b.desktop|MimeType=text/calendar;\nTryExec=/nonexistent/calendar",
+             defaultB},
+            "share/applications/a.desktop");
+        row("shown only in another desktop", "calendar",
+            {"data/applications/b.desktop|MimeType=text/calendar;\nOnlyShowIn=KDE;"}, "");
+        row("the person's hidden copy hides the system's entry", "calendar",
+            {"share/applications/b.desktop|MimeType=text/calendar;",
+             "data/applications/b.desktop|Hidden=true"},
+            "");
+        row("a terminal by its URL scheme", "terminal",
+            {"share/applications/t.desktop|Categories=TerminalEmulator",
+             "share/applications/u.desktop|",
+             "config/mimeapps.list|[Default Applications]\nx-scheme-handler/terminal=u.desktop"},
+            "share/applications/u.desktop");
+        row("a terminal by its category", "terminal",
+            {"share/applications/t.desktop|Categories=System;TerminalEmulator;"},
+            "share/applications/t.desktop");
+        row("a clock hidden from menus is passed over", "clock",
+            {"share/applications/x.desktop|Categories=Clock;\nNoDisplay=true",
+             "share/applications/y.desktop|Categories=Utility;Clock;"},
+            "share/applications/y.desktop");
+        row("the weather by a keyword", "weather",
+            {"share/applications/w.desktop|Keywords=weather;forecast;"},
+            "share/applications/w.desktop");
+        row("an id from a subdirectory", "file-manager",
+            {"data/applications/kde/f.desktop|",
+             "config/mimeapps.list|[Default Applications]\ninode/directory=kde-f.desktop"},
+            "data/applications/kde/f.desktop");
+        row("nothing takes the role", "photos", {a, b}, "");
     }
     void applicationForRole() {
         QFETCH(QString, role);

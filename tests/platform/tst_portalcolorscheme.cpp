@@ -1,4 +1,5 @@
 #include "SessionBusMock.h"
+#include "TestRows.h"
 #include "platform/linux/PortalColorScheme.h"
 
 #include <QDBusConnection>
@@ -82,23 +83,14 @@ private Q_SLOTS:
         QTest::addColumn<QString>("value");
         QTest::addColumn<bool>("paletteDark");
         QTest::addColumn<ColorScheme>("expected");
-        QTest::newRow("dark over a light palette")
-            << "ReadOne"
-            << "dbus.UInt32(1)" << false << ColorScheme::Dark;
-        QTest::newRow("light over a dark palette")
-            << "ReadOne"
-            << "dbus.UInt32(2)" << true << ColorScheme::Light;
-        QTest::newRow("an older portal wraps the value twice")
-            << "Read"
-            << "dbus.UInt32(1, variant_level=2)" << false << ColorScheme::Dark;
-        QTest::newRow("no preference: the palette")
-            << "ReadOne"
-            << "dbus.UInt32(0)" << true << ColorScheme::Dark;
-        QTest::newRow("a value of another type: the palette")
-            << "ReadOne"
-            << "'dark'" << false << ColorScheme::Light;
-        QTest::newRow("no portal: the palette") << ""
-                                                << "" << true << ColorScheme::Dark;
+        using test::row;
+        row("dark over a light palette", "ReadOne", "dbus.UInt32(1)", false, ColorScheme::Dark);
+        row("light over a dark palette", "ReadOne", "dbus.UInt32(2)", true, ColorScheme::Light);
+        row("an older portal wraps the value twice", "Read", "dbus.UInt32(1, variant_level=2)",
+            false, ColorScheme::Dark);
+        row("no preference: the palette", "ReadOne", "dbus.UInt32(0)", true, ColorScheme::Dark);
+        row("a value of another type: the palette", "ReadOne", "'dark'", false, ColorScheme::Light);
+        row("no portal: the palette", "", "", true, ColorScheme::Dark);
     }
     void firstReading() {
         QFETCH(QString, method);
