@@ -137,6 +137,73 @@ private Q_SLOTS:
         }
     }
 
+    // The scene modes over a plain blue --wallpaper: it shows where no tile stands, and the
+    // drawing covers it where one does.
+    void scenePictures_data() {
+        QTest::addColumn<QString>("arguments"); // OUT and BLUE stand for the picture and wallpaper
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<QSize>("pixels");
+        QTest::addColumn<QList<QPoint>>("blueAt");
+        QTest::addColumn<QList<QPoint>>("unlike"); // pairs of pixels that must differ
+        using Points = QList<QPoint>;
+        row("hero: the liquid tile is no frosted one",
+            "--snapshot-glass-hero OUT --wallpaper BLUE --scale 1",
+            "snapshot-glass-hero ok=true path=OUT style=frosted,clear,liquid dark=true",
+            QSize(1280, 720), Points{{4, 4}, {640, 700}},
+            Points{{409, 310}, {1124, 310}, {409, 310}, {4, 4}});
+        row("hero: one look, light",
+            "--snapshot-glass-hero OUT --style liquid --light --wallpaper BLUE --scale 0.5",
+            "snapshot-glass-hero ok=true path=OUT style=liquid dark=false", QSize(640, 360),
+            Points{{2, 2}}, Points{{320, 150}, {2, 2}});
+        row("hero: unknown look", "--snapshot-glass-hero OUT --style milky",
+            "snapshot-glass-hero ok=false path=OUT style= dark=true", QSize(), Points{}, Points{});
+        row("lock: the wallpaper around the tiles",
+            "--snapshot-lock OUT --wallpaper BLUE --scale 0.5 --style liquid",
+            "snapshot-lock ok=true path=OUT style=liquid dark=true", QSize(720, 450),
+            Points{{108, 270}, {612, 270}}, Points{{100, 50}, {108, 270}});
+        row("lock pane: the preview shows the lock screen",
+            "--snapshot-lockpane OUT --wallpaper BLUE --scale 1 --light",
+            "snapshot-lockpane ok=true path=OUT dark=false", QSize(760, 480), Points{{79, 343}},
+            Points{{2, 2}, {79, 343}});
+        row("hero: unreadable wallpaper", "--snapshot-glass-hero OUT --wallpaper /nonexistent.png",
+            "snapshot-glass-hero ok=false path=OUT style=frosted,clear,liquid dark=true", QSize(),
+            Points{}, Points{});
+    }
+    void scenePictures() {
+        QFETCH(QString, arguments);
+        QFETCH(QString, line);
+        QFETCH(QSize, pixels);
+        QFETCH(QList<QPoint>, blueAt);
+        QFETCH(QList<QPoint>, unlike);
+        const QRgb blue = qRgb(40, 90, 200);
+        const QString wallpaper = m_dir.filePath(QStringLiteral("wall-blue.png"));
+        QImage plain(64, 40, QImage::Format_RGB32);
+        plain.fill(blue);
+        QVERIFY(plain.save(wallpaper));
+        const QString path = m_dir.filePath(QStringLiteral("scene-%1.png")
+                                                .arg(QString::fromLatin1(QTest::currentDataTag()))
+                                                .replace(QLatin1Char(' '), QLatin1Char('-')));
+        QStringList list = words(arguments);
+        list.replaceInStrings(QStringLiteral("OUT"), path);
+        list.replaceInStrings(QStringLiteral("BLUE"), wallpaper);
+        const auto run =
+            tw::test::runTarnwick(QStringLiteral(TARNWICK_EXECUTABLE), list, m_dir.path());
+        QCOMPARE(run.out, line.replace(QStringLiteral("OUT"), path) + QLatin1Char('\n'));
+        const bool ok = pixels.isValid();
+        QCOMPARE(run.exitCode, ok ? 0 : 1);
+        QVERIFY2(ok == run.err.isEmpty(), qPrintable(run.err));
+        const QImage image(path);
+        QCOMPARE(image.size(), ok ? pixels : QSize(0, 0));
+        for (const QPoint& at : blueAt) {
+            QCOMPARE(image.pixel(at), blue);
+        }
+        for (qsizetype i = 0; i + 1 < unlike.size(); i += 2) {
+            QVERIFY2(
+                image.pixel(unlike.at(i)) != image.pixel(unlike.at(i + 1)),
+                qPrintable(QStringLiteral("(%1, %2)").arg(unlike.at(i).x()).arg(unlike.at(i).y())));
+        }
+    }
+
     void pinnedTimeMakesPicturesRepeatable() {
         const auto render = [&](const QString& time) {
             QString path;
