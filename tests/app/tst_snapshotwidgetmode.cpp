@@ -165,6 +165,10 @@ private Q_SLOTS:
             "--snapshot-lockpane OUT --wallpaper BLUE --scale 1 --light",
             "snapshot-lockpane ok=true path=OUT dark=false", QSize(760, 480), Points{{79, 343}},
             Points{{2, 2}, {79, 343}});
+        row("glass intro: a live preview of each look",
+            "--snapshot-glassintro OUT --wallpaper BLUE --scale 1",
+            "snapshot-glassintro ok=true path=OUT dark=true", QSize(880, 436),
+            Points{{50, 200}, {830, 200}}, Points{{95, 240}, {649, 240}});
         row("hero: unreadable wallpaper", "--snapshot-glass-hero OUT --wallpaper /nonexistent.png",
             "snapshot-glass-hero ok=false path=OUT style=frosted,clear,liquid dark=true", QSize(),
             Points{}, Points{});
