@@ -37,6 +37,10 @@ Modes:
       --style LOOK             the tiles' glass (default: frosted)
   --snapshot-lockpane OUT.png  the lock screen's settings pane with its preview
   --snapshot-glassintro OUT.png  the card that introduces the three glass looks
+  --snapshot-livebg OUT.png [SCENE]  six moments of a moving wallpaper (aurora, lagoon,
+                               night-sky; default aurora) on one sheet
+      --fps F                  frames a second between the moments (default: one loop)
+      --start S                the first moment, in seconds (default: 0)
   --list-sizes                 one line per kind: "kind:size,size,..."
   --probe-skylight             whether widgets can show above the lock screen here, and why
 

@@ -76,6 +76,7 @@ const QList<LaunchStep>& LaunchChain::steps() {
         {"--snapshot-lock", 1, offscreen, &runSnapshotLockMode},
         {"--snapshot-glass-hero", 1, offscreen, &runSnapshotGlassHeroMode},
         {"--snapshot-lockpane", 1, offscreen, &runSnapshotLockPaneMode},
+        {"--snapshot-livebg", 1, offscreen, &runSnapshotLiveBackdropMode},
         {"--snapshot-glassintro", 1, offscreen, &runSnapshotGlassIntroMode},
         {"--list-sizes", 0, core, &runListSizesMode},
         {"--probe-skylight", 0, core, &runProbeSkylightMode},

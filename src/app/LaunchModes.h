@@ -36,6 +36,10 @@ std::optional<int> runSnapshotLockPaneMode(LaunchContext& context);
 // --snapshot-glassintro <out.png> [--wallpaper ID|PICTURE] [--dark|--light] [--scale X]: the card
 // that introduces the three glass looks, each with a live preview.
 std::optional<int> runSnapshotGlassIntroMode(LaunchContext& context);
+// --snapshot-livebg <out.png> [SCENE] [--fps F] [--start S] [--dark|--light] [--scale X]: six
+// moments of a moving built-in wallpaper (aurora by default) on one sheet, S seconds in and 1/F
+// apart (one loop by default).
+std::optional<int> runSnapshotLiveBackdropMode(LaunchContext& context);
 // --list-sizes: one line of kind and allowed sizes per kind.
 std::optional<int> runListSizesMode(LaunchContext& context);
 // --probe-skylight: whether widgets can be drawn above the lock screen, step by step, as labelled

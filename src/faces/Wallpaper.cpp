@@ -46,6 +46,15 @@ void fields(QPainter& painter, const QSizeF& size, std::initializer_list<Field> 
     }
 }
 
+// Where a moving picture is in its loop, as an angle: 0 at the start and again at every period.
+double turn(double seconds, double period) {
+    return 2 * std::numbers::pi * std::fmod(seconds, period) / period;
+}
+
+constexpr double lagoonPeriod = 90;
+constexpr double nightSkyPeriod = 120;
+constexpr double auroraPeriod = 60;
+
 // A fine, even grain keeps wide gradients from banding on eight-bit displays.
 void grain(QPainter& painter, const QSizeF& size, quint32 seed) {
     QRandomGenerator random(seed);
@@ -58,7 +67,7 @@ void grain(QPainter& painter, const QSizeF& size, quint32 seed) {
     }
 }
 
-void dawn(QPainter& painter, const QSizeF& size) {
+void dawn(QPainter& painter, const QSizeF& size, double) {
     fill(painter, size, QColor(0xf6, 0xd3, 0xc4), QColor(0xb9, 0xa7, 0xe0));
     fields(painter, size,
            {{0.15, 0.2, 0.55, QColor(0xff, 0xb3, 0x8a, 200)},
@@ -68,17 +77,22 @@ void dawn(QPainter& painter, const QSizeF& size) {
     grain(painter, size, 1);
 }
 
-void lagoon(QPainter& painter, const QSizeF& size) {
+void lagoon(QPainter& painter, const QSizeF& size, double seconds) {
     fill(painter, size, QColor(0x0b, 0x4f, 0x6c), QColor(0x01, 0x1f, 0x3a));
+    // The fields drift on small loops, each at its own point of it, like light under water.
+    const double a = turn(seconds, lagoonPeriod);
+    const auto dx = [a](double offset) { return 0.06 * (std::cos(a + offset) - std::cos(offset)); };
+    const auto dy = [a](double offset) { return 0.05 * (std::sin(a + offset) - std::sin(offset)); };
     fields(painter, size,
-           {{0.2, 0.8, 0.55, QColor(0x20, 0xc5, 0xb5, 190)},
-            {0.8, 0.15, 0.45, QColor(0x3a, 0x86, 0xff, 170)},
-            {0.6, 0.65, 0.35, QColor(0x7b, 0xe0, 0xd6, 120)},
-            {0.05, 0.1, 0.3, QColor(0x14, 0x2f, 0x7a, 200)}});
+           {{0.2 + dx(0), 0.8 + dy(0), 0.55, QColor(0x20, 0xc5, 0xb5, 190)},
+            {0.8 + dx(2), 0.15 + dy(2), 0.45, QColor(0x3a, 0x86, 0xff, 170)},
+            {0.6 - dx(4), 0.65 - dy(4), 0.35, QColor(0x7b, 0xe0, 0xd6, 120)},
+            {0.05 + dx(1), 0.1 - dy(1), 0.3, QColor(0x14, 0x2f, 0x7a, 200)}});
     grain(painter, size, 2);
 }
 
-void nightSky(QPainter& painter, const QSizeF& size) {
+void nightSky(QPainter& painter, const QSizeF& size, double seconds) {
+    const double a = turn(seconds, nightSkyPeriod);
     QLinearGradient sky(0, 0, 0, size.height());
     sky.setColorAt(0, QColor(0x03, 0x06, 0x17));
     sky.setColorAt(0.6, QColor(0x0d, 0x1b, 0x3e));
@@ -87,7 +101,8 @@ void nightSky(QPainter& painter, const QSizeF& size) {
     // The band of the galaxy, a tilted haze of faint colour.
     painter.save();
     painter.translate(size.width() * 0.5, size.height() * 0.45);
-    painter.rotate(-24);
+    // The band sways a little about its still angle.
+    painter.rotate(-24 + 2.5 * std::sin(a));
     painter.scale(1.0, 0.22);
     fields(painter, QSizeF(size.width(), size.width()),
            {{-0.25, -0.5, 0.45, QColor(0x9a, 0x8c, 0xd8, 70)},
@@ -103,7 +118,11 @@ void nightSky(QPainter& painter, const QSizeF& size) {
         const double magnitude = std::pow(random.generateDouble(), 3.0);
         const double radius = longer * (0.0006 + 0.0018 * magnitude);
         QColor color = random.bounded(5) == 0 ? QColor(0xff, 0xe4, 0xc4) : QColor(0xe8, 0xf0, 0xff);
-        color.setAlphaF(0.35 + 0.65 * magnitude);
+        // Each star twinkles at one, two or three times the loop, from its own phase.
+        const double phase = std::fmod(i * 0.618034, 1.0) * 2 * std::numbers::pi;
+        const double twinkle =
+            1 - 0.6 * (1 - std::cos((1 + i % 3) * a)) / 2 * (0.5 + 0.5 * std::sin(phase));
+        color.setAlphaF((0.35 + 0.65 * magnitude) * twinkle);
         painter.setBrush(color);
         painter.drawEllipse(at, radius, radius);
     }
@@ -120,7 +139,7 @@ void nightSky(QPainter& painter, const QSizeF& size) {
     painter.drawPath(hills);
 }
 
-void dunes(QPainter& painter, const QSizeF& size) {
+void dunes(QPainter& painter, const QSizeF& size, double) {
     fill(painter, size, QColor(0xff, 0xd9, 0xa8), QColor(0xf0, 0x9a, 0x72));
     fields(painter, size, {{0.7, 0.25, 0.25, QColor(0xff, 0xf3, 0xd6, 220)}});
     const QColor layers[] = {QColor(0xe8, 0x8f, 0x62), QColor(0xc9, 0x6b, 0x4e),
@@ -144,7 +163,8 @@ void dunes(QPainter& painter, const QSizeF& size) {
     grain(painter, size, 4);
 }
 
-void aurora(QPainter& painter, const QSizeF& size) {
+void aurora(QPainter& painter, const QSizeF& size, double seconds) {
+    const double a = turn(seconds, auroraPeriod);
     fill(painter, size, QColor(0x02, 0x0b, 0x16), QColor(0x06, 0x1d, 0x2b));
     painter.setPen(Qt::NoPen);
     // Curtains: tall, thin, soft ribbons along a slow wave.
@@ -162,8 +182,11 @@ void aurora(QPainter& painter, const QSizeF& size) {
         for (int i = 0; i < columns; ++i) {
             const double t = i / double(columns - 1);
             const double x = size.width() * t;
-            const double crest = size.height() * (0.3 + 0.12 * std::sin(t * 5.0 + curtain.phase));
-            const double length = size.height() * (0.25 + 0.1 * std::sin(t * 9.0 + curtain.phase));
+            // The waves travel along the curtains, and their folds breathe at twice the pace.
+            const double crest =
+                size.height() * (0.3 + 0.12 * std::sin(t * 5.0 + curtain.phase + a));
+            const double length =
+                size.height() * (0.25 + 0.1 * std::sin(t * 9.0 + curtain.phase - 2 * a));
             QLinearGradient ribbon(x, crest - length, x, crest + length * 0.3);
             QColor clear = curtain.color;
             clear.setAlpha(0);
@@ -181,7 +204,7 @@ void aurora(QPainter& painter, const QSizeF& size) {
     grain(painter, size, 5);
 }
 
-void graphite(QPainter& painter, const QSizeF& size) {
+void graphite(QPainter& painter, const QSizeF& size, double) {
     fill(painter, size, QColor(0x2b, 0x2e, 0x35), QColor(0x12, 0x13, 0x17));
     fields(painter, size,
            {{0.25, 0.2, 0.6, QColor(0x5a, 0x63, 0x75, 150)},
@@ -190,7 +213,7 @@ void graphite(QPainter& painter, const QSizeF& size) {
     grain(painter, size, 6);
 }
 
-void meadow(QPainter& painter, const QSizeF& size) {
+void meadow(QPainter& painter, const QSizeF& size, double) {
     fill(painter, size, QColor(0xe3, 0xf4, 0xd7), QColor(0x7f, 0xc2, 0x9b));
     fields(painter, size,
            {{0.1, 0.9, 0.5, QColor(0x3e, 0xa0, 0x7a, 180)},
@@ -203,13 +226,13 @@ void meadow(QPainter& painter, const QSizeF& size) {
 
 const QList<Wallpaper>& Wallpaper::all() {
     static const QList<Wallpaper> wallpapers{
-        {QStringLiteral("dawn"), QStringLiteral("Dawn"), &dawn},
-        {QStringLiteral("lagoon"), QStringLiteral("Lagoon"), &lagoon},
-        {QStringLiteral("night-sky"), QStringLiteral("Night Sky"), &nightSky},
-        {QStringLiteral("dunes"), QStringLiteral("Dunes"), &dunes},
-        {QStringLiteral("aurora"), QStringLiteral("Aurora"), &aurora},
-        {QStringLiteral("graphite"), QStringLiteral("Graphite"), &graphite},
-        {QStringLiteral("meadow"), QStringLiteral("Meadow"), &meadow},
+        {QStringLiteral("dawn"), QStringLiteral("Dawn"), &dawn, 0},
+        {QStringLiteral("lagoon"), QStringLiteral("Lagoon"), &lagoon, lagoonPeriod},
+        {QStringLiteral("night-sky"), QStringLiteral("Night Sky"), &nightSky, nightSkyPeriod},
+        {QStringLiteral("dunes"), QStringLiteral("Dunes"), &dunes, 0},
+        {QStringLiteral("aurora"), QStringLiteral("Aurora"), &aurora, auroraPeriod},
+        {QStringLiteral("graphite"), QStringLiteral("Graphite"), &graphite, 0},
+        {QStringLiteral("meadow"), QStringLiteral("Meadow"), &meadow, 0},
     };
     return wallpapers;
 }

@@ -31,7 +31,7 @@ bool writePicture(const QImage& image, const QString& path) {
 
 } // namespace
 
-QImage WallpaperRenderer::render(const Wallpaper& wallpaper, const QSize& pixels) {
+QImage WallpaperRenderer::render(const Wallpaper& wallpaper, const QSize& pixels, double seconds) {
     if (pixels.isEmpty() || qint64(pixels.width()) * pixels.height() > maximumPixels) {
         return {};
     }
@@ -41,7 +41,7 @@ QImage WallpaperRenderer::render(const Wallpaper& wallpaper, const QSize& pixels
     }
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
-    wallpaper.draw(painter, QSizeF(pixels));
+    wallpaper.draw(painter, QSizeF(pixels), seconds);
     return image;
 }
 

@@ -18,8 +18,9 @@ public:
     // Larger pictures are not drawn: no display needs one, and memory is finite.
     static constexpr qint64 maximumPixels = qint64(16384) * 16384;
 
-    // The wallpaper at `pixels`, opaque; a null image for an empty or too large size.
-    static QImage render(const Wallpaper& wallpaper, const QSize& pixels);
+    // The wallpaper at `pixels`, opaque, `seconds` into its loop (a still one ignores it); a
+    // null image for an empty or too large size.
+    static QImage render(const Wallpaper& wallpaper, const QSize& pixels, double seconds = 0);
     // The file name of a wallpaper at a size, "<id>-<width>x<height>.png".
     static QString fileName(const Wallpaper& wallpaper, const QSize& pixels);
     // One PNG per built-in at `pixels` into `directory` (made when missing); how many were written.

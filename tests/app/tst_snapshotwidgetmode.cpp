@@ -169,6 +169,11 @@ private Q_SLOTS:
             "--snapshot-glassintro OUT --wallpaper BLUE --scale 1",
             "snapshot-glassintro ok=true path=OUT dark=true", QSize(880, 436),
             Points{{50, 200}, {830, 200}}, Points{{95, 240}, {649, 240}});
+        row("live backdrop: the frames move", "--snapshot-livebg OUT lagoon --scale 0.5 --start 5",
+            "snapshot-livebg ok=true path=OUT scene=lagoon frames=6", QSize(508, 246), Points{},
+            Points{{88, 38}, {254, 38}, {88, 38}, {88, 160}});
+        row("live backdrop: a still picture", "--snapshot-livebg OUT dunes",
+            "snapshot-livebg ok=false path=OUT scene=dunes frames=0", QSize(), Points{}, Points{});
         row("hero: unreadable wallpaper", "--snapshot-glass-hero OUT --wallpaper /nonexistent.png",
             "snapshot-glass-hero ok=false path=OUT style=frosted,clear,liquid dark=true", QSize(),
             Points{}, Points{});

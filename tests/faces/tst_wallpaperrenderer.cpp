@@ -70,15 +70,27 @@ private Q_SLOTS:
         }
     }
 
-    // Every built-in covers the picture, is more than one colour, and has a unique id.
+    // Every built-in covers the picture, is more than one colour, and has a unique id; a moving
+    // one changes within its loop and is back at its still picture after a whole period, a still
+    // one ignores the time.
     void everyWallpaperIsDrawn() {
         QSet<QString> ids;
+        int moving = 0;
         for (const Wallpaper& wallpaper : Wallpaper::all()) {
             ids.insert(wallpaper.id);
             const QImage picture = WallpaperRenderer::render(wallpaper, QSize(64, 40));
             QCOMPARE(picture.size(), QSize(64, 40));
             QVERIFY2(picture.pixel(0, 0) != picture.pixel(63, 39), qPrintable(wallpaper.id));
+            const QImage later = WallpaperRenderer::render(
+                wallpaper, QSize(64, 40), wallpaper.moves() ? wallpaper.period / 3 : 17);
+            QVERIFY2((later != picture) == wallpaper.moves(), qPrintable(wallpaper.id));
+            if (wallpaper.moves()) {
+                ++moving;
+                QCOMPARE(WallpaperRenderer::render(wallpaper, QSize(64, 40), wallpaper.period),
+                         picture);
+            }
         }
+        QCOMPARE(moving, 3);
         QCOMPARE(ids.size(), Wallpaper::all().size());
         QVERIFY(WallpaperRenderer::render(Wallpaper::all().first(), QSize(0, 10)).isNull());
         QVERIFY(WallpaperRenderer::render(Wallpaper::all().first(), QSize(20000, 20000)).isNull());
