@@ -1,4 +1,5 @@
 #include "app/LaunchModes.h"
+#include "app/SnapshotReport.h"
 #include "app/SnapshotWidgetOptions.h"
 #include "faces/FaceContext.h"
 #include "faces/FaceRegistry.h"
@@ -8,30 +9,22 @@
 #include "tick/SnapshotClock.h"
 
 #include <QImage>
-#include <QImageWriter>
 
 namespace tw {
 
 std::optional<int> runSnapshotGalleryMode(LaunchContext& context) {
     const QString path = context.values.value(0);
     const SnapshotWidgetOptions options = SnapshotWidgetOptions::parse(context.arguments);
-    QString problem = options.problem;
-    if (problem.isEmpty()) {
+    QImage picture;
+    if (options.problem.isEmpty()) {
         const std::unique_ptr<SymbolProvider> symbols = PlatformServices::makeSymbolProvider();
         const FaceRegistry faces;
         TileRenderer renderer;
-        QImageWriter writer(path, "PNG");
-        if (!writer.write(GallerySheet::render(
-                faces, renderer, options.baseContext(*symbols, context.clock.now())))) {
-            problem = QStringLiteral("cannot write %1: %2.").arg(path, writer.errorString());
-        }
+        picture = GallerySheet::render(faces, renderer,
+                                       options.baseContext(*symbols, context.clock.now()));
     }
-    const bool ok = problem.isEmpty();
-    context.out << "snapshot-gallery ok=" << (ok ? "true" : "false") << " path=" << path << '\n';
-    if (!ok) {
-        context.err << "tarnwick: " << problem << '\n';
-    }
-    return ok ? 0 : 1;
+    return reportSnapshot(context, QStringLiteral("snapshot-gallery"), path, picture,
+                          options.problem, QString());
 }
 
 } // namespace tw

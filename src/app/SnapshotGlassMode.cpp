@@ -1,4 +1,5 @@
 #include "app/LaunchModes.h"
+#include "app/SnapshotReport.h"
 #include "app/SnapshotWidgetOptions.h"
 #include "faces/LiquidGlassRenderer.h"
 #include "faces/TileRenderer.h"
@@ -6,7 +7,6 @@
 
 #include <QImage>
 #include <QImageReader>
-#include <QImageWriter>
 #include <QPainter>
 
 #include <cmath>
@@ -112,20 +112,10 @@ std::optional<int> runSnapshotGlassMode(LaunchContext& context) {
     const QString path = context.values.value(0);
     const SnapshotWidgetOptions options = SnapshotWidgetOptions::parse(context.arguments);
     const GlassChoice choice = choose(context.arguments, options);
-    QString problem = choice.problem.isEmpty() ? options.problem : choice.problem;
-    if (problem.isEmpty()) {
-        QImageWriter writer(path, "PNG");
-        if (!writer.write(glassPicture(choice, options))) {
-            problem = QStringLiteral("cannot write %1: %2.").arg(path, writer.errorString());
-        }
-    }
-    const bool ok = problem.isEmpty();
-    context.out << "snapshot-glass ok=" << (ok ? "true" : "false") << " path=" << path
-                << " size=" << rawValue(choice.size) << '\n';
-    if (!ok) {
-        context.err << "tarnwick: " << problem << '\n';
-    }
-    return ok ? 0 : 1;
+    const QString problem = choice.problem.isEmpty() ? options.problem : choice.problem;
+    return reportSnapshot(context, QStringLiteral("snapshot-glass"), path,
+                          problem.isEmpty() ? glassPicture(choice, options) : QImage(), problem,
+                          QStringLiteral(" size=%1").arg(rawValue(choice.size)));
 }
 
 } // namespace tw

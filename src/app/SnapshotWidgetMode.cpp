@@ -1,4 +1,5 @@
 #include "app/LaunchModes.h"
+#include "app/SnapshotReport.h"
 #include "app/SnapshotWidgetOptions.h"
 #include "faces/FaceContext.h"
 #include "faces/FaceRegistry.h"
@@ -8,7 +9,6 @@
 #include "tick/SnapshotClock.h"
 
 #include <QImage>
-#include <QImageWriter>
 
 #include <variant>
 
@@ -78,6 +78,7 @@ std::optional<int> runSnapshotWidgetMode(LaunchContext& context) {
     if (problem.isEmpty()) {
         problem = options.problem;
     }
+    QImage picture;
     if (problem.isEmpty()) {
         const std::unique_ptr<SymbolProvider> symbols = PlatformServices::makeSymbolProvider();
         TileRenderer renderer;
@@ -87,19 +88,11 @@ std::optional<int> runSnapshotWidgetMode(LaunchContext& context) {
         instance.settings = options.settings;
         const FaceContext face = options.baseContext(*symbols, context.clock.now())
                                      .sizedFor(definition->metadata, instance);
-        QImageWriter writer(path, "PNG");
-        if (!writer.write(renderer.picture(faces.face(face.kind()), face))) {
-            problem = QStringLiteral("cannot write %1: %2.").arg(path, writer.errorString());
-        }
+        picture = renderer.picture(faces.face(face.kind()), face);
     }
-    const bool ok = problem.isEmpty();
-    context.out << "snapshot-widget ok=" << (ok ? "true" : "false") << " path=" << path
-                << " kind=" << options.kind << " size=" << (size ? rawValue(*size) : options.size)
-                << '\n';
-    if (!ok) {
-        context.err << "tarnwick: " << problem << '\n';
-    }
-    return ok ? 0 : 1;
+    return reportSnapshot(context, QStringLiteral("snapshot-widget"), path, picture, problem,
+                          QStringLiteral(" kind=%1 size=%2")
+                              .arg(options.kind, size ? rawValue(*size) : options.size));
 }
 
 } // namespace tw
