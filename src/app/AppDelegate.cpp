@@ -3,6 +3,8 @@
 #include "app/RememberGridSaves.h"
 #include "app/SingleInstance.h"
 #include "app/StatusBarController.h"
+#include "config/ConfigContext.h"
+#include "config/ConfigRoot.h"
 #include "config/ConfigWindow.h"
 #include "config/GalleryView.h"
 #include "desktop/DesktopController.h"
@@ -15,6 +17,7 @@
 #include "lockscreen/LockScreenController.h"
 #include "look/ThemeStore.h"
 #include "model/WidgetRegistry.h"
+#include "platform/AppPaths.h"
 #include "platform/Clock.h"
 #include "platform/Defaults.h"
 #include "platform/PlatformServices.h"
@@ -43,21 +46,19 @@ TickCoordinator::Interval tickInterval(AppSettings::EnergyMode mode) {
 
 } // namespace
 
-std::optional<AppDelegate::ConfigSection>
-AppDelegate::initialConfigSelectionFrom(const QString& value) {
-    static const QList<std::pair<QString, ConfigSection>> sections{
-        {QStringLiteral("general"), ConfigSection::general},
-        {QStringLiteral("appearance"), ConfigSection::appearance},
-        {QStringLiteral("layouts"), ConfigSection::layouts},
-        {QStringLiteral("updates"), ConfigSection::updates},
-        {QStringLiteral("about"), ConfigSection::about},
-    };
-    for (const auto& [name, section] : sections) {
-        if (value == name) {
-            return section;
-        }
+ConfigSelection AppDelegate::initialConfigSelection(Defaults& defaults) {
+    QString page = QString::fromLocal8Bit(qgetenv("TKW_SETTINGS_PAGE"));
+    if (page.isEmpty()) {
+        page = defaults.value(settingsPageKey).toString();
+        defaults.remove(settingsPageKey);
     }
-    return std::nullopt;
+    QString problem;
+    const ConfigSelection selection = ConfigSelection::resolve(
+        QString::fromLocal8Bit(qgetenv("TKW_CONFIG_SECTION")), page, &problem);
+    if (!problem.isEmpty()) {
+        qCInfo(lcApp, "%s", qPrintable(problem));
+    }
+    return selection;
 }
 
 bool AppDelegate::shouldOpenWindowAtLaunch(const QStringList& arguments,
@@ -75,8 +76,7 @@ AppDelegate::AppDelegate(Defaults& defaults, Clocks clocks, QStringList argument
     , m_clocks(clocks)
     , m_arguments(std::move(arguments))
     , m_configOnly(configOnlyFrom(qgetenv("TKW_CONFIG_ONLY")))
-    , m_initialSelection(
-          initialConfigSelectionFrom(QString::fromLocal8Bit(qgetenv("TKW_CONFIG_SECTION")))) {}
+    , m_initialSelection(initialConfigSelection(defaults)) {}
 
 AppDelegate::~AppDelegate() {
     // Panels go before the stores they draw from.
@@ -180,17 +180,17 @@ void AppDelegate::finishLaunching() {
         .configOnly = m_configOnly,
         .firstLaunchOfVersion = AppSettings::checkAndRecordUpdateLaunch(
             m_defaults, QCoreApplication::applicationVersion()),
-        .launchedAsLoginItem = false,
+        .launchedAsLoginItem = m_platform.loginItem->startedAtLogin(m_arguments),
         .openWindowAtLaunch = m_settings->openWindowAtLaunch(),
     };
     if (shouldOpenWindowAtLaunch(m_arguments, facts)) {
-        showConfigWindow();
+        showConfigWindow(m_initialSelection);
     } else {
         qCInfo(lcApp, "launched quietly (login item or window-at-launch off)");
     }
 }
 
-void AppDelegate::showConfigWindow() {
+void AppDelegate::showConfigWindow(const std::optional<ConfigSelection>& selection) {
     if (!m_status) {
         // Asked for before launch finished (a second start at once): launch finishing shows it.
         m_deferredLaunch.cancel();
@@ -200,25 +200,12 @@ void AppDelegate::showConfigWindow() {
         }
     }
     if (!m_configWindow) {
+        m_configContext = std::make_unique<ConfigContext>(makeConfigContext());
         m_configWindow = std::make_unique<ConfigWindow>(*m_scheduler, [this]() -> QWidget* {
-            auto* gallery = new GalleryView(*m_faces, *m_platform.symbols, m_clocks.system);
-            gallery->setTheme(m_theme->themed());
-            // Previews wear the glass the desktop's tiles wear.
-            gallery->setGlass(GlassLook::from(*m_theme, m_controller->systemAppearance()));
-            gallery->followTicker(*m_ticker);
-            gallery->setAddHandler([this](const QString& kind, WidgetSize size) {
-                const auto spot = m_grid->freeSpot(kind, size, std::nullopt);
-                if (!spot) {
-                    return GalleryView::AddOutcome::NoRoom;
-                }
-                const auto added = m_grid->addFree(kind, size, std::nullopt, spot);
-                if (!added) {
-                    return GalleryView::AddOutcome::AtMaximum;
-                }
-                m_grid->highlight(added->id);
-                return GalleryView::AddOutcome::Added;
-            });
-            return gallery;
+            auto* root = new ConfigRoot(*m_configContext, m_platform.colorScheme->colorScheme());
+            connect(m_platform.colorScheme.get(), &ColorSchemeWatcher::colorSchemeChanged, root,
+                    &ConfigRoot::setColorScheme);
+            return root;
         });
         // The previews live on the one tick while the window is on screen, and only then.
         connect(m_configWindow.get(), &ConfigWindow::visibilityChanged, m_settings.get(),
@@ -239,6 +226,56 @@ void AppDelegate::showConfigWindow() {
         makeMainMenu();
     }
     m_configWindow->present();
+    if (selection) {
+        if (auto* root = qobject_cast<ConfigRoot*>(m_configWindow->content())) {
+            root->select(*selection);
+        }
+    }
+}
+
+ConfigContext AppDelegate::makeConfigContext() {
+    ConfigContext context{
+        .settings = *m_settings,
+        .theme = *m_theme,
+        .defaults = m_defaults,
+        .loginItem = m_platform.loginItem.get(),
+        .lockScreenUnavailable = m_platform.lockScreen->unavailableReason().value_or(QString()),
+        .hapticsUnavailable = PlatformServices::wording().noHaptics,
+        .displays = {},
+        .version = QCoreApplication::applicationVersion(),
+        .dataDirectory = AppPaths::appSupportDir(),
+    };
+    for (const ScreenInfo& screen : m_platform.displays->screens()) {
+        context.displays.append({screen.id, screen.name});
+    }
+    context.makeGallery = [this]() -> QWidget* {
+        auto* gallery = new GalleryView(*m_faces, *m_platform.symbols, m_clocks.system);
+        gallery->setTheme(m_theme->themed());
+        // Previews wear the glass the desktop's tiles wear.
+        gallery->setGlass(GlassLook::from(*m_theme, m_controller->systemAppearance()));
+        gallery->followTicker(*m_ticker);
+        gallery->setAddHandler([this](const QString& kind, WidgetSize size) {
+            const auto spot = m_grid->freeSpot(kind, size, std::nullopt);
+            if (!spot) {
+                return GalleryView::AddOutcome::NoRoom;
+            }
+            const auto added = m_grid->addFree(kind, size, std::nullopt, spot);
+            if (!added) {
+                return GalleryView::AddOutcome::AtMaximum;
+            }
+            m_grid->highlight(added->id);
+            return GalleryView::AddOutcome::Added;
+        });
+        return gallery;
+    };
+    context.relaunch = [] {
+        const std::unique_ptr<Relauncher> relauncher = PlatformServices::makeRelauncher();
+        AppSettings::relaunch(*relauncher);
+    };
+    context.undo = [this] { m_grid->undo(); };
+    context.redo = [this] { m_grid->redo(); };
+    context.open = [this](const QUrl& url) { return m_platform.workspace->open(url).isSuccess(); };
+    return context;
 }
 
 // Where no tray exists the status menu stands in the window's menu bar, so that hiding the

@@ -3,6 +3,7 @@
 // window.
 #pragma once
 
+#include "config/ConfigSection.h"
 #include "platform/PlatformServices.h"
 #include "platform/ScheduledTask.h"
 
@@ -16,6 +17,7 @@ namespace tw {
 
 class AppSettings;
 class ConfigWindow;
+struct ConfigContext;
 class Defaults;
 class DesktopController;
 class WallpaperBackdrop;
@@ -36,13 +38,12 @@ class Clock;
 class AppDelegate final : public QObject {
     Q_OBJECT
 public:
-    // The pages of the configuration window a start can ask for.
-    enum class ConfigSection { general, appearance, layouts, updates, about };
-
     // "TKW_CONFIG_ONLY" = "1": only the configuration window, never a panel.
     static bool configOnlyFrom(const QByteArray& value) { return value == "1"; }
-    // "TKW_CONFIG_SECTION": a section's name, anything else none.
-    static std::optional<ConfigSection> initialConfigSelectionFrom(const QString& value);
+    // Where the window opens first: "TKW_CONFIG_SECTION" and "TKW_SETTINGS_PAGE", else the page
+    // another part of the program left in "tarnwick.settings.page", which is then used up.
+    static ConfigSelection initialConfigSelection(Defaults& defaults);
+    static inline const QString settingsPageKey = QStringLiteral("tarnwick.settings.page");
 
     struct WindowAtLaunch {
         bool configOnly = false;
@@ -66,22 +67,24 @@ public:
 
     // The launch order; call once the application object runs.
     void applicationDidFinishLaunching(std::unique_ptr<SingleInstance> instance);
-    void showConfigWindow();
+    // Shows the window, at `selection` when given, else where it was.
+    void showConfigWindow(const std::optional<ConfigSelection>& selection = std::nullopt);
 
     bool configOnly() const { return m_configOnly; }
-    std::optional<ConfigSection> initialConfigSelection() const { return m_initialSelection; }
+    const ConfigSelection& initialSelection() const { return m_initialSelection; }
     DesktopController& controller() { return *m_controller; }
     GridStore& grid() { return *m_grid; }
 
 private:
     void finishLaunching();
     void makeMainMenu();
+    ConfigContext makeConfigContext();
 
     Defaults& m_defaults;
     Clocks m_clocks;
     QStringList m_arguments;
     bool m_configOnly;
-    std::optional<ConfigSection> m_initialSelection;
+    ConfigSelection m_initialSelection;
 
     std::unique_ptr<QtScheduler> m_scheduler;
     std::unique_ptr<AppSettings> m_settings;
@@ -98,6 +101,7 @@ private:
     std::unique_ptr<WallpaperBackdrop> m_backdrop;
     std::unique_ptr<DesktopController> m_controller;
     std::unique_ptr<StatusBarController> m_status;
+    std::unique_ptr<ConfigContext> m_configContext;
     std::unique_ptr<ConfigWindow> m_configWindow;
     std::unique_ptr<SingleInstance> m_instance;
     ScheduledTask m_deferredLaunch;

@@ -5,6 +5,7 @@
 #include "platform/SettingsDefaults.h"
 #include "platform/SystemClock.h"
 #include "settings/AppSettings.h"
+#include "settings/Localization.h"
 #include "tick/SnapshotClock.h"
 
 #include <QApplication>
@@ -116,6 +117,7 @@ int LaunchChain::run(int& argc, char** argv) {
 
     SettingsDefaults defaults;
     // Before anything is looked at: every mode may render localised text.
+    Localization::installPlatformWording(PlatformServices::wording().stringTable);
     AppSettings::applyLanguagePreferenceAtStartup(defaults);
 
     SystemClock systemClock;

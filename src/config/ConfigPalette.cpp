@@ -73,7 +73,7 @@ QString ConfigPalette::styleSheet() const {
     const QColor track = isDark() ? QColor(255, 255, 255, 40) : QColor(0, 0, 0, 34);
     const QColor handle = isDark() ? QColor(255, 255, 255, 70) : QColor(0, 0, 0, 60);
     QString s = QStringLiteral(R"(
-QWidget#configRoot, QWidget#page, QScrollArea, QScrollArea > QWidget > QWidget { background: @window; }
+QWidget#configWindow, QWidget#configRoot, QWidget#page, QScrollArea, QScrollArea > QWidget > QWidget { background: @window; }
 QWidget { color: @text; font-size: 13px; }
 QLabel#title { font-size: 22px; font-weight: 600; }
 QLabel#sectionHeading { font-size: 13px; font-weight: 600; color: @secondary; padding: 14px 4px 4px 4px; }
@@ -93,6 +93,8 @@ QPushButton:focus { border: 1px solid @accent; }
 QPushButton:disabled { color: @secondary; }
 QPushButton#primary { background: @accent; color: @accentText; border: 1px solid @accent; font-weight: 600; }
 QPushButton#primary:hover { background: @accentHover; }
+QPushButton#segment { border-radius: 7px; padding: 5px 16px; margin-right: 4px; }
+QPushButton#segment:checked { background: @accent; color: @accentText; border: 1px solid @accent; font-weight: 600; }
 QLineEdit, QComboBox, QSpinBox { background: @field; border: 1px solid @fieldBorder; border-radius: 7px; padding: 5px 9px; selection-background-color: @accent; selection-color: @accentText; }
 QLineEdit:focus, QComboBox:focus, QSpinBox:focus { border: 2px solid @accent; padding: 4px 8px; }
 QComboBox::drop-down { border: none; width: 22px; }
@@ -100,8 +102,11 @@ QComboBox QAbstractItemView { background: @card; border: 1px solid @cardBorder; 
 QCheckBox, QRadioButton { spacing: 8px; background: transparent; }
 QCheckBox::indicator { width: 16px; height: 16px; border-radius: 4px; border: 1px solid @fieldBorder; background: @field; }
 QCheckBox::indicator:checked { background: @accent; border: 1px solid @accent; }
-QRadioButton::indicator { width: 16px; height: 16px; border-radius: 8px; border: 1px solid @fieldBorder; background: @field; }
-QRadioButton::indicator:checked { border: 5px solid @accent; background: @accentText; }
+QRadioButton::indicator { width: 14px; height: 14px; border-radius: 8px; border: 1px solid @fieldBorder; background: @field; }
+QRadioButton::indicator:checked { width: 6px; height: 6px; border: 5px solid @accent; background: @accentText; }
+QMenuBar { background: @sidebar; border-bottom: 1px solid @separator; }
+QMenuBar::item { padding: 4px 10px; background: transparent; border-radius: 5px; }
+QMenuBar::item:selected { background: @hover; }
 QSlider::groove:horizontal { height: 4px; border-radius: 2px; background: @track; }
 QSlider::sub-page:horizontal { height: 4px; border-radius: 2px; background: @accent; }
 QSlider::handle:horizontal { width: 18px; height: 18px; margin: -8px 0; border-radius: 9px; background: #ffffff; border: 1px solid @fieldBorder; }

@@ -18,6 +18,7 @@ ConfigWindow::ConfigWindow(Scheduler& scheduler, std::function<QWidget*()> makeC
     , m_layout(new QVBoxLayout(this))
     , m_menuBar(new QMenuBar(this)) {
     setWindowTitle(QStringLiteral("Tarnwick"));
+    setObjectName(QStringLiteral("configWindow"));
     setAttribute(Qt::WA_DeleteOnClose, false);
     m_layout->setContentsMargins(0, 0, 0, 0);
     m_layout->setMenuBar(m_menuBar);

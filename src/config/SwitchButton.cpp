@@ -22,7 +22,7 @@ void SwitchButton::paintEvent(QPaintEvent*) {
     const QRectF track = QRectF(rect()).adjusted(1, 1, -1, -1);
     const QPalette& p = palette();
     QColor off = p.color(QPalette::WindowText);
-    off.setAlphaF(0.18);
+    off.setAlphaF(0.18F);
     QColor fill = isChecked() ? p.color(QPalette::Highlight) : off;
     if (!isEnabled()) {
         fill.setAlphaF(fill.alphaF() * 0.5F);

@@ -19,6 +19,9 @@ public:
     virtual void remove(const QString& key) = 0;
     // Writes pending changes through to permanent storage now, for a process started next to read.
     virtual void sync() {}
+    // Whether changes can still reach permanent storage; a settings page refuses a change
+    // that would be lost.
+    virtual bool isWritable() const { return true; }
 
     QVariant value(const QString& key, const QVariant& fallback) const {
         return contains(key) ? value(key) : fallback;

@@ -8,6 +8,7 @@
 #include "platform/DesktopWindowing.h"
 #include "platform/Displays.h"
 #include "platform/LockScreenSurface.h"
+#include "platform/LoginItem.h"
 #include "platform/Notifications.h"
 #include "platform/Relauncher.h"
 #include "platform/SymbolProvider.h"
@@ -29,6 +30,7 @@ struct PlatformServices {
     std::unique_ptr<SymbolProvider> symbols;
     std::unique_ptr<DesktopPicture> picture;
     std::unique_ptr<LockScreenSurface> lockScreen;
+    std::unique_ptr<LoginItem> loginItem;
 
     // The desktop host's services, every one set; needs the running QApplication.
     static PlatformServices make();
@@ -54,6 +56,11 @@ struct PlatformServices {
         QString displayHelp;
         QString preferencesHelp;
         QString dataDirectoryDefault;
+        // Why the pointer gives no touch feedback here; empty where it does.
+        QString noHaptics;
+        // A string table of this system's own wording for texts whose English default names
+        // another system; looked up after the language's table.
+        QString stringTable;
     };
     static Wording wording();
 };

@@ -35,6 +35,10 @@ void SettingsDefaults::remove(const QString& key) {
     Q_EMIT valueChanged(key);
 }
 
+bool SettingsDefaults::isWritable() const {
+    return m_settings->isWritable();
+}
+
 void SettingsDefaults::sync() {
     m_settings->sync();
 }

@@ -24,6 +24,7 @@ public:
     void setValue(const QString& key, const QVariant& value) override;
     void remove(const QString& key) override;
     void sync() override;
+    bool isWritable() const override;
 
 private:
     std::unique_ptr<QSettings> m_settings;

@@ -188,6 +188,20 @@ void install(const Resolved& resolved) {
     QCoreApplication::installTranslator(table);
 }
 
+void installPlatformWording(const QString& tablePath) {
+    auto* app = QCoreApplication::instance();
+    if (!app || tablePath.isEmpty()) {
+        return;
+    }
+    auto* table = new StringTable(app);
+    if (!table->loadTable(tablePath, developmentLanguage())) {
+        delete table;
+        return;
+    }
+    // Translators installed later are asked first, so the language's own table wins.
+    QCoreApplication::installTranslator(table);
+}
+
 QLocale localeFor(const QString& language) {
     return QLocale(QString(language).replace(QLatin1Char('-'), QLatin1Char('_')));
 }

@@ -49,6 +49,9 @@ Resolved resolve(const Defaults& defaults);
 // Installs the string table of `resolved` on the running QCoreApplication and makes its locale
 // Qt's default locale. Once, at start-up.
 void install(const Resolved& resolved);
+// Installs this system's own wording (a string table in the development language) beneath every
+// language's table. Before install().
+void installPlatformWording(const QString& tablePath);
 // The locale of a language code ("zh-Hans" included).
 QLocale localeFor(const QString& language);
 // The locale of the language chosen at launch: dates follow the application's language, not the

@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 #include "app/SingleInstance.h"
+#include "platform/null/MemoryDefaults.h"
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -39,23 +40,42 @@ private Q_SLOTS:
         QCOMPARE(AppDelegate::shouldOpenWindowAtLaunch(arguments, facts), opens);
     }
 
+    // TKW_CONFIG_SECTION and TKW_SETTINGS_PAGE, else the page left in the preferences.
     void environment_data() {
         QTest::addColumn<QString>("section");
-        QTest::addColumn<int>("expected"); // -1: none
-        QTest::newRow("general") << "general" << int(AppDelegate::ConfigSection::general);
-        QTest::newRow("about") << "about" << int(AppDelegate::ConfigSection::about);
-        QTest::newRow("case matters") << "Layouts" << -1;
-        QTest::newRow("unknown") << "widgets" << -1;
-        QTest::newRow("empty") << "" << -1;
+        QTest::addColumn<QString>("page");
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<QString>("expected"); // section/page; "-" for none
+        QTest::newRow("section") << "about" << "" << "" << "about/";
+        QTest::newRow("case matters") << "Layouts" << "" << "" << "-/";
+        QTest::newRow("unknown section") << "widgets" << "" << "" << "-/";
+        QTest::newRow("nothing: the gallery") << "" << "" << "" << "-/";
+        QTest::newRow("page opens its section") << "" << "look" << "" << "appearance/look";
+        QTest::newRow("page in its section") << "general" << "energy" << "" << "general/energy";
+        QTest::newRow("page of another section") << "general" << "look" << "" << "general/";
+        QTest::newRow("unknown page") << "" << "nowhere" << "" << "-/";
+        QTest::newRow("stored page") << "" << "" << "look" << "appearance/look";
+        QTest::newRow("environment before stored") << "" << "lock" << "look" << "appearance/lock";
     }
     void environment() {
         QFETCH(QString, section);
-        QFETCH(int, expected);
-        const auto selection = AppDelegate::initialConfigSelectionFrom(section);
-        QCOMPARE(selection ? int(*selection) : -1, expected);
+        QFETCH(QString, page);
+        QFETCH(QString, stored);
+        QFETCH(QString, expected);
+        qputenv("TKW_CONFIG_SECTION", section.toUtf8());
+        qputenv("TKW_SETTINGS_PAGE", page.toUtf8());
+        MemoryDefaults defaults;
+        if (!stored.isEmpty()) {
+            defaults.setValue(AppDelegate::settingsPageKey, stored);
+        }
+        const ConfigSelection selection = AppDelegate::initialConfigSelection(defaults);
+        const QString got = (selection.section ? rawValue(*selection.section) : QStringLiteral("-")) +
+                            QLatin1Char('/') + selection.page;
+        QCOMPARE(got, expected);
+        // The stored page is used once.
+        QVERIFY(!defaults.contains(AppDelegate::settingsPageKey));
         QVERIFY(AppDelegate::configOnlyFrom("1"));
         QVERIFY(!AppDelegate::configOnlyFrom("true"));
-        QVERIFY(!AppDelegate::configOnlyFrom(""));
     }
 
     // A second start finds the first, asks it for its window and is told to end.

@@ -11,6 +11,7 @@
 #include "platform/linux/QtDisplays.h"
 #include "platform/linux/ShellRelauncher.h"
 #include "platform/linux/X11DesktopWindowing.h"
+#include "platform/linux/XdgAutostart.h"
 
 namespace tw {
 
@@ -24,6 +25,7 @@ PlatformServices PlatformServices::make() {
     services.symbols = makeSymbolProvider();
     services.picture = LinuxDesktopPicture::create();
     services.lockScreen = makeLockScreenSurface();
+    services.loginItem = XdgAutostart::forThisProgram();
     return services;
 }
 
@@ -56,6 +58,9 @@ PlatformServices::Wording PlatformServices::wording() {
         .preferencesHelp = QStringLiteral("  XDG_CONFIG_HOME              preferences live in its "
                                           "Tarnwick/ (default: ~/.config)\n"),
         .dataDirectoryDefault = QStringLiteral("~/.local/share/Tarnwick"),
+        .noHaptics = QStringLiteral("Linux desktops give programs no way to make the touchpad "
+                                    "pulse, so this has no effect here."),
+        .stringTable = QStringLiteral(":/platform/strings.json"),
     };
 }
 

@@ -18,9 +18,13 @@ public:
     bool contains(const QString& key) const override { return m_values.contains(key); }
     void setValue(const QString& key, const QVariant& value) override;
     void remove(const QString& key) override;
+    bool isWritable() const override { return m_writable; }
+    // A store that has become read-only, as a full disk or a locked file makes it.
+    void setWritable(bool writable) { m_writable = writable; }
 
 private:
     QVariantMap m_values;
+    bool m_writable = true;
 };
 
 } // namespace tw

@@ -1,0 +1,11 @@
+#include "config/ConfigContext.h"
+
+#include "platform/Defaults.h"
+
+namespace tw {
+
+bool ConfigContext::canSave() const {
+    return defaults.isWritable();
+}
+
+} // namespace tw

@@ -1,0 +1,56 @@
+// What the configuration window's pages read and change, handed in by the host (or by a
+// picture mode with stores of its own), so that no page reaches for a global.
+#pragma once
+
+#include "look/Theme.h"
+
+#include <QList>
+#include <QString>
+#include <QUrl>
+
+#include <functional>
+#include <optional>
+
+class QWidget;
+
+namespace tw {
+
+class AppSettings;
+class Defaults;
+class LoginItem;
+class ThemeStore;
+
+struct ConfigContext {
+    struct Display {
+        QString id;
+        QString name;
+    };
+
+    AppSettings& settings;
+    ThemeStore& theme;
+    // Where both keep their preferences; asked whether it can still write before a change.
+    Defaults& defaults;
+    // Null where starting at login is not offered.
+    LoginItem* loginItem = nullptr;
+    // Why this system cannot show tiles above its lock screen; empty where it can.
+    QString lockScreenUnavailable = {};
+    // Why the pointer gives no touch feedback here; empty where it does.
+    QString hapticsUnavailable = {};
+    QList<Display> displays = {};
+    QString version = {};
+    QString dataDirectory = {};
+
+    // The gallery's view, made when the window needs it.
+    std::function<QWidget*()> makeGallery = {};
+    // "Match my wallpaper": the theme of the desktop picture, or nullopt without one.
+    std::function<std::optional<Theme>()> wallpaperTheme = {};
+    std::function<void()> relaunch = {};
+    std::function<void()> undo = {};
+    std::function<void()> redo = {};
+    std::function<bool(const QUrl&)> open = {};
+
+    // Whether a change can be kept; the page says so when it cannot.
+    bool canSave() const;
+};
+
+} // namespace tw

@@ -1,0 +1,183 @@
+#include "config/ConfigRoot.h"
+
+#include "config/AboutPage.h"
+#include "config/AppearancePage.h"
+#include "config/ConfigContext.h"
+#include "config/ConfigPalette.h"
+#include "config/GeneralPage.h"
+#include "config/LayoutsPage.h"
+#include "config/UpdatesPage.h"
+#include "text/L.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QKeySequence>
+#include <QListWidget>
+#include <QShortcut>
+#include <QStackedWidget>
+
+namespace tw {
+
+namespace {
+
+// Row 0 is the gallery; the sections follow in their order.
+constexpr ConfigSection rowSections[] = {ConfigSection::general, ConfigSection::appearance,
+                                         ConfigSection::layouts, ConfigSection::updates,
+                                         ConfigSection::about};
+
+int rowOf(std::optional<ConfigSection> section) {
+    return section ? static_cast<int>(*section) + 1 : 0;
+}
+
+std::optional<ConfigSection> sectionOf(int row) {
+    if (row <= 0 || row > static_cast<int>(std::size(rowSections))) {
+        return std::nullopt;
+    }
+    return rowSections[row - 1];
+}
+
+QString sectionTitle(std::optional<ConfigSection> section) {
+    if (!section) {
+        return L("config.widgets", QStringLiteral("Widgets"));
+    }
+    switch (*section) {
+    case ConfigSection::general:
+        return L("config.general", QStringLiteral("General"));
+    case ConfigSection::appearance:
+        return L("config.appearance", QStringLiteral("Appearance"));
+    case ConfigSection::layouts:
+        return L("config.layouts", QStringLiteral("Layouts"));
+    case ConfigSection::updates:
+        return L("config.updates", QStringLiteral("Updates"));
+    case ConfigSection::about:
+        return L("config.about", QStringLiteral("About"));
+    }
+    return {};
+}
+
+} // namespace
+
+ConfigRoot::ConfigRoot(ConfigContext& context, ColorScheme scheme, QWidget* parent)
+    : QWidget(parent)
+    , m_context(context)
+    , m_scheme(scheme)
+    , m_sidebar(new QListWidget(this))
+    , m_stack(new QStackedWidget(this)) {
+    setObjectName(QStringLiteral("configRoot"));
+    setAttribute(Qt::WA_StyledBackground);
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    m_sidebar->setObjectName(QStringLiteral("sidebar"));
+    m_sidebar->setFixedWidth(200);
+    m_sidebar->setAccessibleName(L("config.sections", QStringLiteral("Sections")));
+    for (int row = 0; row <= static_cast<int>(std::size(rowSections)); ++row) {
+        m_sidebar->addItem(sectionTitle(sectionOf(row)));
+    }
+    layout->addWidget(m_sidebar);
+    layout->addWidget(m_stack, 1);
+    connect(m_sidebar, &QListWidget::currentRowChanged, this, &ConfigRoot::showRow);
+
+    auto shortcut = [this](const QKeySequence& keys, auto slot) {
+        auto* s = new QShortcut(keys, this);
+        s->setContext(Qt::WindowShortcut);
+        connect(s, &QShortcut::activated, this, slot);
+    };
+    shortcut(QKeySequence::Find, [this] { search(); });
+    shortcut(QKeySequence(Qt::CTRL | Qt::Key_Z), [this] {
+        if (m_context.undo) {
+            m_context.undo();
+        }
+    });
+    shortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), [this] {
+        if (m_context.redo) {
+            m_context.redo();
+        }
+    });
+    shortcut(QKeySequence(Qt::Key_Escape), [this] { window()->close(); });
+    shortcut(QKeySequence(Qt::CTRL | Qt::Key_W), [this] { window()->close(); });
+
+    setColorScheme(scheme);
+    m_sidebar->setCurrentRow(0);
+}
+
+void ConfigRoot::setColorScheme(ColorScheme scheme) {
+    m_scheme = scheme;
+    applyColors();
+}
+
+void ConfigRoot::applyColors() {
+    const ConfigPalette palette = ConfigPalette::of(m_scheme);
+    // The whole window wears it, its menu bar included, once the root stands in one.
+    QWidget* target = window();
+    target->setPalette(palette.palette());
+    target->setStyleSheet(palette.styleSheet());
+}
+
+bool ConfigRoot::event(QEvent* event) {
+    if (event->type() == QEvent::ParentChange) {
+        applyColors();
+    }
+    return QWidget::event(event);
+}
+
+QWidget* ConfigRoot::page(std::optional<ConfigSection> section) {
+    const int row = rowOf(section);
+    if (QWidget* made = m_pages.value(row)) {
+        return made;
+    }
+    QWidget* made = nullptr;
+    if (!section) {
+        made = m_context.makeGallery ? m_context.makeGallery() : new QWidget();
+    } else {
+        switch (*section) {
+        case ConfigSection::general:
+            made = new GeneralPage(m_context);
+            break;
+        case ConfigSection::appearance:
+            made = new AppearancePage(m_context);
+            break;
+        case ConfigSection::layouts:
+            made = new LayoutsPage(m_context);
+            break;
+        case ConfigSection::updates:
+            made = new UpdatesPage(m_context);
+            break;
+        case ConfigSection::about:
+            made = new AboutPage(m_context);
+            break;
+        }
+    }
+    m_stack->addWidget(made);
+    m_pages.insert(row, made);
+    return made;
+}
+
+void ConfigRoot::showRow(int row) {
+    m_stack->setCurrentWidget(page(sectionOf(row)));
+    m_page.clear();
+}
+
+void ConfigRoot::select(const ConfigSelection& selection) {
+    m_sidebar->setCurrentRow(rowOf(selection.section));
+    if (selection.page.isEmpty()) {
+        return;
+    }
+    if (auto* settings = qobject_cast<SettingsPage*>(page(selection.section))) {
+        settings->ensurePolished();
+        if (settings->showPage(selection.page)) {
+            m_page = selection.page;
+        }
+    }
+}
+
+ConfigSelection ConfigRoot::selection() const {
+    return {.section = sectionOf(m_sidebar->currentRow()), .page = m_page};
+}
+
+void ConfigRoot::search() {
+    select({});
+    QMetaObject::invokeMethod(page(std::nullopt), "focusSearch");
+}
+
+} // namespace tw

@@ -1,0 +1,52 @@
+// The configuration window's view tree: a sidebar of sections beside the chosen section's page,
+// in the window's own colours. Pages are made when first shown. Keys: Ctrl+F searches the
+// gallery, Ctrl+Z and Ctrl+Shift+Z undo and redo desktop changes, Esc and Ctrl+W close.
+#pragma once
+
+#include "config/ConfigSection.h"
+#include "platform/ColorSchemeWatcher.h"
+
+#include <QHash>
+#include <QWidget>
+
+class QListWidget;
+class QStackedWidget;
+
+namespace tw {
+
+struct ConfigContext;
+class SettingsPage;
+
+class ConfigRoot final : public QWidget {
+    Q_OBJECT
+public:
+    explicit ConfigRoot(ConfigContext& context, ColorScheme scheme, QWidget* parent = nullptr);
+
+    void select(const ConfigSelection& selection);
+    ConfigSelection selection() const;
+    // The view of a section (none: the gallery), made if needed.
+    QWidget* page(std::optional<ConfigSection> section);
+    void setColorScheme(ColorScheme scheme);
+    ColorScheme colorScheme() const { return m_scheme; }
+
+public Q_SLOTS:
+    // Shows the gallery with its search field focused.
+    void search();
+
+protected:
+    bool event(QEvent* event) override;
+
+private:
+    void showRow(int row);
+    void applyColors();
+
+    ConfigContext& m_context;
+    ColorScheme m_scheme;
+    QListWidget* m_sidebar;
+    QStackedWidget* m_stack;
+    // Sidebar row to its page, once made.
+    QHash<int, QWidget*> m_pages;
+    QString m_page;
+};
+
+} // namespace tw
