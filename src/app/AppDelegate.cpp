@@ -50,8 +50,8 @@ ConfigSelection AppDelegate::initialConfigSelection(Defaults& defaults) {
     QString page = QString::fromLocal8Bit(qgetenv("TKW_SETTINGS_PAGE"));
     if (page.isEmpty()) {
         page = defaults.value(settingsPageKey).toString();
-        defaults.remove(settingsPageKey);
     }
+    defaults.remove(settingsPageKey);
     QString problem;
     const ConfigSelection selection = ConfigSelection::resolve(
         QString::fromLocal8Bit(qgetenv("TKW_CONFIG_SECTION")), page, &problem);

@@ -26,8 +26,9 @@ AboutPage::AboutPage(ConfigContext& context, QWidget* parent)
     });
     QWidget* folderRow = folder->addRow(L("about.data", QStringLiteral("Your data")),
                                       context.dataDirectory, open);
-    folderRow->findChild<QLabel*>(QStringLiteral("caption"))
-        ->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    if (auto* path = folderRow->findChild<QLabel*>(QStringLiteral("caption"))) {
+        path->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    }
 
     SettingsCard* licences = addGroup(QStringLiteral("licences"),
                                       L("about.licences", QStringLiteral("Made with")));
