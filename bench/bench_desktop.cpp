@@ -1,6 +1,7 @@
 // The glass over the desktop's own picture: what a change of picture costs once (a 4K picture
-// fitted to a 1920 × 1080 display and blurred twice), and what one panel's background costs each
-// time it is made (a new place, size or look), over that display's pictures.
+// fitted to a 1920 × 1080 display at 1x and 2x and blurred twice) and what it keeps, and what one
+// panel's background costs each time it is made (a new place, size or look), over that display's
+// pictures.
 #include "desktop/WallpaperBackdrop.h"
 #include "faces/FaceContext.h"
 #include "faces/TileRenderer.h"
@@ -35,31 +36,42 @@ QImage picture(const QSize& size) {
 
 const QSize kDisplay(1920, 1080);
 
-// The parts of one change of picture: 0 fitting the 4K picture to the display, 1 the frosted
-// picture, 2 the clear one, 3 all three as the backdrop does them.
+// The parts of one change of picture at a display's pixel ratio: 0 fitting the 4K picture to the
+// display's device pixels, 1 the frosted picture, 2 the clear one, 3 all three as the backdrop
+// does them. "held" is what the three pictures of the display keep in memory.
 void pictureChange(benchmark::State& state) {
     const QImage source = picture(QSize(3840, 2160));
-    const QImage sharp = WallpaperBackdrop::fitted(source, DesktopPicture::Fill::zoom, kDisplay);
     const int part = static_cast<int>(state.range(0));
+    const qreal ratio = WallpaperBackdrop::detailRatio(source.size(), DesktopPicture::Fill::zoom,
+                                                       kDisplay, double(state.range(1)));
+    const auto fit = [&] {
+        return WallpaperBackdrop::fitted(source, DesktopPicture::Fill::zoom, kDisplay, ratio);
+    };
+    const auto frost = [&](const QImage& sharp) {
+        return WallpaperBackdrop::blurred(sharp, WallpaperBackdrop::frostedReduction * ratio,
+                                          kFrostedRadius);
+    };
+    const auto clear = [&](const QImage& sharp) {
+        return WallpaperBackdrop::blurred(sharp, WallpaperBackdrop::clearReduction * ratio,
+                                          kClearRadius);
+    };
+    const QImage sharp = fit();
     for (auto _ : state) {
         if (part == 0) {
-            benchmark::DoNotOptimize(
-                WallpaperBackdrop::fitted(source, DesktopPicture::Fill::zoom, kDisplay));
+            benchmark::DoNotOptimize(fit());
         } else if (part == 1) {
-            benchmark::DoNotOptimize(WallpaperBackdrop::blurred(
-                sharp, WallpaperBackdrop::frostedReduction, kFrostedRadius));
+            benchmark::DoNotOptimize(frost(sharp));
         } else if (part == 2) {
-            benchmark::DoNotOptimize(
-                WallpaperBackdrop::blurred(sharp, WallpaperBackdrop::clearReduction, kClearRadius));
+            benchmark::DoNotOptimize(clear(sharp));
         } else {
-            const QImage fitted =
-                WallpaperBackdrop::fitted(source, DesktopPicture::Fill::zoom, kDisplay);
-            benchmark::DoNotOptimize(WallpaperBackdrop::blurred(
-                fitted, WallpaperBackdrop::frostedReduction, kFrostedRadius));
-            benchmark::DoNotOptimize(WallpaperBackdrop::blurred(
-                fitted, WallpaperBackdrop::clearReduction, kClearRadius));
+            const QImage fitted = fit();
+            benchmark::DoNotOptimize(frost(fitted));
+            benchmark::DoNotOptimize(clear(fitted));
         }
     }
+    state.counters["heldMiB"] =
+        double(sharp.sizeInBytes() + frost(sharp).sizeInBytes() + clear(sharp).sizeInBytes()) /
+        (1024 * 1024);
 }
 
 // One frosted background of a large clock at the given pixel ratio, the picture in its margin
@@ -97,8 +109,8 @@ int main(int argc, char** argv) {
     QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
 
     benchmark::RegisterBenchmark("backdrop/picture-change/3840x2160-on-1920x1080", pictureChange)
-        ->ArgName("part")
-        ->DenseRange(0, 3)
+        ->ArgNames({"part", "scale"})
+        ->ArgsProduct({{0, 1, 2, 3}, {1, 2}})
         ->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("backdrop/panel-background/clock-large", panelBackground)
         ->ArgNames({"scale", "opaqueMargin"})

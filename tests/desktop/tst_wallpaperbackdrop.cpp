@@ -1,5 +1,6 @@
-// The desktop's picture behind the glass: fitted as the desktop fits it, read off the main
-// thread from a real file, followed when it changes, and a tile's glass drawn over it.
+// The desktop's picture behind the glass: fitted as the desktop fits it at the detail it has,
+// read off the main thread from a real file, followed when it changes, put together across two
+// displays, and a tile's glass drawn over it. Two displays side by side, the right one at 2x.
 #include "desktop/WallpaperBackdrop.h"
 #include "faces/FaceContext.h"
 #include "faces/TileRenderer.h"
@@ -41,6 +42,14 @@ QString screenName() {
     return QGuiApplication::primaryScreen()->name();
 }
 
+const QRect kLeft(0, 0, 400, 300);
+const QRect kRight(400, 0, 400, 300);
+
+QColor colourAt(const GlassBackdrop& backdrop, QPointF point) {
+    const QPointF at = backdrop.sourceIn(backdrop.sharp, QRectF(point, QSizeF())).topLeft();
+    return backdrop.sharp.pixelColor(at.toPoint());
+}
+
 } // namespace
 
 class tst_WallpaperBackdrop : public QObject {
@@ -69,6 +78,78 @@ private Q_SLOTS:
         QCOMPARE(out.pixelColor(2, 50), left);
         QCOMPARE(out.pixelColor(48, 2), middleTop);
         QCOMPARE(out.pixelColor(97, 50), right);
+    }
+
+    void detailRatio_data() {
+        QTest::addColumn<QSize>("picture");
+        QTest::addColumn<Fill>("fill");
+        QTest::addColumn<qreal>("devicePixelRatio");
+        QTest::addColumn<qreal>("ratio");
+        QTest::newRow("4K zoomed at 2x: all of it")
+            << QSize(3840, 2160) << Fill::zoom << 2.0 << 2.0;
+        QTest::newRow("4K at 1x") << QSize(3840, 2160) << Fill::zoom << 1.0 << 1.0;
+        QTest::newRow("no more than the picture holds")
+            << QSize(2880, 1620) << Fill::span << 2.0 << 1.5;
+        QTest::newRow("a small picture, at least 1") << QSize(640, 480) << Fill::fit << 2.0 << 1.0;
+        QTest::newRow("fit: the longer side's detail")
+            << QSize(3840, 1000) << Fill::fit << 2.0 << 2.0;
+        QTest::newRow("centred: a pixel to a point")
+            << QSize(3840, 2160) << Fill::center << 2.0 << 1.0;
+    }
+    void detailRatio() {
+        QFETCH(QSize, picture);
+        QFETCH(Fill, fill);
+        QFETCH(qreal, devicePixelRatio);
+        QTEST(WallpaperBackdrop::detailRatio(picture, fill, QSize(1920, 1080), devicePixelRatio),
+              "ratio");
+    }
+
+    // A panel across the two displays shows each display's picture on its side; a spanned
+    // picture is one across both, not one on each.
+    void acrossDisplays_data() {
+        QTest::addColumn<QImage>("left");
+        QTest::addColumn<QImage>("right");
+        QTest::addColumn<Fill>("fill");
+        QTest::addColumn<QColor>("leftSide");
+        QTest::addColumn<QColor>("rightSide");
+        QImage red(800, 600, QImage::Format_RGB32);
+        red.fill(Qt::red);
+        QImage blue(800, 600, QImage::Format_RGB32);
+        blue.fill(Qt::blue);
+        const QColor r(Qt::red);
+        const QColor b(Qt::blue);
+        QTest::newRow("two pictures") << red << blue << Fill::zoom << r << b;
+        // 200 × 100, red|blue: zoomed on each display its middle shows, blue then red.
+        QTest::newRow("one picture on each") << halves() << halves() << Fill::zoom << b << r;
+        QTest::newRow("one picture spanned") << halves() << halves() << Fill::span << r << b;
+    }
+    void acrossDisplays() {
+        QCOMPARE(QGuiApplication::screens().size(), 2);
+        QFETCH(QImage, left);
+        QFETCH(QImage, right);
+        QFETCH(Fill, fill);
+        QTemporaryDir dir;
+        const QString leftFile = dir.filePath(QStringLiteral("left.png"));
+        const QString rightFile = dir.filePath(QStringLiteral("right.png"));
+        QVERIFY(left.save(leftFile) && right.save(rightFile));
+        FixedDesktopPicture picture;
+        picture.setSetting(QStringLiteral("left"), {leftFile, fill, QStringLiteral("l")});
+        picture.setSetting(QStringLiteral("right"), {rightFile, fill, QStringLiteral("r")});
+        WallpaperBackdrop backdrop(&picture);
+        const QRect onRight(500, 100, 100, 100);
+        const QRect across(300, 100, 200, 100);
+        QTRY_VERIFY(backdrop.behind(onRight) && backdrop.behind(QRect(100, 100, 100, 100)));
+
+        const GlassBackdrop both = *backdrop.behind(across);
+        QCOMPARE(both.panel.size(), QSizeF(across.size()));
+        QTEST(colourAt(both, both.panel.topLeft() + QPointF(50, 50)), "leftSide");
+        QTEST(colourAt(both, both.panel.topLeft() + QPointF(150, 50)), "rightSide");
+        if (left.width() >= 800) {
+            // Pictures with the detail for it: the 2x display's at its device pixels, and the
+            // two put together at the finer one's.
+            QCOMPARE(backdrop.behind(onRight)->sharp.size(), QSize(800, 600));
+            QCOMPARE(both.sharp.width() / both.display.width(), 2.0);
+        }
     }
 
     // A real file, read off the main thread; a change of picture is followed; an unreadable
@@ -152,5 +233,19 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_WallpaperBackdrop)
+int main(int argc, char** argv) {
+    QTemporaryDir dir;
+    QFile config(dir.filePath(QStringLiteral("screens.json")));
+    if (!config.open(QIODevice::WriteOnly)) {
+        return 1;
+    }
+    config.write(R"({"screens": [
+        {"name": "left", "x": 0, "y": 0, "width": 400, "height": 300, "dpr": 1},
+        {"name": "right", "x": 400, "y": 0, "width": 400, "height": 300, "dpr": 2}]})");
+    config.close();
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(config.fileName()));
+    QGuiApplication app(argc, argv);
+    tst_WallpaperBackdrop test;
+    return QTest::qExec(&test, argc, argv);
+}
 #include "tst_wallpaperbackdrop.moc"
