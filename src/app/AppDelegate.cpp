@@ -8,6 +8,7 @@
 #include "config/ConfigWindow.h"
 #include "config/GalleryView.h"
 #include "desktop/DesktopController.h"
+#include "desktop/DesktopWallpaper.h"
 #include "desktop/WallpaperBackdrop.h"
 #include "displays/ScreenTopologyWatcher.h"
 #include "displays/TopologyMemory.h"
@@ -131,6 +132,7 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
 
     // 12. The desktop, its glass over the desktop's own picture.
     m_backdrop = std::make_unique<WallpaperBackdrop>(m_platform.picture.get());
+    m_wallpaper = std::make_unique<DesktopWallpaper>(m_platform.picture.get());
     m_controller = std::make_unique<DesktopController>(DesktopController::Services{
         .theme = *m_theme,
         .ticker = *m_ticker,
@@ -268,6 +270,7 @@ ConfigContext AppDelegate::makeConfigContext() {
         });
         return gallery;
     };
+    context.wallpaperTheme = [this] { return m_wallpaper->currentTheme(); };
     context.relaunch = [] {
         const std::unique_ptr<Relauncher> relauncher = PlatformServices::makeRelauncher();
         AppSettings::relaunch(*relauncher);

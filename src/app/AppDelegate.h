@@ -21,6 +21,7 @@ struct ConfigContext;
 class Defaults;
 class DesktopController;
 class WallpaperBackdrop;
+class DesktopWallpaper;
 class FaceRegistry;
 class GridStore;
 class LockScreenController;
@@ -99,6 +100,7 @@ private:
     std::unique_ptr<LockScreenController> m_lockScreen;
     std::unique_ptr<FaceRegistry> m_faces;
     std::unique_ptr<WallpaperBackdrop> m_backdrop;
+    std::unique_ptr<DesktopWallpaper> m_wallpaper;
     std::unique_ptr<DesktopController> m_controller;
     std::unique_ptr<StatusBarController> m_status;
     std::unique_ptr<ConfigContext> m_configContext;
