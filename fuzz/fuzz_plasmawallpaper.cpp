@@ -1,13 +1,12 @@
 // Plasma's configuration files: any bytes, split among the three files, parse without harm, and
 // whatever picture is chosen is an absolute path.
+#include "PictureInvariant.h"
 #include "platform/linux/PlasmaWallpaperConfig.h"
 
 #include <QByteArray>
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const QByteArray all =
@@ -19,13 +18,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const qsizetype b = std::max(first, second);
     const tw::PlasmaWallpaperConfig config =
         tw::PlasmaWallpaperConfig::parse(all.mid(2, a), all.mid(2 + a, b - a), all.mid(2 + b));
-    for (const QString screen : {QStringLiteral("DP-1"), QString(), QStringLiteral("0")}) {
-        if (const auto setting = config.settingFor(screen)) {
-            if (!setting->file.startsWith(QLatin1Char('/'))) {
-                std::fprintf(stderr, "invariant broken: a picture that is not an absolute path\n");
-                std::abort();
-            }
-        }
-    }
+    tw::fuzz::requireAbsolutePictures(config);
     return 0;
 }
