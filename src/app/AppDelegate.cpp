@@ -268,6 +268,9 @@ ConfigContext AppDelegate::makeConfigContext() {
             m_grid->highlight(added->id);
             return GalleryView::AddOutcome::Added;
         });
+        gallery->setPlacedCount(
+            [this](const QString& kind) { return m_grid->instanceCount(kind); });
+        connect(m_grid.get(), &GridStore::layoutChanged, gallery, &GalleryView::refreshLimits);
         return gallery;
     };
     context.wallpaperTheme = [this] { return m_wallpaper->currentTheme(); };

@@ -21,6 +21,7 @@ Modes:
                                %4
   --sizes                      table of the sizes each widget kind allows
   --counts                     one line: "widgets=N sizes=N themes=N"
+  --snapshot-browse OUT.png    draw the gallery page of the configuration window
   --snapshot-widget OUT.png    draw one tile to a PNG file
       --kind KIND              the widget kind (required; --list-sizes names them)
       --size SIZE              one of the kind's sizes (default: the kind's own)

@@ -28,6 +28,9 @@ std::unique_ptr<QCoreApplication> makeApplication(ApplicationKind kind, int& arg
     case ApplicationKind::offscreen:
         qputenv("QT_QPA_PLATFORM", "offscreen");
         return std::make_unique<QGuiApplication>(argc, argv);
+    case ApplicationKind::offscreenWidgets:
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        return std::make_unique<QApplication>(argc, argv);
     case ApplicationKind::widgets:
         return std::make_unique<QApplication>(argc, argv);
     }
@@ -70,6 +73,7 @@ const QList<LaunchStep>& LaunchChain::steps() {
         {"--apply-wallpaper", 1, offscreen, &runApplyWallpaperMode},
         {"--sizes", 0, core, &runSizesMode},
         {"--counts", 0, core, &runCountsMode},
+        {"--snapshot-browse", 1, offscreenWidgets, &runSnapshotBrowseMode},
         {nullptr, 0, core, &runSnapshotTimeStep},
         {"--snapshot-widget", 1, offscreen, &runSnapshotWidgetMode},
         {"--snapshot-gallery", 1, offscreen, &runSnapshotGalleryMode},

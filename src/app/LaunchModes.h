@@ -15,6 +15,9 @@ std::optional<int> runApplyWallpaperMode(LaunchContext& context);
 std::optional<int> runSizesMode(LaunchContext& context);
 // --counts: "widgets=… sizes=… themes=…".
 std::optional<int> runCountsMode(LaunchContext& context);
+// --snapshot-browse <out.png> [--dark|--light] [--scale X] [--theme T]: the configuration
+// window's gallery page at 980 × 680 points in the house style.
+std::optional<int> runSnapshotBrowseMode(LaunchContext& context);
 // --snapshot-widget <out.png> --kind K --size S [--theme T] [--dark|--light] [--scale X]
 // [--style S] [--set key=value ...]: one tile drawn off-screen.
 std::optional<int> runSnapshotWidgetMode(LaunchContext& context);

@@ -14,8 +14,8 @@ class Defaults;
 class SnapshotClock;
 
 // The Qt application object a step needs: plain, with pixels, with pixels but never a display
-// (pictures), or with windows and widgets.
-enum class ApplicationKind { core, gui, offscreen, widgets };
+// (pictures), with widgets but never a display (pictures of windows), or with windows and widgets.
+enum class ApplicationKind { core, gui, offscreen, offscreenWidgets, widgets };
 
 // What every step may use; made once the application object exists and the language is applied.
 struct LaunchContext {

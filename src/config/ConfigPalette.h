@@ -32,7 +32,7 @@ struct ConfigPalette {
     QPalette palette() const;
     // The rules for the widgets the pages use: buttons, fields, switches, sliders, lists, menus,
     // scroll bars. Object names pick the variants: "primary" buttons, "card" frames, "caption"
-    // and "title" labels.
+    // and "title" labels; the gallery's "chip" and "segment" buttons, "cardName" labels.
     QString styleSheet() const;
 };
 

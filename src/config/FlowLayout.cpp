@@ -2,10 +2,13 @@
 
 #include <QWidget>
 
+#include <algorithm>
+
 namespace tw {
 
-FlowLayout::FlowLayout(QWidget* parent, int spacing)
+FlowLayout::FlowLayout(QWidget* parent, int minimumItemWidth, int spacing)
     : QLayout(parent)
+    , m_minimumItemWidth(std::max(1, minimumItemWidth))
     , m_gap(spacing) {
     setContentsMargins(0, 0, 0, 0);
 }
@@ -28,17 +31,25 @@ QLayoutItem* FlowLayout::takeAt(int index) {
     return index >= 0 && index < m_items.size() ? m_items.takeAt(index) : nullptr;
 }
 
+int FlowLayout::columnCount(int width) const {
+    return std::max(1, (width + m_gap) / (m_minimumItemWidth + m_gap));
+}
+
 int FlowLayout::heightForWidth(int width) const {
     return arrange(QRect(0, 0, width, 0), Apply::No);
 }
 
 QSize FlowLayout::minimumSize() const {
-    QSize size;
-    for (const QLayoutItem* item : m_items) {
-        size = size.expandedTo(item->minimumSize());
-    }
     const QMargins m = contentsMargins();
-    return size + QSize(m.left() + m.right(), m.top() + m.bottom());
+    return QSize(m_minimumItemWidth + m.left() + m.right(),
+                 heightForWidth(m_minimumItemWidth + m.left() + m.right()));
+}
+
+QSize FlowLayout::sizeHint() const {
+    // Three columns, as a window of its natural size shows them.
+    const QMargins m = contentsMargins();
+    const int width = 3 * m_minimumItemWidth + 2 * m_gap + m.left() + m.right();
+    return QSize(width, heightForWidth(width));
 }
 
 void FlowLayout::setGeometry(const QRect& rect) {
@@ -48,26 +59,34 @@ void FlowLayout::setGeometry(const QRect& rect) {
 
 int FlowLayout::arrange(const QRect& rect, Apply apply) const {
     const QRect area = rect.marginsRemoved(contentsMargins());
-    int x = area.x();
-    int y = area.y();
-    int rowHeight = 0;
+    const int columns = columnCount(area.width());
+    const int itemWidth = std::max(1, (area.width() - (columns - 1) * m_gap) / columns);
+    QList<QLayoutItem*> shown;
+    int itemHeight = 0;
     for (QLayoutItem* item : m_items) {
         if (item->isEmpty()) {
             continue;
         }
-        const QSize hint = item->sizeHint();
-        if (x + hint.width() > area.right() + 1 && rowHeight > 0) {
-            x = area.x();
-            y += rowHeight + m_gap;
-            rowHeight = 0;
-        }
-        if (apply == Apply::Yes) {
-            item->setGeometry(QRect(QPoint(x, y), hint));
-        }
-        x += hint.width() + m_gap;
-        rowHeight = std::max(rowHeight, hint.height());
+        shown.append(item);
+        itemHeight =
+            std::max(itemHeight, item->hasHeightForWidth() ? item->heightForWidth(itemWidth)
+                                                           : item->sizeHint().height());
     }
-    return y + rowHeight - rect.y() + contentsMargins().bottom();
+    if (shown.isEmpty()) {
+        return 0;
+    }
+    const int rowCount = (static_cast<int>(shown.size()) + columns - 1) / columns;
+    if (apply == Apply::Yes) {
+        for (int i = 0; i < shown.size(); ++i) {
+            const int column = i % columns;
+            const int row = i / columns;
+            shown.at(i)->setGeometry(QRect(area.x() + column * (itemWidth + m_gap),
+                                           area.y() + row * (itemHeight + m_gap), itemWidth,
+                                           itemHeight));
+        }
+    }
+    const QMargins m = contentsMargins();
+    return m.top() + rowCount * itemHeight + (rowCount - 1) * m_gap + m.bottom();
 }
 
 } // namespace tw

@@ -9,79 +9,164 @@
 #include "text/L.h"
 #include "tick/TickCoordinator.h"
 
+#include <QAction>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPainter>
+#include <QPushButton>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QSet>
+#include <QStyle>
 #include <QVBoxLayout>
 
 namespace tw {
+
+namespace {
+
+constexpr int kSideMargin = 20;
+constexpr int kCardGap = 14;
+
+QPushButton* makeChip(const QString& text, const QString& id, QWidget* parent) {
+    auto* chip = new QPushButton(text, parent);
+    chip->setObjectName(QStringLiteral("chip"));
+    chip->setProperty("category", id);
+    chip->setCheckable(true);
+    // Exclusive among the row's chips; the arrow keys move the choice.
+    chip->setAutoExclusive(true);
+    chip->setCursor(Qt::PointingHandCursor);
+    return chip;
+}
+
+// A magnifying glass in a grey that reads on light and dark fields alike.
+QIcon searchIcon() {
+    const QColor colour(0x8e, 0x8e, 0x93);
+    QPixmap pixmap(QSize(32, 32));
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(colour, 3.2, Qt::SolidLine, Qt::RoundCap));
+    painter.drawEllipse(QRectF(6, 6, 15, 15));
+    painter.drawLine(QPointF(19, 19), QPointF(26, 26));
+    return QIcon(pixmap);
+}
+
+void repolish(QWidget* widget) {
+    widget->style()->unpolish(widget);
+    widget->style()->polish(widget);
+}
+
+} // namespace
 
 GalleryView::GalleryView(const FaceRegistry& faces, const SymbolProvider& symbols,
                          const Clock& clock, QWidget* parent)
     : QWidget(parent)
     , m_source(std::make_unique<GalleryPreviewSource>(faces))
     , m_search(new QLineEdit(this))
-    , m_empty(new QLabel(this))
+    , m_scroll(new QScrollArea(this))
+    , m_empty(new QWidget)
+    , m_emptyTitle(new QLabel(m_empty))
     , m_message(new QLabel(this)) {
     FaceContext& base = m_source->base();
     base.symbols = &symbols;
     base.surface = SurfaceFlags::gallery();
     base.now = clock.now();
+    setObjectName(QStringLiteral("gallery"));
 
     m_search->setObjectName(QStringLiteral("gallery-search"));
     m_search->setPlaceholderText(L("gallery.search", QStringLiteral("Search widgets")));
     m_search->setClearButtonEnabled(true);
-    connect(m_search, &QLineEdit::textChanged, this, [this] { applyQuery(); });
+    m_search->addAction(searchIcon(), QLineEdit::LeadingPosition);
+    connect(m_search, &QLineEdit::textChanged, this, [this] { apply(); });
+
+    auto* chips = new QHBoxLayout;
+    chips->setSpacing(6);
+    QPushButton* all =
+        makeChip(L("gallery.all", QStringLiteral("All")), QStringLiteral("all"), this);
+    all->setChecked(true);
+    connect(all, &QPushButton::toggled, this, [this](bool on) {
+        if (on) {
+            setCategory(std::nullopt);
+        }
+    });
+    chips->addWidget(all);
+    m_chips.append(all);
 
     auto* content = new QWidget;
     auto* column = new QVBoxLayout(content);
-    column->setContentsMargins(4, 4, 12, 12);
-    column->setSpacing(10);
+    column->setContentsMargins(kSideMargin, 0, kSideMargin, kSideMargin);
+    column->setSpacing(6);
     for (const WidgetRegistry::CategoryGroup& group : WidgetRegistry::grouped()) {
-        auto* sectionWidget = new QWidget(content);
-        auto* sectionLayout = new QVBoxLayout(sectionWidget);
-        sectionLayout->setContentsMargins(0, 8, 0, 0);
-        auto* heading = new QLabel(title(group.category), sectionWidget);
-        QFont headingFont = heading->font();
-        headingFont.setPointSizeF(headingFont.pointSizeF() * 1.3);
-        headingFont.setWeight(QFont::Bold);
-        heading->setFont(headingFont);
-        sectionLayout->addWidget(heading);
-        auto* cardsWidget = new QWidget(sectionWidget);
-        auto* flow = new FlowLayout(cardsWidget, 16);
-        Section section{sectionWidget, {}};
+        const WidgetCategory category = group.category;
+        QPushButton* chip = makeChip(title(category), rawValue(category), this);
+        connect(chip, &QPushButton::toggled, this, [this, category](bool on) {
+            if (on) {
+                setCategory(category);
+            }
+        });
+        chips->addWidget(chip);
+        m_chips.append(chip);
+
+        auto* heading = new QLabel(title(category), content);
+        heading->setObjectName(QStringLiteral("sectionHeading"));
+        column->addWidget(heading);
+        auto* grid = new QWidget(content);
+        auto* flow = new FlowLayout(grid, GalleryCard::minimumWidth, kCardGap);
+        Section section{category, heading, grid, {}};
         for (const WidgetDefinition& definition : group.widgets) {
-            auto* card = new GalleryCard(definition.metadata, *m_source, cardsWidget);
+            auto* card = new GalleryCard(definition.metadata, title(category), *m_source, grid);
             connect(card, &GalleryCard::addClicked, this,
                     [this](const QString& kind) { add(kind); });
             flow->addWidget(card);
             section.cards.append(card);
         }
-        sectionLayout->addWidget(cardsWidget);
-        column->addWidget(sectionWidget);
+        column->addWidget(grid);
         m_sections.append(section);
     }
-    m_empty->setAlignment(Qt::AlignCenter);
+    chips->addStretch(1);
+
+    m_empty->setObjectName(QStringLiteral("gallery-empty"));
+    m_emptyTitle->setObjectName(QStringLiteral("emptyTitle"));
+    m_emptyTitle->setAlignment(Qt::AlignCenter);
+    m_emptyTitle->setWordWrap(true);
+    auto* emptyHint = new QLabel(
+        L("gallery.noMatchHint", QStringLiteral("Try another word, or clear the search.")),
+        m_empty);
+    emptyHint->setObjectName(QStringLiteral("caption"));
+    emptyHint->setAlignment(Qt::AlignCenter);
+    auto* emptyColumn = new QVBoxLayout(m_empty);
+    emptyColumn->setContentsMargins(0, 80, 0, 0);
+    emptyColumn->addWidget(m_emptyTitle);
+    emptyColumn->addWidget(emptyHint);
     m_empty->hide();
     column->addWidget(m_empty);
     column->addStretch(1);
 
-    auto* scroll = new QScrollArea(this);
-    scroll->setWidgetResizable(true);
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setWidget(content);
+    m_scroll->setWidgetResizable(true);
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_scroll->setWidget(content);
 
-    m_message->setObjectName(QStringLiteral("gallery-message"));
+    m_message->setObjectName(QStringLiteral("notice"));
     m_message->setWordWrap(true);
+    m_message->setContentsMargins(kSideMargin, 8, kSideMargin, 10);
     m_message->hide();
+
+    auto* top = new QVBoxLayout;
+    top->setContentsMargins(kSideMargin, 16, kSideMargin, 10);
+    top->setSpacing(12);
+    top->addWidget(m_search);
+    top->addLayout(chips);
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(m_search);
-    layout->addWidget(scroll, 1);
+    layout->setSpacing(0);
+    layout->addLayout(top);
+    layout->addWidget(m_scroll, 1);
     layout->addWidget(m_message);
     setAddHandler(nullptr);
+    refreshLimits();
 }
 
 GalleryView::~GalleryView() = default;
@@ -95,12 +180,26 @@ void GalleryView::setAddHandler(AddHandler handler) {
     }
 }
 
+void GalleryView::setPlacedCount(PlacedCount count) {
+    m_placedCount = std::move(count);
+    refreshLimits();
+}
+
+void GalleryView::refreshLimits() {
+    for (const Section& section : m_sections) {
+        for (GalleryCard* card : section.cards) {
+            const QString& kind = card->metadata().kind;
+            card->setPlaced(m_placedCount ? m_placedCount(kind) : 0,
+                            WidgetRegistry::maxInstances(kind));
+        }
+    }
+}
+
 void GalleryView::setTheme(const Theme& theme) {
     if (m_source->base().theme == theme) {
         return;
     }
     m_source->base().theme = theme;
-    update();
     for (const Section& section : m_sections) {
         for (GalleryCard* card : section.cards) {
             card->update();
@@ -147,24 +246,47 @@ void GalleryView::setQuery(const QString& query) {
     m_search->setText(query);
 }
 
-void GalleryView::applyQuery() {
+void GalleryView::setCategory(std::optional<WidgetCategory> category) {
+    const QString id = category ? rawValue(*category) : QStringLiteral("all");
+    for (QAbstractButton* chip : m_chips) {
+        if (chip->property("category").toString() == id) {
+            chip->setChecked(true);
+        }
+    }
+    if (m_category == category) {
+        return;
+    }
+    m_category = category;
+    apply();
+    m_scroll->verticalScrollBar()->setValue(0);
+}
+
+void GalleryView::focusSearch() {
+    m_search->setFocus(Qt::ShortcutFocusReason);
+    m_search->selectAll();
+}
+
+void GalleryView::apply() {
     QSet<QString> matching;
     for (const WidgetDefinition& definition : WidgetRegistry::search(m_search->text())) {
         matching.insert(definition.metadata.kind);
     }
     bool any = false;
     for (const Section& section : m_sections) {
+        const bool chosen = !m_category || *m_category == section.category;
         bool sectionShown = false;
         for (GalleryCard* card : section.cards) {
-            const bool shown = matching.contains(card->metadata().kind);
+            const bool shown = chosen && matching.contains(card->metadata().kind);
             card->setVisible(shown);
             sectionShown = sectionShown || shown;
         }
-        section.widget->setVisible(sectionShown);
+        section.grid->setVisible(sectionShown);
+        // One category's chip names it already.
+        section.heading->setVisible(sectionShown && !m_category);
         any = any || sectionShown;
     }
-    m_empty->setText(L("gallery.noMatch", QStringLiteral("No widget matches \u201c%1\u201d."))
-                         .arg(m_search->text().trimmed()));
+    m_emptyTitle->setText(L("gallery.noMatch", QStringLiteral("No widget matches \u201c%1\u201d"))
+                              .arg(m_search->text().trimmed()));
     m_empty->setVisible(!any);
 }
 
@@ -172,7 +294,7 @@ QStringList GalleryView::visibleKinds() const {
     QStringList out;
     for (const Section& section : m_sections) {
         for (const GalleryCard* card : section.cards) {
-            if (!card->isHidden() && !section.widget->isHidden()) {
+            if (!card->isHidden() && !section.grid->isHidden()) {
                 out << card->metadata().kind;
             }
         }
@@ -180,7 +302,22 @@ QStringList GalleryView::visibleKinds() const {
     return out;
 }
 
-QString GalleryView::messageFor(AddOutcome outcome, const QString& kind) {
+bool GalleryView::isEmptyStateShown() const {
+    return !m_empty->isHidden();
+}
+
+GalleryCard* GalleryView::card(const QString& kind) const {
+    for (const Section& section : m_sections) {
+        for (GalleryCard* card : section.cards) {
+            if (card->metadata().kind == kind) {
+                return card;
+            }
+        }
+    }
+    return nullptr;
+}
+
+QString GalleryView::messageFor(AddOutcome outcome, const QString& kind, WidgetSize size) {
     const std::optional<WidgetDefinition> definition = WidgetRegistry::builtInDefinition(kind);
     const QString name = definition ? definition->metadata.displayName : kind;
     switch (outcome) {
@@ -199,26 +336,27 @@ QString GalleryView::messageFor(AddOutcome outcome, const QString& kind) {
             .arg(most);
     }
     case AddOutcome::NoRoom:
-        return L("gallery.noRoom", QStringLiteral("There is no free space for a %1 on the screen. "
-                                                  "Make room by moving or removing a widget."))
-            .arg(name);
+        return L("gallery.noRoom",
+                 QStringLiteral("There is no free space for a %1 at %2 on the screen. Make room "
+                                "by moving or removing a widget, or choose a smaller size."))
+            .arg(name, label(size));
     }
     return {};
 }
 
 GalleryView::AddOutcome GalleryView::add(const QString& kind) {
-    const std::optional<WidgetDefinition> definition = WidgetRegistry::builtInDefinition(kind);
-    if (!definition || !m_addHandler) {
+    const GalleryCard* chosen = card(kind);
+    if (chosen == nullptr || !m_addHandler) {
         return AddOutcome::NoRoom;
     }
-    const AddOutcome outcome = m_addHandler(kind, definition->metadata.defaultSize);
-    m_message->setText(messageFor(outcome, kind));
-    QPalette palette = this->palette();
-    if (outcome != AddOutcome::Added) {
-        palette.setColor(QPalette::WindowText, QColor(0xC0, 0x39, 0x2B));
-    }
-    m_message->setPalette(palette);
+    const WidgetSize size = chosen->size();
+    const AddOutcome outcome = m_addHandler(kind, size);
+    m_message->setText(messageFor(outcome, kind, size));
+    m_message->setObjectName(outcome == AddOutcome::Added ? QStringLiteral("notice")
+                                                          : QStringLiteral("error"));
+    repolish(m_message);
     m_message->show();
+    refreshLimits();
     if (outcome == AddOutcome::Added) {
         Q_EMIT added(kind);
     }

@@ -1,9 +1,11 @@
-// The gallery of the configuration window: every kind as a live preview at its default size,
-// grouped by category, with search, and Add, which the host turns into a tile on the desktop.
+// The gallery of the configuration window: every kind as a card with a live preview, in category
+// chips ("All" shows every category under its heading), with search, a size per card, and Add,
+// which the host turns into a tile on the desktop.
 #pragma once
 
 #include "faces/GlassLook.h"
 #include "look/Theme.h"
+#include "model/WidgetCategory.h"
 #include "model/WidgetSize.h"
 
 #include <QDateTime>
@@ -12,10 +14,12 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
+class QAbstractButton;
 class QLabel;
 class QLineEdit;
-class QVBoxLayout;
+class QScrollArea;
 
 namespace tw {
 
@@ -33,6 +37,8 @@ public:
     // Puts a new instance of `kind` at `size` on the desktop (at a free spot, highlighted) and
     // says whether it could.
     using AddHandler = std::function<AddOutcome(const QString& kind, WidgetSize size)>;
+    // How many instances of `kind` the desktop holds.
+    using PlacedCount = std::function<int(const QString& kind)>;
 
     // The previews start at `clock`'s time until they follow a ticker.
     GalleryView(const FaceRegistry& faces, const SymbolProvider& symbols, const Clock& clock,
@@ -41,6 +47,8 @@ public:
 
     // Without a handler the Add buttons are disabled.
     void setAddHandler(AddHandler handler);
+    // Without a count every kind counts as absent from the desktop.
+    void setPlacedCount(PlacedCount count);
 
     // The look of the previews: the themed theme and the glass of the theme store.
     void setTheme(const Theme& theme);
@@ -54,30 +62,50 @@ public:
 
     QString query() const;
     void setQuery(const QString& query);
-    // The kinds shown for the current query, in catalogue order within their groups.
+    // The chosen chip: a category, or nullopt for "All".
+    std::optional<WidgetCategory> category() const { return m_category; }
+    void setCategory(std::optional<WidgetCategory> category);
+    // The kinds shown for the chip and the query, in catalogue order within their groups.
     QStringList visibleKinds() const;
+    // Whether the word that nothing matches is showing.
+    bool isEmptyStateShown() const;
+    GalleryCard* card(const QString& kind) const;
 
-    // Asks the handler to add `kind` at its default size and shows what came of it.
+    // Asks the handler to add `kind` at its card's size and shows what came of it.
     AddOutcome add(const QString& kind);
     // The last message shown under the gallery; empty until something was added or refused.
     QString message() const;
 
     // The text shown for an outcome.
-    static QString messageFor(AddOutcome outcome, const QString& kind);
+    static QString messageFor(AddOutcome outcome, const QString& kind, WidgetSize size);
+
+public Q_SLOTS:
+    // Focuses the search field with its text selected, for the window's Ctrl+F.
+    void focusSearch();
+    // Asks the count again and updates every card's limit; the host calls it when the desktop's
+    // widgets change.
+    void refreshLimits();
 
 Q_SIGNALS:
     void added(const QString& kind);
 
 private:
-    void applyQuery();
+    void apply();
 
     std::unique_ptr<GalleryPreviewSource> m_source;
     AddHandler m_addHandler;
+    PlacedCount m_placedCount;
+    std::optional<WidgetCategory> m_category;
     QLineEdit* m_search;
-    QLabel* m_empty;
+    QScrollArea* m_scroll;
+    QList<QAbstractButton*> m_chips;
+    QWidget* m_empty;
+    QLabel* m_emptyTitle;
     QLabel* m_message;
     struct Section {
-        QWidget* widget;
+        WidgetCategory category;
+        QLabel* heading;
+        QWidget* grid;
         QList<GalleryCard*> cards;
     };
     QList<Section> m_sections;

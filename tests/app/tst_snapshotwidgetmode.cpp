@@ -174,6 +174,16 @@ private Q_SLOTS:
             Points{{88, 38}, {254, 38}, {88, 38}, {88, 160}});
         row("live backdrop: a still picture", "--snapshot-livebg OUT dunes",
             "snapshot-livebg ok=false path=OUT scene=dunes frames=0", QSize(), Points{}, Points{});
+        row("browse: the gallery page, light", "--snapshot-browse OUT --scale 1",
+            "snapshot-browse ok=true path=OUT dark=false", QSize(980, 680), Points{},
+            Points{{2, 340}, {100, 200}});
+        row("browse: dark at 2x", "--snapshot-browse OUT --dark",
+            "snapshot-browse ok=true path=OUT dark=true", QSize(1960, 1360), Points{},
+            Points{{4, 680}, {200, 400}});
+        row("browse: --light wins", "--snapshot-browse OUT --dark --light --scale 0.5",
+            "snapshot-browse ok=true path=OUT dark=false", QSize(490, 340), Points{}, Points{});
+        row("browse: scale that is no number", "--snapshot-browse OUT --scale two",
+            "snapshot-browse ok=false path=OUT dark=false", QSize(), Points{}, Points{});
         row("hero: unreadable wallpaper", "--snapshot-glass-hero OUT --wallpaper /nonexistent.png",
             "snapshot-glass-hero ok=false path=OUT style=frosted,clear,liquid dark=true", QSize(),
             Points{}, Points{});

@@ -1,0 +1,75 @@
+#include "app/LaunchModes.h"
+#include "app/SnapshotWidgetOptions.h"
+#include "config/ConfigPalette.h"
+#include "config/ConfigWindow.h"
+#include "config/GalleryView.h"
+#include "faces/FaceContext.h"
+#include "faces/FaceRegistry.h"
+#include "platform/PlatformServices.h"
+#include "tick/SnapshotClock.h"
+
+#include <QApplication>
+#include <QImage>
+#include <QImageWriter>
+#include <QVBoxLayout>
+
+namespace tw {
+
+namespace {
+
+// The gallery page as the configuration window shows it, in the house colours, never on screen.
+QImage browsePicture(const SnapshotWidgetOptions& options, ColorScheme scheme, const Clock& clock) {
+    const std::unique_ptr<SymbolProvider> symbols = PlatformServices::makeSymbolProvider();
+    const FaceRegistry faces;
+    const ConfigPalette colours = ConfigPalette::of(scheme);
+    QWidget page;
+    page.setObjectName(QStringLiteral("page"));
+    page.setAttribute(Qt::WA_DontShowOnScreen);
+    page.setPalette(colours.palette());
+    page.setStyleSheet(colours.styleSheet());
+    auto* gallery = new GalleryView(faces, *symbols, clock, &page);
+    const FaceContext look = options.baseContext(*symbols, clock.now());
+    gallery->setTheme(look.theme);
+    gallery->setGlass(look.glass);
+    auto* layout = new QVBoxLayout(&page);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(gallery);
+    page.resize(ConfigWindow::contentSize);
+    page.show();
+    QApplication::processEvents();
+
+    const double ratio = options.devicePixelRatio;
+    QImage picture((QSizeF(page.size()) * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
+    picture.setDevicePixelRatio(ratio);
+    picture.fill(colours.window);
+    page.render(&picture);
+    return picture;
+}
+
+} // namespace
+
+std::optional<int> runSnapshotBrowseMode(LaunchContext& context) {
+    const QString path = context.values.value(0);
+    SnapshotWidgetOptions options = SnapshotWidgetOptions::parse(context.arguments);
+    // The window is light unless asked for dark; --light wins when both are given.
+    const bool dark = context.arguments.has(QStringLiteral("--dark")) &&
+                      !context.arguments.has(QStringLiteral("--light"));
+    options.shade = dark ? GlassLook::Shade::Dark : GlassLook::Shade::Light;
+    QString problem = options.problem;
+    if (problem.isEmpty()) {
+        QImageWriter writer(path, "PNG");
+        if (!writer.write(browsePicture(options, dark ? ColorScheme::Dark : ColorScheme::Light,
+                                        context.clock))) {
+            problem = QStringLiteral("cannot write %1: %2.").arg(path, writer.errorString());
+        }
+    }
+    const bool ok = problem.isEmpty();
+    context.out << "snapshot-browse ok=" << (ok ? "true" : "false") << " path=" << path
+                << " dark=" << (dark ? "true" : "false") << '\n';
+    if (!ok) {
+        context.err << "tarnwick: " << problem << '\n';
+    }
+    return ok ? 0 : 1;
+}
+
+} // namespace tw
