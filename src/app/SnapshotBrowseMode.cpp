@@ -8,7 +8,6 @@
 #include "platform/PlatformServices.h"
 #include "tick/SnapshotClock.h"
 
-#include <QApplication>
 #include <QImage>
 #include <QImageWriter>
 #include <QVBoxLayout>
@@ -24,7 +23,6 @@ QImage browsePicture(const SnapshotWidgetOptions& options, ColorScheme scheme, c
     const ConfigPalette colours = ConfigPalette::of(scheme);
     QWidget page;
     page.setObjectName(QStringLiteral("page"));
-    page.setAttribute(Qt::WA_DontShowOnScreen);
     page.setPalette(colours.palette());
     page.setStyleSheet(colours.styleSheet());
     auto* gallery = new GalleryView(faces, *symbols, clock, &page);
@@ -35,8 +33,9 @@ QImage browsePicture(const SnapshotWidgetOptions& options, ColorScheme scheme, c
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(gallery);
     page.resize(ConfigWindow::contentSize);
-    page.show();
-    QApplication::processEvents();
+    // Laid out without being shown: the off-screen platform has nowhere to show a window.
+    page.ensurePolished();
+    layout->activate();
 
     const double ratio = options.devicePixelRatio;
     QImage picture((QSizeF(page.size()) * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
