@@ -1,4 +1,5 @@
 #include "app/LaunchModes.h"
+#include "app/SnapshotReport.h"
 #include "app/SnapshotWidgetOptions.h"
 #include "config/ConfigPalette.h"
 #include "config/ConfigWindow.h"
@@ -9,7 +10,6 @@
 #include "tick/SnapshotClock.h"
 
 #include <QImage>
-#include <QImageWriter>
 #include <QVBoxLayout>
 
 namespace tw {
@@ -54,21 +54,14 @@ std::optional<int> runSnapshotBrowseMode(LaunchContext& context) {
     const bool dark = context.arguments.has(QStringLiteral("--dark")) &&
                       !context.arguments.has(QStringLiteral("--light"));
     options.shade = dark ? GlassLook::Shade::Dark : GlassLook::Shade::Light;
-    QString problem = options.problem;
-    if (problem.isEmpty()) {
-        QImageWriter writer(path, "PNG");
-        if (!writer.write(browsePicture(options, dark ? ColorScheme::Dark : ColorScheme::Light,
-                                        context.clock))) {
-            problem = QStringLiteral("cannot write %1: %2.").arg(path, writer.errorString());
-        }
+    QImage picture;
+    if (options.problem.isEmpty()) {
+        picture =
+            browsePicture(options, dark ? ColorScheme::Dark : ColorScheme::Light, context.clock);
     }
-    const bool ok = problem.isEmpty();
-    context.out << "snapshot-browse ok=" << (ok ? "true" : "false") << " path=" << path
-                << " dark=" << (dark ? "true" : "false") << '\n';
-    if (!ok) {
-        context.err << "tarnwick: " << problem << '\n';
-    }
-    return ok ? 0 : 1;
+    return reportSnapshot(context, QStringLiteral("snapshot-browse"), path, picture,
+                          options.problem,
+                          dark ? QStringLiteral(" dark=true") : QStringLiteral(" dark=false"));
 }
 
 } // namespace tw
