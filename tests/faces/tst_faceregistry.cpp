@@ -1,4 +1,5 @@
 // Each kind finds its face, and each face asks for time no finer than it shows.
+#include "TestRows.h"
 #include "faces/FaceRegistry.h"
 #include "model/WidgetRegistry.h"
 
@@ -7,6 +8,8 @@
 using namespace tw;
 
 namespace {
+
+using tw::test::row;
 
 class FixedFace final : public WidgetFace {
 public:
@@ -50,28 +53,23 @@ private Q_SLOTS:
         const WidgetSettings none;
         const WidgetSettings analog{{QStringLiteral("style"), QStringLiteral("analog")}};
         const WidgetSettings noSeconds{{QStringLiteral("seconds"), QStringLiteral("false")}};
-        QTest::newRow("digital clock shows seconds")
-            << "clock" << WidgetSize::wide << none << "seconds";
-        QTest::newRow("small digital clock has no room for them")
-            << "clock" << WidgetSize::small << none << "minutes";
-        QTest::newRow("analog clock has a second hand")
-            << "clock" << WidgetSize::small << analog << "seconds";
-        QTest::newRow("seconds switched off")
-            << "clock" << WidgetSize::large << noSeconds << "minutes";
-        QTest::newRow("simple clock") << "simpleclock" << WidgetSize::banner << none << "minutes";
-        QTest::newRow("flip clock, two cards")
-            << "flipclock" << WidgetSize::wide << none << "minutes";
-        QTest::newRow("flip clock, seconds card")
-            << "flipclock" << WidgetSize::panorama << none << "seconds";
-        QTest::newRow("word clock") << "wordclock" << WidgetSize::grand << none << "minutes";
-        QTest::newRow("world clock") << "worldclock" << WidgetSize::huge << none << "minutes";
-        QTest::newRow("day progress") << "dayprogress" << WidgetSize::wideTall << none << "minutes";
-        QTest::newRow("year progress") << "yearprogress" << WidgetSize::large << none << "minutes";
-        QTest::newRow("countdown") << "countdown" << WidgetSize::wide << none << "seconds";
-        QTest::newRow("weather") << "weather" << WidgetSize::large << none << "none";
-        QTest::newRow("mirror") << "mirror" << WidgetSize::large << none << "none";
-        QTest::newRow("a custom widget") << "custom.0000" << WidgetSize::large << none << "none";
-        QTest::newRow("no kind") << "" << WidgetSize::large << none << "none";
+        row("digital clock shows seconds", "clock", WidgetSize::wide, none, "seconds");
+        row("small digital clock has no room for them", "clock", WidgetSize::small, none,
+            "minutes");
+        row("analog clock has a second hand", "clock", WidgetSize::small, analog, "seconds");
+        row("seconds switched off", "clock", WidgetSize::large, noSeconds, "minutes");
+        row("simple clock", "simpleclock", WidgetSize::banner, none, "minutes");
+        row("flip clock, two cards", "flipclock", WidgetSize::wide, none, "minutes");
+        row("flip clock, seconds card", "flipclock", WidgetSize::panorama, none, "seconds");
+        row("word clock", "wordclock", WidgetSize::grand, none, "minutes");
+        row("world clock", "worldclock", WidgetSize::huge, none, "minutes");
+        row("day progress", "dayprogress", WidgetSize::wideTall, none, "minutes");
+        row("year progress", "yearprogress", WidgetSize::large, none, "minutes");
+        row("countdown", "countdown", WidgetSize::wide, none, "seconds");
+        row("weather", "weather", WidgetSize::large, none, "none");
+        row("mirror", "mirror", WidgetSize::large, none, "none");
+        row("a custom widget", "custom.0000", WidgetSize::large, none, "none");
+        row("no kind", "", WidgetSize::large, none, "none");
     }
     void grains() {
         QFETCH(QString, kind);

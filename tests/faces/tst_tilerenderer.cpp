@@ -1,5 +1,6 @@
 // Every face at every size it allows stays inside its tile, and the tile's glass, shadow and ring
 // stay inside the panel.
+#include "TestRows.h"
 #include "faces/FaceContext.h"
 #include "faces/FaceRegistry.h"
 #include "faces/TileRenderer.h"
@@ -68,6 +69,8 @@ QString text(const QRect& r) {
 
 } // namespace
 
+using tw::test::row;
+
 class TestTileRenderer : public QObject {
     Q_OBJECT
 
@@ -86,27 +89,25 @@ private Q_SLOTS:
             const QString& kind = definition.metadata.kind;
             for (WidgetSize size : definition.metadata.allowedSizes) {
                 const QByteArray name = (kind + QLatin1Char('/') + rawValue(size)).toUtf8();
-                QTest::newRow(QByteArray(name + "/dark@1").constData())
-                    << kind << size << Dark << 1.0 << QMarginsF() << -1.0;
-                QTest::newRow(QByteArray(name + "/light@2").constData())
-                    << kind << size << Light << 2.0 << QMarginsF() << -1.0;
+                row(QByteArray(name + "/dark@1").constData(), kind, size, Dark, 1.0, QMarginsF(),
+                    -1.0);
+                row(QByteArray(name + "/light@2").constData(), kind, size, Light, 2.0, QMarginsF(),
+                    -1.0);
             }
         }
-        QTest::newRow("clock/small in a stack")
-            << QStringLiteral("clock") << WidgetSize::small << Dark << 1.0 << kStackBands << -1.0;
-        QTest::newRow("clock/wide in a stack")
-            << QStringLiteral("clock") << WidgetSize::wide << Dark << 1.0 << kStackBands << -1.0;
-        QTest::newRow("flipclock/large in a stack")
-            << QStringLiteral("flipclock") << WidgetSize::large << Dark << 1.0 << kStackBands
-            << -1.0;
-        QTest::newRow("panel: glass")
-            << QStringLiteral("clock") << WidgetSize::wide << Dark << 2.0 << QMarginsF() << 0.0;
-        QTest::newRow("panel: glass, ring") << QStringLiteral("worldclock") << WidgetSize::grand
-                                            << Dark << 2.0 << QMarginsF() << 1.0;
-        QTest::newRow("panel: full bleed")
-            << QStringLiteral("photos") << WidgetSize::huge << Dark << 2.0 << QMarginsF() << 1.0;
-        QTest::newRow("panel: chromeless") << QStringLiteral("companion") << WidgetSize::small
-                                           << Dark << 2.0 << QMarginsF() << 0.0;
+        row("clock/small in a stack", QStringLiteral("clock"), WidgetSize::small, Dark, 1.0,
+            kStackBands, -1.0);
+        row("clock/wide in a stack", QStringLiteral("clock"), WidgetSize::wide, Dark, 1.0,
+            kStackBands, -1.0);
+        row("flipclock/large in a stack", QStringLiteral("flipclock"), WidgetSize::large, Dark, 1.0,
+            kStackBands, -1.0);
+        row("panel: glass", QStringLiteral("clock"), WidgetSize::wide, Dark, 2.0, QMarginsF(), 0.0);
+        row("panel: glass, ring", QStringLiteral("worldclock"), WidgetSize::grand, Dark, 2.0,
+            QMarginsF(), 1.0);
+        row("panel: full bleed", QStringLiteral("photos"), WidgetSize::huge, Dark, 2.0, QMarginsF(),
+            1.0);
+        row("panel: chromeless", QStringLiteral("companion"), WidgetSize::small, Dark, 2.0,
+            QMarginsF(), 0.0);
     }
     void staysInside() {
         QFETCH(QString, kind);
@@ -164,29 +165,26 @@ private Q_SLOTS:
         // 20 points into the tile, and 8 points above the panel's bottom edge (large: 204 + 2 ×
         // 22).
         const QPoint corner(42, 42);
-        QTest::newRow("glass in a tile's corner")
-            << clock << WidgetSize::large << Dark << 1.0 << 0.0 << corner << 201 << 255 << "";
-        QTest::newRow("a chromeless kind has no glass")
-            << companion << WidgetSize::large << Dark << 1.0 << 0.0 << corner << 0 << 0 << "";
-        QTest::newRow("a chromeless kind has no shadow")
-            << companion << WidgetSize::large << Dark << 1.0 << 0.0 << QPoint(42, 240) << 0 << 0
-            << "";
-        QTest::newRow("dark glass is smoked") << battery << WidgetSize::small << Dark << 1.0 << 0.0
-                                              << QPoint(26, 70) << 1 << 255 << "dark";
-        QTest::newRow("light glass is milky") << battery << WidgetSize::small << Light << 1.0 << 0.0
-                                              << QPoint(26, 70) << 1 << 255 << "light";
+        row("glass in a tile's corner", clock, WidgetSize::large, Dark, 1.0, 0.0, corner, 201, 255,
+            "");
+        row("a chromeless kind has no glass", companion, WidgetSize::large, Dark, 1.0, 0.0, corner,
+            0, 0, "");
+        row("a chromeless kind has no shadow", companion, WidgetSize::large, Dark, 1.0, 0.0,
+            QPoint(42, 240), 0, 0, "");
+        row("dark glass is smoked", battery, WidgetSize::small, Dark, 1.0, 0.0, QPoint(26, 70), 1,
+            255, "dark");
+        row("light glass is milky", battery, WidgetSize::small, Light, 1.0, 0.0, QPoint(26, 70), 1,
+            255, "light");
         // Left of the tile, level with its middle: the ring's stroke, 5.5 points out.
-        QTest::newRow("no ring without a highlight")
-            << clock << WidgetSize::small << Dark << 1.0 << 0.0 << QPoint(16, 70) << 0 << 79 << "";
-        QTest::newRow("the ring in the accent") << clock << WidgetSize::small << Dark << 1.0 << 1.0
-                                                << QPoint(16, 70) << 255 << 255 << "accent";
+        row("no ring without a highlight", clock, WidgetSize::small, Dark, 1.0, 0.0, QPoint(16, 70),
+            0, 79, "");
+        row("the ring in the accent", clock, WidgetSize::small, Dark, 1.0, 1.0, QPoint(16, 70), 255,
+            255, "accent");
         // Previews are drawn smaller than life; glass and shadow shrink with the tile.
-        QTest::newRow("half size: glass in the middle")
-            << clock << WidgetSize::wide << Light << 0.5 << 0.0 << QPoint(62, 35) << 201 << 255
-            << "";
-        QTest::newRow("half size: six points right of the tile, shadow at most")
-            << clock << WidgetSize::wide << Light << 0.5 << 0.0 << QPoint((22 + 204 + 6) / 2, 35)
-            << 0 << 99 << "";
+        row("half size: glass in the middle", clock, WidgetSize::wide, Light, 0.5, 0.0,
+            QPoint(62, 35), 201, 255, "");
+        row("half size: six points right of the tile, shadow at most", clock, WidgetSize::wide,
+            Light, 0.5, 0.0, QPoint((22 + 204 + 6) / 2, 35), 0, 99, "");
     }
 
     void pixels() {
@@ -297,23 +295,19 @@ private Q_SLOTS:
         const WidgetSettings analog{{QStringLiteral("style"), QStringLiteral("analog")}};
         const QTime nine(12, 34, 9);
         const QTime ten(12, 34, 10);
-        QTest::newRow("clock, wide, 12 hours")
-            << clock << WidgetSize::wide << h12 << 1.0 << 1.0 << nine << ten << true << false;
-        QTest::newRow("clock, large, 24 hours, 2x")
-            << clock << WidgetSize::large << h24 << 1.0 << 2.0 << QTime(9, 5, 59) << QTime(9, 5, 58)
-            << true << false;
-        QTest::newRow("clock, banner, zoned, 1.25x")
-            << clock << WidgetSize::banner << zoned << 1.0 << 1.25 << nine << ten << true << false;
-        QTest::newRow("clock, scaled tile")
-            << clock << WidgetSize::wide << h12 << 1.5 << 1.0 << QTime(23, 59, 0)
-            << QTime(23, 59, 1) << true << false;
-        QTest::newRow("clock, new minute")
-            << clock << WidgetSize::wide << none << 1.0 << 1.0 << QTime(12, 34, 59)
-            << QTime(12, 35, 0) << false << false;
-        QTest::newRow("clock, analog")
-            << clock << WidgetSize::wide << analog << 1.0 << 1.0 << nine << ten << false << false;
-        QTest::newRow("clock, wide, in a stack")
-            << clock << WidgetSize::wide << h12 << 1.0 << 1.0 << nine << ten << true << true;
+        row("clock, wide, 12 hours", clock, WidgetSize::wide, h12, 1.0, 1.0, nine, ten, true,
+            false);
+        row("clock, large, 24 hours, 2x", clock, WidgetSize::large, h24, 1.0, 2.0, QTime(9, 5, 59),
+            QTime(9, 5, 58), true, false);
+        row("clock, banner, zoned, 1.25x", clock, WidgetSize::banner, zoned, 1.0, 1.25, nine, ten,
+            true, false);
+        row("clock, scaled tile", clock, WidgetSize::wide, h12, 1.5, 1.0, QTime(23, 59, 0),
+            QTime(23, 59, 1), true, false);
+        row("clock, new minute", clock, WidgetSize::wide, none, 1.0, 1.0, QTime(12, 34, 59),
+            QTime(12, 35, 0), false, false);
+        row("clock, analog", clock, WidgetSize::wide, analog, 1.0, 1.0, nine, ten, false, false);
+        row("clock, wide, in a stack", clock, WidgetSize::wide, h12, 1.0, 1.0, nine, ten, true,
+            true);
     }
 
     // Two moments drawn whole: no pixel differs outside the part the renderer names.

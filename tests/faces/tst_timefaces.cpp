@@ -1,6 +1,7 @@
 // What the time faces say: the word clock in five-minute steps, the small digital clock's lines,
 // the day's and the year's progress over real calendar lengths, the world clock's offsets and
 // round of cities, and the countdown's lenient moments split into whole units.
+#include "TestRows.h"
 #include "faces/ClockFace.h"
 #include "faces/CountdownFace.h"
 #include "faces/DayProgressFace.h"
@@ -14,6 +15,8 @@
 
 using namespace tw;
 
+using tw::test::row;
+
 class TestTimeFaces : public QObject {
     Q_OBJECT
 private Q_SLOTS:
@@ -21,18 +24,18 @@ private Q_SLOTS:
     void wordClock_data() {
         QTest::addColumn<QTime>("time");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("on the hour") << QTime(5, 0) << "IT IS FIVE OCLOCK";
-        QTest::newRow("minutes past the step") << QTime(5, 4, 59) << "IT IS FIVE OCLOCK";
-        QTest::newRow("five past") << QTime(10, 9) << "IT IS FIVE PAST TEN";
-        QTest::newRow("quarter past") << QTime(14, 15) << "IT IS A QUARTER PAST TWO";
-        QTest::newRow("twenty-five past") << QTime(5, 25) << "IT IS TWENTY FIVE PAST FIVE";
-        QTest::newRow("half past") << QTime(9, 30) << "IT IS HALF PAST NINE";
-        QTest::newRow("twenty-five to") << QTime(9, 35) << "IT IS TWENTY FIVE TO TEN";
-        QTest::newRow("quarter to midnight") << QTime(23, 45) << "IT IS A QUARTER TO TWELVE";
-        QTest::newRow("five to one") << QTime(0, 55) << "IT IS FIVE TO ONE";
-        QTest::newRow("midnight") << QTime(0, 0) << "IT IS TWELVE OCLOCK";
-        QTest::newRow("noon") << QTime(12, 2) << "IT IS TWELVE OCLOCK";
-        QTest::newRow("ten to eleven") << QTime(22, 50) << "IT IS TEN TO ELEVEN";
+        row("on the hour", QTime(5, 0), "IT IS FIVE OCLOCK");
+        row("minutes past the step", QTime(5, 4, 59), "IT IS FIVE OCLOCK");
+        row("five past", QTime(10, 9), "IT IS FIVE PAST TEN");
+        row("quarter past", QTime(14, 15), "IT IS A QUARTER PAST TWO");
+        row("twenty-five past", QTime(5, 25), "IT IS TWENTY FIVE PAST FIVE");
+        row("half past", QTime(9, 30), "IT IS HALF PAST NINE");
+        row("twenty-five to", QTime(9, 35), "IT IS TWENTY FIVE TO TEN");
+        row("quarter to midnight", QTime(23, 45), "IT IS A QUARTER TO TWELVE");
+        row("five to one", QTime(0, 55), "IT IS FIVE TO ONE");
+        row("midnight", QTime(0, 0), "IT IS TWELVE OCLOCK");
+        row("noon", QTime(12, 2), "IT IS TWELVE OCLOCK");
+        row("ten to eleven", QTime(22, 50), "IT IS TEN TO ELEVEN");
     }
     void wordClock() {
         QFETCH(QTime, time);
@@ -45,9 +48,9 @@ private Q_SLOTS:
         QTest::addColumn<bool>("h24");
         QTest::addColumn<QString>("city");
         QTest::addColumn<QString>("lines");
-        QTest::newRow("24 hours") << true << QString() << "Monday|14:05|23 November";
-        QTest::newRow("12 hours") << false << QString() << "Monday|2:05|PM 23 November";
-        QTest::newRow("a city") << true << QStringLiteral("Tokyo") << "Tokyo|14:05|Mon 23 Nov";
+        row("24 hours", true, QString(), "Monday|14:05|23 November");
+        row("12 hours", false, QString(), "Monday|2:05|PM 23 November");
+        row("a city", true, QStringLiteral("Tokyo"), "Tokyo|14:05|Mon 23 Nov");
     }
     void smallClockLines() {
         QFETCH(bool, h24);
@@ -65,22 +68,18 @@ private Q_SLOTS:
         const QTimeZone berlin("Europe/Berlin");
         const QTimeZone utc = QTimeZone::utc();
         const QDate june(2026, 6, 1);
-        QTest::newRow("midnight") << false << QDateTime(june, QTime(0, 0), berlin) << 0.0;
-        QTest::newRow("noon") << false << QDateTime(june, QTime(12, 0), berlin) << 0.5;
-        QTest::newRow("last second")
-            << false << QDateTime(june, QTime(23, 59, 59), berlin) << 86399.0 / 86400.0;
+        row("midnight", false, QDateTime(june, QTime(0, 0), berlin), 0.0);
+        row("noon", false, QDateTime(june, QTime(12, 0), berlin), 0.5);
+        row("last second", false, QDateTime(june, QTime(23, 59, 59), berlin), 86399.0 / 86400.0);
         // The spring change makes a day of 23 hours: at noon 11 of them have passed.
-        QTest::newRow("short day")
-            << false << QDateTime(QDate(2026, 3, 29), QTime(12, 0), berlin) << 11.0 / 23.0;
-        QTest::newRow("long day") << false << QDateTime(QDate(2026, 10, 25), QTime(12, 0), berlin)
-                                  << 13.0 / 25.0;
-        QTest::newRow("new year") << true << QDateTime(QDate(2026, 1, 1), QTime(0, 0), utc) << 0.0;
-        QTest::newRow("second day")
-            << true << QDateTime(QDate(2026, 1, 2), QTime(0, 0), utc) << 1.0 / 365.0;
-        QTest::newRow("leap year's 29 February")
-            << true << QDateTime(QDate(2028, 2, 29), QTime(0, 0), utc) << 59.0 / 366.0;
-        QTest::newRow("last day, noon")
-            << true << QDateTime(QDate(2026, 12, 31), QTime(12, 0), utc) << 364.5 / 365.0;
+        row("short day", false, QDateTime(QDate(2026, 3, 29), QTime(12, 0), berlin), 11.0 / 23.0);
+        row("long day", false, QDateTime(QDate(2026, 10, 25), QTime(12, 0), berlin), 13.0 / 25.0);
+        row("new year", true, QDateTime(QDate(2026, 1, 1), QTime(0, 0), utc), 0.0);
+        row("second day", true, QDateTime(QDate(2026, 1, 2), QTime(0, 0), utc), 1.0 / 365.0);
+        row("leap year's 29 February", true, QDateTime(QDate(2028, 2, 29), QTime(0, 0), utc),
+            59.0 / 366.0);
+        row("last day, noon", true, QDateTime(QDate(2026, 12, 31), QTime(12, 0), utc),
+            364.5 / 365.0);
     }
     void progress() {
         QFETCH(bool, year);
@@ -94,11 +93,11 @@ private Q_SLOTS:
     void worldClockOffsets_data() {
         QTest::addColumn<int>("seconds");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("same") << 0 << QString();
-        QTest::newRow("ahead") << 9 * 3600 << QStringLiteral("+9h");
-        QTest::newRow("behind") << -5 * 3600 << QStringLiteral("\u22125h");
-        QTest::newRow("half hour") << 5 * 3600 + 1800 << QStringLiteral("+5:30h");
-        QTest::newRow("behind by a quarter") << -(3 * 3600 + 2700) << QStringLiteral("\u22123:45h");
+        row("same", 0, QString());
+        row("ahead", 9 * 3600, QStringLiteral("+9h"));
+        row("behind", -5 * 3600, QStringLiteral("\u22125h"));
+        row("half hour", 5 * 3600 + 1800, QStringLiteral("+5:30h"));
+        row("behind by a quarter", -(3 * 3600 + 2700), QStringLiteral("\u22123:45h"));
     }
     void worldClockOffsets() {
         QFETCH(int, seconds);
@@ -124,23 +123,19 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<QDateTime>("expected");
         const QDateTime none;
-        QTest::newRow("empty") << QString() << none;
-        QTest::newRow("blank") << QStringLiteral("   ") << none;
-        QTest::newRow("words") << QStringLiteral("next friday") << none;
-        QTest::newRow("not a number") << QStringLiteral("nan") << none;
-        QTest::newRow("far beyond any calendar") << QStringLiteral("1e300") << none;
-        QTest::newRow("ISO with zone")
-            << QStringLiteral("2026-12-24T18:00:00Z")
-            << QDateTime(QDate(2026, 12, 24), QTime(18, 0), QTimeZone::utc());
-        QTest::newRow("date alone is its midnight here")
-            << QStringLiteral("2026-12-24")
-            << QDate(2026, 12, 24).startOfDay(QTimeZone::systemTimeZone());
-        QTest::newRow("seconds since 2001")
-            << QStringLiteral("86400")
-            << QDateTime(QDate(2001, 1, 2), QTime(0, 0), QTimeZone::utc());
-        QTest::newRow("fractional seconds")
-            << QStringLiteral(" 0.5 ")
-            << QDateTime(QDate(2001, 1, 1), QTime(0, 0, 0, 500), QTimeZone::utc());
+        row("empty", QString(), none);
+        row("blank", QStringLiteral("   "), none);
+        row("words", QStringLiteral("next friday"), none);
+        row("not a number", QStringLiteral("nan"), none);
+        row("far beyond any calendar", QStringLiteral("1e300"), none);
+        row("ISO with zone", QStringLiteral("2026-12-24T18:00:00Z"),
+            QDateTime(QDate(2026, 12, 24), QTime(18, 0), QTimeZone::utc()));
+        row("date alone is its midnight here", QStringLiteral("2026-12-24"),
+            QDate(2026, 12, 24).startOfDay(QTimeZone::systemTimeZone()));
+        row("seconds since 2001", QStringLiteral("86400"),
+            QDateTime(QDate(2001, 1, 2), QTime(0, 0), QTimeZone::utc()));
+        row("fractional seconds", QStringLiteral(" 0.5 "),
+            QDateTime(QDate(2001, 1, 1), QTime(0, 0, 0, 500), QTimeZone::utc()));
     }
     void countdownMoment() {
         QFETCH(QString, text);
@@ -154,11 +149,11 @@ private Q_SLOTS:
     void countdownSplit_data() {
         QTest::addColumn<qint64>("secondsLeft");
         QTest::addColumn<QString>("parts");
-        QTest::newRow("now") << qint64(0) << "0 0 0 0";
-        QTest::newRow("one of each") << qint64(86400 + 3600 + 60 + 1) << "1 1 1 1";
-        QTest::newRow("just under a day") << qint64(86399) << "0 23 59 59";
-        QTest::newRow("a second ago") << qint64(-1) << "0 0 0 1 ago";
-        QTest::newRow("two days ago") << qint64(-2 * 86400) << "2 0 0 0 ago";
+        row("now", qint64(0), "0 0 0 0");
+        row("one of each", qint64(86400 + 3600 + 60 + 1), "1 1 1 1");
+        row("just under a day", qint64(86399), "0 23 59 59");
+        row("a second ago", qint64(-1), "0 0 0 1 ago");
+        row("two days ago", qint64(-2 * 86400), "2 0 0 0 ago");
     }
     void countdownSplit() {
         QFETCH(qint64, secondsLeft);

@@ -1,6 +1,7 @@
 #include "FaultShim.h"
 #include "NotAFile.h"
 #include "PrivateMount.h"
+#include "TestRows.h"
 #include "platform/AtomicFile.h"
 #include "platform/DataFile.h"
 
@@ -48,6 +49,8 @@ bool writeFile(const QString& path, const QByteArray& bytes) {
 using Status = tw::DataFile::Status;
 Q_DECLARE_METATYPE(Status)
 
+using tw::test::row;
+
 class TestAtomicFile : public QObject {
     Q_OBJECT
 private Q_SLOTS:
@@ -72,11 +75,11 @@ private Q_SLOTS:
         QTest::addColumn<int>("error");
         QTest::addColumn<int>("size");
         QTest::addColumn<QString>("step");
-        QTest::newRow("write ENOSPC, small") << int(TwFaultWrite) << ENOSPC << 200 << "write";
-        QTest::newRow("write EIO, large") << int(TwFaultWrite) << EIO << 100000 << "write";
-        QTest::newRow("fsync EIO") << int(TwFaultSync) << EIO << 200 << "sync";
-        QTest::newRow("fsync ENOSPC") << int(TwFaultSync) << ENOSPC << 100000 << "sync";
-        QTest::newRow("close EIO") << int(TwFaultClose) << EIO << 200 << "close";
+        row("write ENOSPC, small", int(TwFaultWrite), ENOSPC, 200, "write");
+        row("write EIO, large", int(TwFaultWrite), EIO, 100000, "write");
+        row("fsync EIO", int(TwFaultSync), EIO, 200, "sync");
+        row("fsync ENOSPC", int(TwFaultSync), ENOSPC, 100000, "sync");
+        row("close EIO", int(TwFaultClose), EIO, 200, "close");
     }
     void keepsTheOldBytesOnAFault() {
         QFETCH(int, calls);
@@ -148,27 +151,25 @@ private Q_SLOTS:
         const QString gone = QStringLiteral("grid.json.4194305-0a1b2c3d.tarnwick-partial");
         const QString mine = QStringLiteral("grid.json.%1-0a1b2c3d.tarnwick-partial")
                                  .arg(QCoreApplication::applicationPid());
-        QTest::newRow("of a process that is gone") << gone << file << true;
-        QTest::newRow("of this process, from before") << mine << file << true;
-        QTest::newRow("of a running process")
-            << QStringLiteral("grid.json.1-0a1b2c3d.tarnwick-partial") << file << false;
-        QTest::newRow("a copy in mixed case")
-            << QStringLiteral("grid.json.Backup") << file << false;
-        QTest::newRow("another copy") << QStringLiteral("grid.json.MyCopy") << file << false;
-        QTest::newRow("six random letters") << QStringLiteral("grid.json.LHJYuG") << file << false;
-        QTest::newRow("quarantined") << gone + QStringLiteral(".corrupt") << file << false;
-        QTest::newRow("capital hex")
-            << QStringLiteral("grid.json.4194305-0A1B2C3D.tarnwick-partial") << file << false;
-        QTest::newRow("short token")
-            << QStringLiteral("grid.json.4194305-0a1b2c3.tarnwick-partial") << file << false;
-        QTest::newRow("no process")
-            << QStringLiteral("grid.json.-0a1b2c3d.tarnwick-partial") << file << false;
-        QTest::newRow("another file's")
-            << QStringLiteral("theme.json.4194305-0a1b2c3d.tarnwick-partial") << file << false;
-        QTest::newRow("a longer name")
-            << QStringLiteral("xgrid.json.4194305-0a1b2c3d.tarnwick-partial") << file << false;
-        QTest::newRow("a directory") << gone << QStringLiteral("dir") << false;
-        QTest::newRow("a link") << gone << QStringLiteral("link") << false;
+        row("of a process that is gone", gone, file, true);
+        row("of this process, from before", mine, file, true);
+        row("of a running process", QStringLiteral("grid.json.1-0a1b2c3d.tarnwick-partial"), file,
+            false);
+        row("a copy in mixed case", QStringLiteral("grid.json.Backup"), file, false);
+        row("another copy", QStringLiteral("grid.json.MyCopy"), file, false);
+        row("six random letters", QStringLiteral("grid.json.LHJYuG"), file, false);
+        row("quarantined", gone + QStringLiteral(".corrupt"), file, false);
+        row("capital hex", QStringLiteral("grid.json.4194305-0A1B2C3D.tarnwick-partial"), file,
+            false);
+        row("short token", QStringLiteral("grid.json.4194305-0a1b2c3.tarnwick-partial"), file,
+            false);
+        row("no process", QStringLiteral("grid.json.-0a1b2c3d.tarnwick-partial"), file, false);
+        row("another file's", QStringLiteral("theme.json.4194305-0a1b2c3d.tarnwick-partial"), file,
+            false);
+        row("a longer name", QStringLiteral("xgrid.json.4194305-0a1b2c3d.tarnwick-partial"), file,
+            false);
+        row("a directory", gone, QStringLiteral("dir"), false);
+        row("a link", gone, QStringLiteral("link"), false);
     }
     void removesOnlyStaleTemporaries() {
         QFETCH(QString, name);
@@ -227,22 +228,17 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<Status>("status");
         QTest::addColumn<bool>("written");
-        QTest::newRow("a file") << "file" << QByteArray("{\"a\":1}") << Status::regular << true;
-        QTest::newRow("at the read cap")
-            << "file" << QByteArray(64, 'x') << Status::regular << true;
-        QTest::newRow("over the read cap")
-            << "file" << QByteArray(65, 'x') << Status::tooLarge << true;
-        QTest::newRow("a link to a file") << "link" << QByteArray("[]") << Status::regular << true;
-        QTest::newRow("nothing") << "none" << QByteArray() << Status::missing << true;
-        QTest::newRow("in a missing directory")
-            << "nodir" << QByteArray() << Status::missing << false;
-        QTest::newRow("a FIFO") << "fifo" << QByteArray() << Status::notRegular << false;
-        QTest::newRow("a link to /dev/zero")
-            << "zero" << QByteArray() << Status::notRegular << false;
-        QTest::newRow("a directory") << "dir" << QByteArray() << Status::notRegular << false;
-        QTest::newRow("a link to nothing")
-            << "dangling" << QByteArray() << Status::notRegular << false;
-        QTest::newRow("a loop of links") << "loop" << QByteArray() << Status::notRegular << false;
+        row("a file", "file", QByteArray("{\"a\":1}"), Status::regular, true);
+        row("at the read cap", "file", QByteArray(64, 'x'), Status::regular, true);
+        row("over the read cap", "file", QByteArray(65, 'x'), Status::tooLarge, true);
+        row("a link to a file", "link", QByteArray("[]"), Status::regular, true);
+        row("nothing", "none", QByteArray(), Status::missing, true);
+        row("in a missing directory", "nodir", QByteArray(), Status::missing, false);
+        row("a FIFO", "fifo", QByteArray(), Status::notRegular, false);
+        row("a link to /dev/zero", "zero", QByteArray(), Status::notRegular, false);
+        row("a directory", "dir", QByteArray(), Status::notRegular, false);
+        row("a link to nothing", "dangling", QByteArray(), Status::notRegular, false);
+        row("a loop of links", "loop", QByteArray(), Status::notRegular, false);
     }
     void whatSitsAtThePath() {
         QFETCH(QString, kind);

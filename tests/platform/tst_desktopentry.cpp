@@ -1,4 +1,5 @@
 #include "NotAFile.h"
+#include "TestRows.h"
 #include "platform/linux/DesktopEntry.h"
 
 #include <QFile>
@@ -7,29 +8,28 @@
 
 using tw::DesktopEntry;
 
+using tw::test::row;
+
 class TestDesktopEntry : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void commandLine_data() {
         QTest::addColumn<QString>("exec");
         QTest::addColumn<QStringList>("command");
-        QTest::newRow("field code dropped") << "gedit %U" << QStringList{QStringLiteral("gedit")};
-        QTest::newRow("quoted program")
-            << "\"/opt/My App/bin/app\" --new-window %u"
-            << QStringList{QStringLiteral("/opt/My App/bin/app"), QStringLiteral("--new-window")};
-        QTest::newRow("escaped quote in quotes")
-            << "sh -c \"echo \\\"hi\\\"\""
-            << QStringList{QStringLiteral("sh"), QStringLiteral("-c"),
-                           QStringLiteral("echo \"hi\"")};
-        QTest::newRow("embedded field code")
-            << "app --file=%f" << QStringList{QStringLiteral("app"), QStringLiteral("--file=")};
-        QTest::newRow("literal percent")
-            << "app 100%%" << QStringList{QStringLiteral("app"), QStringLiteral("100%")};
-        QTest::newRow("empty quoted argument kept")
-            << "app \"\"" << QStringList{QStringLiteral("app"), QString()};
-        QTest::newRow("blanks collapse")
-            << "  app   -x  " << QStringList{QStringLiteral("app"), QStringLiteral("-x")};
-        QTest::newRow("nothing") << "%U" << QStringList{};
+        row("field code dropped", "gedit %U", QStringList{QStringLiteral("gedit")});
+        row("quoted program", "\"/opt/My App/bin/app\" --new-window %u",
+            QStringList{QStringLiteral("/opt/My App/bin/app"), QStringLiteral("--new-window")});
+        row("escaped quote in quotes", "sh -c \"echo \\\"hi\\\"\"",
+            QStringList{QStringLiteral("sh"), QStringLiteral("-c"), QStringLiteral("echo \"hi\"")});
+        row("embedded field code", "app --file=%f",
+            QStringList{QStringLiteral("app"), QStringLiteral("--file=")});
+        row("literal percent", "app 100%%",
+            QStringList{QStringLiteral("app"), QStringLiteral("100%")});
+        row("empty quoted argument kept", "app \"\"",
+            QStringList{QStringLiteral("app"), QString()});
+        row("blanks collapse", "  app   -x  ",
+            QStringList{QStringLiteral("app"), QStringLiteral("-x")});
+        row("nothing", "%U", QStringList{});
     }
     void commandLine() {
         QFETCH(QString, exec);
@@ -65,13 +65,11 @@ private Q_SLOTS:
         QTest::addColumn<bool>("parsed");
         QTest::addColumn<bool>("application");
         QTest::addColumn<bool>("hidden");
-        QTest::newRow("no main group") << QByteArray("Name=x\nExec=y\n") << false << false << false;
-        QTest::newRow("link") << QByteArray("[Desktop Entry]\nType=Link\nURL=https://x\n") << true
-                              << false << false;
-        QTest::newRow("hidden") << QByteArray("[Desktop Entry]\nType=Application\nHidden=true\n")
-                                << true << true << true;
-        QTest::newRow("binary garbage")
-            << QByteArray("\x00\xff[Desktop\n", 10) << false << false << false;
+        row("no main group", QByteArray("Name=x\nExec=y\n"), false, false, false);
+        row("link", QByteArray("[Desktop Entry]\nType=Link\nURL=https://x\n"), true, false, false);
+        row("hidden", QByteArray("[Desktop Entry]\nType=Application\nHidden=true\n"), true, true,
+            true);
+        row("binary garbage", QByteArray("\x00\xff[Desktop\n", 10), false, false, false);
     }
     void parseRejectsOtherFiles() {
         QFETCH(QByteArray, text);
@@ -88,11 +86,11 @@ private Q_SLOTS:
     void readsOnlyRegularFilesOfModestSize_data() {
         QTest::addColumn<QString>("kind");
         QTest::addColumn<bool>("read");
-        QTest::newRow("an entry") << "file" << true;
-        QTest::newRow("an entry past the size cap") << "huge" << false;
-        QTest::newRow("a FIFO") << "fifo" << false;
-        QTest::newRow("a directory") << "dir" << false;
-        QTest::newRow("a link to a device") << "zero" << false;
+        row("an entry", "file", true);
+        row("an entry past the size cap", "huge", false);
+        row("a FIFO", "fifo", false);
+        row("a directory", "dir", false);
+        row("a link to a device", "zero", false);
     }
     void readsOnlyRegularFilesOfModestSize() {
         QFETCH(QString, kind);

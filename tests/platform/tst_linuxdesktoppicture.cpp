@@ -1,6 +1,7 @@
 // Where each desktop keeps its picture: Plasma's and Xfce's settings files as the desktops write
 // them, in a temporary directory; GNOME's and MATE's GSettings under test schemas compiled there,
 // kept by the key-file backend. Each is read and followed as it changes.
+#include "TestRows.h"
 #include "platform/linux/GSettingsPicture.h"
 #include "platform/linux/LinuxDesktopPicture.h"
 
@@ -106,6 +107,8 @@ QByteArray xfceImage(const char* path, const char* style = nullptr) {
 
 } // namespace
 
+using tw::test::row;
+
 class tst_LinuxDesktopPicture : public QObject {
     Q_OBJECT
 
@@ -182,39 +185,34 @@ private Q_SLOTS:
                                containment(1, "0", "file:///pics/first%20one.jpg", "1") +
                                containment(7, "1", "/pics/second\\sscreen.png");
         const Settings plasma{{applets, two}, {shellrc, connectors}};
-        QTest::newRow("Plasma: first screen by its connector")
-            << kde << plasma << dp1 << "/pics/first one.jpg" << int(Fill::fit);
-        QTest::newRow("Plasma: second screen, escaped space, default fill")
-            << kde << plasma << "HDMI-1"
-            << "/pics/second screen.png" << int(Fill::zoom);
-        QTest::newRow("Plasma: a screen the files do not name shows the first's")
-            << kde << plasma << "VGA-1"
-            << "/pics/first one.jpg" << int(Fill::fit);
-        QTest::newRow("Plasma: no connectors, the first screen's")
-            << kde << Settings{{applets, two}} << "HDMI-1"
-            << "/pics/first one.jpg" << int(Fill::fit);
+        row("Plasma: first screen by its connector", kde, plasma, dp1, "/pics/first one.jpg",
+            int(Fill::fit));
+        row("Plasma: second screen, escaped space, default fill", kde, plasma, "HDMI-1",
+            "/pics/second screen.png", int(Fill::zoom));
+        row("Plasma: a screen the files do not name shows the first's", kde, plasma, "VGA-1",
+            "/pics/first one.jpg", int(Fill::fit));
+        row("Plasma: no connectors, the first screen's", kde, Settings{{applets, two}}, "HDMI-1",
+            "/pics/first one.jpg", int(Fill::fit));
         const QByteArray activity = two + containment(12, "0", "/pics/b.jpg", "6", "B") +
                                     containment(13, "0", "/pics/c.jpg", "3", "C");
-        QTest::newRow("Plasma: the current activity's desktop")
-            << kde << Settings{{applets, activity}, {activities, "[main]\ncurrentActivity=B\n"}}
-            << dp1 << "/pics/b.jpg" << int(Fill::center);
-        QTest::newRow("Plasma: another activity current")
-            << kde << Settings{{applets, activity}, {activities, "[main]\ncurrentActivity=C\n"}}
-            << dp1 << "/pics/c.jpg" << int(Fill::tile);
-        QTest::newRow("Plasma: a slideshow shows no one file")
-            << kde
-            << Settings{{applets, containment(1, "0", nullptr, nullptr, "A", "org.kde.slideshow")}}
-            << dp1 << QString() << none;
-        QTest::newRow("Plasma's own default picture")
-            << kde << Settings{{applets, containment(1, "0", nullptr, "2")}} << dp1 << QString()
-            << none;
-        QTest::newRow("Plasma: a wallpaper package, its largest picture")
-            << kde << Settings{{applets, containment(1, "0", "file://$DIR/pkg/")}} << dp1
-            << "$DIR/pkg/contents/images/3840x2160.jpg" << int(Fill::zoom);
-        QTest::newRow("Plasma: garbage")
-            << kde << Settings{{applets, QByteArray("\x00\xff[[[Containments]\n=\n[\n", 20)}} << dp1
-            << QString() << none;
-        QTest::newRow("Plasma: no file") << kde << Settings{} << dp1 << QString() << none;
+        row("Plasma: the current activity's desktop", kde,
+            Settings{{applets, activity}, {activities, "[main]\ncurrentActivity=B\n"}}, dp1,
+            "/pics/b.jpg", int(Fill::center));
+        row("Plasma: another activity current", kde,
+            Settings{{applets, activity}, {activities, "[main]\ncurrentActivity=C\n"}}, dp1,
+            "/pics/c.jpg", int(Fill::tile));
+        row("Plasma: a slideshow shows no one file", kde,
+            Settings{{applets, containment(1, "0", nullptr, nullptr, "A", "org.kde.slideshow")}},
+            dp1, QString(), none);
+        row("Plasma's own default picture", kde,
+            Settings{{applets, containment(1, "0", nullptr, "2")}}, dp1, QString(), none);
+        row("Plasma: a wallpaper package, its largest picture", kde,
+            Settings{{applets, containment(1, "0", "file://$DIR/pkg/")}}, dp1,
+            "$DIR/pkg/contents/images/3840x2160.jpg", int(Fill::zoom));
+        row("Plasma: garbage", kde,
+            Settings{{applets, QByteArray("\x00\xff[[[Containments]\n=\n[\n", 20)}}, dp1, QString(),
+            none);
+        row("Plasma: no file", kde, Settings{}, dp1, QString(), none);
 
         const QByteArray twoMonitors = channel(
             monitor("DP-1",
@@ -224,71 +222,58 @@ private Q_SLOTS:
             monitor("HDMI-1", xfconf("last-image", "string", "file:///pics/wide%20one.png") +
                                   xfconf("image-style", "int", "6")));
         const QString xfceDesktop = QStringLiteral("XFCE");
-        QTest::newRow("Xfce: by output name, first workspace, escaped")
-            << xfceDesktop << Settings{{xfce, twoMonitors}} << dp1 << "/pics/a&b.jpg"
-            << int(Fill::fit);
-        QTest::newRow("Xfce: file URI, spanning")
-            << xfceDesktop << Settings{{xfce, twoMonitors}} << "HDMI-1"
-            << "/pics/wide one.png" << int(Fill::span);
-        QTest::newRow("Xfce: a monitor the file does not name shows the first picture")
-            << xfceDesktop << Settings{{xfce, twoMonitors}} << "VGA-1"
-            << "/pics/a&b.jpg" << int(Fill::fit);
-        QTest::newRow("Xfce: style none")
-            << xfceDesktop << Settings{{xfce, xfceImage("/pics/a.jpg", "0")}} << dp1 << QString()
-            << none;
-        QTest::newRow("Xfce: no style, zoomed")
-            << xfceDesktop << Settings{{xfce, xfceImage("/pics/z.jpg")}} << dp1 << "/pics/z.jpg"
-            << int(Fill::zoom);
-        QTest::newRow("Xfce, older file: numbered monitor, image-path, stretched")
-            << xfceDesktop
-            << Settings{{xfce,
-                         channel(monitor("0", xfconf("image-path", "string", "/pics/old.jpg") +
-                                                  xfconf("image-style", "int", "3")))}}
-            << dp1 << "/pics/old.jpg" << int(Fill::stretch);
-        QTest::newRow("Xfce, older file: picture hidden")
-            << xfceDesktop
-            << Settings{{xfce,
-                         channel(monitor("0", xfconf("image-path", "string", "/pics/old.jpg") +
-                                                  xfconf("image-show", "bool", "false")))}}
-            << dp1 << QString() << none;
-        QTest::newRow("Xfce: cut short after the first monitor")
-            << xfceDesktop << Settings{{xfce, twoMonitors.left(twoMonitors.indexOf("monitorHDMI"))}}
-            << dp1 << "/pics/a&b.jpg" << int(Fill::fit);
-        QTest::newRow("Xfce: garbage")
-            << xfceDesktop << Settings{{xfce, QByteArray("<<channel name=\x01\xff")}} << dp1
-            << QString() << none;
+        row("Xfce: by output name, first workspace, escaped", xfceDesktop,
+            Settings{{xfce, twoMonitors}}, dp1, "/pics/a&b.jpg", int(Fill::fit));
+        row("Xfce: file URI, spanning", xfceDesktop, Settings{{xfce, twoMonitors}}, "HDMI-1",
+            "/pics/wide one.png", int(Fill::span));
+        row("Xfce: a monitor the file does not name shows the first picture", xfceDesktop,
+            Settings{{xfce, twoMonitors}}, "VGA-1", "/pics/a&b.jpg", int(Fill::fit));
+        row("Xfce: style none", xfceDesktop, Settings{{xfce, xfceImage("/pics/a.jpg", "0")}}, dp1,
+            QString(), none);
+        row("Xfce: no style, zoomed", xfceDesktop, Settings{{xfce, xfceImage("/pics/z.jpg")}}, dp1,
+            "/pics/z.jpg", int(Fill::zoom));
+        row("Xfce, older file: numbered monitor, image-path, stretched", xfceDesktop,
+            Settings{{xfce, channel(monitor("0", xfconf("image-path", "string", "/pics/old.jpg") +
+                                                     xfconf("image-style", "int", "3")))}},
+            dp1, "/pics/old.jpg", int(Fill::stretch));
+        row("Xfce, older file: picture hidden", xfceDesktop,
+            Settings{{xfce, channel(monitor("0", xfconf("image-path", "string", "/pics/old.jpg") +
+                                                     xfconf("image-show", "bool", "false")))}},
+            dp1, QString(), none);
+        row("Xfce: cut short after the first monitor", xfceDesktop,
+            Settings{{xfce, twoMonitors.left(twoMonitors.indexOf("monitorHDMI"))}}, dp1,
+            "/pics/a&b.jpg", int(Fill::fit));
+        row("Xfce: garbage", xfceDesktop, Settings{{xfce, QByteArray("<<channel name=\x01\xff")}},
+            dp1, QString(), none);
 
         const std::pair<QString, QByteArray> uri{gnomeUri, "file:///pics/light%20one.jpg"};
         const std::pair<QString, QByteArray> darkUri{gnomeDark, "file:///pics/dark.jpg"};
         const std::pair<QString, QByteArray> dark{colorScheme, "prefer-dark"};
         const QString light = QStringLiteral("/pics/light one.jpg");
-        QTest::newRow("GNOME: URI, zoomed by default")
-            << gnome << Settings{uri} << dp1 << light << int(Fill::zoom);
-        QTest::newRow("GNOME: the dark look's picture")
-            << gnome << Settings{uri, darkUri, dark} << dp1 << "/pics/dark.jpg" << int(Fill::zoom);
-        QTest::newRow("GNOME: a dark picture in the light look")
-            << gnome << Settings{uri, darkUri} << dp1 << light << int(Fill::zoom);
-        QTest::newRow("GNOME: the dark look with no dark picture")
-            << gnome << Settings{uri, dark} << dp1 << light << int(Fill::zoom);
-        QTest::newRow("GNOME: scaled")
-            << gnome << Settings{uri, {gnomeOptions, "scaled"}} << dp1 << light << int(Fill::fit);
-        QTest::newRow("GNOME: tiled") << gnome << Settings{uri, {gnomeOptions, "wallpaper"}} << dp1
-                                      << light << int(Fill::tile);
-        QTest::newRow("GNOME: spanned")
-            << gnome << Settings{uri, {gnomeOptions, "spanned"}} << dp1 << light << int(Fill::span);
-        QTest::newRow("GNOME: no picture shown")
-            << gnome << Settings{uri, {gnomeOptions, "none"}} << dp1 << QString() << none;
-        QTest::newRow("GNOME: not a local file")
-            << gnome << Settings{{gnomeUri, "resource:///a.png"}} << dp1 << QString() << none;
-        QTest::newRow("GNOME: nothing set") << gnome << Settings{} << dp1 << QString() << none;
-        QTest::newRow("MATE keeps a path, centred")
-            << "MATE"
-            << Settings{{QStringLiteral("org.mate.background picture-filename"), "/pics/m a.png"},
-                        {QStringLiteral("org.mate.background picture-options"), "centered"}}
-            << dp1 << "/pics/m a.png" << int(Fill::center);
+        row("GNOME: URI, zoomed by default", gnome, Settings{uri}, dp1, light, int(Fill::zoom));
+        row("GNOME: the dark look's picture", gnome, Settings{uri, darkUri, dark}, dp1,
+            "/pics/dark.jpg", int(Fill::zoom));
+        row("GNOME: a dark picture in the light look", gnome, Settings{uri, darkUri}, dp1, light,
+            int(Fill::zoom));
+        row("GNOME: the dark look with no dark picture", gnome, Settings{uri, dark}, dp1, light,
+            int(Fill::zoom));
+        row("GNOME: scaled", gnome, Settings{uri, {gnomeOptions, "scaled"}}, dp1, light,
+            int(Fill::fit));
+        row("GNOME: tiled", gnome, Settings{uri, {gnomeOptions, "wallpaper"}}, dp1, light,
+            int(Fill::tile));
+        row("GNOME: spanned", gnome, Settings{uri, {gnomeOptions, "spanned"}}, dp1, light,
+            int(Fill::span));
+        row("GNOME: no picture shown", gnome, Settings{uri, {gnomeOptions, "none"}}, dp1, QString(),
+            none);
+        row("GNOME: not a local file", gnome, Settings{{gnomeUri, "resource:///a.png"}}, dp1,
+            QString(), none);
+        row("GNOME: nothing set", gnome, Settings{}, dp1, QString(), none);
+        row("MATE keeps a path, centred", "MATE",
+            Settings{{QStringLiteral("org.mate.background picture-filename"), "/pics/m a.png"},
+                     {QStringLiteral("org.mate.background picture-options"), "centered"}},
+            dp1, "/pics/m a.png", int(Fill::center));
         // Cinnamon's schema is not installed: no source, and no abort in GIO.
-        QTest::newRow("Cinnamon without its settings")
-            << "X-Cinnamon" << Settings{uri} << dp1 << QString() << none;
+        row("Cinnamon without its settings", "X-Cinnamon", Settings{uri}, dp1, QString(), none);
     }
     void setting() {
         QFETCH(QString, desktop);
@@ -313,10 +298,10 @@ private Q_SLOTS:
     // Never a crash, never a wait: the answer is simply unknown.
     void unreadableFiles_data() {
         QTest::addColumn<QString>("kind");
-        QTest::newRow("missing") << "missing";
-        QTest::newRow("over the size cap") << "huge";
-        QTest::newRow("a directory") << "directory";
-        QTest::newRow("a pipe nobody writes") << "fifo";
+        row("missing", "missing");
+        row("over the size cap", "huge");
+        row("a directory", "directory");
+        row("a pipe nobody writes", "fifo");
     }
     void unreadableFiles() {
         QFETCH(QString, kind);
@@ -390,15 +375,12 @@ private Q_SLOTS:
         QTest::addColumn<Settings>("before");
         QTest::addColumn<QString>("key");
         QTest::addColumn<QString>("stored");
-        QTest::newRow("GNOME, over a dark picture and another fit")
-            << int(GSettingsPicture::Desktop::gnome)
-            << Settings{{gnomeDark, "file:///pics/dark.jpg"}, {gnomeOptions, "scaled"}} << gnomeDark
-            << "file:///data/Wallpapers/dawn%201.png";
-        QTest::newRow("MATE") << int(GSettingsPicture::Desktop::mate)
-                              << Settings{{QStringLiteral("org.mate.background picture-options"),
-                                           "centered"}}
-                              << "org.mate.background picture-filename"
-                              << "/data/Wallpapers/dawn 1.png";
+        row("GNOME, over a dark picture and another fit", int(GSettingsPicture::Desktop::gnome),
+            Settings{{gnomeDark, "file:///pics/dark.jpg"}, {gnomeOptions, "scaled"}}, gnomeDark,
+            "file:///data/Wallpapers/dawn%201.png");
+        row("MATE", int(GSettingsPicture::Desktop::mate),
+            Settings{{QStringLiteral("org.mate.background picture-options"), "centered"}},
+            "org.mate.background picture-filename", "/data/Wallpapers/dawn 1.png");
     }
     void showReadsBack() {
         QFETCH(int, desktop);
@@ -430,16 +412,16 @@ private Q_SLOTS:
         QTest::addColumn<QList<Source>>("expected");
         const QList<Source> unknown{Source::root,  Source::plasma,   Source::xfce,
                                     Source::gnome, Source::cinnamon, Source::mate};
-        QTest::newRow("GNOME after a distribution's name")
-            << "ubuntu:GNOME" << QList<Source>{Source::gnome, Source::root};
-        QTest::newRow("Budgie on GNOME's settings")
-            << "Budgie:GNOME" << QList<Source>{Source::gnome, Source::root};
-        QTest::newRow("Cinnamon") << "X-Cinnamon" << QList<Source>{Source::cinnamon, Source::root};
-        QTest::newRow("MATE") << "MATE" << QList<Source>{Source::mate, Source::root};
-        QTest::newRow("Plasma") << "KDE" << QList<Source>{Source::plasma, Source::root};
-        QTest::newRow("Xfce") << "XFCE" << QList<Source>{Source::xfce, Source::root};
-        QTest::newRow("a window manager") << "i3" << unknown;
-        QTest::newRow("nothing said") << "" << unknown;
+        row("GNOME after a distribution's name", "ubuntu:GNOME",
+            QList<Source>{Source::gnome, Source::root});
+        row("Budgie on GNOME's settings", "Budgie:GNOME",
+            QList<Source>{Source::gnome, Source::root});
+        row("Cinnamon", "X-Cinnamon", QList<Source>{Source::cinnamon, Source::root});
+        row("MATE", "MATE", QList<Source>{Source::mate, Source::root});
+        row("Plasma", "KDE", QList<Source>{Source::plasma, Source::root});
+        row("Xfce", "XFCE", QList<Source>{Source::xfce, Source::root});
+        row("a window manager", "i3", unknown);
+        row("nothing said", "", unknown);
     }
     void sourcesFor() {
         QFETCH(QString, desktops);

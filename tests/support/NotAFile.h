@@ -3,11 +3,23 @@
 // `gone/<name>` beside it).
 #pragma once
 
-#include <QString>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <sys/stat.h>
 
 namespace tw::test {
 
 // `kind` is "fifo", "zero", "dir" or "dangling"; true when it was put there.
-bool placeNotAFile(const QString& kind, const QString& path);
+inline bool placeNotAFile(const QString& kind, const QString& path) {
+    const QFileInfo info(path);
+    return kind == QLatin1String("fifo")   ? mkfifo(QFile::encodeName(path).constData(), 0600) == 0
+           : kind == QLatin1String("zero") ? QFile::link(QStringLiteral("/dev/zero"), path)
+           : kind == QLatin1String("dir")  ? QDir().mkdir(path)
+           : kind == QLatin1String("dangling")
+               ? QFile::link(info.dir().filePath(QStringLiteral("gone/") + info.fileName()), path)
+               : false;
+}
 
 } // namespace tw::test

@@ -1,9 +1,13 @@
 // A private session bus for one test process, with python3-dbusmock services on it.
 #pragma once
 
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QFileInfo>
 #include <QProcess>
 #include <QString>
 #include <QStringList>
+#include <QTest>
 
 #include <memory>
 #include <vector>
@@ -14,8 +18,26 @@ class SessionBusMock {
 public:
     // Starts dbus-daemon and points DBUS_SESSION_BUS_ADDRESS at it; do this before anything
     // touches the session bus, which Qt connects to once per process.
-    SessionBusMock();
-    ~SessionBusMock();
+    SessionBusMock() {
+        if (!QFileInfo::exists(python) ||
+            QProcess::execute(python, {QStringLiteral("-c"), QStringLiteral("import dbusmock")}) !=
+                0) {
+            m_skipReason = QStringLiteral("python3-dbusmock is not installed");
+            return;
+        }
+        m_bus.start(QStringLiteral("dbus-daemon"),
+                    {QStringLiteral("--session"), QStringLiteral("--nofork"),
+                     QStringLiteral("--print-address=1")});
+        if (!m_bus.waitForStarted(5000) || !m_bus.waitForReadyRead(5000)) {
+            m_skipReason = QStringLiteral("dbus-daemon did not start");
+            return;
+        }
+        qputenv("DBUS_SESSION_BUS_ADDRESS", m_bus.readLine().trimmed());
+    }
+    ~SessionBusMock() {
+        stopServices();
+        end(m_bus);
+    }
     SessionBusMock(const SessionBusMock&) = delete;
     SessionBusMock& operator=(const SessionBusMock&) = delete;
 
@@ -23,12 +45,41 @@ public:
     QString skipReason() const { return m_skipReason; }
 
     // "python3 -m dbusmock <arguments>", waiting until `service` is on the bus.
-    bool startService(const QString& service, const QStringList& arguments);
+    bool startService(const QString& service, const QStringList& arguments) {
+        auto process = std::make_unique<QProcess>();
+        process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        process->start(python,
+                       QStringList{QStringLiteral("-m"), QStringLiteral("dbusmock")} + arguments);
+        m_services.emplace_back(service, std::move(process));
+        return QTest::qWaitFor([&] { return isRegistered(service); }, 10000);
+    }
     // Ends every service started here and waits until their names are gone.
-    void stopServices();
+    void stopServices() {
+        for (auto& entry : m_services) {
+            end(*entry.second);
+            const QString& service = entry.first;
+            // A service that lingers only costs the next start a clash, which its test reports.
+            (void)QTest::qWaitFor([&] { return !isRegistered(service); }, 5000);
+        }
+        m_services.clear();
+    }
 
 private:
-    static void end(QProcess& process);
+    static inline const QString python = QStringLiteral("/usr/bin/python3");
+
+    static bool isRegistered(const QString& service) {
+        return QDBusConnection::sessionBus().interface()->isServiceRegistered(service);
+    }
+    static void end(QProcess& process) {
+        if (process.state() == QProcess::NotRunning) {
+            return;
+        }
+        process.terminate();
+        if (!process.waitForFinished(3000)) {
+            process.kill();
+            process.waitForFinished(3000);
+        }
+    }
 
     QProcess m_bus;
     std::vector<std::pair<QString, std::unique_ptr<QProcess>>> m_services;
