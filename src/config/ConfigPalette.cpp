@@ -125,13 +125,14 @@ QLabel#emptyTitle { font-size: 17px; font-weight: 600; }
 QPushButton#chip { background: transparent; border: 1px solid @fieldBorder; border-radius: 13px; padding: 4px 13px; min-height: 16px; }
 QPushButton#chip:hover { background: @hover; }
 QPushButton#chip:focus { border: 1px solid @accent; }
-QPushButton#chip:checked { background: @accent; color: @accentText; border: 1px solid @accent; font-weight: 600; }
-QPushButton#segment { background: @field; border: 1px solid @fieldBorder; border-left: none; border-radius: 0; padding: 3px 0; min-height: 16px; font-size: 11px; }
+QPushButton#chip:checked { background: @accent; color: @accentText; border: 1px solid @accent; }
+QPushButton#segment { background: @field; border: 1px solid @fieldBorder; border-left: none; border-radius: 0; margin: 0; padding: 3px 0; min-height: 16px; font-size: 11px; }
 QPushButton#segment[edge="first"] { border-left: 1px solid @fieldBorder; border-top-left-radius: 6px; border-bottom-left-radius: 6px; }
 QPushButton#segment[edge="last"] { border-top-right-radius: 6px; border-bottom-right-radius: 6px; }
 QPushButton#segment[edge="only"] { border-left: 1px solid @fieldBorder; border-radius: 6px; }
 QPushButton#segment:hover { background: @hover; }
-QPushButton#segment:checked { background: @accent; color: @accentText; border-color: @accent; font-weight: 600; }
+QPushButton#segment[dense="true"] { font-size: 10px; }
+QPushButton#segment:checked { background: @accent; color: @accentText; border-color: @accent; }
 )");
     const QColor accentHover = accent.lighter(110);
     const std::pair<const char*, QColor> names[] = {

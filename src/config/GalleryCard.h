@@ -40,7 +40,7 @@ public:
     // Repaints only when the preview's face shows something that changed between the two times.
     void timeMoved(const QDateTime& before, const QDateTime& after);
 
-    static constexpr int minimumWidth = 220;
+    static constexpr int minimumWidth = 236;
 
 Q_SIGNALS:
     void addClicked(const QString& kind);

@@ -32,6 +32,8 @@ SizePicker::SizePicker(const QList<WidgetSize>& sizes, WidgetSize chosen, QWidge
         // Nine segments share a narrow card: they may be narrower than their padding asks.
         segment->setMinimumWidth(0);
         segment->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+        // Seven sizes and more take a smaller type, so that "4×3" fits its segment.
+        segment->setProperty("dense", m_sizes.size() > 6);
         m_group->addButton(segment, static_cast<int>(i));
         row->addWidget(segment, 1);
     }
