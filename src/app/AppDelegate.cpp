@@ -9,11 +9,15 @@
 #include "config/GalleryView.h"
 #include "desktop/DesktopController.h"
 #include "desktop/DesktopWallpaper.h"
+#include "desktop/LockPanePreview.h"
 #include "desktop/WallpaperBackdrop.h"
 #include "displays/ScreenTopologyWatcher.h"
 #include "displays/TopologyMemory.h"
 #include "faces/FaceRegistry.h"
+#include "faces/FaceContext.h"
 #include "faces/GlassLook.h"
+#include "faces/Wallpaper.h"
+#include "faces/WallpaperRenderer.h"
 #include "grid/GridStore.h"
 #include "lockscreen/LockScreenController.h"
 #include "look/ThemeStore.h"
@@ -277,6 +281,33 @@ ConfigContext AppDelegate::makeConfigContext() {
     context.relaunch = [] {
         const std::unique_ptr<Relauncher> relauncher = PlatformServices::makeRelauncher();
         AppSettings::relaunch(*relauncher);
+    };
+    // The preview stands for the main display over its own picture, or a built-in one.
+    auto pane = std::make_shared<std::optional<LockPanePreview>>();
+    context.paintLockPane = [this, pane](QPainter& painter, const QRectF& rect) {
+        const QList<ScreenInfo> screens = m_platform.displays->screens();
+        const QRectF display = screens.isEmpty() ? QRectF(0, 0, 1440, 900) : screens.first().frame;
+        if (!*pane) {
+            const std::optional<GlassBackdrop> behind =
+                m_backdrop->behind(display.toAlignedRect());
+            pane->emplace(behind ? behind->sharp
+                                 : WallpaperRenderer::render(*Wallpaper::find(QStringLiteral(
+                                                                 "lagoon")),
+                                                             display.size().toSize()),
+                          display.size());
+        }
+        FaceContext base;
+        base.theme = m_theme->themed();
+        base.glass = GlassLook::from(*m_theme, m_controller->systemAppearance());
+        // The pane wears the window's shade, not the tiles'.
+        base.glass.shade = m_platform.colorScheme->colorScheme() == ColorScheme::Light
+                               ? GlassLook::Shade::Light
+                               : GlassLook::Shade::Dark;
+        base.now = m_clocks.current.now();
+        base.pace = AnimationPace::paused();
+        base.symbols = m_platform.symbols.get();
+        (*pane)->paint(painter, rect, m_grid->layout().instances,
+                       m_platform.lockScreen->unavailableReason(), base, *m_faces);
     };
     context.undo = [this] { m_grid->undo(); };
     context.redo = [this] { m_grid->redo(); };

@@ -17,4 +17,12 @@ std::optional<QString> LaunchArguments::value(const QString& flag) const {
     return std::nullopt;
 }
 
+std::optional<QString> LaunchArguments::secondValue(const QString& flag) const {
+    const std::optional<QStringList> found = values(flag, 2);
+    if (!found || found->at(1).startsWith(QLatin1String("--"))) {
+        return std::nullopt;
+    }
+    return found->at(1);
+}
+
 } // namespace tw

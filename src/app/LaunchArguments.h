@@ -20,6 +20,8 @@ public:
     std::optional<QStringList> values(const QString& flag, int count) const;
     // The single value of `flag`, as values(flag, 1).
     std::optional<QString> value(const QString& flag) const;
+    // The argument after the flag's own value, unless there is none or it begins with "--".
+    std::optional<QString> secondValue(const QString& flag) const;
 
     const QStringList& all() const { return m_arguments; }
 

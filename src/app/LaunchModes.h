@@ -48,6 +48,12 @@ std::optional<int> runListSizesMode(LaunchContext& context);
 // --probe-skylight: whether widgets can be drawn above the lock screen, step by step, as labelled
 // lines ending in "RESULT" and why.
 std::optional<int> runProbeSkylightMode(LaunchContext& context);
+// --snapshot-config <out.png> [section], --snapshot-settings <out.png> [page],
+// --snapshot-general <out.png> [--dark|--light] [--scale X] [--theme T]: the configuration window at
+// a section (none: the gallery) or at a settings page, 980 × 680 points.
+std::optional<int> runSnapshotConfigMode(LaunchContext& context);
+std::optional<int> runSnapshotSettingsMode(LaunchContext& context);
+std::optional<int> runSnapshotGeneralMode(LaunchContext& context);
 // TWK_TIME: pins the clock for whatever follows; never ends the chain.
 std::optional<int> runSnapshotTimeStep(LaunchContext& context);
 // No mode matched: the desktop host.

@@ -62,11 +62,8 @@ QString movingIds() {
 
 std::optional<int> runSnapshotLiveBackdropMode(LaunchContext& context) {
     const QString path = context.values.value(0);
-    // The scene is the argument after the picture's, unless that is a flag.
-    const qsizetype at = context.arguments.all().indexOf(QStringLiteral("--snapshot-livebg"));
-    const QString next = context.arguments.all().value(at + 2);
-    const QString scene =
-        next.isEmpty() || next.startsWith(QLatin1String("--")) ? QStringLiteral("aurora") : next;
+    const QString scene = context.arguments.secondValue(QStringLiteral("--snapshot-livebg"))
+                              .value_or(QStringLiteral("aurora"));
     const SnapshotWidgetOptions options = SnapshotWidgetOptions::parse(context.arguments);
     QString problem = options.problem;
     const Wallpaper* wallpaper = Wallpaper::find(scene);

@@ -1,6 +1,7 @@
 #include "config/AppearancePage.h"
 
 #include "config/ConfigContext.h"
+#include "config/PanePicture.h"
 #include "config/SettingsCard.h"
 #include "config/SwitchButton.h"
 #include "config/ThemeSwatch.h"
@@ -269,6 +270,9 @@ void AppearancePage::addLockScreen() {
     SettingsCard* card =
         addGroup(QStringLiteral("lock"), L("lock.title", QStringLiteral("Lock Screen")));
     AppSettings& settings = m_context.settings;
+    if (m_context.paintLockPane) {
+        card->addWide(new PanePicture(m_context.paintLockPane, ConfigContext::lockPaneSize));
+    }
     const bool available = m_context.lockScreenUnavailable.isEmpty();
     auto* enabled = new SwitchButton();
     enabled->setChecked(available && settings.lockScreenEnabled());
@@ -285,7 +289,10 @@ void AppearancePage::addLockScreen() {
                  available ? L("lock.enabled.sub",
                                QStringLiteral("Your widgets stay visible above the lock screen, "
                                               "clear of the clock and the controls."))
-                           : m_context.lockScreenUnavailable,
+                           : m_context.paintLockPane
+                                 ? L("lock.unavailable.short",
+                                     QStringLiteral("Not available on this desktop."))
+                                 : m_context.lockScreenUnavailable,
                  enabled);
     auto* pace = new QComboBox();
     for (const double fps : AppSettings::lockScreenFPSChoices) {

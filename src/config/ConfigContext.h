@@ -5,12 +5,15 @@
 #include "look/Theme.h"
 
 #include <QList>
+#include <QSizeF>
 #include <QString>
 #include <QUrl>
 
 #include <functional>
 #include <optional>
 
+class QPainter;
+class QRectF;
 class QWidget;
 
 namespace tw {
@@ -48,6 +51,10 @@ struct ConfigContext {
     std::function<void()> undo = {};
     std::function<void()> redo = {};
     std::function<bool(const QUrl&)> open = {};
+    // The lock screen's pane (the preview with the widgets and whether they show) in a rectangle
+    // of `lockPaneSize` points; none leaves it out.
+    std::function<void(QPainter&, const QRectF&)> paintLockPane = {};
+    static constexpr QSizeF lockPaneSize{760, 480};
 
     // Whether a change can be kept; the page says so when it cannot.
     bool canSave() const;

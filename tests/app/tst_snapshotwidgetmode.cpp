@@ -184,6 +184,16 @@ private Q_SLOTS:
             "snapshot-browse ok=true path=OUT dark=false", QSize(490, 340), Points{}, Points{});
         row("browse: scale that is no number", "--snapshot-browse OUT --scale two",
             "snapshot-browse ok=false path=OUT dark=false", QSize(), Points{}, Points{});
+        row("settings: the lock page shows its preview over the wallpaper",
+            "--snapshot-settings OUT lock --wallpaper BLUE --scale 1",
+            "snapshot-settings ok=true path=OUT dark=true page=lock", QSize(980, 680),
+            Points{{300, 400}, {400, 450}}, Points{{10, 300}, {600, 300}});
+        row("general, light: the sidebar beside the page", "--snapshot-general OUT --light",
+            "snapshot-general ok=true path=OUT dark=false page=general", QSize(1960, 1360),
+            Points{}, Points{{20, 600}, {1200, 600}});
+        row("config: unknown section", "--snapshot-config OUT nowhere",
+            "snapshot-config ok=false path=OUT dark=true page=nowhere", QSize(), Points{},
+            Points{});
         row("hero: unreadable wallpaper", "--snapshot-glass-hero OUT --wallpaper /nonexistent.png",
             "snapshot-glass-hero ok=false path=OUT style=frosted,clear,liquid dark=true", QSize(),
             Points{}, Points{});

@@ -1,0 +1,127 @@
+#include "app/LaunchModes.h"
+#include "app/SceneWidgets.h"
+#include "app/SnapshotReport.h"
+#include "app/SnapshotWidgetOptions.h"
+#include "config/ConfigContext.h"
+#include "config/ConfigRoot.h"
+#include "config/ConfigWindow.h"
+#include "config/GalleryView.h"
+#include "desktop/LockPanePreview.h"
+#include "faces/FaceContext.h"
+#include "faces/FaceRegistry.h"
+#include "look/ThemeStore.h"
+#include "platform/LockScreenSurface.h"
+#include "platform/PlatformServices.h"
+#include "platform/null/MemoryDefaults.h"
+#include "settings/AppSettings.h"
+#include "tick/SnapshotClock.h"
+
+#include <QCoreApplication>
+#include <QImage>
+#include <QLayout>
+#include <QPainter>
+
+#include <cmath>
+
+namespace tw {
+
+namespace {
+
+// The window as the host shows it, over preferences of its own that nothing writes back.
+QImage configPicture(LaunchContext& context, const SnapshotWidgetOptions& options,
+                     const ConfigSelection& selection) {
+    MemoryDefaults defaults;
+    AppSettings settings(defaults);
+    ThemeStore theme(defaults, context.clock, QString());
+    theme.suppressPersistence();
+    if (!options.themeId.isEmpty()) {
+        theme.selectPalette(options.themeId);
+    }
+    const std::unique_ptr<SymbolProvider> symbols = PlatformServices::makeSymbolProvider();
+    const std::unique_ptr<LockScreenSurface> surface = PlatformServices::makeLockScreenSurface();
+    const FaceRegistry faces;
+    const FaceContext base = options.baseContext(*symbols, context.clock.now());
+    QString why;
+    const QImage wallpaper = options.wallpaperPicture(QSize(1440, 900), why);
+    LockPanePreview pane(wallpaper, QSizeF(1440, 900));
+
+    ConfigContext config{
+        .settings = settings,
+        .theme = theme,
+        .defaults = defaults,
+        .lockScreenUnavailable = surface->unavailableReason().value_or(QString()),
+        .hapticsUnavailable = PlatformServices::wording().noHaptics,
+        .version = QCoreApplication::applicationVersion(),
+        .dataDirectory = PlatformServices::wording().dataDirectoryDefault,
+    };
+    config.makeGallery = [&]() -> QWidget* {
+        auto* gallery = new GalleryView(faces, *symbols, context.clock);
+        gallery->setTheme(theme.themed());
+        return gallery;
+    };
+    config.paintLockPane = [&](QPainter& painter, const QRectF& rect) {
+        pane.paint(painter, rect, SceneWidgets::lockScreen(), surface->unavailableReason(), base,
+                   faces);
+    };
+    const ColorScheme scheme =
+        options.shade == GlassLook::Shade::Light ? ColorScheme::Light : ColorScheme::Dark;
+    ConfigRoot root(config, scheme);
+    // Laid out and drawn without being shown: nothing reaches a screen.
+    root.resize(ConfigWindow::contentSize);
+    root.select(selection);
+    root.layout()->activate();
+    root.select(selection);
+    const double ratio = options.devicePixelRatio;
+    QImage picture(QSize(static_cast<int>(std::lround(root.width() * ratio)),
+                         static_cast<int>(std::lround(root.height() * ratio))),
+                   QImage::Format_ARGB32_Premultiplied);
+    picture.setDevicePixelRatio(ratio);
+    picture.fill(Qt::transparent);
+    root.render(&picture);
+    return picture;
+}
+
+int runConfigPicture(LaunchContext& context, const QString& mode,
+                     const std::optional<QString>& section, const std::optional<QString>& page) {
+    const QString path = context.values.value(0);
+    const SnapshotWidgetOptions options = SnapshotWidgetOptions::parse(context.arguments);
+    QString problem = options.problem;
+    const ConfigSelection selection =
+        ConfigSelection::resolve(section.value_or(QString()), page.value_or(QString()), nullptr);
+    if (problem.isEmpty() && section && !selection.section) {
+        problem = QStringLiteral("unknown section \"%1\"; the sections are general, appearance, "
+                                 "layouts, updates and about.")
+                      .arg(*section);
+    }
+    if (problem.isEmpty() && page && selection.page.isEmpty()) {
+        problem = QStringLiteral("unknown page \"%1\".").arg(*page);
+    }
+    const QImage picture = problem.isEmpty() ? configPicture(context, options, selection) : QImage();
+    QString fields = QStringLiteral(" dark=%1").arg(options.darkField());
+    if (const std::optional<QString> shown = page ? page : section) {
+        fields += QStringLiteral(" page=") + *shown;
+    }
+    return reportSnapshot(context, mode, path, picture, problem, fields);
+}
+
+} // namespace
+
+std::optional<int> runSnapshotConfigMode(LaunchContext& context) {
+    return runConfigPicture(context, QStringLiteral("snapshot-config"),
+                            context.arguments.secondValue(QStringLiteral("--snapshot-config")),
+                            std::nullopt);
+}
+
+std::optional<int> runSnapshotSettingsMode(LaunchContext& context) {
+    return runConfigPicture(
+        context, QStringLiteral("snapshot-settings"), std::nullopt,
+        context.arguments.secondValue(QStringLiteral("--snapshot-settings")).value_or(
+            QStringLiteral("look")));
+}
+
+std::optional<int> runSnapshotGeneralMode(LaunchContext& context) {
+    return runConfigPicture(context, QStringLiteral("snapshot-general"),
+                            QStringLiteral("general"), std::nullopt);
+}
+
+} // namespace tw
