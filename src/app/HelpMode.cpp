@@ -22,6 +22,11 @@ Modes:
   --sizes                      table of the sizes each widget kind allows
   --counts                     one line: "widgets=N sizes=N themes=N"
   --snapshot-browse OUT.png    draw the gallery page of the configuration window
+  --snapshot-general OUT.png   the configuration window's General section
+  --snapshot-config OUT.png [SECTION]  the window at a section: general, appearance, layouts,
+                               updates, about (default: the gallery)
+  --snapshot-settings OUT.png [PAGE]  the window at a page: theme, look, displays, lock,
+                               energy, language, ... (default: look)
   --snapshot-widget OUT.png    draw one tile to a PNG file
       --kind KIND              the widget kind (required; --list-sizes names them)
       --size SIZE              one of the kind's sizes (default: the kind's own)
