@@ -67,26 +67,24 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("screens");
         QTest::addColumn<int>("count");
         QTest::addColumn<QStringList>("set");
-        const QStringList properties{
-            QStringLiteral("/backdrop/screen0/monitorDP-1/workspace0/last-image"),
-            QStringLiteral("/backdrop/screen0/monitorDP-1/workspace1/last-image"),
-            QStringLiteral("/backdrop/screen0/monitorDP-1/workspace0/image-style"),
-            QStringLiteral("/backdrop/screen0/monitorDP-10/workspace0/last-image"),
-            QStringLiteral("/backdrop/screen0/monitorHDMI-1/workspace0/last-image"),
+        const auto key = [](const char* monitor, int workspace, const char* name) {
+            return QStringLiteral("/backdrop/screen0/monitor%1/workspace%2/%3")
+                .arg(QLatin1String(monitor))
+                .arg(workspace)
+                .arg(QLatin1String(name));
         };
+        const QStringList properties{key("DP-1", 0, "last-image"), key("DP-1", 1, "last-image"),
+                                     key("DP-1", 0, "image-style"), key("DP-10", 0, "last-image"),
+                                     key("HDMI-1", 0, "last-image")};
+        const QStringList dp1{QStringLiteral("DP-1")};
         QTest::newRow("every workspace of each display")
             << properties << QStringList{QStringLiteral("DP-1"), QStringLiteral("HDMI-1")} << 2
-            << QStringList{
-                   QStringLiteral(
-                       "/backdrop/screen0/monitorDP-1/workspace0/last-image=/w/DP-1.png"),
-                   QStringLiteral(
-                       "/backdrop/screen0/monitorDP-1/workspace1/last-image=/w/DP-1.png"),
-                   QStringLiteral(
-                       "/backdrop/screen0/monitorHDMI-1/workspace0/last-image=/w/HDMI-1.png")};
+            << QStringList{key("DP-1", 0, "last-image=/w/DP-1.png"),
+                           key("DP-1", 1, "last-image=/w/DP-1.png"),
+                           key("HDMI-1", 0, "last-image=/w/HDMI-1.png")};
         QTest::newRow("a display Xfce has not seen")
             << properties << QStringList{QStringLiteral("DP-2")} << 0 << QStringList{};
-        QTest::newRow("no xfconf-query")
-            << QStringList() << QStringList{QStringLiteral("DP-1")} << 0 << QStringList{};
+        QTest::newRow("no xfconf-query") << QStringList() << dp1 << 0 << QStringList{};
     }
     void xfconf() {
         QFETCH(QStringList, properties);
