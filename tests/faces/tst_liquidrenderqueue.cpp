@@ -1,5 +1,6 @@
-// Lens pictures for tiles: at once from the cache, otherwise once a tile's request has held still,
-// rendered on the pool and published on the main thread.
+// Lens pictures for tiles: found again in a bounded cache for requests that differ by less than
+// half a pixel, otherwise rendered on the pool once a tile's request has held still, and
+// published on the main thread.
 #include "ManualScheduler.h"
 #include "faces/LiquidCache.h"
 #include "faces/LiquidRenderQueue.h"
@@ -7,6 +8,8 @@
 #include <QSemaphore>
 #include <QSignalSpy>
 #include <QTest>
+
+Q_DECLARE_METATYPE(tw::LiquidRequest)
 
 using namespace std::chrono_literals;
 using namespace tw;
@@ -24,6 +27,21 @@ LiquidRequest request(QSizeF points, double x = 0) {
     r.params.size = points;
     r.params.scale = 1;
     return r;
+}
+
+// A request for `source` on the backdrop `identity`.
+LiquidRequest keyed(QRectF source, const QString& identity = QStringLiteral("screen-1|a.jpg")) {
+    LiquidRequest r;
+    r.identity = identity;
+    r.source = source;
+    r.params.size = QSizeF(204, 96);
+    return r;
+}
+
+QImage picture(int marker) {
+    QImage image(2, 2, QImage::Format_RGBA8888_Premultiplied);
+    image.fill(QColor(marker, 0, 0));
+    return image;
 }
 
 struct Fixture {
@@ -99,6 +117,46 @@ private Q_SLOTS:
         f.scheduler.advance(60ms);
         QTRY_VERIFY(!f.queue.isPending(kTile));
         QCOMPARE(f.spy.count(), 0);
+    }
+
+    void equality_data() {
+        QTest::addColumn<LiquidRequest>("other");
+        QTest::addColumn<bool>("equal");
+        const QRectF source(100, 200, 408, 192);
+        QTest::newRow("moved 0.4 px") << keyed(source.translated(0.4, -0.4)) << true;
+        QTest::newRow("moved 0.6 px right") << keyed(source.translated(0.6, 0)) << false;
+        QTest::newRow("0.4 px wider") << keyed(source.adjusted(0, 0, 0.4, 0)) << true;
+        QTest::newRow("0.6 px taller") << keyed(source.adjusted(0, 0, 0, 0.6)) << false;
+        QTest::newRow("another backdrop")
+            << keyed(source, QStringLiteral("screen-1|b.jpg")) << false;
+        LiquidRequest focused = keyed(source);
+        focused.params.focused = true;
+        QTest::newRow("focused") << focused << false;
+    }
+
+    void equality() {
+        QFETCH(LiquidRequest, other);
+        QFETCH(bool, equal);
+        const LiquidRequest base = keyed(QRectF(100, 200, 408, 192));
+        QCOMPARE(base == other, equal);
+        LiquidCache cache;
+        cache.store(picture(7), base);
+        QCOMPARE(cache.cached(other).isNull(), !equal);
+    }
+
+    void store() {
+        LiquidCache cache;
+        for (int i = 0; i <= LiquidCache::capacity; ++i) {
+            cache.store(picture(i), keyed(QRectF(i * 10, 0, 100, 100)));
+        }
+        QCOMPARE(cache.count(), LiquidCache::capacity);
+        QVERIFY(cache.cached(keyed(QRectF(0, 0, 100, 100))).isNull());
+        QCOMPARE(cache.cached(keyed(QRectF(10, 0, 100, 100))).pixelColor(0, 0).red(), 1);
+        // An equal request replaces the picture, oldest or not, and drops nothing else.
+        cache.store(picture(200), keyed(QRectF(10.3, 0, 100, 100)));
+        QCOMPARE(cache.count(), LiquidCache::capacity);
+        QCOMPARE(cache.cached(keyed(QRectF(10, 0, 100, 100))).pixelColor(0, 0).red(), 200);
+        QCOMPARE(cache.cached(keyed(QRectF(20, 0, 100, 100))).pixelColor(0, 0).red(), 2);
     }
 };
 
