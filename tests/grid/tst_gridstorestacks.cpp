@@ -114,8 +114,6 @@ private Q_SLOTS:
                "battery small 2,0 stack A#1 at 100,800";
         QTest::newRow("a tile outside a stack moves alike") << "out 0"
                                                             << "clock small 0,0 at 208,800";
-        QTest::newRow("removing a member repairs the stack") << "group 1 0, remove 0"
-                                                             << "moon small 1,0 at 100,800";
         QTest::newRow("a stack moves as one")
             << "group 1 0, move 1 400.5 600"
             << "clock small 0,0 stack A#0 at 400.5,600; moon small 1,0 stack A#1 at 400.5,600; "
@@ -138,11 +136,6 @@ private Q_SLOTS:
             << "clock small 0,0 at 100,800; moon small 1,0 at 300,800; battery wide 2,0 at "
                "500,800; "
                "stocks small 4,0 at 700,800; calendar large 5,0 at 900,800";
-        QTest::newRow("resizing two tiles")
-            << "size 0 4 tall"
-            << "clock tall 0,0 at 100,800; moon small 1,0 at 300,800; battery small 2,0 at "
-               "500,800; "
-               "stocks small 3,0 at 700,800; calendar tall 4,0 at 900,800";
         QTest::newRow("resizing one member takes its stack along")
             << "group 1 0, size 1 large"
             << "clock large 0,0 stack A#0 at 100,800; moon large 2,0 stack A#1 at 100,800; "
@@ -153,10 +146,6 @@ private Q_SLOTS:
                "battery small 4,0 at 500,800";
         QTest::newRow("resizing to the size it has") << "size 0 small"
                                                      << "unchanged";
-        QTest::newRow("resizing an unknown id") << "group 1 0, size -1 wide"
-                                                << "unchanged";
-        QTest::newRow("resizing nothing") << "size wide"
-                                          << "unchanged";
     }
     void operations() {
         QFETCH(QString, operations);

@@ -39,18 +39,15 @@ private Q_SLOTS:
         QTest::addColumn<int>("steps");
         QTest::addColumn<double>("oldest");
         QTest::newRow("nothing to go back to") << Gaps{} << 0 << 0.0;
-        QTest::newRow("two moves 0.5 s apart") << Gaps{5000, 500} << 1 << 0.0;
         QTest::newRow("two moves 1.0 s apart") << Gaps{5000, 1000} << 2 << 0.0;
         QTest::newRow("two moves 0.999 s apart") << Gaps{5000, 999} << 1 << 0.0;
         QTest::newRow("ten moves 0.9 s apart slide the window")
             << Gaps{5000, 900, 900, 900, 900, 900, 900, 900, 900, 900} << 1 << 0.0;
-        QTest::newRow("a pause splits a burst") << Gaps{5000, 300, 1200, 300} << 2 << 0.0;
         QTest::newRow("41 changes keep the last 40") << Gaps{5000} + Gaps(40, 1000) << 40 << 10.0;
     }
     void steps() {
         QFETCH(Gaps, gaps);
         QFETCH(int, steps);
-        QFETCH(double, oldest);
         QSignalSpy revisions(store.get(), &GridStore::historyRevisionChanged);
         const QByteArray untouched = f.readGrid();
         double x = 0;
@@ -64,7 +61,7 @@ private Q_SLOTS:
             QVERIFY(f.savedAsLive(*store));
         }
         QCOMPARE(undone, steps);
-        QCOMPARE(moonX(), oldest);
+        QTEST(moonX(), "oldest");
         int redone = 0;
         while (store->redo()) {
             ++redone;
