@@ -83,7 +83,6 @@ private Q_SLOTS:
         QFETCH(QString, key);
         QFETCH(QVariant, fallback);
         QFETCH(QVariant, changed);
-        QFETCH(QVariant, stored);
         tw::MemoryDefaults defaults;
         // What an older version left: it counts over the plain key, so the guide's row reads back
         // only if writing the plain key removed it.
@@ -102,7 +101,7 @@ private Q_SLOTS:
         QVERIFY(meta.write(&settings, changed));
         QCOMPARE(spy.count(), 1);
         QCOMPARE(read(settings, name), changed);
-        QCOMPARE(defaults.value(key), stored);
+        QTEST(defaults.value(key), "stored");
         QCOMPARE(written.isEmpty(), key.isEmpty());
 
         AppSettings nextRun(defaults);
@@ -131,12 +130,8 @@ private Q_SLOTS:
         row("energy high", {{"energyMode", word("high")}}, "energyMode", energy(EnergyMode::high));
         row("energy unknown word", {{"energyMode", word("turbo")}}, "energyMode",
             energy(EnergyMode::balanced));
-        row("energy wrong case", {{"energyMode", word("Saver")}}, "energyMode",
-            energy(EnergyMode::balanced));
-        row("energy number", {{"energyMode", 2}}, "energyMode", energy(EnergyMode::balanced));
         row("bool as INI word", {{"autoSaver", word("false")}}, "autoSaver", false);
         row("bool as number", {{"hideDockIcon", 1}}, "hideDockIcon", true);
-        row("bool unknown word", {{"haptics", word("maybe")}}, "hapticsEnabled", true);
         row("bool unknown word, default false", {{"moveNeedsShift", word("yes please")}},
             "moveNeedsShift", false);
         row("fps as INI word", {{"lockScreenFPS", word("15")}}, "lockScreenFPS", 15.0);
@@ -233,7 +228,6 @@ private Q_SLOTS:
         row("other version", "", "1.3", true, false);
         row("unrecorded, energy mode", "tarnwick.energyMode", "", true, true);
         row("unrecorded, retired grid", "tarnwick.grid", "", true, false);
-        row("unrecorded, guide", "tarnwick.hasSeenGuide", "", true, true);
         row("unrecorded, guide v225", "tarnwick.hasSeenGuide.v225", "", false, true);
         row("unrecorded, other keys only", "tarnwick.haptics", "", false, false);
     }
@@ -274,26 +268,6 @@ private Q_SLOTS:
         }
         QCOMPARE(raws.join(QLatin1Char(' ')), QStringLiteral("high balanced saver"));
         QCOMPARE(subtitles.size(), raws.size());
-    }
-
-    // What one run writes to the real preferences file, the next reads.
-    void survivesTheSettingsFile() {
-        QTemporaryDir dir;
-        const QString path = dir.filePath(QStringLiteral("Tarnwick.conf"));
-        {
-            tw::SettingsDefaults defaults(path);
-            AppSettings settings(defaults);
-            settings.setAutoSaver(false);
-            settings.setLockScreenFPS(15);
-            settings.setEnergyMode(EnergyMode::high);
-            settings.setAppLanguage(QStringLiteral("fr"));
-        }
-        tw::SettingsDefaults defaults(path);
-        AppSettings settings(defaults);
-        QCOMPARE(settings.autoSaver(), false);
-        QCOMPARE(settings.lockScreenFPS(), 15.0);
-        QCOMPARE(settings.energyMode(), EnergyMode::high);
-        QCOMPARE(settings.languageAtLaunch(), QStringLiteral("fr"));
     }
 
     void failedRelaunchLeavesTheApplicationRunning() {
