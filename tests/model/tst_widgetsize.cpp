@@ -6,22 +6,16 @@
 
 using tw::WidgetSize;
 
-// The sizes, and the command line's two reports of them. Each size's words and points are in the
-// catalogue's golden copy (tests/look); here how they derive from the span.
+// The sizes, and the command line's two reports of them. Each size's span, words and points are in
+// the catalogue's golden copy (tests/look); here the words read back and the spans differ.
 class TestWidgetSize : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void derivedFromTheSpan() {
         QSet<QString> spans;
         for (const WidgetSize size : tw::allWidgetSizes) {
-            const int c = tw::columns(size);
-            const int r = tw::rows(size);
             QCOMPARE(tw::widgetSizeFromRawValue(tw::rawValue(size)), size);
-            QCOMPARE(tw::cellCount(size), c * r);
-            QCOMPARE(tw::spanHint(size), QStringLiteral("%1×%2").arg(c).arg(r));
-            QVERIFY(tw::label(size).endsWith(QLatin1Char('(') + tw::spanHint(size) + u')'));
-            QCOMPARE(tw::nominalPixelSize(size),
-                     QSizeF(c * 96 + (c - 1) * 12, r * 96 + (r - 1) * 12));
+            QCOMPARE(tw::cellCount(size), tw::columns(size) * tw::rows(size));
             spans.insert(tw::spanHint(size));
         }
         QCOMPARE(spans.size(), qsizetype(tw::allWidgetSizes.size()));
