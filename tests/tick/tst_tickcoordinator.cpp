@@ -1,5 +1,6 @@
 #include "ManualClock.h"
 #include "ManualScheduler.h"
+#include "TestRows.h"
 #include "tick/Cadence.h"
 #include "tick/MinuteCoordinator.h"
 #include "tick/SnapshotClock.h"
@@ -10,6 +11,7 @@
 #include <QTest>
 #include <QTimeZone>
 
+using tw::test::row;
 using namespace std::chrono_literals;
 using namespace tw;
 
@@ -47,11 +49,6 @@ private Q_SLOTS:
     void timer_data() {
         QTest::addColumn<QString>("steps");
         QTest::addColumn<QString>("log");
-        const auto row = [](const char* name, const char* steps, const char* log) {
-            QTest::newRow(name) << QString::fromLatin1(steps) << QString::fromLatin1(log);
-        };
-        row("desktop", "D +300 d", "on, 1000@1000 53.250, off, -");
-        row("preview", "P +300 p", "on, 1000@1000 53.250, off, -");
         row("desktop joins preview", "P +300 D +300 p +300 d",
             "on, 1000@1000 53.250, 1000@700 53.250, 1000@400 53.250, off, -");
         row("preview joins desktop", "D +300 P +300 d +300 p",
@@ -62,7 +59,6 @@ private Q_SLOTS:
         row("same interval keeps the phase", "D +400 i1000",
             "on, 1000@1000 53.250, 1000@600 53.250");
         row("zero refused", "D +400 i0", "on, 1000@1000 53.250, 1000@600 53.250");
-        row("negative refused", "D +400 i-5", "on, 1000@1000 53.250, 1000@600 53.250");
         // Ticks feed the cadence; a start seeds it, so the minute that turned while stopped is not
         // announced.
         row("restart in a new minute", "D +5000 d +10000 D +10000 +50000",
@@ -176,6 +172,11 @@ private Q_SLOTS:
         }
         QCOMPARE(rig.scheduler.pendingCount(), 0);
         rig.scheduler.advance(5s);
+        // Under the pin the uptime runs on; without it the system's time shows again.
+        QCOMPARE(rig.snapshot.now(), pin);
+        QCOMPARE(rig.snapshot.uptime(), rig.clock.uptime());
+        rig.snapshot.setPinned(std::nullopt);
+        QCOMPARE(rig.snapshot.now(), rig.clock.now());
     }
 
     // A seed, then ticks; every announcement in the order it came, as
@@ -201,9 +202,7 @@ private Q_SLOTS:
         row("even, late in the second", at(14, 9, 26, 52), {at(14, 9, 26, 52, 999)},
             "two 14 09:26:52.999");
         row("odd second", at(14, 9, 26, 53), {at(14, 9, 26, 53)}, "");
-        row("odd, early in the second", at(14, 9, 26, 53), {at(14, 9, 26, 53, 1)}, "");
         const QDateTime epoch = QDateTime::fromSecsSinceEpoch(0, Qt::UTC);
-        row("epoch is even", epoch, {epoch}, "two 1 00:00:00.000");
         // Truncation toward zero: -1.5 s becomes -1, odd.
         const QDateTime before1970 = QDateTime::fromMSecsSinceEpoch(-1500, Qt::UTC);
         row("before 1970", before1970, {before1970}, "");
@@ -255,11 +254,8 @@ private Q_SLOTS:
             QTest::newRow(name) << now << QString::fromLatin1(text) << QString::fromLatin1(pinned);
         };
         row("hour and minute: tomorrow", "7:30", "2026-03-15 07:30:00");
-        row("leading zeros", "07:05", "2026-03-15 07:05:00");
         row("midnight", "0:0", "2026-03-15 00:00:00");
-        row("earlier than now is still tomorrow", "9:00", "2026-03-15 09:00:00");
         row("unparsable pieces dropped", "x:7:am:30", "2026-03-15 07:30:00");
-        row("empty pieces", "7::30", "2026-03-15 07:30:00");
         row("blank makes a piece unparsable", " 7:30", "");
         row("hour out of range", "25:00", "");
         row("minute out of range", "7:60", "");
@@ -280,19 +276,6 @@ private Q_SLOTS:
         const std::optional<QDateTime> pin = SnapshotClock::pinFor(text, now);
         QTEST(pin ? pin->toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")) : QString(), "pinned");
         QVERIFY(!pin || pin->timeZone() == now.timeZone());
-    }
-
-    // Under a pin the uptime runs on; without one the system's time shows again.
-    void pinHoldsWhileTheSystemClockRuns() {
-        tw::test::ManualClock system;
-        SnapshotClock clock(system);
-        const QDateTime pin(QDate(2026, 3, 15), QTime(7, 30));
-        clock.setPinned(pin);
-        system.advance(std::chrono::minutes(5));
-        QCOMPARE(clock.now(), pin);
-        QCOMPARE(clock.uptime(), system.uptime());
-        clock.setPinned(std::nullopt);
-        QCOMPARE(clock.now(), system.now());
     }
 };
 
