@@ -57,6 +57,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("loaded");
         QTest::addColumn<bool>("setAside");
         QTest::newRow("not JSON") << QByteArray("{\"instances\": [") << "" << true;
+        QTest::newRow("empty file") << QByteArray() << "" << true;
         QTest::newRow("a number out of range, nothing else") << QByteArray("[1e999]") << "" << true;
         const QString both = QStringLiteral("moon small 3,4; clock large 0,0");
         const QByteArray head = R"({"instances":[{"kind":"moon","size":"small","col":3,"row":4},
