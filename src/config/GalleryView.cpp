@@ -115,7 +115,9 @@ GalleryView::GalleryView(const FaceRegistry& faces, const SymbolProvider& symbol
         auto* flow = new FlowLayout(grid, GalleryCard::minimumWidth, kCardGap);
         Section section{category, heading, grid, {}};
         for (const WidgetDefinition& definition : group.widgets) {
-            auto* card = new GalleryCard(definition.metadata, title(category), *m_source, grid);
+            auto* card =
+                new GalleryCard(definition.metadata,
+                                WidgetRegistry::summary(definition.metadata.kind), *m_source, grid);
             connect(card, &GalleryCard::addClicked, this,
                     [this](const QString& kind) { add(kind); });
             flow->addWidget(card);

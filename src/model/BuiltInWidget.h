@@ -18,6 +18,8 @@ struct BuiltInWidget {
     // The folded words the gallery's search finds the kind by: kind, name, category and keywords,
     // each in the language chosen at launch and in English.
     QStringList searchWords;
+    // What the kind shows, in a few words for the gallery: "widget.<kind>.summary".
+    QString summary;
 
     // All 51 built-in kinds in catalogue order, the order of every list. Built once, on first
     // use, so that display names come from the language chosen at launch.

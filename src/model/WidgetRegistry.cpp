@@ -65,6 +65,11 @@ std::optional<WidgetDefinition> WidgetRegistry::builtInDefinition(const QString&
     return std::nullopt;
 }
 
+QString WidgetRegistry::summary(const QString& kind) {
+    const BuiltInWidget* widget = BuiltInWidget::find(kind);
+    return widget != nullptr ? widget->summary : QString();
+}
+
 int WidgetRegistry::maxInstances(const QString& kind) {
     if (isCustomKind(kind)) {
         return customMaxInstances;

@@ -39,6 +39,8 @@ public:
     // definition() without the custom hand-off.
     static std::optional<WidgetDefinition> builtInDefinition(const QString& kind);
 
+    // What a built-in kind shows, in a few words; empty for any other kind.
+    static QString summary(const QString& kind);
     // 5 for a custom kind, the table's limit for a built-in one, 1 for anything else.
     static int maxInstances(const QString& kind);
     // The settings keys that hold content rather than look; a copy of a widget drops them.
