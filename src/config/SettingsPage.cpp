@@ -3,6 +3,8 @@
 #include "config/SettingsCard.h"
 #include "text/L.h"
 
+#include <QAbstractButton>
+#include <QButtonGroup>
 #include <QLabel>
 #include <QScrollBar>
 #include <QVBoxLayout>
@@ -59,16 +61,22 @@ bool SettingsPage::showPage(const QString& page) {
     m_shownPage = page;
     widget()->adjustSize();
     verticalScrollBar()->setValue(group->y() - 12);
-    // The first control of the group, in tab order.
-    for (QWidget* next = group->nextInFocusChain(); next && next != group;
+    // The chosen one of a set of choices, else the first control of the group that takes focus.
+    QWidget* first = nullptr;
+    for (QWidget* next = group->nextInFocusChain(); next && group->isAncestorOf(next);
          next = next->nextInFocusChain()) {
-        if (!group->isAncestorOf(next)) {
+        if (!(next->focusPolicy() & Qt::TabFocus) || !next->isEnabled()) {
+            continue;
+        }
+        if (auto* button = qobject_cast<QAbstractButton*>(next);
+            button && button->isChecked() && (button->autoExclusive() || button->group())) {
+            first = next;
             break;
         }
-        if (next->focusPolicy() & Qt::TabFocus) {
-            next->setFocus(Qt::OtherFocusReason);
-            break;
-        }
+        first = first ? first : next;
+    }
+    if (first) {
+        first->setFocus(Qt::OtherFocusReason);
     }
     return true;
 }

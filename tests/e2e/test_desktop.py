@@ -163,6 +163,14 @@ class HostCase(unittest.TestCase):
             self.session.run(["import", "-window", "root", os.path.join(ARTIFACTS, name)],
                              check=False)
 
+    def pixels(self, x, y, w, h):
+        """The screen's pixels in a rectangle, as rows of (r, g, b)."""
+        raw = subprocess.run(["import", "-window", "root", "-crop", "%dx%d+%d+%d" % (w, h, x, y),
+                              "-depth", "8", "rgb:-"], env=self.session.env(),
+                             capture_output=True, check=True).stdout
+        return [[tuple(raw[(j * w + i) * 3:(j * w + i) * 3 + 3]) for i in range(w)]
+                for j in range(h)]
+
     def choose_last_menu_entry(self, button):
         """Clicks where the pointer rests, waits for the menu, and takes its last entry."""
         before = self.session.override_windows()
@@ -387,14 +395,6 @@ class GlassTest(HostCase):
                                              env=self.session.env(),
                                              preexec_fn=dies_with_parent))
 
-    def pixels(self, x, y, w, h):
-        """The screen's pixels in a rectangle, as rows of (r, g, b)."""
-        raw = subprocess.run(["import", "-window", "root", "-crop", "%dx%d+%d+%d" % (w, h, x, y),
-                              "-depth", "8", "rgb:-"], env=self.session.env(),
-                             capture_output=True, check=True).stdout
-        return [[tuple(raw[(j * w + i) * 3:(j * w + i) * 3 + 3]) for i in range(w)]
-                for j in range(h)]
-
     def test_frosted_tiles_show_the_picture_blurred_with_smooth_corners(self):
         clock = self.by_kind("clock")
         x, y, w, h = tile_rect(clock)
@@ -423,6 +423,34 @@ class GlassTest(HostCase):
         self.screenshot("glass-frosted.png")
 
 
+class ThemeFromWindowTest(HostCase):
+    """The window opened at its theme page changes the tiles on the desktop, and the choice is
+    kept."""
+
+    conf = "tarnwick.openWindowAtLaunch=true\n"
+
+    def environment(self):
+        return {"TKW_CONFIG_SECTION": "appearance", "TKW_SETTINGS_PAGE": "theme"}
+
+    def test_a_theme_chosen_in_the_window_reaches_the_tiles(self):
+        window = self.config_window()
+        self.assertTrue(window, "the window did not open")
+        # Out of the tiles' way, in front and focused.
+        self.session.xdotool("windowmove", window[0], 900, 380)
+        self.session.xdotool("windowactivate", "--sync", window[0])
+        x, y, w, h = tile_rect(self.by_kind("clock"))
+        before = self.pixels(x, y, w, h)
+        # The theme page focuses the chosen theme; the arrow takes the next one.
+        self.session.xdotool("key", "--clearmodifiers", "Right")
+        self.assertTrue(self.session.wait_for(lambda: self.pixels(x, y, w, h) != before,
+                                              timeout=10), "the tiles kept their colours")
+        self.settle(lambda: "graphite" in open(os.path.join(self.data_dir, "theme.json"),
+                                               encoding="utf-8").read()
+                    if os.path.exists(os.path.join(self.data_dir, "theme.json")) else False,
+                    "the theme was not kept")
+        self.screenshot("theme-from-window.png")
+
+
 @unittest.skipUnless(shutil.which("trayer"), "needs trayer, an XEmbed system tray")
 class TrayTest(HostCase):
     """With a system tray on the desktop the status item stands in it."""
@@ -449,13 +477,11 @@ class TrayTest(HostCase):
         # A click opens the window; closing it after the first start shows the hint once.
         self.session.xdotool("mousemove", "--sync", x + w - 12, y + h // 2)
         self.session.xdotool("click", 1)
-        window = self.session.wait_for(lambda: self.session.output(
-            ["xdotool", "search", "--name", "^Tarnwick$"]).split())
+        window = self.config_window()
         self.assertTrue(window, "a click on the icon did not open the window")
         self.session.xdotool("windowactivate", window[0])
-        # Qt names more than one window after the title; the one that takes focus is among them.
         self.assertTrue(self.session.wait_for(lambda: self.session.output(
-            ["xdotool", "getactivewindow"]).strip() in window), "the window took no focus")
+            ["xdotool", "getactivewindow"]).strip() == window[0]), "the window took no focus")
         self.session.xdotool("key", "--clearmodifiers", "alt+F4")
         # The pointer still rests on the icon.
         # "Quit Tarnwick" is the menu's last entry.
