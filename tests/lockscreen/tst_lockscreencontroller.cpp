@@ -109,7 +109,6 @@ private Q_SLOTS:
             "hidden 0 0/0");
         // Whatever was opened and not raised is gone again.
         row("stuck lock", "lock surface not shown: could not raise the windows", "hidden 0 1/1");
-        row("lock U", "session reports unlocked", "suspended 1 1/0");
         row("lock U L", "session reports locked", "shown 0 1/0");
         row("lock U U U U U", "session reports unlocked", "suspended 5 1/0");
         row("lock U U U U U U", "lock surface removed (unlocked for 6 readings)", "hidden 0 1/1");
