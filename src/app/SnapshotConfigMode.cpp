@@ -57,6 +57,7 @@ QImage configPicture(LaunchContext& context, const SnapshotWidgetOptions& option
     config.makeGallery = [&]() -> QWidget* {
         auto* gallery = new GalleryView(faces, *symbols, context.clock);
         gallery->setTheme(theme.themed());
+        gallery->setGlass(base.glass);
         return gallery;
     };
     config.paintLockPane = [&](QPainter& painter, const QRectF& rect) {
