@@ -31,6 +31,7 @@ GalleryCard::GalleryCard(WidgetMetadata metadata, const QString& caption,
     : QFrame(parent)
     , m_metadata(std::move(metadata))
     , m_source(source)
+    , m_stage(new QWidget(this))
     , m_picker(new SizePicker(m_metadata.allowedSizes, m_metadata.defaultSize, this))
     , m_limit(new QLabel(this))
     , m_add(new QPushButton(L("gallery.add", QStringLiteral("Add")), this)) {
@@ -57,7 +58,12 @@ GalleryCard::GalleryCard(WidgetMetadata metadata, const QString& caption,
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
     column->setSpacing(4);
-    column->addSpacing(kStageHeight + 6);
+    // The preview is painted by the card over this empty slot, which holds its place in the
+    // layout whatever the style does to the card's margins.
+    m_stage->setFixedHeight(kStageHeight);
+    m_stage->setAttribute(Qt::WA_TransparentForMouseEvents);
+    column->addWidget(m_stage);
+    column->addSpacing(6);
     column->addWidget(name);
     column->addWidget(captionLabel);
     column->addSpacing(6);
@@ -113,7 +119,7 @@ QString GalleryCard::limitNote() const {
 }
 
 QRectF GalleryCard::stageRect() const {
-    return QRectF(kMargin, kMargin, width() - 2 * kMargin, kStageHeight);
+    return QRectF(m_stage->geometry());
 }
 
 qreal GalleryCard::previewScale() const {

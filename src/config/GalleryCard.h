@@ -40,7 +40,7 @@ public:
     // Repaints only when the preview's face shows something that changed between the two times.
     void timeMoved(const QDateTime& before, const QDateTime& after);
 
-    static constexpr int minimumWidth = 236;
+    static constexpr int minimumWidth = 226;
 
 Q_SIGNALS:
     void addClicked(const QString& kind);
@@ -55,6 +55,7 @@ private:
 
     WidgetMetadata m_metadata;
     const GalleryPreviewSource& m_source;
+    QWidget* m_stage;
     SizePicker* m_picker;
     QLabel* m_limit;
     QPushButton* m_add;

@@ -148,6 +148,7 @@ GalleryView::GalleryView(const FaceRegistry& faces, const SymbolProvider& symbol
     m_scroll->setWidgetResizable(true);
     m_scroll->setFrameShape(QFrame::NoFrame);
     m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_scroll->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     m_scroll->setWidget(content);
 
     m_message->setObjectName(QStringLiteral("notice"));
