@@ -2,12 +2,20 @@
 // (y up).
 #pragma once
 
+#include "ManualClock.h"
+#include "ManualScheduler.h"
 #include "displays/LayoutDisplay.h"
+#include "displays/ScreenTopologyWatcher.h"
+#include "displays/TopologyMemory.h"
 #include "model/GridLayout.h"
 #include "platform/Displays.h"
+#include "platform/null/FixedDisplays.h"
 
 #include <QRegularExpression>
+#include <QTemporaryDir>
 #include <QUuid>
+
+#include <memory>
 
 namespace tw::test {
 
@@ -101,5 +109,24 @@ inline QString positionsIn(const GridLayout& layout) {
     }
     return points.join(QLatin1String("; "));
 }
+
+// A topology memory over the given screens, on virtual time, its files in a temporary directory;
+// the watcher started.
+struct MemoryRig {
+    explicit MemoryRig(const QList<ScreenInfo>& screens)
+        : displays(screens) {
+        watcher.start();
+    }
+    QString path(const char* name) const { return dir.filePath(QLatin1String(name)); }
+    std::unique_ptr<TopologyMemory> memory() {
+        return std::make_unique<TopologyMemory>(watcher, clock, path("topology.json"));
+    }
+
+    QTemporaryDir dir;
+    ManualClock clock;
+    ManualScheduler scheduler{&clock};
+    FixedDisplays displays;
+    ScreenTopologyWatcher watcher{displays, scheduler};
+};
 
 } // namespace tw::test

@@ -1,13 +1,7 @@
 #include "DisplayFixtures.h"
 #include "GoldenFile.h"
-#include "ManualClock.h"
-#include "ManualScheduler.h"
 #include "displays/DisplayDiagnostics.h"
-#include "displays/ScreenTopologyWatcher.h"
-#include "displays/TopologyMemory.h"
-#include "platform/null/FixedDisplays.h"
 
-#include <QTemporaryDir>
 #include <QTest>
 
 namespace tw {
@@ -42,18 +36,15 @@ private Q_SLOTS:
     }
 
     void currentReportReadsTheMomentAndTheMemory() {
-        QTemporaryDir dir;
-        ManualClock clock;
-        ManualScheduler scheduler(&clock);
-        FixedDisplays displays{screensOf(QStringLiteral("A@0,0,800x600*^570=Panel"))};
-        ScreenTopologyWatcher watcher(displays, scheduler);
-        TopologyMemory memory(watcher, clock, dir.filePath(QStringLiteral("topology.json")));
+        MemoryRig rig(screensOf(QStringLiteral("A@0,0,800x600*^570=Panel")));
+        const auto memory = rig.memory();
         const GridLayout layout = layoutOf(QStringLiteral("1 small 10,500"));
-        memory.remember(layout, LayoutDisplay::currentDisplays(displays));
+        memory->remember(layout, LayoutDisplay::currentDisplays(rig.displays));
 
         QCoreApplication::setApplicationVersion(QStringLiteral("9.9"));
-        const QStringList lines =
-            DisplayDiagnostics(displays, memory).currentReport(layout).split(QLatin1Char('\n'));
+        const QStringList lines = DisplayDiagnostics(rig.displays, *memory)
+                                      .currentReport(layout)
+                                      .split(QLatin1Char('\n'));
         QCOMPARE(lines.at(1), QStringLiteral("App 9.9 · %1 · separate Spaces per display: no")
                                   .arg(QSysInfo::prettyProductName()));
         QCOMPARE(lines.at(2), QStringLiteral("Remembered display configurations: 1"));

@@ -1,18 +1,12 @@
 #include "DisplayFixtures.h"
-#include "ManualClock.h"
-#include "ManualScheduler.h"
 #include "NotAFile.h"
 #include "displays/LayoutProfileResolver.h"
-#include "displays/ScreenTopologyWatcher.h"
-#include "displays/TopologyMemory.h"
-#include "platform/null/FixedDisplays.h"
 
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace std::chrono_literals;
@@ -59,18 +53,9 @@ void writeFile(const QString& path, const QByteArray& bytes) {
     file.write(bytes);
 }
 
-struct Rig {
-    QTemporaryDir dir;
-    ManualClock clock;
-    ManualScheduler scheduler{&clock};
-    FixedDisplays displays{{screenInfo(both[0]), screenInfo(both[1])}};
-    ScreenTopologyWatcher watcher{displays, scheduler};
-
-    Rig() { watcher.start(); }
-    QString path(const char* name) const { return dir.filePath(QLatin1String(name)); }
-    std::unique_ptr<TopologyMemory> memory() {
-        return std::make_unique<TopologyMemory>(watcher, clock, path("topology.json"));
-    }
+struct Rig : MemoryRig {
+    Rig()
+        : MemoryRig({screenInfo(both[0]), screenInfo(both[1])}) {}
 };
 
 } // namespace
