@@ -104,6 +104,27 @@ private Q_SLOTS:
         QCOMPARE(view.visibleKinds(), everything);
     }
 
+    // The keyboard reaches the chips and the search: the arrow keys move the chosen chip, and
+    // focusSearch() hands the search field the keys with its text selected.
+    void keyboardReachesChipsAndSearch() {
+        GalleryView view(m_faces, m_symbols, m_clock);
+        view.show();
+        QApplication::setActiveWindow(&view);
+        QVERIFY(QTest::qWaitForWindowActive(&view));
+        const QList<QAbstractButton*> chips =
+            view.findChildren<QAbstractButton*>(QStringLiteral("chip"));
+        chips.first()->setFocus(Qt::TabFocusReason);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
+        QCOMPARE(view.category(), std::optional(WidgetCategory::system));
+        view.setQuery(QStringLiteral("cpu"));
+        view.focusSearch();
+        auto* field = view.findChild<QLineEdit*>(QStringLiteral("gallery-search"));
+        QVERIFY(field->hasFocus());
+        QTest::keyClicks(field, QStringLiteral("music"));
+        QCOMPARE(view.query(), QStringLiteral("music"));
+    }
+
     // The chosen segment is the only one checked, the preview takes that size's proportions and
     // Add asks for it.
     void sizeChoiceDrivesPreviewAndAdd_data() {
