@@ -153,11 +153,8 @@ private Q_SLOTS:
         row("clear", {{"Liquid", false}, {"Clear", true}}, "Dark Clear 0");
         row("liquid", {{"Liquid", true}, {"Clear", false}}, "Dark Liquid 0");
         row("both: liquid wins", {{"Liquid", true}, {"Clear", true}}, "Dark Liquid 0");
-        row("text that is no bool", {{"Liquid", word("yes please")}}, "Dark Frosted 0");
         row("text in capitals, with spaces", {{"Liquid", word(" TRUE ")}}, "Dark Liquid 0");
         row("strength a number", {{"Strength", 0.6}}, "Dark Frosted 0.6");
-        row("strength as text", {{"Strength", word("0.25")}}, "Dark Frosted 0.25");
-        row("strength garbage", {{"Strength", word("strong")}}, "Dark Frosted 0");
         row("strength not finite", {{"Strength", qQNaN()}}, "Dark Frosted 0");
         row("a bool is no strength", {{"Strength", true}}, "Dark Frosted 0");
     }

@@ -44,7 +44,6 @@ private Q_SLOTS:
             "100101");
         // Turning haptics on takes effect at once, and a call that felt nothing left no stamp.
         row("off", false, false, "a0 h10 on a10", "001");
-        row("off as INI word", QStringLiteral("false"), false, "a0", "0");
         row("unknown word", QStringLiteral("sometimes"), false, "a0", "1");
         row("silenced run", true, true, "a0 h100", "00");
     }
