@@ -95,7 +95,17 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
     m_instance = std::move(instance);
     if (m_instance) {
         connect(m_instance.get(), &SingleInstance::activationRequested, this,
-                [this] { showConfigWindow(); });
+                [this](const QString& section, const QString& page) {
+                    if (section.isEmpty() && page.isEmpty()) {
+                        showConfigWindow();
+                        return;
+                    }
+                    QString problem;
+                    showConfigWindow(ConfigSelection::resolve(section, page, &problem));
+                    if (!problem.isEmpty()) {
+                        qCInfo(lcApp, "%s", qPrintable(problem));
+                    }
+                });
     }
 
     m_scheduler = std::make_unique<QtScheduler>();
@@ -174,8 +184,9 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
 
 void AppDelegate::finishLaunching() {
     // 12. The status item.
-    m_status = std::make_unique<StatusBarController>(*m_controller, *m_grid,
-                                                     [this] { showConfigWindow(); });
+    m_status = std::make_unique<StatusBarController>(
+        *m_controller, *m_grid, [this] { showConfigWindow(); },
+        [this] { showConfigWindow(ConfigSelection{.section = ConfigSection::updates, .page = {}}); });
 
     // The very first start: once its window closes, the status item says what it is for.
     if (!AppSettings::hasLaunchedBefore(m_defaults)) {

@@ -19,7 +19,9 @@ std::optional<int> runDesktopHost(LaunchContext& context) {
         context.err << PlatformServices::wording().needsDisplay << '\n';
         return 1;
     }
-    auto instance = SingleInstance::claim(SingleInstance::serverName(AppPaths::appSupportDir()));
+    auto instance = SingleInstance::claim(SingleInstance::serverName(AppPaths::appSupportDir()),
+                                          qEnvironmentVariable("TKW_CONFIG_SECTION"),
+                                          qEnvironmentVariable("TKW_SETTINGS_PAGE"));
     if (!instance) {
         context.out << QStringLiteral(
             "Tarnwick is already running; its window was brought forward.\n");

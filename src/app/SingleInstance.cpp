@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QLocalSocket>
 #include <QLoggingCategory>
+#include <QRegularExpression>
 
 namespace tw {
 
@@ -12,7 +13,10 @@ Q_LOGGING_CATEGORY(lcSingleInstance, "SingleInstance")
 namespace {
 
 constexpr int kConnectTimeoutMs = 500;
-const QByteArray kShowMessage = QByteArrayLiteral("show\n");
+// "show", then the section and the page the window should open at, if any: one line.
+const QByteArray kShow = QByteArrayLiteral("show");
+// A wish is a few words; anything longer is not one.
+constexpr qint64 kMaxMessage = 256;
 
 } // namespace
 
@@ -23,11 +27,17 @@ QString SingleInstance::serverName(const QString& appSupportDir) {
                QCryptographicHash::hash(key, QCryptographicHash::Sha256).toHex().left(16));
 }
 
-std::unique_ptr<SingleInstance> SingleInstance::claim(const QString& name) {
+std::unique_ptr<SingleInstance> SingleInstance::claim(const QString& name, const QString& section,
+                                                     const QString& page) {
     QLocalSocket probe;
     probe.connectToServer(name);
     if (probe.waitForConnected(kConnectTimeoutMs)) {
-        probe.write(kShowMessage);
+        // Words cannot carry blanks or line ends; a wish that has them is no wish.
+        const auto word = [](const QString& text) {
+            return text.contains(QRegularExpression(QStringLiteral("\\s"))) ? QByteArray()
+                                                                             : text.toUtf8();
+        };
+        probe.write(kShow + ' ' + word(section) + ' ' + word(page) + '\n');
         probe.waitForBytesWritten(kConnectTimeoutMs);
         probe.disconnectFromServer();
         return nullptr;
@@ -51,8 +61,15 @@ SingleInstance::SingleInstance(std::unique_ptr<QLocalServer> server)
         while (QLocalSocket* socket = m_server->nextPendingConnection()) {
             connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
             connect(socket, &QLocalSocket::readyRead, this, [this, socket] {
-                if (socket->readAll().contains(kShowMessage.trimmed())) {
-                    Q_EMIT activationRequested();
+                if (!socket->canReadLine() && socket->bytesAvailable() < kMaxMessage) {
+                    return;
+                }
+                const QList<QByteArray> words =
+                    socket->readLine(kMaxMessage).trimmed().split(' ');
+                socket->readAll();
+                if (words.value(0) == kShow) {
+                    Q_EMIT activationRequested(QString::fromUtf8(words.value(1)),
+                                               QString::fromUtf8(words.value(2)));
                 }
             });
         }

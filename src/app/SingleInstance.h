@@ -17,12 +17,14 @@ public:
     static QString serverName(const QString& appSupportDir);
 
     // Claims `name`: null when another instance answered there (it has been asked to bring its
-    // window forward); otherwise the listening instance.
-    static std::unique_ptr<SingleInstance> claim(const QString& name);
+    // window forward, at `section` and `page` when given); otherwise the listening instance.
+    static std::unique_ptr<SingleInstance> claim(const QString& name, const QString& section = {},
+                                                 const QString& page = {});
 
 Q_SIGNALS:
-    // A second start asked for the configuration window.
-    void activationRequested();
+    // A second start asked for the configuration window, at a section and page or where it was
+    // (both empty).
+    void activationRequested(const QString& section, const QString& page);
 
 private:
     explicit SingleInstance(std::unique_ptr<QLocalServer> server);

@@ -72,17 +72,21 @@ void StatusBarController::buildMenu(QMenu& menu, const MenuState& state,
     QAction* redo = menu.addAction(L("menu.layoutRedo", QStringLiteral("Redo Layout Change")));
     redo->setEnabled(state.canRedo);
     QObject::connect(redo, &QAction::triggered, &menu, [f = actions.redo] { call(f); });
+    QObject::connect(menu.addAction(L("menu.update.check", QStringLiteral("Check for Updates…"))),
+                     &QAction::triggered, &menu, [f = actions.checkForUpdates] { call(f); });
     menu.addSeparator();
     QObject::connect(menu.addAction(L("menu.quit", QStringLiteral("Quit Tarnwick"))),
                      &QAction::triggered, &menu, [f = actions.quit] { call(f); });
 }
 
 StatusBarController::StatusBarController(DesktopController& controller, GridStore& grid,
-                                         std::function<void()> openConfig, QObject* parent)
+                                         std::function<void()> openConfig,
+                                         std::function<void()> openUpdates, QObject* parent)
     : QObject(parent)
     , m_controller(controller)
     , m_grid(grid)
     , m_openConfig(std::move(openConfig))
+    , m_openUpdates(std::move(openUpdates))
     , m_menu(std::make_unique<QMenu>()) {
     attach(*m_menu);
     if (!QSystemTrayIcon::isSystemTrayAvailable()) {
@@ -136,6 +140,7 @@ StatusBarController::MenuActions StatusBarController::actions() {
         .toggleBoard = [this] { m_controller.toggle(); },
         .undo = [this] { m_grid.undo(); },
         .redo = [this] { m_grid.redo(); },
+        .checkForUpdates = m_openUpdates,
         .quit = [] { QCoreApplication::quit(); },
     };
 }

@@ -32,16 +32,18 @@ public:
         std::function<void()> toggleBoard;
         std::function<void()> undo;
         std::function<void()> redo;
+        std::function<void()> checkForUpdates;
         std::function<void()> quit;
     };
 
     // Clears `menu` and fills it, in order: the visitors line (when widgets are parked), "Open
-    // Tarnwick…", "Show / Hide on Desktop", undo and redo of the layout, a separator, "Quit
-    // Tarnwick".
+    // Tarnwick…", "Show / Hide on Desktop", undo and redo of the layout, "Check for Updates…", a
+    // separator, "Quit Tarnwick".
     static void buildMenu(QMenu& menu, const MenuState& state, const MenuActions& actions);
 
     StatusBarController(DesktopController& controller, GridStore& grid,
-                        std::function<void()> openConfig, QObject* parent = nullptr);
+                        std::function<void()> openConfig, std::function<void()> openUpdates,
+                        QObject* parent = nullptr);
     ~StatusBarController() override;
 
     // Whether the icon stands in a tray; false where the desktop offers none.
@@ -60,6 +62,7 @@ private:
     DesktopController& m_controller;
     GridStore& m_grid;
     std::function<void()> m_openConfig;
+    std::function<void()> m_openUpdates;
     std::unique_ptr<QMenu> m_menu;
     QSystemTrayIcon* m_item = nullptr;
 };

@@ -87,6 +87,15 @@ private Q_SLOTS:
         QSignalSpy asked(first.get(), &SingleInstance::activationRequested);
         QVERIFY(!SingleInstance::claim(name));
         QTRY_COMPARE(asked.size(), 1);
+        QCOMPARE(asked.takeFirst(), (QVariantList{QString(), QString()}));
+        // It asks for the section and page it was started with; blanks cannot smuggle words.
+        QVERIFY(!SingleInstance::claim(name, QStringLiteral("appearance"), QStringLiteral("look")));
+        QTRY_COMPARE(asked.size(), 1);
+        QCOMPARE(asked.takeFirst(),
+                 (QVariantList{QStringLiteral("appearance"), QStringLiteral("look")}));
+        QVERIFY(!SingleInstance::claim(name, QStringLiteral("a b"), QStringLiteral("look")));
+        QTRY_COMPARE(asked.size(), 1);
+        QCOMPARE(asked.takeFirst(), (QVariantList{QString(), QStringLiteral("look")}));
         // Another data directory is another host.
         QTemporaryDir other;
         QVERIFY(SingleInstance::serverName(other.path()) != name);

@@ -11,6 +11,7 @@ const QStringList kBase{QStringLiteral("Open Tarnwick…"),
                         QStringLiteral("Show / Hide on Desktop"),
                         QStringLiteral("Undo Layout Change"),
                         QStringLiteral("Redo Layout Change"),
+                        QStringLiteral("Check for Updates…"),
                         QStringLiteral("—"),
                         QStringLiteral("Quit Tarnwick")};
 
@@ -27,18 +28,18 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("expected");
         QTest::addColumn<QString>("calls");
         QTest::newRow("nothing parked: starts with Open")
-            << 0 << false << false << kBase << "open toggle quit";
+            << 0 << false << false << kBase << "open toggle updates quit";
         QTest::newRow("one parked, undo")
             << 1 << true << false
             << QStringList{QStringLiteral("1 widget is parked here until its display is back")} +
                    kBase
-            << "open toggle undo quit";
+            << "open toggle undo updates quit";
         QTest::newRow("three parked, undo and redo")
             << 3 << true << true
             << QStringList{QStringLiteral(
                    "3 widgets are parked here until their display is back")} +
                    kBase
-            << "open toggle undo redo quit";
+            << "open toggle undo redo updates quit";
     }
     void menuInItsOrder() {
         QFETCH(int, visitors);
@@ -52,6 +53,7 @@ private Q_SLOTS:
                                                        .toggleBoard = record("toggle"),
                                                        .undo = record("undo"),
                                                        .redo = record("redo"),
+                                                       .checkForUpdates = record("updates"),
                                                        .quit = record("quit")};
         QMenu menu;
         StatusBarController::buildMenu(menu, {2, true, true}, actions);
