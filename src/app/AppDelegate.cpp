@@ -261,6 +261,7 @@ ConfigContext AppDelegate::makeConfigContext() {
         .displays = {},
         .version = QCoreApplication::applicationVersion(),
         .dataDirectory = AppPaths::appSupportDir(),
+        .hasTray = m_status->hasTray(),
     };
     for (const ScreenInfo& screen : m_platform.displays->screens()) {
         context.displays.append({screen.id, screen.name});

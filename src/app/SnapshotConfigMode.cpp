@@ -32,6 +32,8 @@ QImage configPicture(LaunchContext& context, const SnapshotWidgetOptions& option
                      const ConfigSelection& selection) {
     MemoryDefaults defaults;
     AppSettings settings(defaults);
+    // As a returning person sees it: the first-start guide is behind them.
+    settings.setHasSeenGuide(true);
     ThemeStore theme(defaults, context.clock, QString());
     theme.suppressPersistence();
     if (!options.themeId.isEmpty()) {

@@ -42,6 +42,8 @@ struct ConfigContext {
     QList<Display> displays = {};
     QString version = {};
     QString dataDirectory = {};
+    // Whether the panel has a tray for the status item; without one it is in the window's menu bar.
+    bool hasTray = true;
 
     // The gallery's view, made when the window needs it.
     std::function<QWidget*()> makeGallery = {};

@@ -76,6 +76,8 @@ QString ConfigPalette::styleSheet() const {
 QWidget#configWindow, QWidget#configRoot, QWidget#page, QScrollArea, QScrollArea > QWidget > QWidget { background: @window; }
 QWidget { color: @text; font-size: 13px; }
 QLabel#title { font-size: 22px; font-weight: 600; }
+QWidget#guide { background: rgba(0, 0, 0, 110); }
+QLabel#guideTitle { font-size: 18px; font-weight: 600; }
 QLabel#sectionHeading { font-size: 13px; font-weight: 600; color: @secondary; padding: 14px 4px 4px 4px; }
 QLabel#caption { color: @secondary; font-size: 12px; }
 QLabel#notice { color: @secondary; font-size: 12px; }

@@ -6,7 +6,9 @@
 #include "config/ConfigPalette.h"
 #include "config/GeneralPage.h"
 #include "config/LayoutsPage.h"
+#include "config/OnboardingView.h"
 #include "config/UpdatesPage.h"
+#include "settings/AppSettings.h"
 #include "text/L.h"
 
 #include <QEvent>
@@ -99,6 +101,18 @@ ConfigRoot::ConfigRoot(ConfigContext& context, ColorScheme scheme, QWidget* pare
 
     setColorScheme(scheme);
     m_sidebar->setCurrentRow(0);
+
+    // The guide, until it is skipped or done; a window closed on the way shows it again.
+    if (!m_context.settings.hasSeenGuide()) {
+        auto* guide = new OnboardingView(m_context.hasTray ? OnboardingView::StatusPlace::tray
+                                                           : OnboardingView::StatusPlace::menuBar,
+                                         this);
+        connect(guide, &OnboardingView::finished, this, [this, guide] {
+            m_context.settings.setHasSeenGuide(true);
+            guide->hide();
+            guide->deleteLater();
+        });
+    }
 }
 
 void ConfigRoot::setColorScheme(ColorScheme scheme) {
