@@ -27,6 +27,8 @@ Modes:
                                updates, about (default: the gallery)
   --snapshot-settings OUT.png [PAGE]  the window at a page: theme, look, displays, lock,
                                energy, language, ... (default: look)
+  --snapshot-tutorial OUT.png [STEP]  the window with the first-start guide at step 1, 2 or 3
+      --no-tray                as on a desktop without a tray
   --snapshot-widget OUT.png    draw one tile to a PNG file
       --kind KIND              the widget kind (required; --list-sizes names them)
       --size SIZE              one of the kind's sizes (default: the kind's own)

@@ -77,6 +77,7 @@ const QList<LaunchStep>& LaunchChain::steps() {
         {"--snapshot-general", 1, offscreenWidgets, &runSnapshotGeneralMode},
         {"--snapshot-config", 1, offscreenWidgets, &runSnapshotConfigMode},
         {"--snapshot-settings", 1, offscreenWidgets, &runSnapshotSettingsMode},
+        {"--snapshot-tutorial", 1, offscreenWidgets, &runSnapshotTutorialMode},
         {nullptr, 0, core, &runSnapshotTimeStep},
         {"--snapshot-widget", 1, offscreen, &runSnapshotWidgetMode},
         {"--snapshot-gallery", 1, offscreen, &runSnapshotGalleryMode},

@@ -49,11 +49,14 @@ std::optional<int> runListSizesMode(LaunchContext& context);
 // lines ending in "RESULT" and why.
 std::optional<int> runProbeSkylightMode(LaunchContext& context);
 // --snapshot-config <out.png> [section], --snapshot-settings <out.png> [page],
-// --snapshot-general <out.png> [--dark|--light] [--scale X] [--theme T]: the configuration window at
-// a section (none: the gallery) or at a settings page, 980 × 680 points.
+// --snapshot-general <out.png> [--dark|--light] [--scale X] [--theme T]: the configuration window
+// at a section (none: the gallery) or at a settings page, 980 × 680 points.
 std::optional<int> runSnapshotConfigMode(LaunchContext& context);
 std::optional<int> runSnapshotSettingsMode(LaunchContext& context);
 std::optional<int> runSnapshotGeneralMode(LaunchContext& context);
+// --snapshot-tutorial <out.png> [step] [--no-tray] [--dark|--light] [--scale X]: the window with
+// the first-start guide over it at step 1 to 3 (default 1); --no-tray as on a desktop without one.
+std::optional<int> runSnapshotTutorialMode(LaunchContext& context);
 // TWK_TIME: pins the clock for whatever follows; never ends the chain.
 std::optional<int> runSnapshotTimeStep(LaunchContext& context);
 // No mode matched: the desktop host.

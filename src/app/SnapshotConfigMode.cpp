@@ -6,6 +6,7 @@
 #include "config/ConfigRoot.h"
 #include "config/ConfigWindow.h"
 #include "config/GalleryView.h"
+#include "config/OnboardingView.h"
 #include "desktop/LockPanePreview.h"
 #include "faces/FaceContext.h"
 #include "faces/FaceRegistry.h"
@@ -27,13 +28,19 @@ namespace tw {
 
 namespace {
 
+// What the window shows over its content: the guide at a step (0 …), or nothing.
+struct Guide {
+    std::optional<int> step;
+    bool hasTray = true;
+};
+
 // The window as the host shows it, over preferences of its own that nothing writes back.
 QImage configPicture(LaunchContext& context, const SnapshotWidgetOptions& options,
-                     const ConfigSelection& selection) {
+                     const ConfigSelection& selection, const Guide& guide = {}) {
     MemoryDefaults defaults;
     AppSettings settings(defaults);
-    // As a returning person sees it: the first-start guide is behind them.
-    settings.setHasSeenGuide(true);
+    // As a returning person sees it, unless the guide is the picture.
+    settings.setHasSeenGuide(!guide.step.has_value());
     ThemeStore theme(defaults, context.clock, QString());
     theme.suppressPersistence();
     if (!options.themeId.isEmpty()) {
@@ -55,11 +62,11 @@ QImage configPicture(LaunchContext& context, const SnapshotWidgetOptions& option
         .hapticsUnavailable = PlatformServices::wording().noHaptics,
         .version = QCoreApplication::applicationVersion(),
         .dataDirectory = PlatformServices::wording().dataDirectoryDefault,
+        .hasTray = guide.hasTray,
     };
     config.makeGallery = [&]() -> QWidget* {
         auto* gallery = new GalleryView(faces, *symbols, context.clock);
         gallery->setTheme(theme.themed());
-        gallery->setGlass(base.glass);
         return gallery;
     };
     config.paintLockPane = [&](QPainter& painter, const QRectF& rect) {
@@ -74,6 +81,12 @@ QImage configPicture(LaunchContext& context, const SnapshotWidgetOptions& option
     root.select(selection);
     root.layout()->activate();
     root.select(selection);
+    if (auto* view = root.findChild<OnboardingView*>()) {
+        view->showStep(guide.step.value_or(0));
+        // Never shown, the root tells nobody of its size.
+        view->setGeometry(root.rect());
+        view->layout()->activate();
+    }
     const double ratio = options.devicePixelRatio;
     QImage picture(QSize(static_cast<int>(std::lround(root.width() * ratio)),
                          static_cast<int>(std::lround(root.height() * ratio))),
@@ -99,7 +112,8 @@ int runConfigPicture(LaunchContext& context, const QString& mode,
     if (problem.isEmpty() && page && selection.page.isEmpty()) {
         problem = QStringLiteral("unknown page \"%1\".").arg(*page);
     }
-    const QImage picture = problem.isEmpty() ? configPicture(context, options, selection) : QImage();
+    const QImage picture =
+        problem.isEmpty() ? configPicture(context, options, selection) : QImage();
     QString fields = QStringLiteral(" dark=%1").arg(options.darkField());
     if (const std::optional<QString> shown = page ? page : section) {
         fields += QStringLiteral(" page=") + *shown;
@@ -109,6 +123,27 @@ int runConfigPicture(LaunchContext& context, const QString& mode,
 
 } // namespace
 
+std::optional<int> runSnapshotTutorialMode(LaunchContext& context) {
+    const QString path = context.values.value(0);
+    const SnapshotWidgetOptions options = SnapshotWidgetOptions::parse(context.arguments);
+    QString problem = options.problem;
+    const QString raw = context.arguments.secondValue(QStringLiteral("--snapshot-tutorial"))
+                            .value_or(QStringLiteral("1"));
+    bool number = false;
+    const int step = raw.toInt(&number);
+    if (problem.isEmpty() && (!number || step < 1 || step > OnboardingView::stepCount)) {
+        problem = QStringLiteral("unknown step \"%1\"; the steps are 1 to %2.")
+                      .arg(raw)
+                      .arg(OnboardingView::stepCount);
+    }
+    const Guide guide{.step = step - 1,
+                      .hasTray = !context.arguments.has(QStringLiteral("--no-tray"))};
+    const QImage picture =
+        problem.isEmpty() ? configPicture(context, options, ConfigSelection{}, guide) : QImage();
+    return reportSnapshot(context, QStringLiteral("snapshot-tutorial"), path, picture, problem,
+                          QStringLiteral(" dark=%1 step=%2").arg(options.darkField(), raw));
+}
+
 std::optional<int> runSnapshotConfigMode(LaunchContext& context) {
     return runConfigPicture(context, QStringLiteral("snapshot-config"),
                             context.arguments.secondValue(QStringLiteral("--snapshot-config")),
@@ -116,15 +151,14 @@ std::optional<int> runSnapshotConfigMode(LaunchContext& context) {
 }
 
 std::optional<int> runSnapshotSettingsMode(LaunchContext& context) {
-    return runConfigPicture(
-        context, QStringLiteral("snapshot-settings"), std::nullopt,
-        context.arguments.secondValue(QStringLiteral("--snapshot-settings")).value_or(
-            QStringLiteral("look")));
+    return runConfigPicture(context, QStringLiteral("snapshot-settings"), std::nullopt,
+                            context.arguments.secondValue(QStringLiteral("--snapshot-settings"))
+                                .value_or(QStringLiteral("look")));
 }
 
 std::optional<int> runSnapshotGeneralMode(LaunchContext& context) {
-    return runConfigPicture(context, QStringLiteral("snapshot-general"),
-                            QStringLiteral("general"), std::nullopt);
+    return runConfigPicture(context, QStringLiteral("snapshot-general"), QStringLiteral("general"),
+                            std::nullopt);
 }
 
 } // namespace tw

@@ -191,6 +191,12 @@ private Q_SLOTS:
         row("general, light: the sidebar beside the page", "--snapshot-general OUT --light",
             "snapshot-general ok=true path=OUT dark=false page=general", QSize(1960, 1360),
             Points{}, Points{{20, 600}, {1200, 600}});
+        row("tutorial: the guide's card over the veiled window, light",
+            "--snapshot-tutorial OUT 2 --light --scale 1",
+            "snapshot-tutorial ok=true path=OUT dark=false step=2", QSize(980, 680), Points{},
+            Points{{262, 530}, {100, 530}});
+        row("tutorial: no such step", "--snapshot-tutorial OUT 4",
+            "snapshot-tutorial ok=false path=OUT dark=true step=4", QSize(), Points{}, Points{});
         row("config: unknown section", "--snapshot-config OUT nowhere",
             "snapshot-config ok=false path=OUT dark=true page=nowhere", QSize(), Points{},
             Points{});
