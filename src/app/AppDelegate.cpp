@@ -8,6 +8,7 @@
 #include "config/ConfigWindow.h"
 #include "config/GalleryView.h"
 #include "desktop/DesktopController.h"
+#include "desktop/DesktopGeometry.h"
 #include "desktop/DesktopWallpaper.h"
 #include "desktop/LockPanePreview.h"
 #include "desktop/WallpaperBackdrop.h"
@@ -16,6 +17,7 @@
 #include "faces/FaceRegistry.h"
 #include "faces/FaceContext.h"
 #include "faces/GlassLook.h"
+#include "faces/TileRenderer.h"
 #include "faces/Wallpaper.h"
 #include "faces/WallpaperRenderer.h"
 #include "grid/GridStore.h"
@@ -28,6 +30,7 @@
 #include "platform/PlatformServices.h"
 #include "platform/QtScheduler.h"
 #include "settings/AppSettings.h"
+#include "text/L.h"
 #include "tick/MinuteCoordinator.h"
 #include "tick/TickCoordinator.h"
 
@@ -35,6 +38,7 @@
 #include <QLoggingCategory>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPainter>
 #include <QWindow>
 
 namespace tw {
@@ -167,7 +171,9 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .colorScheme = m_platform.colorScheme.get(),
         .backdrop = m_backdrop.get(),
     });
-    m_controller->widgetSettingsOpener = [this](const QUuid&) { showConfigWindow(); };
+    m_controller->widgetSettingsOpener = [this](const QUuid& id) {
+        showConfigWindow(ConfigSelection{.widget = id});
+    };
 
     // 13. The panels.
     if (!m_configOnly) {
@@ -320,6 +326,43 @@ ConfigContext AppDelegate::makeConfigContext() {
         base.symbols = m_platform.symbols.get();
         (*pane)->paint(painter, rect, m_grid->layout().instances,
                        m_platform.lockScreen->unavailableReason(), base, *m_faces);
+    };
+    context.grid = m_grid.get();
+    context.registry = m_registry.get();
+    auto renderer = std::make_shared<TileRenderer>();
+    context.paintTile = [this, renderer](QPainter& painter, const QRectF& rect,
+                                         const WidgetInstance& instance) {
+        const auto definition = m_registry->definition(instance.kind);
+        if (!definition) {
+            return;
+        }
+        FaceContext base;
+        base.theme = m_theme->themed();
+        base.glass = GlassLook::from(*m_theme, m_controller->systemAppearance());
+        base.now = m_clocks.current.now();
+        base.pace = AnimationPace::paused();
+        base.symbols = m_platform.symbols.get();
+        // The tile's own content, not the gallery's samples: a countdown without a date says so.
+        base.surface = SurfaceFlags{};
+        FaceContext face = base.sizedFor(definition->metadata, instance);
+        face.devicePixelRatio = painter.device()->devicePixelRatioF();
+        renderer->paint(painter, rect, m_faces->face(instance.kind), face);
+    };
+    context.resizeWidget = [this](const QUuid& id, WidgetSize size) -> QString {
+        const auto instance = m_grid->instance(id);
+        if (!instance) {
+            return {};
+        }
+        WidgetInstance grown = *instance;
+        grown.size = size;
+        if (!DesktopGeometry::fits(m_platform.displays->screens(), grown.pixelSize())) {
+            return L("widgetPage.noRoom",
+                     QStringLiteral("%1 does not fit on any display at this scale; make the tile "
+                                    "smaller first."))
+                .arg(label(size));
+        }
+        m_controller->setWidgetSize(id, size);
+        return {};
     };
     context.undo = [this] { m_grid->undo(); };
     context.redo = [this] { m_grid->redo(); };

@@ -3,11 +3,13 @@
 #pragma once
 
 #include "look/Theme.h"
+#include "model/WidgetSize.h"
 
 #include <QList>
 #include <QSizeF>
 #include <QString>
 #include <QUrl>
+#include <QUuid>
 
 #include <functional>
 #include <optional>
@@ -20,8 +22,11 @@ namespace tw {
 
 class AppSettings;
 class Defaults;
+class GridStore;
 class LoginItem;
 class ThemeStore;
+class WidgetRegistry;
+struct WidgetInstance;
 
 struct ConfigContext {
     struct Display {
@@ -57,6 +62,15 @@ struct ConfigContext {
     // of `lockPaneSize` points; none leaves it out.
     std::function<void(QPainter&, const QRectF&)> paintLockPane = {};
     static constexpr QSizeF lockPaneSize{760, 480};
+
+    // The tiles on the desktop, for each one's own page and the list of them; without both the
+    // window leaves them out.
+    GridStore* grid = nullptr;
+    const WidgetRegistry* registry = nullptr;
+    // Draws a tile as the desktop shows it, in a rectangle of its size in points.
+    std::function<void(QPainter&, const QRectF&, const WidgetInstance&)> paintTile = {};
+    // Gives a tile another size as its context menu does; empty, or why it could not.
+    std::function<QString(const QUuid&, WidgetSize)> resizeWidget = {};
 
     // Whether a change can be kept; the page says so when it cannot.
     bool canSave() const;

@@ -4,10 +4,12 @@
 #include "config/AppearancePage.h"
 #include "config/ConfigContext.h"
 #include "config/ConfigPalette.h"
+#include "config/DesktopWidgetsPage.h"
 #include "config/GeneralPage.h"
 #include "config/LayoutsPage.h"
 #include "config/OnboardingView.h"
 #include "config/UpdatesPage.h"
+#include "config/WidgetSettingsPage.h"
 #include "settings/AppSettings.h"
 #include "text/L.h"
 
@@ -16,27 +18,18 @@
 #include <QKeySequence>
 #include <QListWidget>
 #include <QShortcut>
+#include <QSignalBlocker>
 #include <QStackedWidget>
 
 namespace tw {
 
 namespace {
 
-// Row 0 is the gallery; the sections follow in their order.
+// Row 0 is the gallery, then the tiles on the desktop where the host lists them; the sections
+// follow in their order.
 constexpr ConfigSection rowSections[] = {ConfigSection::general, ConfigSection::appearance,
                                          ConfigSection::layouts, ConfigSection::updates,
                                          ConfigSection::about};
-
-int rowOf(std::optional<ConfigSection> section) {
-    return section ? static_cast<int>(*section) + 1 : 0;
-}
-
-std::optional<ConfigSection> sectionOf(int row) {
-    if (row <= 0 || row > static_cast<int>(std::size(rowSections))) {
-        return std::nullopt;
-    }
-    return rowSections[row - 1];
-}
 
 QString sectionTitle(std::optional<ConfigSection> section) {
     if (!section) {
@@ -73,12 +66,23 @@ ConfigRoot::ConfigRoot(ConfigContext& context, ColorScheme scheme, QWidget* pare
     m_sidebar->setObjectName(QStringLiteral("sidebar"));
     m_sidebar->setFixedWidth(200);
     m_sidebar->setAccessibleName(L("config.sections", QStringLiteral("Sections")));
-    for (int row = 0; row <= static_cast<int>(std::size(rowSections)); ++row) {
-        m_sidebar->addItem(sectionTitle(sectionOf(row)));
+    m_sidebar->addItem(sectionTitle(std::nullopt));
+    if (m_context.grid && m_context.registry) {
+        m_desktopRow = 1;
+        m_sidebar->addItem(L("config.onDesktop", QStringLiteral("On the desktop")));
+    }
+    for (const ConfigSection section : rowSections) {
+        m_sidebar->addItem(sectionTitle(section));
     }
     layout->addWidget(m_sidebar);
     layout->addWidget(m_stack, 1);
     connect(m_sidebar, &QListWidget::currentRowChanged, this, &ConfigRoot::showRow);
+    // From a tile's page its row is current already, so a click on it must go back by itself.
+    connect(m_sidebar, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) {
+        if (m_sidebar->row(item) == m_desktopRow && !m_widget.isNull()) {
+            showRow(m_desktopRow);
+        }
+    });
 
     auto shortcut = [this](const QKeySequence& keys, auto slot) {
         auto* s = new QShortcut(keys, this);
@@ -167,12 +171,55 @@ QWidget* ConfigRoot::page(std::optional<ConfigSection> section) {
     return made;
 }
 
+int ConfigRoot::rowOf(std::optional<ConfigSection> section) const {
+    return section ? static_cast<int>(*section) + 1 + (m_desktopRow > 0 ? 1 : 0) : 0;
+}
+
+std::optional<ConfigSection> ConfigRoot::sectionOf(int row) const {
+    const int index = row - 1 - (m_desktopRow > 0 ? 1 : 0);
+    if (row <= 0 || row == m_desktopRow || index >= static_cast<int>(std::size(rowSections))) {
+        return std::nullopt;
+    }
+    return rowSections[index];
+}
+
 void ConfigRoot::showRow(int row) {
-    m_stack->setCurrentWidget(page(sectionOf(row)));
     m_page.clear();
+    m_widget = QUuid();
+    if (row == m_desktopRow) {
+        if (!m_desktopPage) {
+            m_desktopPage = new DesktopWidgetsPage(m_context);
+            connect(m_desktopPage, &DesktopWidgetsPage::widgetChosen, this,
+                    [this](const QUuid& id) { showWidget(id); });
+            m_stack->addWidget(m_desktopPage);
+        }
+        m_stack->setCurrentWidget(m_desktopPage);
+        return;
+    }
+    m_stack->setCurrentWidget(page(sectionOf(row)));
+}
+
+void ConfigRoot::showWidget(const QUuid& id) {
+    {
+        const QSignalBlocker quiet(m_sidebar);
+        m_sidebar->setCurrentRow(m_desktopRow);
+    }
+    // One tile's page at a time: the one before goes with its controls.
+    delete m_widgetPage;
+    m_widgetPage = new WidgetSettingsPage(m_context, id);
+    connect(m_widgetPage, &WidgetSettingsPage::backRequested, this,
+            [this] { showRow(m_desktopRow); });
+    m_stack->addWidget(m_widgetPage);
+    m_stack->setCurrentWidget(m_widgetPage);
+    m_page.clear();
+    m_widget = id;
 }
 
 void ConfigRoot::select(const ConfigSelection& selection) {
+    if (!selection.widget.isNull() && m_desktopRow > 0) {
+        showWidget(selection.widget);
+        return;
+    }
     m_sidebar->setCurrentRow(rowOf(selection.section));
     if (selection.page.isEmpty()) {
         return;
@@ -186,7 +233,7 @@ void ConfigRoot::select(const ConfigSelection& selection) {
 }
 
 ConfigSelection ConfigRoot::selection() const {
-    return {.section = sectionOf(m_sidebar->currentRow()), .page = m_page};
+    return {.section = sectionOf(m_sidebar->currentRow()), .page = m_page, .widget = m_widget};
 }
 
 void ConfigRoot::search() {

@@ -7,6 +7,8 @@
 #include "platform/ColorSchemeWatcher.h"
 
 #include <QHash>
+#include <QPointer>
+#include <QUuid>
 #include <QWidget>
 
 class QListWidget;
@@ -16,6 +18,9 @@ namespace tw {
 
 struct ConfigContext;
 class SettingsPage;
+
+class DesktopWidgetsPage;
+class WidgetSettingsPage;
 
 class ConfigRoot final : public QWidget {
     Q_OBJECT
@@ -38,6 +43,10 @@ protected:
 
 private:
     void showRow(int row);
+    // One tile's own page, under "On the desktop".
+    void showWidget(const QUuid& id);
+    int rowOf(std::optional<ConfigSection> section) const;
+    std::optional<ConfigSection> sectionOf(int row) const;
     void applyColors();
 
     ConfigContext& m_context;
@@ -47,6 +56,11 @@ private:
     // Sidebar row to its page, once made.
     QHash<int, QWidget*> m_pages;
     QString m_page;
+    // "On the desktop" where the host lists its tiles; -1 without.
+    int m_desktopRow = -1;
+    DesktopWidgetsPage* m_desktopPage = nullptr;
+    QPointer<WidgetSettingsPage> m_widgetPage;
+    QUuid m_widget;
 };
 
 } // namespace tw

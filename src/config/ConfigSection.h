@@ -3,6 +3,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <QUuid>
 
 #include <optional>
 
@@ -21,9 +22,11 @@ std::optional<ConfigSection> sectionOfPage(const QString& page);
 
 struct ConfigSelection {
     // None: the gallery.
-    std::optional<ConfigSection> section;
+    std::optional<ConfigSection> section = std::nullopt;
     // Empty: the top of the section.
-    QString page;
+    QString page = {};
+    // Set: that tile's own page, whatever the section.
+    QUuid widget = {};
 
     bool operator==(const ConfigSelection&) const = default;
 

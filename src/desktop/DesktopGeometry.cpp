@@ -123,4 +123,17 @@ QHash<QUuid, QPointF> DesktopGeometry::firstPlaces(const QList<WidgetInstance>& 
     return places;
 }
 
+bool DesktopGeometry::fits(const QList<ScreenInfo>& screens, QSizeF tileSize) {
+    const QSizeF room(tileSize.width() + 2 * Metrics::screenMargin,
+                      tileSize.height() + 2 * Metrics::screenMargin);
+    const auto holds = [&room](const QRectF& frame) {
+        return room.width() <= frame.width() && room.height() <= frame.height();
+    };
+    if (screens.isEmpty()) {
+        return holds(fallbackFrame());
+    }
+    return std::any_of(screens.begin(), screens.end(),
+                       [&holds](const ScreenInfo& screen) { return holds(screen.visibleFrame); });
+}
+
 } // namespace tw

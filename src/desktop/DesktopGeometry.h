@@ -35,6 +35,9 @@ public:
     // half the tile; the tile grown by the margin.
     static QPointF panelOrigin(const QList<ScreenInfo>& screens, QPointF tileTopLeft,
                                QSizeF tileSize);
+    // Whether some display's visible frame (the fallback without any) holds a tile this large with
+    // the screen margin around it: a size no display can hold is refused, not squeezed.
+    static bool fits(const QList<ScreenInfo>& screens, QSizeF tileSize);
 
     // Places for tiles without a desktop position, in reading order of their logical cells: the
     // cell measured from the top-left corner of `frame` when that place is free, else the first

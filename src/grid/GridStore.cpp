@@ -199,6 +199,25 @@ void GridStore::remove(const QUuid& id) {
     save();
 }
 
+void GridStore::setSetting(const QUuid& id, const QString& key, const QString& value) {
+    const int index = indexOf(id);
+    if (index < 0) {
+        return;
+    }
+    GridLayout next = m_layout;
+    WidgetInstance& instance = next.instances[index];
+    WidgetSettings settings = instance.settings.value_or(WidgetSettings());
+    if (value.isEmpty() ? settings.remove(key) == 0 : settings.value(key) == value) {
+        return;
+    }
+    if (!value.isEmpty()) {
+        settings.insert(key, value);
+    }
+    instance.settings = settings.isEmpty() ? std::nullopt : std::make_optional(settings);
+    setLayout(std::move(next));
+    save();
+}
+
 int GridStore::removeAll(const QString& kind) {
     QList<QUuid> ids;
     for (const WidgetInstance& instance : m_layout.instances) {

@@ -120,6 +120,9 @@ public:
     // Gives the tiles a new size, and with them every member of a stack any of them is in, since
     // a stack holds one size; then saves, so the change can be undone like any other.
     void setSize(const QList<QUuid>& ids, WidgetSize size);
+    // Sets one of a tile's settings (an empty value removes the key), then saves; nothing when
+    // the value is already so.
+    void setSetting(const QUuid& id, const QString& key, const QString& value);
 
     // Stacks: members sorted by stackIndex; the rhythm in seconds (0 when unknown).
     QList<WidgetInstance> stackMembers(const QUuid& stackID) const;

@@ -103,6 +103,28 @@ private Q_SLOTS:
         QCOMPARE(places.size(), 1);
         QVERIFY(places.contains(*a.stackID));
     }
+
+    // The screen margin counts on both sides; one display with room is enough.
+    void fitsSomeDisplay_data() {
+        QTest::addColumn<QList<ScreenInfo>>("screens");
+        QTest::addColumn<QSizeF>("tile");
+        QTest::addColumn<bool>("fits");
+        QTest::newRow("grand at 2.5 on the main one") << kTwo << QSizeF(1050, 780) << true;
+        QTest::newRow("exactly the main one's height less margins")
+            << kTwo << QSizeF(300, 1040 - 96) << true;
+        QTest::newRow("a point taller than that") << kTwo << QSizeF(300, 1040 - 95) << false;
+        QTest::newRow("too wide for the main, fits the second")
+            << kTwo << QSizeF(1100, 920) << true;
+        QTest::newRow("no display: the fallback")
+            << QList<ScreenInfo>{} << QSizeF(1344, 804) << true;
+        QTest::newRow("no display, too large") << QList<ScreenInfo>{} << QSizeF(1345, 300) << false;
+    }
+    void fitsSomeDisplay() {
+        QFETCH(QList<ScreenInfo>, screens);
+        QFETCH(QSizeF, tile);
+        QFETCH(bool, fits);
+        QCOMPARE(DesktopGeometry::fits(screens, tile), fits);
+    }
 };
 
 QTEST_MAIN(tst_DesktopGeometry)

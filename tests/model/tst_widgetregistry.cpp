@@ -1,5 +1,6 @@
 #include "TestRows.h"
 #include "model/CustomWidgetDefinitions.h"
+#include "model/WidgetOption.h"
 #include "model/WidgetRegistry.h"
 
 #include <QCoreApplication>
@@ -57,6 +58,38 @@ class TestWidgetRegistry : public QObject {
         bool isEmpty() const override { return false; }
     } m_keywords;
 
+private:
+    // A kind's options: only where it has settings, each key once, a default the control can show.
+    static void checkOptions(const tw::WidgetMetadata& m) {
+        QSet<QString> keys;
+        for (const tw::WidgetOption& option : tw::WidgetOption::of(m.kind)) {
+            const QString where = m.kind + QLatin1Char('.') + option.key;
+            QVERIFY2(m.hasSettings, qPrintable(where));
+            QVERIFY2(!option.key.isEmpty() && !option.title.isEmpty(), qPrintable(where));
+            QVERIFY2(!keys.contains(option.key), qPrintable(where));
+            keys.insert(option.key);
+            QSet<QString> values;
+            for (const tw::WidgetOption::Choice& choice : option.choices) {
+                QVERIFY2(!values.contains(choice.value) && !choice.title.isEmpty(),
+                         qPrintable(where));
+                values.insert(choice.value);
+            }
+            switch (option.type) {
+            case tw::WidgetOption::Type::choice:
+                QVERIFY2(values.contains(option.defaultValue), qPrintable(where));
+                break;
+            case tw::WidgetOption::Type::toggle:
+                QVERIFY2(values.isEmpty() && (option.defaultValue == QLatin1String("true") ||
+                                              option.defaultValue == QLatin1String("false")),
+                         qPrintable(where));
+                break;
+            case tw::WidgetOption::Type::text:
+                QVERIFY2(values.isEmpty(), qPrintable(where));
+                break;
+            }
+        }
+    }
+
 private Q_SLOTS:
     // Before the catalogue is first built, as the language is chosen before launch.
     void initTestCase() { QCoreApplication::installTranslator(&m_keywords); }
@@ -76,6 +109,7 @@ private Q_SLOTS:
             QVERIFY2(m.refresh.isNever() || m.refresh.interval()->count() > 0, qPrintable(m.kind));
             QVERIFY2(WidgetRegistry::maxInstances(m.kind) >= 1, qPrintable(m.kind));
             QCOMPARE(WidgetRegistry::builtInDefinition(m.kind), definition);
+            checkOptions(m);
         }
     }
 

@@ -1,0 +1,274 @@
+#include "config/WidgetSettingsPage.h"
+
+#include "config/ConfigContext.h"
+#include "config/SettingsCard.h"
+#include "config/SizePicker.h"
+#include "config/SwitchButton.h"
+#include "faces/GallerySheet.h"
+#include "grid/GridStore.h"
+#include "model/WidgetOption.h"
+#include "model/WidgetRegistry.h"
+#include "text/L.h"
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QSlider>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tw {
+
+namespace {
+
+const QString kScaleKey = QStringLiteral("tileScale");
+// Long enough for a title or a zone, short enough that a pasted page does not land in grid.json.
+constexpr int kMostText = 200;
+
+// The tile as the desktop draws it, fitted onto a piece of desktop.
+class TilePreview final : public QWidget {
+public:
+    TilePreview(const ConfigContext& context, const std::optional<WidgetInstance>& instance,
+                QWidget* parent)
+        : QWidget(parent)
+        , m_context(context)
+        , m_instance(instance) {
+        setFixedSize(300, 190);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const QRectF stage = rect();
+        QPainterPath clip;
+        clip.addRoundedRect(stage, 10, 10);
+        painter.setClipPath(clip);
+        GallerySheet::paintBackdrop(painter, stage);
+        if (!m_instance || !m_context.paintTile) {
+            return;
+        }
+        const QSizeF tile = m_instance->pixelSize();
+        const qreal s = std::min(
+            {1.0, (stage.width() - 28) / tile.width(), (stage.height() - 28) / tile.height()});
+        painter.translate(stage.center() - QPointF(tile.width(), tile.height()) * s / 2);
+        painter.scale(s, s);
+        m_context.paintTile(painter, QRectF(QPointF(0, 0), tile), *m_instance);
+    }
+
+private:
+    const ConfigContext& m_context;
+    const std::optional<WidgetInstance>& m_instance;
+};
+
+int scaleStep(double scale) {
+    return static_cast<int>(std::lround((scale - 1.0) * 20));
+}
+
+QString scaleText(int step) {
+    return QString::number(1.0 + step * 0.05, 'f', 2) + QChar(0x00D7);
+}
+
+} // namespace
+
+WidgetSettingsPage::WidgetSettingsPage(ConfigContext& context, const QUuid& id, QWidget* parent)
+    : SettingsPage(
+          [&] {
+              const auto instance = context.grid->instance(id);
+              const auto definition =
+                  instance ? context.registry->definition(instance->kind) : std::nullopt;
+              if (!definition) {
+                  return L("widget.gone", QStringLiteral("Widget"));
+              }
+              // The name that tells copies apart, where the kind has one.
+              const auto copy = WidgetRegistry::copyLabel(*instance);
+              return copy ? *copy : definition->metadata.displayName;
+          }(),
+          parent)
+    , m_context(context)
+    , m_id(id)
+    , m_instance(context.grid->instance(id)) {
+    setObjectName(QStringLiteral("widgetPage"));
+    const auto definition =
+        m_instance ? m_context.registry->definition(m_instance->kind) : std::nullopt;
+
+    auto* hero = new QFrame();
+    hero->setObjectName(QStringLiteral("card"));
+    auto* heroRow = new QHBoxLayout(hero);
+    heroRow->setContentsMargins(12, 12, 16, 12);
+    heroRow->setSpacing(16);
+    m_preview = new TilePreview(m_context, m_instance, hero);
+    heroRow->addWidget(m_preview);
+    auto* words = new QVBoxLayout();
+    words->setSpacing(4);
+    m_kind = new QLabel(hero);
+    m_kind->setObjectName(QStringLiteral("caption"));
+    m_kind->setWordWrap(true);
+    words->addWidget(m_kind);
+    words->addStretch(1);
+    auto* back =
+        new QPushButton(L("widgetPage.back", QStringLiteral("All widgets on the desktop")), hero);
+    back->setCursor(Qt::PointingHandCursor);
+    connect(back, &QPushButton::clicked, this, &WidgetSettingsPage::backRequested);
+    words->addWidget(back, 0, Qt::AlignLeft);
+    heroRow->addLayout(words, 1);
+    addWidget(hero);
+
+    const QList<WidgetSize> sizes = definition   ? definition->metadata.allowedSizes
+                                    : m_instance ? QList<WidgetSize>{m_instance->size}
+                                                 : QList<WidgetSize>{WidgetSize::small};
+    m_sizes = new SizePicker(sizes, m_instance ? m_instance->size : sizes.first());
+    // Its segments give up their width to a narrow card; here the row has room for all.
+    m_sizes->setMinimumWidth(static_cast<int>(sizes.size()) * 58);
+    m_scale = new QSlider(Qt::Horizontal);
+    m_scale->setRange(0, scaleSteps);
+    m_scale->setPageStep(5);
+    m_scale->setFixedWidth(180);
+    // One change when the knob is let go, not one for every step it passes.
+    m_scale->setTracking(false);
+    m_scaleText = new QLabel();
+    m_scaleText->setMinimumWidth(44);
+    auto* scaleRow = new QWidget();
+    auto* scaleLayout = new QHBoxLayout(scaleRow);
+    scaleLayout->setContentsMargins(0, 0, 0, 0);
+    scaleLayout->addWidget(m_scale);
+    scaleLayout->addWidget(m_scaleText);
+    m_scale->setAccessibleName(L("widgetPage.scale", QStringLiteral("Scale")));
+
+    SettingsCard* tile =
+        addGroup(QStringLiteral("tile"), L("widgetPage.tile", QStringLiteral("Tile")));
+    tile->addRow(L("widgetPage.size", QStringLiteral("Size")),
+                 L("widgetPage.sizeCaption", QStringLiteral("Columns by rows of the grid")),
+                 m_sizes);
+    tile->addRow(L("widgetPage.scale", QStringLiteral("Scale")),
+                 L("widgetPage.scaleCaption", QStringLiteral("From 1× to 2.5×, in steps of 0.05")),
+                 scaleRow);
+    connect(m_sizes, &SizePicker::sizeChanged, this, &WidgetSettingsPage::chooseSize);
+    connect(m_scale, &QSlider::valueChanged, this, &WidgetSettingsPage::chooseScale);
+    connect(m_scale, &QSlider::sliderMoved, this,
+            [this](int step) { m_scaleText->setText(scaleText(step)); });
+
+    addOptions(m_instance ? m_instance->kind : QString());
+    connect(m_context.grid, &GridStore::layoutChanged, this, &WidgetSettingsPage::refresh);
+    refresh();
+}
+
+void WidgetSettingsPage::addOptions(const QString& kind) {
+    SettingsCard* card =
+        addGroup(QStringLiteral("options"), L("widgetPage.options", QStringLiteral("Options")));
+    const QList<WidgetOption> options = WidgetOption::of(kind);
+    if (options.isEmpty()) {
+        card->addRow(
+            L("widgetPage.noOptions", QStringLiteral("This widget has no settings of its own.")),
+            QString(), nullptr);
+        return;
+    }
+    for (const WidgetOption& option : options) {
+        QWidget* control = nullptr;
+        switch (option.type) {
+        case WidgetOption::Type::choice: {
+            auto* box = new QComboBox();
+            for (const WidgetOption::Choice& choice : option.choices) {
+                box->addItem(choice.title, choice.value);
+            }
+            connect(box, &QComboBox::activated, this, [this, box, key = option.key](int index) {
+                setOption(key, box->itemData(index).toString());
+            });
+            control = box;
+            break;
+        }
+        case WidgetOption::Type::toggle: {
+            auto* toggle = new SwitchButton();
+            connect(toggle, &SwitchButton::toggled, this, [this, key = option.key](bool on) {
+                setOption(key, on ? QStringLiteral("true") : QStringLiteral("false"));
+            });
+            control = toggle;
+            break;
+        }
+        case WidgetOption::Type::text: {
+            auto* field = new QLineEdit();
+            field->setMaxLength(kMostText);
+            field->setMinimumWidth(220);
+            connect(field, &QLineEdit::editingFinished, this,
+                    [this, field, key = option.key] { setOption(key, field->text().trimmed()); });
+            control = field;
+            break;
+        }
+        }
+        control->setProperty("optionKey", option.key);
+        m_options.insert(option.key, control);
+        card->addRow(option.title, QString(), control);
+    }
+}
+
+void WidgetSettingsPage::refresh() {
+    m_instance = m_context.grid->instance(m_id);
+    widget()->setEnabled(m_instance.has_value());
+    if (!m_instance) {
+        reportProblem(
+            L("widgetPage.gone", QStringLiteral("This widget is no longer on the desktop.")));
+        return;
+    }
+    const QSignalBlocker sizes(m_sizes);
+    m_sizes->setSize(m_instance->size);
+    const int step = scaleStep(m_instance->scale());
+    {
+        const QSignalBlocker scale(m_scale);
+        m_scale->setValue(step);
+    }
+    m_scaleText->setText(scaleText(step));
+    const WidgetSettings settings = m_instance->settings.value_or(WidgetSettings());
+    for (const WidgetOption& option : WidgetOption::of(m_instance->kind)) {
+        QWidget* control = m_options.value(option.key);
+        const QString value = settings.value(option.key, option.defaultValue);
+        const QSignalBlocker blocker(control);
+        if (auto* box = qobject_cast<QComboBox*>(control)) {
+            box->setCurrentIndex(std::max(0, box->findData(value)));
+        } else if (auto* toggle = qobject_cast<SwitchButton*>(control)) {
+            toggle->setChecked(value != QLatin1String("false"));
+        } else if (auto* field = qobject_cast<QLineEdit*>(control); field && !field->hasFocus()) {
+            field->setText(value);
+        }
+    }
+    const auto definition = m_context.registry->definition(m_instance->kind);
+    m_kind->setText(QStringLiteral("%1 · %2 · %3")
+                        .arg(definition ? definition->metadata.displayName : m_instance->kind,
+                             label(m_instance->size), scaleText(step)));
+    m_preview->update();
+}
+
+void WidgetSettingsPage::chooseSize(WidgetSize size) {
+    const QString refused = m_context.resizeWidget ? m_context.resizeWidget(m_id, size) : QString();
+    if (!m_context.resizeWidget) {
+        m_context.grid->setSize({m_id}, size);
+    }
+    if (refused.isEmpty()) {
+        clearReport();
+    } else {
+        reportProblem(refused);
+    }
+    refresh();
+}
+
+void WidgetSettingsPage::chooseScale(int step) {
+    clearReport();
+    // 1× is no setting at all, as a new tile has it.
+    m_context.grid->setSetting(m_id, kScaleKey,
+                               step <= 0 ? QString() : QString::number(1.0 + step * 0.05, 'f', 2));
+    refresh();
+}
+
+void WidgetSettingsPage::setOption(const QString& key, const QString& value) {
+    clearReport();
+    m_context.grid->setSetting(m_id, key, value);
+    refresh();
+}
+
+} // namespace tw

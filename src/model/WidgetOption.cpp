@@ -1,0 +1,76 @@
+#include "model/WidgetOption.h"
+
+#include "text/L.h"
+
+namespace tw {
+
+namespace {
+
+using Type = WidgetOption::Type;
+
+WidgetOption hourFormat() {
+    return {.key = QStringLiteral("format"),
+            .title = L("option.format", QStringLiteral("Hours")),
+            .type = Type::choice,
+            .choices = {{QString(), L("option.format.auto", QStringLiteral("As the system says"))},
+                        {QStringLiteral("12"), L("option.format.12", QStringLiteral("12-hour"))},
+                        {QStringLiteral("24"), L("option.format.24", QStringLiteral("24-hour"))}},
+            .defaultValue = QString()};
+}
+
+// The time zone as an identifier ("Europe/Paris"); blank is the system's own.
+WidgetOption zone() {
+    return {.key = QStringLiteral("zone"),
+            .title = L("option.zone", QStringLiteral("Time zone")),
+            .type = Type::text,
+            .choices = {},
+            .defaultValue = QString()};
+}
+
+WidgetOption clockStyle() {
+    return {
+        .key = QStringLiteral("style"),
+        .title = L("option.style", QStringLiteral("Style")),
+        .type = Type::choice,
+        .choices = {{QStringLiteral("digital"),
+                     L("option.style.digital", QStringLiteral("Digital"))},
+                    {QStringLiteral("analog"), L("option.style.analog", QStringLiteral("Analog"))}},
+        .defaultValue = QStringLiteral("digital")};
+}
+
+WidgetOption seconds() {
+    return {.key = QStringLiteral("seconds"),
+            .title = L("option.seconds", QStringLiteral("Show seconds")),
+            .type = Type::toggle,
+            .choices = {},
+            .defaultValue = QStringLiteral("true")};
+}
+
+WidgetOption text(const QString& key, const QString& title) {
+    return {.key = key, .title = title, .type = Type::text, .choices = {}, .defaultValue = {}};
+}
+
+} // namespace
+
+QList<WidgetOption> WidgetOption::of(const QString& kind) {
+    if (kind == QLatin1String("clock") || kind == QLatin1String("analogclock")) {
+        return {clockStyle(), seconds(), hourFormat(), zone()};
+    }
+    if (kind == QLatin1String("simpleclock") || kind == QLatin1String("flipclock")) {
+        return {hourFormat(), zone()};
+    }
+    if (kind == QLatin1String("wordclock")) {
+        return {zone()};
+    }
+    if (kind == QLatin1String("dayprogress")) {
+        return {hourFormat()};
+    }
+    if (kind == QLatin1String("countdown")) {
+        return {text(QStringLiteral("title"), L("option.title", QStringLiteral("Title"))),
+                text(QStringLiteral("target"),
+                     L("option.target", QStringLiteral("Counts down to (YYYY-MM-DD)")))};
+    }
+    return {};
+}
+
+} // namespace tw

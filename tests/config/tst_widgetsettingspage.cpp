@@ -1,0 +1,155 @@
+#include "../grid/GridFixture.h"
+#include "config/ConfigContext.h"
+#include "config/ConfigRoot.h"
+#include "config/DesktopWidgetsPage.h"
+#include "config/SizePicker.h"
+#include "config/SwitchButton.h"
+#include "config/WidgetSettingsPage.h"
+#include "look/ThemeStore.h"
+#include "settings/AppSettings.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QSlider>
+#include <QStackedWidget>
+#include <QTest>
+
+using namespace tw;
+using namespace tw::test;
+
+namespace {
+
+// A tile's page over a real store in a temporary directory; resizing goes straight to the store
+// unless a refusal is given.
+struct Rig {
+    GridFixture grid;
+    std::unique_ptr<GridStore> store = grid.fileStore(QStringLiteral("grid.json"));
+    AppSettings settings{grid.defaults};
+    ThemeStore theme{grid.defaults, grid.clock, QString()};
+    QString refusal;
+    ConfigContext context{.settings = settings, .theme = theme, .defaults = grid.defaults};
+
+    Rig() {
+        context.grid = store.get();
+        context.registry = &grid.registry;
+        context.resizeWidget = [this](const QUuid& id, WidgetSize size) {
+            if (refusal.isEmpty()) {
+                store->setSize({id}, size);
+            }
+            return refusal;
+        };
+    }
+    QUuid add(const QString& kind, WidgetSize size) {
+        grid.pause();
+        return store->addFree(kind, size)->id;
+    }
+    WidgetInstance tile(const QUuid& id) const { return *store->instance(id); }
+    QString setting(const QUuid& id, const QString& key) const {
+        return tile(id).settings.value_or(WidgetSettings()).value(key);
+    }
+    // Each change a step of history of its own.
+    bool undo() {
+        grid.pause();
+        return store->undo();
+    }
+};
+
+void pickSize(WidgetSettingsPage& page, WidgetSize size) {
+    const auto index = page.sizePicker()->sizes().indexOf(size);
+    page.sizePicker()->findChildren<QAbstractButton*>().at(index)->click();
+}
+
+} // namespace
+
+class tst_WidgetSettingsPage : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    // Size, scale and the kind's own options reach the store, and undo takes each back one by
+    // one, the page following.
+    void changesReachTheStoreAndUndo() {
+        Rig rig;
+        const QUuid id = rig.add(QStringLiteral("clock"), WidgetSize::large);
+        WidgetSettingsPage page(rig.context, id);
+
+        rig.grid.pause();
+        pickSize(page, WidgetSize::wide);
+        QCOMPARE(rig.tile(id).size, WidgetSize::wide);
+
+        rig.grid.pause();
+        page.scaleSlider()->setValue(10);
+        QCOMPARE(rig.setting(id, QStringLiteral("tileScale")), QStringLiteral("1.50"));
+
+        rig.grid.pause();
+        auto* style = qobject_cast<QComboBox*>(page.optionControl(QStringLiteral("style")));
+        QVERIFY(style);
+        QCOMPARE(style->currentData().toString(), QStringLiteral("digital"));
+        style->activated(style->findData(QStringLiteral("analog")));
+        QCOMPARE(rig.setting(id, QStringLiteral("style")), QStringLiteral("analog"));
+
+        rig.grid.pause();
+        auto* seconds = qobject_cast<SwitchButton*>(page.optionControl(QStringLiteral("seconds")));
+        QVERIFY(seconds && seconds->isChecked());
+        seconds->click();
+        QCOMPARE(rig.setting(id, QStringLiteral("seconds")), QStringLiteral("false"));
+
+        rig.grid.pause();
+        auto* zone = qobject_cast<QLineEdit*>(page.optionControl(QStringLiteral("zone")));
+        zone->setText(QStringLiteral("  Europe/Paris "));
+        zone->editingFinished();
+        QCOMPARE(rig.setting(id, QStringLiteral("zone")), QStringLiteral("Europe/Paris"));
+        QVERIFY(rig.grid.savedAsLive(*rig.store));
+
+        QVERIFY(rig.undo());
+        QVERIFY(rig.undo());
+        QVERIFY(seconds->isChecked());
+        QVERIFY(rig.undo());
+        QCOMPARE(style->currentData().toString(), QStringLiteral("digital"));
+        QVERIFY(rig.undo());
+        QCOMPARE(page.scaleSlider()->value(), 0);
+        QVERIFY(rig.undo());
+        QCOMPARE(rig.tile(id).size, WidgetSize::large);
+        QCOMPARE(page.sizePicker()->size(), WidgetSize::large);
+        QVERIFY(!rig.tile(id).settings);
+    }
+
+    void refusedSizeSaysWhyAndStays() {
+        Rig rig;
+        const QUuid id = rig.add(QStringLiteral("clock"), WidgetSize::small);
+        WidgetSettingsPage page(rig.context, id);
+        rig.refusal = QStringLiteral("No room.");
+        pickSize(page, WidgetSize::wideTall);
+        QCOMPARE(page.report(), rig.refusal);
+        QCOMPARE(page.sizePicker()->size(), WidgetSize::small);
+        QCOMPARE(rig.tile(id).size, WidgetSize::small);
+    }
+
+    // The sidebar's list names each tile, opens its page, and follows removals; the page of a
+    // removed tile says it is gone.
+    void desktopListOpensPages() {
+        Rig rig;
+        const QUuid clock = rig.add(QStringLiteral("clock"), WidgetSize::large);
+        rig.add(QStringLiteral("trash"), WidgetSize::small);
+        ConfigRoot root(rig.context, ColorScheme::Dark);
+        auto* sidebar = root.findChild<QListWidget*>();
+        QCOMPARE(sidebar->item(1)->text(), QStringLiteral("On the desktop"));
+        sidebar->setCurrentRow(1);
+        auto* list = root.findChild<DesktopWidgetsPage*>();
+        QCOMPARE(list->rowTitles(),
+                 (QStringList{QStringLiteral("Clock"), QStringLiteral("Trash")}));
+
+        root.select({.widget = clock});
+        auto* stack = root.findChild<QStackedWidget*>();
+        auto* page = qobject_cast<WidgetSettingsPage*>(stack->currentWidget());
+        QVERIFY(page && page->widgetID() == clock);
+        QCOMPARE(root.selection().widget, clock);
+
+        rig.store->remove(clock);
+        QCOMPARE(list->rowTitles(), QStringList{QStringLiteral("Trash")});
+        QVERIFY(!page->report().isEmpty());
+    }
+};
+
+QTEST_MAIN(tst_WidgetSettingsPage)
+#include "tst_widgetsettingspage.moc"
