@@ -348,21 +348,12 @@ ConfigContext AppDelegate::makeConfigContext() {
         face.devicePixelRatio = painter.device()->devicePixelRatioF();
         renderer->paint(painter, rect, m_faces->face(instance.kind), face);
     };
-    context.resizeWidget = [this](const QUuid& id, WidgetSize size) -> QString {
-        const auto instance = m_grid->instance(id);
-        if (!instance) {
-            return {};
-        }
-        WidgetInstance grown = *instance;
-        grown.size = size;
-        if (!DesktopGeometry::fits(m_platform.displays->screens(), grown.pixelSize())) {
-            return L("widgetPage.noRoom",
-                     QStringLiteral("%1 does not fit on any display at this scale; make the tile "
-                                    "smaller first."))
-                .arg(label(size));
-        }
+    context.ticker = m_ticker.get();
+    context.resizeWidget = [this](const QUuid& id, WidgetSize size) {
         m_controller->setWidgetSize(id, size);
-        return {};
+    };
+    context.tileFits = [this](const QSizeF& tile) {
+        return DesktopGeometry::fits(m_platform.displays->screens(), tile);
     };
     context.undo = [this] { m_grid->undo(); };
     context.redo = [this] { m_grid->redo(); };

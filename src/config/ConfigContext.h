@@ -25,6 +25,7 @@ class Defaults;
 class GridStore;
 class LoginItem;
 class ThemeStore;
+class TickCoordinator;
 class WidgetRegistry;
 struct WidgetInstance;
 
@@ -69,8 +70,12 @@ struct ConfigContext {
     const WidgetRegistry* registry = nullptr;
     // Draws a tile as the desktop shows it, in a rectangle of its size in points.
     std::function<void(QPainter&, const QRectF&, const WidgetInstance&)> paintTile = {};
-    // Gives a tile another size as its context menu does; empty, or why it could not.
-    std::function<QString(const QUuid&, WidgetSize)> resizeWidget = {};
+    // The tick the window's previews follow while it is on screen; none leaves them still.
+    TickCoordinator* ticker = nullptr;
+    // Gives a tile another size as its context menu does (its neighbours make way).
+    std::function<void(const QUuid&, WidgetSize)> resizeWidget = {};
+    // Whether a tile this large, in points, fits on some display; none takes every size.
+    std::function<bool(const QSizeF&)> tileFits = {};
 
     // Whether a change can be kept; the page says so when it cannot.
     bool canSave() const;

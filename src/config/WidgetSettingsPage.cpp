@@ -9,6 +9,7 @@
 #include "model/WidgetOption.h"
 #include "model/WidgetRegistry.h"
 #include "text/L.h"
+#include "tick/TickCoordinator.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -157,6 +158,13 @@ WidgetSettingsPage::WidgetSettingsPage(ConfigContext& context, const QUuid& id, 
 
     addOptions(m_instance ? m_instance->kind : QString());
     connect(m_context.grid, &GridStore::layoutChanged, this, &WidgetSettingsPage::refresh);
+    if (m_context.ticker) {
+        connect(m_context.ticker, &TickCoordinator::nowChanged, m_preview, [this] {
+            if (!m_preview->visibleRegion().isEmpty()) {
+                m_preview->update();
+            }
+        });
+    }
     refresh();
 }
 
@@ -244,24 +252,49 @@ void WidgetSettingsPage::refresh() {
     m_preview->update();
 }
 
-void WidgetSettingsPage::chooseSize(WidgetSize size) {
-    const QString refused = m_context.resizeWidget ? m_context.resizeWidget(m_id, size) : QString();
-    if (!m_context.resizeWidget) {
-        m_context.grid->setSize({m_id}, size);
-    }
-    if (refused.isEmpty()) {
+bool WidgetSettingsPage::refuseUnfit(const WidgetInstance& changed) {
+    if (!m_context.tileFits || m_context.tileFits(changed.pixelSize())) {
         clearReport();
+        return false;
+    }
+    reportProblem(L("widgetPage.noRoom",
+                    QStringLiteral("%1 at %2 does not fit on any display; make the tile smaller "
+                                   "first."))
+                      .arg(label(changed.size), scaleText(scaleStep(changed.scale()))));
+    refresh();
+    return true;
+}
+
+void WidgetSettingsPage::chooseSize(WidgetSize size) {
+    if (!m_instance) {
+        return;
+    }
+    WidgetInstance changed = *m_instance;
+    changed.size = size;
+    if (refuseUnfit(changed)) {
+        return;
+    }
+    if (m_context.resizeWidget) {
+        m_context.resizeWidget(m_id, size);
     } else {
-        reportProblem(refused);
+        m_context.grid->setSize({m_id}, size);
     }
     refresh();
 }
 
 void WidgetSettingsPage::chooseScale(int step) {
-    clearReport();
+    if (!m_instance) {
+        return;
+    }
     // 1× is no setting at all, as a new tile has it.
-    m_context.grid->setSetting(m_id, kScaleKey,
-                               step <= 0 ? QString() : QString::number(1.0 + step * 0.05, 'f', 2));
+    const QString value = step <= 0 ? QString() : QString::number(1.0 + step * 0.05, 'f', 2);
+    WidgetInstance changed = *m_instance;
+    changed.settings = changed.settings.value_or(WidgetSettings());
+    changed.settings->insert(kScaleKey, value);
+    if (refuseUnfit(changed)) {
+        return;
+    }
+    m_context.grid->setSetting(m_id, kScaleKey, value);
     refresh();
 }
 

@@ -42,6 +42,8 @@ Q_SIGNALS:
 private:
     // Shows the store's state of the tile without writing anything back.
     void refresh();
+    // Says why a tile changed so would fit on no display, and shows it as it stays.
+    bool refuseUnfit(const WidgetInstance& changed);
     void chooseSize(WidgetSize size);
     void chooseScale(int step);
     void setOption(const QString& key, const QString& value);
