@@ -256,6 +256,16 @@ void AppDelegate::showConfigWindow(const std::optional<ConfigSelection>& selecti
     }
 }
 
+FaceContext AppDelegate::stillContext() const {
+    FaceContext base;
+    base.theme = m_theme->themed();
+    base.glass = GlassLook::from(*m_theme, m_controller->systemAppearance());
+    base.now = m_clocks.current.now();
+    base.pace = AnimationPace::paused();
+    base.symbols = m_platform.symbols.get();
+    return base;
+}
+
 ConfigContext AppDelegate::makeConfigContext() {
     ConfigContext context{
         .settings = *m_settings,
@@ -314,16 +324,11 @@ ConfigContext AppDelegate::makeConfigContext() {
                                                              display.size().toSize()),
                           display.size());
         }
-        FaceContext base;
-        base.theme = m_theme->themed();
-        base.glass = GlassLook::from(*m_theme, m_controller->systemAppearance());
+        FaceContext base = stillContext();
         // The pane wears the window's shade, not the tiles'.
         base.glass.shade = m_platform.colorScheme->colorScheme() == ColorScheme::Light
                                ? GlassLook::Shade::Light
                                : GlassLook::Shade::Dark;
-        base.now = m_clocks.current.now();
-        base.pace = AnimationPace::paused();
-        base.symbols = m_platform.symbols.get();
         (*pane)->paint(painter, rect, m_grid->layout().instances,
                        m_platform.lockScreen->unavailableReason(), base, *m_faces);
     };
@@ -336,12 +341,7 @@ ConfigContext AppDelegate::makeConfigContext() {
         if (!definition) {
             return;
         }
-        FaceContext base;
-        base.theme = m_theme->themed();
-        base.glass = GlassLook::from(*m_theme, m_controller->systemAppearance());
-        base.now = m_clocks.current.now();
-        base.pace = AnimationPace::paused();
-        base.symbols = m_platform.symbols.get();
+        FaceContext base = stillContext();
         // The tile's own content, not the gallery's samples: a countdown without a date says so.
         base.surface = SurfaceFlags{};
         FaceContext face = base.sizedFor(definition->metadata, instance);
@@ -355,6 +355,31 @@ ConfigContext AppDelegate::makeConfigContext() {
     context.tileFits = [this](const QSizeF& tile) {
         return DesktopGeometry::fits(m_platform.displays->screens(), tile);
     };
+    // The processor share is measured between two reports.
+    auto last = std::make_shared<std::pair<std::chrono::nanoseconds, std::chrono::nanoseconds>>(
+        m_platform.usage->processorTime(), m_clocks.system.uptime());
+    context.cost = [this, last] {
+        ConfigContext::Cost cost;
+        const std::chrono::nanoseconds processor = m_platform.usage->processorTime();
+        const std::chrono::nanoseconds uptime = m_clocks.system.uptime();
+        if (uptime > last->second) {
+            cost.processorPercent = 100.0 * static_cast<double>((processor - last->first).count()) /
+                                    static_cast<double>((uptime - last->second).count());
+        }
+        *last = {processor, uptime};
+        cost.memoryBytes = m_platform.usage->residentBytes();
+        for (const PaintLedger::Cost& tile : m_controller->paintLedger().lastMinute(uptime)) {
+            const std::optional<WidgetInstance> instance = m_grid->instance(tile.id);
+            const auto definition =
+                m_registry->definition(instance ? instance->kind : QString());
+            cost.tiles.append({definition ? definition->metadata.displayName
+                                          : tile.id.toString(QUuid::WithoutBraces),
+                               std::chrono::duration<double, std::milli>(tile.spent).count(),
+                               tile.paints});
+        }
+        return cost;
+    };
+    context.scheduler = m_scheduler.get();
     context.undo = [this] { m_grid->undo(); };
     context.redo = [this] { m_grid->redo(); };
     context.open = [this](const QUrl& url) { return m_platform.workspace->open(url).isSuccess(); };

@@ -18,6 +18,7 @@ namespace tw {
 class AppSettings;
 class ConfigWindow;
 struct ConfigContext;
+struct FaceContext;
 class Defaults;
 class DesktopController;
 class WallpaperBackdrop;
@@ -80,6 +81,8 @@ private:
     void finishLaunching();
     void makeMainMenu();
     ConfigContext makeConfigContext();
+    // The desktop's look and time, still: for tiles drawn inside the window.
+    FaceContext stillContext() const;
 
     Defaults& m_defaults;
     Clocks m_clocks;

@@ -2,6 +2,9 @@
 #pragma once
 
 #include "config/SettingsPage.h"
+#include "platform/ScheduledTask.h"
+
+class QLabel;
 
 namespace tw {
 
@@ -11,6 +14,20 @@ class AboutPage final : public SettingsPage {
     Q_OBJECT
 public:
     explicit AboutPage(ConfigContext& context, QWidget* parent = nullptr);
+
+    // Reads the figures again.
+    void refreshCost();
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    ConfigContext& m_context;
+    QLabel* m_processor = nullptr;
+    QLabel* m_memory = nullptr;
+    QLabel* m_tiles = nullptr;
+    ScheduledTask m_refresh;
 };
 
 } // namespace tw

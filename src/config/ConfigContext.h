@@ -24,6 +24,7 @@ class AppSettings;
 class Defaults;
 class GridStore;
 class LoginItem;
+class Scheduler;
 class ThemeStore;
 class TickCoordinator;
 class WidgetRegistry;
@@ -33,6 +34,19 @@ struct ConfigContext {
     struct Display {
         QString id;
         QString name;
+    };
+    // What the program costs now, for the About section.
+    struct Cost {
+        struct Tile {
+            QString name;
+            double milliseconds = 0;
+            int paints = 0;
+        };
+        // Of one core since the previous report; negative until there is one.
+        double processorPercent = -1;
+        qint64 memoryBytes = 0;
+        // The tiles' drawing in the last minute, the costliest first.
+        QList<Tile> tiles;
     };
 
     AppSettings& settings;
@@ -62,6 +76,9 @@ struct ConfigContext {
     // The lock screen's pane (the preview with the widgets and whether they show) in a rectangle
     // of `lockPaneSize` points; none leaves it out.
     std::function<void(QPainter&, const QRectF&)> paintLockPane = {};
+    // Asked every two seconds while the About section is on screen; none leaves the figures out.
+    std::function<Cost()> cost = {};
+    Scheduler* scheduler = nullptr;
     static constexpr QSizeF lockPaneSize{760, 480};
 
     // The tiles on the desktop, for each one's own page and the list of them; without both the

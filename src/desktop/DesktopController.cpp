@@ -1,4 +1,5 @@
 #include "desktop/DesktopController.h"
+#include "platform/Clock.h"
 
 #include "desktop/PanelContextMenu.h"
 #include "grid/GridStore.h"
@@ -191,6 +192,9 @@ void DesktopController::spawn(const WidgetInstance& instance) {
                   static_cast<int>(std::lround(size.height())));
     panel->setFrameOrigin(m_placement.origin(instance));
     panel->setBackdropSource(m_services.backdrop, &m_lenses);
+    panel->onPainted = [this, id](std::chrono::nanoseconds spent) {
+        m_paints.record(id, spent, m_services.clock.uptime());
+    };
 
     panel->snapCandidates = [this, id] {
         QList<QRectF> rects;

@@ -16,6 +16,7 @@
 #include "grid/StackScrollGesture.h"
 #include "look/ThemeStore.h"
 #include "platform/ScheduledTask.h"
+#include "tick/PaintLedger.h"
 
 #include <QHash>
 #include <QObject>
@@ -97,6 +98,8 @@ public:
 
     DisplayFollower& displayFollower() { return m_follower; }
     const DisplayFollower& displayFollower() const { return m_follower; }
+    // What drawing each tile has cost in the last minute.
+    PaintLedger& paintLedger() { return m_paints; }
     ThemeStore::SystemAppearance systemAppearance() const { return m_content.systemAppearance(); }
 
     // The tile's context menu (the caller owns it) and what it does.
@@ -140,6 +143,7 @@ private:
     TileRenderer m_renderer;
     LiquidCache m_lensCache;
     LiquidRenderQueue m_lenses;
+    PaintLedger m_paints;
     std::map<QUuid, DesktopTile> m_tiles;
     QHash<QObject*, QUuid> m_windows;
     StackScrollGesture m_stackScroll;

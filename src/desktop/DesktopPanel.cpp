@@ -272,10 +272,18 @@ void DesktopPanel::paintEvent(QPaintEvent* event) {
     if (m_face == nullptr) {
         return;
     }
+    const std::chrono::nanoseconds start = m_clock.uptime();
+    paintTile(event->rect());
+    if (onPainted) {
+        onPainted(m_clock.uptime() - start);
+    }
+}
+
+void DesktopPanel::paintTile(const QRect& dirty) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setCompositionMode(QPainter::CompositionMode_Source);
-    painter.fillRect(event->rect(), Qt::transparent);
+    painter.fillRect(dirty, Qt::transparent);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     if (m_context.devicePixelRatio != devicePixelRatioF()) {
         m_context.devicePixelRatio = devicePixelRatioF();

@@ -91,6 +91,8 @@ public:
     // when the click was used.
     std::function<bool(QPointF)> onPlainClick;
     std::function<bool(const StackScrollGesture::Event&)> onScroll;
+    // After each paint, with the time it took.
+    std::function<void(std::chrono::nanoseconds)> onPainted;
 
 Q_SIGNALS:
     // A slide reached its end.
@@ -111,6 +113,7 @@ protected:
     void moveEvent(QMoveEvent* event) override;
 
 private:
+    void paintTile(const QRect& dirty);
     QRect tileRectInWidget() const;
     void paintStackIndicator(QPainter& painter) const;
     void setHovered(bool hovered);

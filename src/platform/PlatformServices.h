@@ -10,6 +10,7 @@
 #include "platform/LockScreenSurface.h"
 #include "platform/LoginItem.h"
 #include "platform/Notifications.h"
+#include "platform/ProcessUsage.h"
 #include "platform/Relauncher.h"
 #include "platform/SymbolProvider.h"
 #include "platform/Workspace.h"
@@ -31,6 +32,7 @@ struct PlatformServices {
     std::unique_ptr<DesktopPicture> picture;
     std::unique_ptr<LockScreenSurface> lockScreen;
     std::unique_ptr<LoginItem> loginItem;
+    std::unique_ptr<ProcessUsage> usage;
 
     // The desktop host's services, every one set; needs the running QApplication.
     static PlatformServices make();

@@ -8,6 +8,7 @@
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/MaterialSymbolProvider.h"
 #include "platform/linux/PortalColorScheme.h"
+#include "platform/linux/ProcProcessUsage.h"
 #include "platform/linux/QtDisplays.h"
 #include "platform/linux/ShellRelauncher.h"
 #include "platform/linux/X11DesktopWindowing.h"
@@ -26,6 +27,7 @@ PlatformServices PlatformServices::make() {
     services.picture = LinuxDesktopPicture::create();
     services.lockScreen = makeLockScreenSurface();
     services.loginItem = XdgAutostart::forThisProgram();
+    services.usage = std::make_unique<ProcProcessUsage>();
     return services;
 }
 
