@@ -1,4 +1,5 @@
 #include "app/LaunchModes.h"
+#include "app/WidgetPicture.h"
 #include "app/SnapshotReport.h"
 #include "app/SnapshotWidgetOptions.h"
 #include "config/ConfigPalette.h"
@@ -37,12 +38,7 @@ QImage browsePicture(const SnapshotWidgetOptions& options, ColorScheme scheme, c
     page.ensurePolished();
     layout->activate();
 
-    const double ratio = options.devicePixelRatio;
-    QImage picture((QSizeF(page.size()) * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
-    picture.setDevicePixelRatio(ratio);
-    picture.fill(colours.window);
-    page.render(&picture);
-    return picture;
+    return pictureOf(page, options.devicePixelRatio, colours.window);
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "app/LaunchModes.h"
+#include "app/WidgetPicture.h"
 #include "app/SceneWidgets.h"
 #include "app/SnapshotReport.h"
 #include "app/SnapshotWidgetOptions.h"
@@ -87,14 +88,7 @@ QImage configPicture(LaunchContext& context, const SnapshotWidgetOptions& option
         view->setGeometry(root.rect());
         view->layout()->activate();
     }
-    const double ratio = options.devicePixelRatio;
-    QImage picture(QSize(static_cast<int>(std::lround(root.width() * ratio)),
-                         static_cast<int>(std::lround(root.height() * ratio))),
-                   QImage::Format_ARGB32_Premultiplied);
-    picture.setDevicePixelRatio(ratio);
-    picture.fill(Qt::transparent);
-    root.render(&picture);
-    return picture;
+    return pictureOf(root, options.devicePixelRatio, Qt::transparent);
 }
 
 int runConfigPicture(LaunchContext& context, const QString& mode,

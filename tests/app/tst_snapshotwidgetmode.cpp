@@ -191,6 +191,10 @@ private Q_SLOTS:
         row("general, light: the sidebar beside the page", "--snapshot-general OUT --light",
             "snapshot-general ok=true path=OUT dark=false page=general", QSize(1960, 1360),
             Points{}, Points{{20, 600}, {1200, 600}});
+        row("general at half a pixel a point: the whole window, smaller",
+            "--snapshot-general OUT --scale 0.5",
+            "snapshot-general ok=true path=OUT dark=true page=general", QSize(490, 340), Points{},
+            Points{{20, 300}, {150, 300}});
         row("tutorial: the guide's card over the veiled window, light",
             "--snapshot-tutorial OUT 2 --light --scale 1",
             "snapshot-tutorial ok=true path=OUT dark=false step=2", QSize(980, 680), Points{},
