@@ -14,8 +14,8 @@
 #include "desktop/WallpaperBackdrop.h"
 #include "displays/ScreenTopologyWatcher.h"
 #include "displays/TopologyMemory.h"
-#include "faces/FaceRegistry.h"
 #include "faces/FaceContext.h"
+#include "faces/FaceRegistry.h"
 #include "faces/GlassLook.h"
 #include "faces/TileRenderer.h"
 #include "faces/Wallpaper.h"
@@ -192,7 +192,9 @@ void AppDelegate::finishLaunching() {
     // 12. The status item.
     m_status = std::make_unique<StatusBarController>(
         *m_controller, *m_grid, [this] { showConfigWindow(); },
-        [this] { showConfigWindow(ConfigSelection{.section = ConfigSection::updates, .page = {}}); });
+        [this] {
+            showConfigWindow(ConfigSelection{.section = ConfigSection::updates, .page = {}});
+        });
 
     // The very first start: once its window closes, the status item says what it is for.
     if (!AppSettings::hasLaunchedBefore(m_defaults)) {
@@ -316,13 +318,12 @@ ConfigContext AppDelegate::makeConfigContext() {
         const QList<ScreenInfo> screens = m_platform.displays->screens();
         const QRectF display = screens.isEmpty() ? QRectF(0, 0, 1440, 900) : screens.first().frame;
         if (!*pane) {
-            const std::optional<GlassBackdrop> behind =
-                m_backdrop->behind(display.toAlignedRect());
-            pane->emplace(behind ? behind->sharp
-                                 : WallpaperRenderer::render(*Wallpaper::find(QStringLiteral(
-                                                                 "lagoon")),
-                                                             display.size().toSize()),
-                          display.size());
+            const std::optional<GlassBackdrop> behind = m_backdrop->behind(display.toAlignedRect());
+            pane->emplace(
+                behind ? behind->sharp
+                       : WallpaperRenderer::render(*Wallpaper::find(QStringLiteral("lagoon")),
+                                                   display.size().toSize()),
+                display.size());
         }
         FaceContext base = stillContext();
         // The pane wears the window's shade, not the tiles'.
@@ -370,8 +371,7 @@ ConfigContext AppDelegate::makeConfigContext() {
         cost.memoryBytes = m_platform.usage->residentBytes();
         for (const PaintLedger::Cost& tile : m_controller->paintLedger().lastMinute(uptime)) {
             const std::optional<WidgetInstance> instance = m_grid->instance(tile.id);
-            const auto definition =
-                m_registry->definition(instance ? instance->kind : QString());
+            const auto definition = m_registry->definition(instance ? instance->kind : QString());
             cost.tiles.append({definition ? definition->metadata.displayName
                                           : tile.id.toString(QUuid::WithoutBraces),
                                std::chrono::duration<double, std::milli>(tile.spent).count(),

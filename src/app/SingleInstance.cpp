@@ -28,14 +28,14 @@ QString SingleInstance::serverName(const QString& appSupportDir) {
 }
 
 std::unique_ptr<SingleInstance> SingleInstance::claim(const QString& name, const QString& section,
-                                                     const QString& page) {
+                                                      const QString& page) {
     QLocalSocket probe;
     probe.connectToServer(name);
     if (probe.waitForConnected(kConnectTimeoutMs)) {
         // Words cannot carry blanks or line ends; a wish that has them is no wish.
         const auto word = [](const QString& text) {
             return text.contains(QRegularExpression(QStringLiteral("\\s"))) ? QByteArray()
-                                                                             : text.toUtf8();
+                                                                            : text.toUtf8();
         };
         probe.write(kShow + ' ' + word(section) + ' ' + word(page) + '\n');
         probe.waitForBytesWritten(kConnectTimeoutMs);
@@ -64,8 +64,7 @@ SingleInstance::SingleInstance(std::unique_ptr<QLocalServer> server)
                 if (!socket->canReadLine() && socket->bytesAvailable() < kMaxMessage) {
                     return;
                 }
-                const QList<QByteArray> words =
-                    socket->readLine(kMaxMessage).trimmed().split(' ');
+                const QList<QByteArray> words = socket->readLine(kMaxMessage).trimmed().split(' ');
                 socket->readAll();
                 if (words.value(0) == kShow) {
                     Q_EMIT activationRequested(QString::fromUtf8(words.value(1)),

@@ -1,7 +1,7 @@
 #include "app/LaunchModes.h"
-#include "app/WidgetPicture.h"
 #include "app/SnapshotReport.h"
 #include "app/SnapshotWidgetOptions.h"
+#include "app/WidgetPicture.h"
 #include "config/ConfigPalette.h"
 #include "config/ConfigWindow.h"
 #include "config/GalleryView.h"

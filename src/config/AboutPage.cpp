@@ -18,17 +18,17 @@ AboutPage::AboutPage(ConfigContext& context, QWidget* parent)
     SettingsCard* folder =
         addGroup(QStringLiteral("data"), L("about.tarnwick", QStringLiteral("Tarnwick")));
     folder->addRow(L("about.version", QStringLiteral("Version")), QString(),
-                 new QLabel(context.version));
+                   new QLabel(context.version));
     auto* open = new QPushButton(L("about.data.open", QStringLiteral("Show Folder")));
     open->setEnabled(static_cast<bool>(context.open) && !context.dataDirectory.isEmpty());
     connect(open, &QPushButton::clicked, this, [this, &context] {
         if (!context.open(QUrl::fromLocalFile(context.dataDirectory))) {
-            reportProblem(L("about.data.cannotOpen",
-                            QStringLiteral("The folder could not be opened.")));
+            reportProblem(
+                L("about.data.cannotOpen", QStringLiteral("The folder could not be opened.")));
         }
     });
-    QWidget* folderRow = folder->addRow(L("about.data", QStringLiteral("Your data")),
-                                      context.dataDirectory, open);
+    QWidget* folderRow =
+        folder->addRow(L("about.data", QStringLiteral("Your data")), context.dataDirectory, open);
     if (auto* path = folderRow->findChild<QLabel*>(QStringLiteral("caption"))) {
         path->setTextInteractionFlags(Qt::TextSelectableByMouse);
     }
@@ -47,16 +47,16 @@ AboutPage::AboutPage(ConfigContext& context, QWidget* parent)
         cost->addRow(L("about.cost.memory", QStringLiteral("Memory")), QString(), m_memory);
         m_tiles = caption(QString());
         m_tiles->setTextFormat(Qt::PlainText);
-        cost->addRow(L("about.cost.tiles", QStringLiteral("Drawing each tile")),
-                     L("about.cost.tiles.sub",
-                       QStringLiteral("Time spent drawing in the last minute.")),
-                     nullptr);
+        cost->addRow(
+            L("about.cost.tiles", QStringLiteral("Drawing each tile")),
+            L("about.cost.tiles.sub", QStringLiteral("Time spent drawing in the last minute.")),
+            nullptr);
         cost->addWide(m_tiles);
         refreshCost();
     }
 
-    SettingsCard* licences = addGroup(QStringLiteral("licences"),
-                                      L("about.licences", QStringLiteral("Made with")));
+    SettingsCard* licences =
+        addGroup(QStringLiteral("licences"), L("about.licences", QStringLiteral("Made with")));
     const struct {
         const char* name;
         const char* licence;
@@ -98,9 +98,9 @@ void AboutPage::showEvent(QShowEvent* event) {
     SettingsPage::showEvent(event);
     if (m_context.cost && m_context.scheduler) {
         refreshCost();
-        m_refresh = m_context.scheduler->repeating(std::chrono::seconds(2),
-                                                   std::chrono::milliseconds(500), this,
-                                                   [this] { refreshCost(); });
+        m_refresh =
+            m_context.scheduler->repeating(std::chrono::seconds(2), std::chrono::milliseconds(500),
+                                           this, [this] { refreshCost(); });
     }
 }
 

@@ -63,8 +63,7 @@ AppearancePage::AppearancePage(ConfigContext& context, QWidget* parent)
     addGlass();
     addDisplays();
     addLockScreen();
-    connect(&m_context.theme, &ThemeStore::currentChanged, this,
-            &AppearancePage::showCurrentTheme);
+    connect(&m_context.theme, &ThemeStore::currentChanged, this, &AppearancePage::showCurrentTheme);
 }
 
 bool AppearancePage::admit(const QString& what) {
@@ -105,8 +104,8 @@ void AppearancePage::addThemes() {
     m_wallpaperSwatch = m_swatches.first();
     if (!fromWallpaper) {
         m_wallpaperSwatch->setEnabled(false);
-        m_wallpaperSwatch->setToolTip(L("theme.fromWallpaper.none",
-                                        QStringLiteral("No desktop picture could be read.")));
+        m_wallpaperSwatch->setToolTip(
+            L("theme.fromWallpaper.none", QStringLiteral("No desktop picture could be read.")));
     }
     card->addWide(grid);
     card->addWide(caption(L("appearance.theme.note",
@@ -199,11 +198,9 @@ void AppearancePage::addGlass() {
 
     auto* tint = new QComboBox();
     for (const ThemeStore::GlassTint value :
-         {ThemeStore::GlassTint::Auto, ThemeStore::GlassTint::Light,
-          ThemeStore::GlassTint::Dark}) {
+         {ThemeStore::GlassTint::Auto, ThemeStore::GlassTint::Light, ThemeStore::GlassTint::Dark}) {
         tint->addItem(ThemeStore::glassTintTitle(value), static_cast<int>(value));
-        tint->setItemData(tint->count() - 1, ThemeStore::glassTintSubtitle(value),
-                          Qt::ToolTipRole);
+        tint->setItemData(tint->count() - 1, ThemeStore::glassTintSubtitle(value), Qt::ToolTipRole);
     }
     tint->setCurrentIndex(tint->findData(static_cast<int>(store.glassTint())));
     auto* tintNote = caption(ThemeStore::glassTintSubtitle(store.glassTint()));
@@ -289,10 +286,9 @@ void AppearancePage::addLockScreen() {
                  available ? L("lock.enabled.sub",
                                QStringLiteral("Your widgets stay visible above the lock screen, "
                                               "clear of the clock and the controls."))
-                           : m_context.paintLockPane
-                                 ? L("lock.unavailable.short",
-                                     QStringLiteral("Not available on this desktop."))
-                                 : m_context.lockScreenUnavailable,
+                 : m_context.paintLockPane
+                     ? L("lock.unavailable.short", QStringLiteral("Not available on this desktop."))
+                     : m_context.lockScreenUnavailable,
                  enabled);
     auto* pace = new QComboBox();
     for (const double fps : AppSettings::lockScreenFPSChoices) {
@@ -305,8 +301,7 @@ void AppearancePage::addLockScreen() {
     connect(pace, &QComboBox::currentIndexChanged, this, [this, pace] {
         if (!admit(L("lock.pace", QStringLiteral("Animation")))) {
             const QSignalBlocker blocker(pace);
-            pace->setCurrentIndex(
-                std::max(0, pace->findData(m_context.settings.lockScreenFPS())));
+            pace->setCurrentIndex(std::max(0, pace->findData(m_context.settings.lockScreenFPS())));
             return;
         }
         m_context.settings.setLockScreenFPS(pace->currentData().toDouble());

@@ -138,15 +138,24 @@ QPushButton#segment:checked { background: @accent; color: @accentText; border-co
 )");
     const QColor accentHover = accent.lighter(110);
     const std::pair<const char*, QColor> names[] = {
-        {"@window", window},          {"@sidebar", sidebar},
-        {"@selected", sidebarSelected}, {"@cardBorder", cardBorder},
-        {"@card", card},              {"@text", text},
-        {"@secondary", secondaryText}, {"@accentText", accentText},
-        {"@accentHover", accentHover}, {"@accent", accent},
-        {"@fieldBorder", fieldBorder}, {"@field", field},
-        {"@separator", separator},    {"@danger", danger},
-        {"@hover", hover},            {"@pressed", pressed},
-        {"@track", track},            {"@handle", handle},
+        {"@window", window},
+        {"@sidebar", sidebar},
+        {"@selected", sidebarSelected},
+        {"@cardBorder", cardBorder},
+        {"@card", card},
+        {"@text", text},
+        {"@secondary", secondaryText},
+        {"@accentText", accentText},
+        {"@accentHover", accentHover},
+        {"@accent", accent},
+        {"@fieldBorder", fieldBorder},
+        {"@field", field},
+        {"@separator", separator},
+        {"@danger", danger},
+        {"@hover", hover},
+        {"@pressed", pressed},
+        {"@track", track},
+        {"@handle", handle},
     };
     // Longer names first in the table where one is a prefix of another ("@accentText" before
     // "@accent"), so a shorter name never eats a longer one.

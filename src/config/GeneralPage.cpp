@@ -91,10 +91,10 @@ void GeneralPage::addStartup() {
             }
             clearReport();
         });
-        card->addRow(title,
-                     L("general.loginItem.note",
-                       QStringLiteral("Adds Tarnwick to your login items.")),
-                     toggle);
+        card->addRow(
+            title,
+            L("general.loginItem.note", QStringLiteral("Adds Tarnwick to your login items.")),
+            toggle);
     }
     AppSettings& settings = m_context.settings;
     const QString window = L("general.openWindow", QStringLiteral("Open this window at launch"));
@@ -107,8 +107,8 @@ void GeneralPage::addStartup() {
 }
 
 void GeneralPage::addEnergy() {
-    SettingsCard* card = addGroup(QStringLiteral("energy"),
-                                  L("general.performance", QStringLiteral("Energy")));
+    SettingsCard* card =
+        addGroup(QStringLiteral("energy"), L("general.performance", QStringLiteral("Energy")));
     card->addWide(caption(L("general.performance.lede",
                             QStringLiteral("How much your widgets move, and how often they "
                                            "refresh. It changes how much power Tarnwick uses, "
@@ -127,9 +127,10 @@ void GeneralPage::addEnergy() {
         radio->setFont(bold);
         group->addButton(radio, static_cast<int>(entry.mode));
         layout->addWidget(radio);
-        auto* lines = caption(QStringLiteral("%1\n• %2").arg(AppSettings::subtitle(entry.mode),
-                                                            entry.lines.join(u"\n• ")),
-                              choice);
+        auto* lines =
+            caption(QStringLiteral("%1\n• %2")
+                        .arg(AppSettings::subtitle(entry.mode), entry.lines.join(u"\n• ")),
+                    choice);
         lines->setContentsMargins(24, 0, 0, 0);
         layout->addWidget(lines);
         card->addWide(choice);
@@ -197,8 +198,8 @@ void GeneralPage::addLanguage() {
     auto* note = caption(L("general.language.restart",
                            QStringLiteral("The new language shows after Tarnwick restarts.")),
                          restartRow);
-    auto* restart =
-        new QPushButton(L("general.language.restartNow", QStringLiteral("Restart Now")), restartRow);
+    auto* restart = new QPushButton(L("general.language.restartNow", QStringLiteral("Restart Now")),
+                                    restartRow);
     restart->setObjectName(QStringLiteral("primary"));
     restartLayout->addWidget(note, 1);
     restartLayout->addWidget(restart);

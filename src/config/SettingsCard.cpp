@@ -6,7 +6,9 @@
 
 namespace tw {
 
-SettingsCard::SettingsCard(QWidget* parent) : QFrame(parent), m_layout(new QVBoxLayout(this)) {
+SettingsCard::SettingsCard(QWidget* parent)
+    : QFrame(parent)
+    , m_layout(new QVBoxLayout(this)) {
     setObjectName(QStringLiteral("card"));
     m_layout->setContentsMargins(16, 4, 16, 4);
     m_layout->setSpacing(0);

@@ -5,7 +5,8 @@
 
 namespace tw {
 
-SwitchButton::SwitchButton(QWidget* parent) : QAbstractButton(parent) {
+SwitchButton::SwitchButton(QWidget* parent)
+    : QAbstractButton(parent) {
     setCheckable(true);
     setCursor(Qt::PointingHandCursor);
     setFocusPolicy(Qt::StrongFocus);

@@ -1,11 +1,11 @@
 #include "desktop/DesktopController.h"
-#include "platform/Clock.h"
 
 #include "desktop/PanelContextMenu.h"
 #include "grid/GridStore.h"
 #include "grid/RectEdges.h"
 #include "model/WidgetAction.h"
 #include "model/WidgetRegistry.h"
+#include "platform/Clock.h"
 #include "platform/DesktopWindowing.h"
 #include "platform/Displays.h"
 #include "platform/Scheduler.h"

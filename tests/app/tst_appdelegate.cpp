@@ -46,16 +46,46 @@ private Q_SLOTS:
         QTest::addColumn<QString>("page");
         QTest::addColumn<QString>("stored");
         QTest::addColumn<QString>("expected"); // section/page; "-" for none
-        QTest::newRow("section") << "about" << "" << "" << "about/";
-        QTest::newRow("case matters") << "Layouts" << "" << "" << "-/";
-        QTest::newRow("unknown section") << "widgets" << "" << "" << "-/";
-        QTest::newRow("nothing: the gallery") << "" << "" << "" << "-/";
-        QTest::newRow("page opens its section") << "" << "look" << "" << "appearance/look";
-        QTest::newRow("page in its section") << "general" << "energy" << "" << "general/energy";
-        QTest::newRow("page of another section") << "general" << "look" << "" << "general/";
-        QTest::newRow("unknown page") << "" << "nowhere" << "" << "-/";
-        QTest::newRow("stored page") << "" << "" << "look" << "appearance/look";
-        QTest::newRow("environment before stored") << "" << "lock" << "look" << "appearance/lock";
+        QTest::newRow("section") << "about"
+                                 << ""
+                                 << ""
+                                 << "about/";
+        QTest::newRow("case matters") << "Layouts"
+                                      << ""
+                                      << ""
+                                      << "-/";
+        QTest::newRow("unknown section") << "widgets"
+                                         << ""
+                                         << ""
+                                         << "-/";
+        QTest::newRow("nothing: the gallery") << ""
+                                              << ""
+                                              << ""
+                                              << "-/";
+        QTest::newRow("page opens its section") << ""
+                                                << "look"
+                                                << ""
+                                                << "appearance/look";
+        QTest::newRow("page in its section") << "general"
+                                             << "energy"
+                                             << ""
+                                             << "general/energy";
+        QTest::newRow("page of another section") << "general"
+                                                 << "look"
+                                                 << ""
+                                                 << "general/";
+        QTest::newRow("unknown page") << ""
+                                      << "nowhere"
+                                      << ""
+                                      << "-/";
+        QTest::newRow("stored page") << ""
+                                     << ""
+                                     << "look"
+                                     << "appearance/look";
+        QTest::newRow("environment before stored") << ""
+                                                   << "lock"
+                                                   << "look"
+                                                   << "appearance/lock";
     }
     void environment() {
         QFETCH(QString, section);
@@ -69,8 +99,9 @@ private Q_SLOTS:
             defaults.setValue(AppDelegate::settingsPageKey, stored);
         }
         const ConfigSelection selection = AppDelegate::initialConfigSelection(defaults);
-        const QString got = (selection.section ? rawValue(*selection.section) : QStringLiteral("-")) +
-                            QLatin1Char('/') + selection.page;
+        const QString got =
+            (selection.section ? rawValue(*selection.section) : QStringLiteral("-")) +
+            QLatin1Char('/') + selection.page;
         QCOMPARE(got, expected);
         // The stored page is used once.
         QVERIFY(!defaults.contains(AppDelegate::settingsPageKey));

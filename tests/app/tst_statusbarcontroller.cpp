@@ -7,13 +7,11 @@ using namespace tw;
 
 namespace {
 
-const QStringList kBase{QStringLiteral("Open Tarnwick…"),
-                        QStringLiteral("Show / Hide on Desktop"),
-                        QStringLiteral("Undo Layout Change"),
-                        QStringLiteral("Redo Layout Change"),
-                        QStringLiteral("Check for Updates…"),
-                        QStringLiteral("—"),
-                        QStringLiteral("Quit Tarnwick")};
+const QStringList kBase{
+    QStringLiteral("Open Tarnwick…"),     QStringLiteral("Show / Hide on Desktop"),
+    QStringLiteral("Undo Layout Change"), QStringLiteral("Redo Layout Change"),
+    QStringLiteral("Check for Updates…"), QStringLiteral("—"),
+    QStringLiteral("Quit Tarnwick")};
 
 } // namespace
 

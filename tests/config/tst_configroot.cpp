@@ -30,9 +30,10 @@ struct Rig {
     int undos = 0;
     int redos = 0;
     ConfigContext context{.settings = settings, .theme = theme, .defaults = defaults};
-    ConfigRoot root{(context.undo = [this] { ++undos; }, context.redo = [this] { ++redos; },
-                     context),
-                    ColorScheme::Dark};
+    ConfigRoot root{
+        (
+            context.undo = [this] { ++undos; }, context.redo = [this] { ++redos; }, context),
+        ColorScheme::Dark};
 
     QString stored(const QString& key) {
         defaults.sync();
@@ -60,12 +61,18 @@ private Q_SLOTS:
         QTest::addColumn<QString>("page");
         QTest::addColumn<int>("row");
         QTest::addColumn<QString>("shown");
-        QTest::newRow("gallery") << "" << "" << 0 << "";
-        QTest::newRow("general") << "general" << "" << 1 << "";
-        QTest::newRow("glass") << "appearance" << "look" << 2 << "look";
-        QTest::newRow("lock") << "appearance" << "lock" << 2 << "lock";
-        QTest::newRow("language") << "general" << "language" << 1 << "language";
-        QTest::newRow("about") << "about" << "licences" << 5 << "licences";
+        QTest::newRow("gallery") << ""
+                                 << "" << 0 << "";
+        QTest::newRow("general") << "general"
+                                 << "" << 1 << "";
+        QTest::newRow("glass") << "appearance"
+                               << "look" << 2 << "look";
+        QTest::newRow("lock") << "appearance"
+                              << "lock" << 2 << "lock";
+        QTest::newRow("language") << "general"
+                                  << "language" << 1 << "language";
+        QTest::newRow("about") << "about"
+                               << "licences" << 5 << "licences";
     }
     void routing() {
         QFETCH(QString, section);

@@ -18,7 +18,8 @@ namespace {
 // Inside double quotes a desktop entry's Exec escapes these four with a backslash.
 QString quotedArgument(const QString& argument) {
     QString quoted = argument;
-    for (const QChar c : {QLatin1Char('\\'), QLatin1Char('"'), QLatin1Char('`'), QLatin1Char('$')}) {
+    for (const QChar c :
+         {QLatin1Char('\\'), QLatin1Char('"'), QLatin1Char('`'), QLatin1Char('$')}) {
         quoted.replace(c, QStringLiteral("\\") + c);
     }
     return QLatin1Char('"') + quoted + QLatin1Char('"');

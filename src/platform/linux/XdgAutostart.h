@@ -1,5 +1,5 @@
-// Starting at login through an XDG autostart entry, "com.tarnwick.Tarnwick.desktop" in the autostart folder
-// of the configuration home, which every freedesktop session reads at login.
+// Starting at login through an XDG autostart entry, "com.tarnwick.Tarnwick.desktop" in the
+// autostart folder of the configuration home, which every freedesktop session reads at login.
 #pragma once
 
 #include "platform/LoginItem.h"
