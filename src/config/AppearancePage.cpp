@@ -161,6 +161,11 @@ void AppearancePage::addGlass() {
         auto* button = new QPushButton(glassTitle(style), looks);
         button->setCheckable(true);
         button->setObjectName(QStringLiteral("segment"));
+        button->setProperty("roomy", true);
+        button->setProperty("edge",
+                            QLatin1String(style == ThemeStore::GlassStyle::Frosted  ? "first"
+                                          : style == ThemeStore::GlassStyle::Liquid ? "last"
+                                                                                    : "middle"));
         button->setChecked(store.glassStyle() == style);
         styles->addButton(button, static_cast<int>(style));
         row->addWidget(button);

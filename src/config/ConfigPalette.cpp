@@ -95,8 +95,6 @@ QPushButton:focus { border: 1px solid @accent; }
 QPushButton:disabled { color: @secondary; }
 QPushButton#primary { background: @accent; color: @accentText; border: 1px solid @accent; font-weight: 600; }
 QPushButton#primary:hover { background: @accentHover; }
-QPushButton#segment { border-radius: 7px; padding: 5px 16px; margin-right: 4px; }
-QPushButton#segment:checked { background: @accent; color: @accentText; border: 1px solid @accent; font-weight: 600; }
 QLineEdit, QComboBox, QSpinBox { background: @field; border: 1px solid @fieldBorder; border-radius: 7px; padding: 5px 9px; selection-background-color: @accent; selection-color: @accentText; }
 QLineEdit:focus, QComboBox:focus, QSpinBox:focus { border: 2px solid @accent; padding: 4px 8px; }
 QComboBox::drop-down { border: none; width: 22px; }
@@ -134,6 +132,7 @@ QPushButton#segment[edge="last"] { border-top-right-radius: 6px; border-bottom-r
 QPushButton#segment[edge="only"] { border-left: 1px solid @fieldBorder; border-radius: 6px; }
 QPushButton#segment:hover { background: @hover; }
 QPushButton#segment[dense="true"] { font-size: 10px; }
+QPushButton#segment[roomy="true"] { padding: 5px 16px; font-size: 12px; }
 QPushButton#segment:checked { background: @accent; color: @accentText; border-color: @accent; }
 )");
     const QColor accentHover = accent.lighter(110);
