@@ -276,6 +276,7 @@ ConfigContext AppDelegate::makeConfigContext() {
         .loginItem = m_platform.loginItem.get(),
         .lockScreenUnavailable = m_platform.lockScreen->unavailableReason().value_or(QString()),
         .hapticsUnavailable = PlatformServices::wording().noHaptics,
+        .dockIconUnavailable = PlatformServices::wording().noDockIcon,
         .displays = {},
         .version = QCoreApplication::applicationVersion(),
         .dataDirectory = AppPaths::appSupportDir(),

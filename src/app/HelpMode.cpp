@@ -21,6 +21,7 @@ Modes:
                                %4
   --sizes                      table of the sizes each widget kind allows
   --counts                     one line: "widgets=N sizes=N themes=N"
+  --icon OUT.png               the program's icon, 512 points a side
   --snapshot-browse OUT.png    draw the gallery page of the configuration window
   --snapshot-general OUT.png   the configuration window's General section
   --snapshot-config OUT.png [SECTION]  the window at a section: general, appearance, layouts,

@@ -73,6 +73,7 @@ const QList<LaunchStep>& LaunchChain::steps() {
         {"--apply-wallpaper", 1, offscreen, &runApplyWallpaperMode},
         {"--sizes", 0, core, &runSizesMode},
         {"--counts", 0, core, &runCountsMode},
+        {"--icon", 1, offscreen, &runIconMode},
         {"--snapshot-browse", 1, offscreenWidgets, &runSnapshotBrowseMode},
         {"--snapshot-general", 1, offscreenWidgets, &runSnapshotGeneralMode},
         {"--snapshot-config", 1, offscreenWidgets, &runSnapshotConfigMode},

@@ -15,6 +15,8 @@ std::optional<int> runApplyWallpaperMode(LaunchContext& context);
 std::optional<int> runSizesMode(LaunchContext& context);
 // --counts: "widgets=… sizes=… themes=…".
 std::optional<int> runCountsMode(LaunchContext& context);
+// --icon <out.png> [--scale X]: the program's icon, 512 points a side.
+std::optional<int> runIconMode(LaunchContext& context);
 // --snapshot-browse <out.png> [--dark|--light] [--scale X] [--theme T]: the configuration
 // window's gallery page at 980 × 680 points in the house style.
 std::optional<int> runSnapshotBrowseMode(LaunchContext& context);

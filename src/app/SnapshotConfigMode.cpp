@@ -61,6 +61,7 @@ QImage configPicture(LaunchContext& context, const SnapshotWidgetOptions& option
         .defaults = defaults,
         .lockScreenUnavailable = surface->unavailableReason().value_or(QString()),
         .hapticsUnavailable = PlatformServices::wording().noHaptics,
+        .dockIconUnavailable = PlatformServices::wording().noDockIcon,
         .version = QCoreApplication::applicationVersion(),
         .dataDirectory = PlatformServices::wording().dataDirectoryDefault,
         .hasTray = guide.hasTray,

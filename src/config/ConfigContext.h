@@ -59,6 +59,8 @@ struct ConfigContext {
     QString lockScreenUnavailable = {};
     // Why the pointer gives no touch feedback here; empty where it does.
     QString hapticsUnavailable = {};
+    // Why there is no dock icon to hide here; empty where there is one.
+    QString dockIconUnavailable = {};
     QList<Display> displays = {};
     QString version = {};
     QString dataDirectory = {};

@@ -104,6 +104,16 @@ void GeneralPage::addStartup() {
                                   "quiet and shows only your widgets.")),
                  boundSwitch(settings.openWindowAtLaunch(), window,
                              [&settings](bool on) { settings.setOpenWindowAtLaunch(on); }));
+    const QString dock = L("general.hideDock", QStringLiteral("Hide the Dock icon"));
+    QWidget* hide = boundSwitch(settings.hideDockIcon(), dock,
+                                [&settings](bool on) { settings.setHideDockIcon(on); });
+    hide->setEnabled(m_context.dockIconUnavailable.isEmpty());
+    card->addRow(dock,
+                 m_context.dockIconUnavailable.isEmpty()
+                     ? L("general.hideDock.note",
+                         QStringLiteral("Tarnwick stays in the menu bar and on your desktop."))
+                     : m_context.dockIconUnavailable,
+                 hide);
 }
 
 void GeneralPage::addEnergy() {

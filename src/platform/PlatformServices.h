@@ -60,6 +60,8 @@ struct PlatformServices {
         QString dataDirectoryDefault;
         // Why the pointer gives no touch feedback here; empty where it does.
         QString noHaptics;
+        // Why there is no dock icon to hide here; empty where there is one.
+        QString noDockIcon;
         // A string table of this system's own wording for texts whose English default names
         // another system; looked up after the language's table.
         QString stringTable;

@@ -191,6 +191,9 @@ private Q_SLOTS:
         row("general, light: the sidebar beside the page", "--snapshot-general OUT --light",
             "snapshot-general ok=true path=OUT dark=false page=general", QSize(1960, 1360),
             Points{}, Points{{20, 600}, {1200, 600}});
+        row("icon: the program's mark on a clear ground", "--icon OUT --scale 0.5",
+            "icon ok=true path=OUT size=256", QSize(256, 256), Points{},
+            Points{{128, 128}, {0, 0}});
         row("general at half a pixel a point: the whole window, smaller",
             "--snapshot-general OUT --scale 0.5",
             "snapshot-general ok=true path=OUT dark=true page=general", QSize(490, 340), Points{},

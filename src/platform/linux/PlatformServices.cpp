@@ -62,6 +62,8 @@ PlatformServices::Wording PlatformServices::wording() {
         .dataDirectoryDefault = QStringLiteral("~/.local/share/Tarnwick"),
         .noHaptics = QStringLiteral("Linux desktops give programs no way to make the touchpad "
                                     "pulse, so this has no effect here."),
+        .noDockIcon = QStringLiteral("Linux desktops show Tarnwick in the task bar only while "
+                                     "this window is open, so there is no icon to hide."),
         .stringTable = QStringLiteral(":/platform/strings.json"),
     };
 }
