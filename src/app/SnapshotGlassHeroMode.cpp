@@ -45,11 +45,7 @@ std::optional<int> runSnapshotGlassHeroMode(LaunchContext& context) {
     const QString path = context.values.value(0);
     const SnapshotWidgetOptions options = SnapshotWidgetOptions::parse(context.arguments);
     QString problem = options.problem;
-    const QList<SceneLook> shown = options.sceneLooks();
-    if (shown.isEmpty() && problem.isEmpty()) {
-        problem = QStringLiteral("unknown --style \"%1\"; the looks are frosted, clear, liquid.")
-                      .arg(options.settings.value(QStringLiteral("style")));
-    }
+    const QList<SceneLook> shown = options.sceneLooks(problem);
     QStringList ids;
     for (const SceneLook& look : shown) {
         ids << look.id;

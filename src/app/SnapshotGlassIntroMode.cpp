@@ -50,6 +50,7 @@ std::optional<int> runSnapshotGlassIntroMode(LaunchContext& context) {
     const QString path = context.values.value(0);
     const SnapshotWidgetOptions options = SnapshotWidgetOptions::parse(context.arguments);
     QString problem = options.problem;
+    const QList<SceneLook> looks = options.sceneLooks(problem);
     const double ratio = options.devicePixelRatio;
     const QSizeF strip(card.width() - 2 * padding, previewHeight);
     const QImage wallpaper =
@@ -81,7 +82,6 @@ std::optional<int> runSnapshotGlassIntroMode(LaunchContext& context) {
                                                      "can change it at any time.")),
                  FaceKit::font(14), ink.secondary) +
              22;
-        const QList<SceneLook> looks = options.sceneLooks();
         const double column = (width - gutter * (looks.size() - 1)) / looks.size();
         const WidgetInstance clock =
             SceneWidgets::widget("clock", WidgetSize::small,

@@ -25,11 +25,7 @@ std::optional<int> runSnapshotLockMode(LaunchContext& context) {
     const QString path = context.values.value(0);
     const SnapshotWidgetOptions options = SnapshotWidgetOptions::parse(context.arguments);
     QString problem = options.problem;
-    const QList<SceneLook> looks = options.sceneLooks();
-    if (looks.isEmpty() && problem.isEmpty()) {
-        problem = QStringLiteral("unknown --style \"%1\"; the looks are frosted, clear, liquid.")
-                      .arg(options.settings.value(QStringLiteral("style")));
-    }
+    const QList<SceneLook> looks = options.sceneLooks(problem);
     const double ratio = options.devicePixelRatio;
     const QSize pixels(int(std::lround(display.width() * ratio)),
                        int(std::lround(display.height() * ratio)));

@@ -95,7 +95,7 @@ QImage SnapshotWidgetOptions::wallpaperPicture(const QSize& pixels, QString& why
     return picture;
 }
 
-QList<SceneLook> SnapshotWidgetOptions::sceneLooks() const {
+QList<SceneLook> SnapshotWidgetOptions::sceneLooks(QString& why) const {
     const QList<SceneLook> all{
         {GlassLook::Finish::Frosted, QStringLiteral("frosted"),
          L("appearance.frosted", QStringLiteral("Frosted"))},
@@ -111,6 +111,10 @@ QList<SceneLook> SnapshotWidgetOptions::sceneLooks() const {
     QList<SceneLook> kept;
     std::copy_if(all.begin(), all.end(), std::back_inserter(kept),
                  [&](const SceneLook& look) { return look.id == *style; });
+    if (kept.isEmpty() && why.isEmpty()) {
+        why = QStringLiteral("unknown --style \"%1\"; the looks are frosted, clear, liquid.")
+                  .arg(*style);
+    }
     return kept;
 }
 

@@ -50,8 +50,9 @@ struct SnapshotWidgetOptions {
     // read.
     QImage wallpaperPicture(const QSize& pixels, QString& why) const;
     // The looks --style keeps, in the order frosted, clear, liquid: all of them when it is
-    // absent, none for a name that is no look.
-    QList<SceneLook> sceneLooks() const;
+    // absent, none for a name that is no look, and then the reason in `why` unless it already
+    // holds one.
+    QList<SceneLook> sceneLooks(QString& why) const;
     // The shade as the " dark=" field has it.
     QString darkField() const;
 };

@@ -157,6 +157,8 @@ private Q_SLOTS:
             Points{{2, 2}}, Points{{320, 150}, {2, 2}});
         row("hero: unknown look", "--snapshot-glass-hero OUT --style milky",
             "snapshot-glass-hero ok=false path=OUT style= dark=true", QSize(), Points{}, Points{});
+        row("glass intro: unknown look", "--snapshot-glassintro OUT --style milky",
+            "snapshot-glassintro ok=false path=OUT dark=true", QSize(), Points{}, Points{});
         row("lock: the wallpaper around the tiles",
             "--snapshot-lock OUT --wallpaper BLUE --scale 0.5 --style liquid",
             "snapshot-lock ok=true path=OUT style=liquid dark=true", QSize(720, 450),
