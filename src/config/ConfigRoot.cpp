@@ -5,6 +5,7 @@
 #include "config/ConfigContext.h"
 #include "config/ConfigPalette.h"
 #include "config/DesktopWidgetsPage.h"
+#include "config/GalleryView.h"
 #include "config/GeneralPage.h"
 #include "config/LayoutsPage.h"
 #include "config/OnboardingView.h"
@@ -238,7 +239,9 @@ ConfigSelection ConfigRoot::selection() const {
 
 void ConfigRoot::search() {
     select({});
-    QMetaObject::invokeMethod(page(std::nullopt), "focusSearch");
+    if (auto* gallery = qobject_cast<GalleryView*>(page(std::nullopt))) {
+        gallery->focusSearch();
+    }
 }
 
 } // namespace tw
