@@ -8,6 +8,7 @@
 #include "model/WidgetInstance.h"
 #include "model/WidgetMetadata.h"
 #include "model/WidgetSize.h"
+#include "readings/ReadingsBoard.h"
 #include "tick/AnimationPace.h"
 
 #include <QColor>
@@ -45,6 +46,9 @@ struct FaceContext {
     const SymbolProvider* symbols = nullptr;
     // Pictures kept between frames (large text, dials); the tile renderer supplies its own.
     PictureCache* pictures = nullptr;
+    // The machine's latest readings for faces that show them; null where none were taken, and
+    // the face then draws its figures as missing.
+    const ReadingsBoard* readings = nullptr;
 
     // Size, scale and settings of one instance; the rest keeps its defaults for the host to fill.
     static FaceContext forInstance(const WidgetMetadata& metadata, const WidgetInstance& instance);

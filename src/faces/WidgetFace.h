@@ -3,6 +3,7 @@
 
 #include "model/WidgetInstance.h"
 #include "model/WidgetSize.h"
+#include "readings/ReadingFeed.h"
 #include "tick/TimeGrain.h"
 
 #include <QDateTime>
@@ -31,6 +32,14 @@ public:
     // chromeless kinds and the padded inside of the glass for the others; the painter is clipped
     // to the tile's rounded shape.
     virtual void paint(QPainter& painter, const QRectF& rect, const FaceContext& context) const = 0;
+
+    // The readings of the machine the face shows at this size, so that the host samples them
+    // while the tile is in view and repaints it when they change.
+    virtual ReadingFeeds feeds(WidgetSize size, const WidgetSettings& settings) const {
+        Q_UNUSED(size)
+        Q_UNUSED(settings)
+        return {};
+    }
 
     // The values of the "style" setting the face draws differently, the default first; empty
     // for a face with one look.

@@ -2,6 +2,7 @@
 // these and never name an implementation.
 #pragma once
 
+#include "platform/BluetoothSource.h"
 #include "platform/ColorSchemeWatcher.h"
 #include "platform/DesktopPicture.h"
 #include "platform/DesktopPictureSetter.h"
@@ -10,9 +11,12 @@
 #include "platform/LockScreenSurface.h"
 #include "platform/LoginItem.h"
 #include "platform/Notifications.h"
+#include "platform/PowerSource.h"
 #include "platform/ProcessUsage.h"
 #include "platform/Relauncher.h"
+#include "platform/SensorSource.h"
 #include "platform/SymbolProvider.h"
+#include "platform/SystemSource.h"
 #include "platform/Workspace.h"
 
 #include <QString>
@@ -33,6 +37,11 @@ struct PlatformServices {
     std::unique_ptr<LockScreenSurface> lockScreen;
     std::unique_ptr<LoginItem> loginItem;
     std::unique_ptr<ProcessUsage> usage;
+    // The machine's readings.
+    std::unique_ptr<SystemSource> system;
+    std::unique_ptr<PowerSource> power;
+    std::unique_ptr<SensorSource> sensors;
+    std::unique_ptr<BluetoothSource> bluetooth;
 
     // The desktop host's services, every one set; needs the running QApplication.
     static PlatformServices make();
