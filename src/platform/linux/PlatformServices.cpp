@@ -11,6 +11,7 @@
 #include "platform/linux/ProcProcessUsage.h"
 #include "platform/linux/QtDisplays.h"
 #include "platform/linux/ShellRelauncher.h"
+#include "platform/linux/UPowerPowerSource.h"
 #include "platform/linux/X11DesktopWindowing.h"
 #include "platform/linux/XdgAutostart.h"
 
@@ -28,6 +29,7 @@ PlatformServices PlatformServices::make() {
     services.lockScreen = makeLockScreenSurface();
     services.loginItem = XdgAutostart::forThisProgram();
     services.usage = std::make_unique<ProcProcessUsage>();
+    services.power = UPowerPowerSource::create();
     return services;
 }
 
