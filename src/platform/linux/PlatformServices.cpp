@@ -5,6 +5,7 @@
 #include "platform/linux/LinuxDesktopPicture.h"
 #include "platform/linux/LinuxLockScreenSurface.h"
 #include "platform/linux/LinuxPictureSetter.h"
+#include "platform/linux/LinuxSystemSource.h"
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/MaterialSymbolProvider.h"
 #include "platform/linux/PortalColorScheme.h"
@@ -30,6 +31,7 @@ PlatformServices PlatformServices::make() {
     services.loginItem = XdgAutostart::forThisProgram();
     services.usage = std::make_unique<ProcProcessUsage>();
     services.power = UPowerPowerSource::create();
+    services.system = std::make_unique<LinuxSystemSource>();
     return services;
 }
 
