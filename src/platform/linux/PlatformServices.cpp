@@ -1,5 +1,6 @@
 #include "platform/PlatformServices.h"
 
+#include "platform/linux/BluezBluetoothSource.h"
 #include "platform/linux/DisplayProbe.h"
 #include "platform/linux/FreedesktopNotifications.h"
 #include "platform/linux/LinuxDesktopPicture.h"
@@ -32,6 +33,7 @@ PlatformServices PlatformServices::make() {
     services.usage = std::make_unique<ProcProcessUsage>();
     services.power = UPowerPowerSource::create();
     services.system = std::make_unique<LinuxSystemSource>();
+    services.bluetooth = BluezBluetoothSource::create();
     return services;
 }
 
