@@ -23,6 +23,7 @@ Modes:
   --counts                     one line: "widgets=N sizes=N themes=N"
   --icon OUT.png               the program's icon, 512 points a side
   --snapshot-browse OUT.png    draw the gallery page of the configuration window
+  --snapshot-kit OUT.png       every control of the configuration window on one sheet
   --snapshot-general OUT.png   the configuration window's General section
   --snapshot-config OUT.png [SECTION]  the window at a section: general, appearance, layouts,
                                updates, about (default: the gallery)

@@ -75,6 +75,7 @@ const QList<LaunchStep>& LaunchChain::steps() {
         {"--counts", 0, core, &runCountsMode},
         {"--icon", 1, offscreen, &runIconMode},
         {"--snapshot-browse", 1, offscreenWidgets, &runSnapshotBrowseMode},
+        {"--snapshot-kit", 1, offscreenWidgets, &runSnapshotKitMode},
         {"--snapshot-general", 1, offscreenWidgets, &runSnapshotGeneralMode},
         {"--snapshot-config", 1, offscreenWidgets, &runSnapshotConfigMode},
         {"--snapshot-settings", 1, offscreenWidgets, &runSnapshotSettingsMode},

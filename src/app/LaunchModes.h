@@ -56,6 +56,9 @@ std::optional<int> runProbeSkylightMode(LaunchContext& context);
 std::optional<int> runSnapshotConfigMode(LaunchContext& context);
 std::optional<int> runSnapshotSettingsMode(LaunchContext& context);
 std::optional<int> runSnapshotGeneralMode(LaunchContext& context);
+// --snapshot-kit <out.png> [--dark|--light] [--scale X]: every control of the window in each of
+// its states, on one sheet.
+std::optional<int> runSnapshotKitMode(LaunchContext& context);
 // --snapshot-tutorial <out.png> [step] [--no-tray] [--dark|--light] [--scale X]: the window with
 // the first-start guide over it at step 1 to 3 (default 1); --no-tray as on a desktop without one.
 std::optional<int> runSnapshotTutorialMode(LaunchContext& context);

@@ -6,6 +6,7 @@
 #include "config/ConfigContext.h"
 #include "config/ConfigRoot.h"
 #include "config/ConfigWindow.h"
+#include "config/ControlKit.h"
 #include "config/GalleryView.h"
 #include "config/OnboardingView.h"
 #include "desktop/LockPanePreview.h"
@@ -149,6 +150,21 @@ std::optional<int> runSnapshotSettingsMode(LaunchContext& context) {
     return runConfigPicture(context, QStringLiteral("snapshot-settings"), std::nullopt,
                             context.arguments.secondValue(QStringLiteral("--snapshot-settings"))
                                 .value_or(QStringLiteral("look")));
+}
+
+std::optional<int> runSnapshotKitMode(LaunchContext& context) {
+    const SnapshotWidgetOptions options = SnapshotWidgetOptions::parse(context.arguments);
+    QImage picture;
+    if (options.problem.isEmpty()) {
+        ControlKit kit(options.shade == GlassLook::Shade::Light ? ColorScheme::Light
+                                                                 : ColorScheme::Dark);
+        kit.resize(ConfigWindow::contentSize.width(), kit.sizeHint().height());
+        kit.layout()->activate();
+        picture = pictureOf(kit, options.devicePixelRatio, Qt::transparent);
+    }
+    return reportSnapshot(context, QStringLiteral("snapshot-kit"), context.values.value(0),
+                          picture, options.problem,
+                          QStringLiteral(" dark=%1").arg(options.darkField()));
 }
 
 std::optional<int> runSnapshotGeneralMode(LaunchContext& context) {

@@ -74,7 +74,7 @@ QString ConfigPalette::styleSheet() const {
     const QColor handle = isDark() ? QColor(255, 255, 255, 70) : QColor(0, 0, 0, 60);
     QString s = QStringLiteral(R"(
 QWidget#configWindow, QWidget#configRoot, QWidget#page, QScrollArea, QScrollArea > QWidget > QWidget { background: @window; }
-QWidget { color: @text; font-size: 13px; }
+QWidget { color: @text; font-size: 13px; selection-background-color: @accent; selection-color: @accentText; }
 QLabel#title { font-size: 22px; font-weight: 600; }
 QWidget#guide { background: rgba(0, 0, 0, 110); }
 QLabel#guideTitle { font-size: 18px; font-weight: 600; }
@@ -92,10 +92,11 @@ QPushButton { background: @card; border: 1px solid @fieldBorder; border-radius: 
 QPushButton:hover { background: @hover; }
 QPushButton:pressed { background: @pressed; }
 QPushButton:focus { border: 1px solid @accent; }
-QPushButton:disabled { color: @secondary; }
+QPushButton:disabled { color: @secondary; background: transparent; border-color: @separator; }
 QPushButton#primary { background: @accent; color: @accentText; border: 1px solid @accent; font-weight: 600; }
 QPushButton#primary:hover { background: @accentHover; }
 QLineEdit, QComboBox, QSpinBox { background: @field; border: 1px solid @fieldBorder; border-radius: 7px; padding: 5px 9px; selection-background-color: @accent; selection-color: @accentText; }
+QLineEdit:disabled, QComboBox:disabled, QSpinBox:disabled { color: @secondary; background: transparent; border-color: @separator; }
 QLineEdit:focus, QComboBox:focus, QSpinBox:focus { border: 2px solid @accent; padding: 4px 8px; }
 QComboBox::drop-down { border: none; width: 22px; }
 QComboBox QAbstractItemView { background: @card; border: 1px solid @cardBorder; selection-background-color: @accent; selection-color: @accentText; outline: none; }
