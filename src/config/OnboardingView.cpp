@@ -198,4 +198,21 @@ void OnboardingView::keyPressEvent(QKeyEvent* event) {
     }
 }
 
+bool OnboardingView::focusNextPrevChild(bool next) {
+    QList<QWidget*> ring;
+    for (QPushButton* button : {m_skip, m_back, m_next}) {
+        if (button->isVisibleTo(this)) {
+            ring.append(button);
+        }
+    }
+    if (ring.isEmpty()) {
+        return false;
+    }
+    const qsizetype at = ring.indexOf(focusWidget());
+    const qsizetype count = ring.size();
+    const qsizetype to = at < 0 ? 0 : (at + (next ? 1 : count - 1)) % count;
+    ring.at(to)->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    return true;
+}
+
 } // namespace tw

@@ -36,6 +36,8 @@ protected:
     bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    // Tab and Shift+Tab go round the guide's own buttons: the window behind is veiled.
+    bool focusNextPrevChild(bool next) override;
 
 private:
     StatusPlace m_place;

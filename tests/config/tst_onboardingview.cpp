@@ -47,7 +47,7 @@ private Q_SLOTS:
     // Keys go where the person's keyboard would send them: to the focused widget.
     void shownUntilSkippedOrDone_data() {
         QTest::addColumn<bool>("seenBefore");
-        // n Enter, x Esc; b, s and d click Back, Skip and Done.
+        // n Enter, x Esc, t Tab, T Shift+Tab; b, s and d click Back, Skip and Done.
         QTest::addColumn<QString>("keys");
         QTest::addColumn<bool>("seenAfter");
         row("seen: not shown", true, "", true);
@@ -55,6 +55,7 @@ private Q_SLOTS:
         row("Esc skips and leaves the window open", false, "nx", true);
         row("Enter through every step", false, "nnn", true);
         row("Back, then Done", false, "nbnnd", true);
+        row("Tab goes round the guide, never behind its veil", false, "tttntTTTTx", true);
         row("closed on the way: shown next time", false, "nn", false);
         row("closed at once", false, "", false);
     }
@@ -91,6 +92,13 @@ private Q_SLOTS:
                     break;
                 case 'x':
                     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+                    break;
+                case 't':
+                    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+                    break;
+                case 'T':
+                    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab,
+                                    Qt::ShiftModifier);
                     break;
                 default:
                     guide->findChildren<QPushButton*>().at(key == u's' ? 0 : 2)->click();
