@@ -157,14 +157,13 @@ std::optional<int> runSnapshotKitMode(LaunchContext& context) {
     QImage picture;
     if (options.problem.isEmpty()) {
         ControlKit kit(options.shade == GlassLook::Shade::Light ? ColorScheme::Light
-                                                                 : ColorScheme::Dark);
+                                                                : ColorScheme::Dark);
         kit.resize(ConfigWindow::contentSize.width(), kit.sizeHint().height());
         kit.layout()->activate();
         picture = pictureOf(kit, options.devicePixelRatio, Qt::transparent);
     }
-    return reportSnapshot(context, QStringLiteral("snapshot-kit"), context.values.value(0),
-                          picture, options.problem,
-                          QStringLiteral(" dark=%1").arg(options.darkField()));
+    return reportSnapshot(context, QStringLiteral("snapshot-kit"), context.values.value(0), picture,
+                          options.problem, QStringLiteral(" dark=%1").arg(options.darkField()));
 }
 
 std::optional<int> runSnapshotGeneralMode(LaunchContext& context) {

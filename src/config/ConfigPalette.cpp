@@ -95,10 +95,14 @@ QPushButton:focus { border: 1px solid @accent; }
 QPushButton:disabled { color: @secondary; background: transparent; border-color: @separator; }
 QPushButton#primary { background: @accent; color: @accentText; border: 1px solid @accent; font-weight: 600; }
 QPushButton#primary:hover { background: @accentHover; }
-QLineEdit, QComboBox, QSpinBox { background: @field; border: 1px solid @fieldBorder; border-radius: 7px; padding: 5px 9px; selection-background-color: @accent; selection-color: @accentText; }
-QLineEdit:disabled, QComboBox:disabled, QSpinBox:disabled { color: @secondary; background: transparent; border-color: @separator; }
-QLineEdit:focus, QComboBox:focus, QSpinBox:focus { border: 2px solid @accent; padding: 4px 8px; }
-QComboBox::drop-down { border: none; width: 22px; }
+QLineEdit, QComboBox, QSpinBox, QDateEdit { background: @field; border: 1px solid @fieldBorder; border-radius: 7px; padding: 5px 9px; selection-background-color: @accent; selection-color: @accentText; }
+QLineEdit:disabled, QComboBox:disabled, QSpinBox:disabled, QDateEdit:disabled { color: @secondary; background: transparent; border-color: @separator; }
+QLineEdit:focus, QComboBox:focus, QSpinBox:focus, QDateEdit:focus { border: 2px solid @accent; padding: 4px 8px; }
+QComboBox::drop-down, QDateEdit::drop-down { border: none; width: 22px; }
+QComboBox::down-arrow, QDateEdit::down-arrow { image: url(@chevron); width: 10px; height: 6px; }
+QCalendarWidget QWidget { alternate-background-color: @card; }
+QCalendarWidget QToolButton { background: transparent; border: none; padding: 4px 8px; font-weight: 600; }
+QCalendarWidget QAbstractItemView { background: @card; selection-background-color: @accent; selection-color: @accentText; outline: none; }
 QComboBox QAbstractItemView { background: @card; border: 1px solid @cardBorder; selection-background-color: @accent; selection-color: @accentText; outline: none; }
 QCheckBox, QRadioButton { spacing: 8px; background: transparent; }
 QCheckBox::indicator { width: 16px; height: 16px; border-radius: 4px; border: 1px solid @fieldBorder; background: @field; }
@@ -162,6 +166,8 @@ QPushButton#segment:checked { background: @accent; color: @accentText; border-co
     for (const auto& [name, colour] : names) {
         s.replace(QLatin1String(name), css(colour));
     }
+    s.replace(QLatin1String("@chevron"), isDark() ? QLatin1String(":/config/chevron-dark.svg")
+                                                  : QLatin1String(":/config/chevron-light.svg"));
     return s;
 }
 

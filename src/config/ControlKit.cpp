@@ -8,6 +8,7 @@
 #include "look/Theme.h"
 
 #include <QComboBox>
+#include <QDateEdit>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -104,10 +105,10 @@ SettingsCard* buttonsCard() {
                         button(QStringLiteral("Undo"), nullptr, false)}));
     card->addRow(QStringLiteral("Switches"), QStringLiteral("On, off and unavailable"),
                  rowOf({switchIn(true), switchIn(false), switchIn(false, false)}));
-    card->addRow(QStringLiteral("Segments"), QStringLiteral("One choice of a few"),
-                 segments({QStringLiteral("Frosted"), QStringLiteral("Clear"),
-                           QStringLiteral("Liquid")},
-                          1));
+    card->addRow(
+        QStringLiteral("Segments"), QStringLiteral("One choice of a few"),
+        segments({QStringLiteral("Frosted"), QStringLiteral("Clear"), QStringLiteral("Liquid")},
+                 1));
     auto* sizes =
         new SizePicker({WidgetSize::small, WidgetSize::wide, WidgetSize::large}, WidgetSize::wide);
     // Its segments take what room they are given, as on a narrow card.
@@ -129,6 +130,10 @@ SettingsCard* fieldsCard() {
     choice->addItems({QStringLiteral("As the system says"), QStringLiteral("12-hour"),
                       QStringLiteral("24-hour")});
     card->addRow(QStringLiteral("Menu"), QString(), choice);
+    auto* day = new QDateEdit(QDate(2027, 1, 1));
+    day->setCalendarPopup(true);
+    day->setDisplayFormat(QStringLiteral("d MMMM yyyy"));
+    card->addRow(QStringLiteral("Day"), QStringLiteral("Picked on a calendar"), day);
     auto* slider = new QSlider(Qt::Horizontal);
     slider->setRange(0, 100);
     slider->setValue(60);

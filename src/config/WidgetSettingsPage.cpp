@@ -4,6 +4,7 @@
 #include "config/SettingsCard.h"
 #include "config/SizePicker.h"
 #include "config/SwitchButton.h"
+#include "faces/CountdownFace.h"
 #include "faces/GallerySheet.h"
 #include "grid/GridStore.h"
 #include "model/WidgetOption.h"
@@ -12,6 +13,7 @@
 #include "tick/TickCoordinator.h"
 
 #include <QComboBox>
+#include <QDateEdit>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -209,6 +211,17 @@ void WidgetSettingsPage::addOptions(const QString& kind) {
             control = field;
             break;
         }
+        case WidgetOption::Type::date: {
+            auto* day = new QDateEdit();
+            day->setCalendarPopup(true);
+            day->setDisplayFormat(QLocale().dateFormat(QLocale::LongFormat));
+            day->setMinimumWidth(220);
+            connect(day, &QDateEdit::editingFinished, this, [this, day, key = option.key] {
+                setOption(key, day->date().toString(Qt::ISODate));
+            });
+            control = day;
+            break;
+        }
         }
         control->setProperty("optionKey", option.key);
         m_options.insert(option.key, control);
@@ -243,6 +256,8 @@ void WidgetSettingsPage::refresh() {
             toggle->setChecked(value != QLatin1String("false"));
         } else if (auto* field = qobject_cast<QLineEdit*>(control); field && !field->hasFocus()) {
             field->setText(value);
+        } else if (auto* day = qobject_cast<QDateEdit*>(control); day && !day->hasFocus()) {
+            day->setDate(shownDay(value));
         }
     }
     const auto definition = m_context.registry->definition(m_instance->kind);
@@ -250,6 +265,16 @@ void WidgetSettingsPage::refresh() {
                         .arg(definition ? definition->metadata.displayName : m_instance->kind,
                              label(m_instance->size), scaleText(step)));
     m_preview->update();
+}
+
+QDate WidgetSettingsPage::shownDay(const QString& value) const {
+    const std::optional<QDateTime> moment = CountdownFace::moment(value);
+    if (moment) {
+        return moment->date();
+    }
+    // Nothing set yet: a month from the tick's day, a day worth counting towards.
+    const QDateTime now = m_context.ticker ? m_context.ticker->now() : QDateTime();
+    return (now.isValid() ? now.date() : QDate::currentDate()).addMonths(1);
 }
 
 bool WidgetSettingsPage::refuseUnfit(const WidgetInstance& changed) {

@@ -6,6 +6,7 @@
 #include "config/SettingsPage.h"
 #include "model/WidgetInstance.h"
 
+#include <QDate>
 #include <QHash>
 #include <QUuid>
 
@@ -48,6 +49,8 @@ private:
     void chooseScale(int step);
     void setOption(const QString& key, const QString& value);
     void addOptions(const QString& kind);
+    // The day a date option shows for its stored value.
+    QDate shownDay(const QString& value) const;
 
     ConfigContext& m_context;
     const QUuid m_id;

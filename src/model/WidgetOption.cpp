@@ -67,8 +67,11 @@ QList<WidgetOption> WidgetOption::of(const QString& kind) {
     }
     if (kind == QLatin1String("countdown")) {
         return {text(QStringLiteral("title"), L("option.title", QStringLiteral("Title"))),
-                text(QStringLiteral("target"),
-                     L("option.target", QStringLiteral("Counts down to (YYYY-MM-DD)")))};
+                {.key = QStringLiteral("target"),
+                 .title = L("option.target", QStringLiteral("Counts down to")),
+                 .type = Type::date,
+                 .choices = {},
+                 .defaultValue = {}}};
     }
     return {};
 }

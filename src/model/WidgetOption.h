@@ -8,7 +8,7 @@
 namespace tw {
 
 struct WidgetOption {
-    enum class Type { choice, toggle, text };
+    enum class Type { choice, toggle, text, date };
 
     struct Choice {
         QString value;
@@ -20,7 +20,8 @@ struct WidgetOption {
     QString key;
     QString title;
     Type type = Type::choice;
-    // For a choice, in the order shown; a toggle stores "true" or "false".
+    // For a choice, in the order shown; a toggle stores "true" or "false", a date its ISO 8601
+    // day ("2027-01-01").
     QList<Choice> choices;
     // What the face does when the key is absent; empty for a text that starts blank.
     QString defaultValue;

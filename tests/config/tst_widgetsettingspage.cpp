@@ -10,6 +10,7 @@
 
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QDateEdit>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QSlider>
@@ -110,6 +111,22 @@ private Q_SLOTS:
         QCOMPARE(rig.tile(id).size, WidgetSize::large);
         QCOMPARE(page.sizePicker()->size(), WidgetSize::large);
         QVERIFY(!rig.tile(id).settings);
+    }
+
+    // The countdown's day is picked on a calendar and kept as an ISO day the face reads.
+    void dayOptionShowsAndKeepsAnIsoDay() {
+        Rig rig;
+        const QUuid id = rig.add(QStringLiteral("countdown"), WidgetSize::small);
+        rig.grid.pause();
+        WidgetSettingsPage page(rig.context, id);
+        auto* day = qobject_cast<QDateEdit*>(page.optionControl(QStringLiteral("target")));
+        QVERIFY(day);
+        day->setDate(QDate(2027, 3, 14));
+        day->editingFinished();
+        QCOMPARE(rig.setting(id, QStringLiteral("target")), QStringLiteral("2027-03-14"));
+        QVERIFY(rig.undo());
+        QVERIFY(rig.setting(id, QStringLiteral("target")).isEmpty());
+        QVERIFY(day->date() != QDate(2027, 3, 14));
     }
 
     // A wide tile is 204 points wide at 1×; the displays here hold 300. One change each, kept or

@@ -84,6 +84,7 @@ private:
                          qPrintable(where));
                 break;
             case tw::WidgetOption::Type::text:
+            case tw::WidgetOption::Type::date:
                 QVERIFY2(values.isEmpty(), qPrintable(where));
                 break;
             }
