@@ -1,5 +1,7 @@
 // sysfs attributes as the kernel, or a broken driver, may write them: "name=value" lines make
-// one power supply's files. Any bytes give a battery whose figures stay in their ranges.
+// one power supply's files, and every line is also a sensor's value and a chip's name. Any
+// bytes give a battery whose figures stay in their ranges.
+#include "platform/linux/HwmonSensorSource.h"
 #include "platform/linux/PowerSupply.h"
 #include "platform/linux/SysfsText.h"
 
@@ -33,7 +35,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (equals > 0) {
             files.insert(line.left(equals), line.mid(equals + 1));
         }
-        (void)tw::sysfs::integer(line);
+        (void)tw::HwmonSensorSource::celsius(line);
+        (void)tw::HwmonSensorSource::kindOfChip(tw::sysfs::word(line));
     }
     const auto file = [&files](const char* name) -> std::optional<QByteArray> {
         const auto it = files.constFind(QByteArray(name));

@@ -3,6 +3,7 @@
 #include "platform/linux/BluezBluetoothSource.h"
 #include "platform/linux/DisplayProbe.h"
 #include "platform/linux/FreedesktopNotifications.h"
+#include "platform/linux/HwmonSensorSource.h"
 #include "platform/linux/LinuxDesktopPicture.h"
 #include "platform/linux/LinuxLockScreenSurface.h"
 #include "platform/linux/LinuxPictureSetter.h"
@@ -34,6 +35,7 @@ PlatformServices PlatformServices::make() {
     services.power = UPowerPowerSource::create();
     services.system = std::make_unique<LinuxSystemSource>();
     services.bluetooth = BluezBluetoothSource::create();
+    services.sensors = std::make_unique<HwmonSensorSource>();
     return services;
 }
 
