@@ -9,11 +9,13 @@
 #include "config/GeneralPage.h"
 #include "config/LayoutsPage.h"
 #include "config/OnboardingView.h"
+#include "config/SizePicker.h"
 #include "config/UpdatesPage.h"
 #include "config/WidgetSettingsPage.h"
 #include "settings/AppSettings.h"
 #include "text/L.h"
 
+#include <QAbstractButton>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QKeySequence>
@@ -212,6 +214,15 @@ void ConfigRoot::showWidget(const QUuid& id) {
             [this] { showRow(m_desktopRow); });
     m_stack->addWidget(m_widgetPage);
     m_stack->setCurrentWidget(m_widgetPage);
+    // The keyboard starts on the tile's size, unless the first-start guide holds it.
+    const auto* guide = findChild<OnboardingView*>();
+    if (guide == nullptr || guide->isHidden()) {
+        for (auto* segment : m_widgetPage->sizePicker()->findChildren<QAbstractButton*>()) {
+            if (segment->isChecked()) {
+                segment->setFocus();
+            }
+        }
+    }
     m_page.clear();
     m_widget = id;
 }

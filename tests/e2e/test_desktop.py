@@ -451,6 +451,34 @@ class ThemeFromWindowTest(HostCase):
         self.screenshot("theme-from-window.png")
 
 
+class WidgetSettingsTest(HostCase):
+    """"Widget Settings…" on a tile opens that tile's own page, and what is set there reaches the
+    tile on the desktop."""
+
+    conf = HostCase.conf + "tarnwick.hasSeenGuide=true\n"
+
+    def test_the_tiles_menu_opens_its_page(self):
+        clock = self.by_kind("clock")
+        width = self.panel_of(clock)[2]
+        self.session.xdotool("mousemove", "--sync", *centre(self.panel_of(clock)))
+        before = self.session.override_windows()
+        self.session.xdotool("click", 3)
+        self.assertTrue(self.session.wait_for(lambda: self.session.override_windows() - before),
+                        "no menu opened")
+        # "Widget Settings…" is the menu's first entry.
+        self.session.xdotool("key", "Down")
+        self.session.xdotool("key", "Return")
+        window = self.config_window()
+        self.assertTrue(window, "the window did not open")
+        self.session.xdotool("windowactivate", "--sync", window[0])
+        # The page starts on the tile's size; the arrow takes the next one.
+        self.session.xdotool("key", "--clearmodifiers", "Right")
+        self.settle(lambda: self.instances()[clock["id"].lower()]["size"] != clock["size"],
+                    "the size chosen on the page did not reach the tile")
+        self.settle(lambda: self.panel_of(clock)[2] > width, "the tile on the desktop kept its size")
+        self.screenshot("widget-settings.png")
+
+
 @unittest.skipUnless(shutil.which("trayer"), "needs trayer, an XEmbed system tray")
 class TrayTest(HostCase):
     """With a system tray on the desktop the status item stands in it."""
