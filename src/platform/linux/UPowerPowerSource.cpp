@@ -190,10 +190,10 @@ void UPowerPowerSource::getAll(const QString& service, const QString& path,
 }
 
 void UPowerPowerSource::onPropertiesChanged(const QDBusMessage& message) {
-    const QVariantList arguments = message.arguments();
-    if (arguments.size() < 2) {
+    if (message.signature() != QLatin1String("sa{sv}as")) {
         return;
     }
+    const QVariantList arguments = message.arguments();
     const QString interface = arguments.at(0).toString();
     const auto changes = qdbus_cast<QVariantMap>(arguments.at(1));
     const QString path = message.path();
