@@ -1,0 +1,1 @@
+tw_add_bench(bench_sensors LIBS tw_platform_os)
