@@ -186,7 +186,6 @@ private Q_SLOTS:
             0.12);
         row("no driver reports", Tree{{QStringLiteral("class/drm/card0/device/vendor"), "0x8086"}},
             -1.0);
-        row("no drm", Tree{}, -1.0);
     }
     void graphicsBusy() {
         QFETCH(Tree, sys);

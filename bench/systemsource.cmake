@@ -1,0 +1,1 @@
+tw_add_bench(bench_systemsource LIBS tw_platform_os)
