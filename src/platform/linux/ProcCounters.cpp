@@ -234,10 +234,15 @@ QList<ProcCounters::Mount> ProcCounters::mounts(const QByteArray& table) {
 }
 
 QList<ProcCounters::Mount> ProcCounters::volumeMounts(const QList<Mount>& mounts) {
+    QHash<QString, qsizetype> latest;
+    for (qsizetype i = 0; i < mounts.size(); ++i) {
+        latest.insert(mounts[i].path, i);
+    }
     QList<Mount> visible;
-    for (const Mount& mount : mounts) {
-        visible.removeIf([&mount](const Mount& earlier) { return earlier.path == mount.path; });
-        visible.append(mount);
+    for (qsizetype i = 0; i < mounts.size(); ++i) {
+        if (latest.value(mounts[i].path) == i) {
+            visible.append(mounts[i]);
+        }
     }
     QList<Mount> result;
     QSet<QByteArray> devices;
