@@ -141,8 +141,10 @@ BluezBluetoothSource::pairedDevices(const QMap<QString, Interfaces>& objects) {
 }
 
 void BluezBluetoothSource::fetch() {
-    const QDBusMessage call = QDBusMessage::createMethodCall(
+    QDBusMessage call = QDBusMessage::createMethodCall(
         bluezService, QStringLiteral("/"), objectManager, QStringLiteral("GetManagedObjects"));
+    // The system starts BlueZ where there is Bluetooth; asking must not start it elsewhere.
+    call.setAutoStartService(false);
     auto* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this,
             [this](QDBusPendingCallWatcher* finished) {
