@@ -1,10 +1,14 @@
 #include "faces/FaceRegistry.h"
 
+#include "faces/BatteryFace.h"
+#include "faces/BluetoothFace.h"
 #include "faces/ClockFace.h"
 #include "faces/CountdownFace.h"
 #include "faces/DayProgressFace.h"
+#include "faces/DiskFace.h"
 #include "faces/FlipClockFace.h"
 #include "faces/GenericFace.h"
+#include "faces/NetworkFace.h"
 #include "faces/SimpleClockFace.h"
 #include "faces/WordClockFace.h"
 #include "faces/WorldClockFace.h"
@@ -22,6 +26,10 @@ FaceRegistry::FaceRegistry()
     add(QStringLiteral("dayprogress"), std::make_unique<DayProgressFace>());
     add(QStringLiteral("yearprogress"), std::make_unique<YearProgressFace>());
     add(QStringLiteral("countdown"), std::make_unique<CountdownFace>());
+    add(QStringLiteral("battery"), std::make_unique<BatteryFace>());
+    add(QStringLiteral("network"), std::make_unique<NetworkFace>());
+    add(QStringLiteral("disk"), std::make_unique<DiskFace>());
+    add(QStringLiteral("btdevices"), std::make_unique<BluetoothFace>());
 }
 
 FaceRegistry::~FaceRegistry() = default;

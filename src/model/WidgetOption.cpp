@@ -50,6 +50,16 @@ WidgetOption text(const QString& key, const QString& title) {
     return {.key = key, .title = title, .type = Type::text, .choices = {}, .defaultValue = {}};
 }
 
+WidgetOption batteryStyle() {
+    return {.key = QStringLiteral("style"),
+            .title = L("option.style", QStringLiteral("Style")),
+            .type = Type::choice,
+            .choices = {{QStringLiteral("battery"),
+                         L("option.style.battery", QStringLiteral("Battery"))},
+                        {QStringLiteral("ring"), L("option.style.ring", QStringLiteral("Ring"))}},
+            .defaultValue = QStringLiteral("battery")};
+}
+
 } // namespace
 
 QList<WidgetOption> WidgetOption::of(const QString& kind) {
@@ -72,6 +82,19 @@ QList<WidgetOption> WidgetOption::of(const QString& kind) {
                  .type = Type::date,
                  .choices = {},
                  .defaultValue = {}}};
+    }
+    if (kind == QLatin1String("battery")) {
+        return {batteryStyle()};
+    }
+    // Blank: the interface that is up and busiest; or one by its name ("wlan0").
+    if (kind == QLatin1String("network")) {
+        return {text(QStringLiteral("interface"),
+                     L("option.interface", QStringLiteral("Interface (blank: automatic)")))};
+    }
+    // Blank: the system volume; or the mount point of the one to show first ("/home").
+    if (kind == QLatin1String("disk")) {
+        return {text(QStringLiteral("volume"),
+                     L("option.volume", QStringLiteral("Volume first (blank: system)")))};
     }
     return {};
 }

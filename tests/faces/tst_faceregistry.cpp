@@ -25,13 +25,16 @@ class TestFaceRegistry : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    // Faces of their own are for catalogue kinds that show the time.
-    void ownFacesAreTimeKinds() {
+    // Faces of their own are for catalogue kinds that show the time or the machine's readings.
+    void ownFacesAreCatalogueKinds() {
         const FaceRegistry faces;
         QVERIFY(!faces.kinds().isEmpty());
         for (const QString& kind : faces.kinds()) {
             QVERIFY2(WidgetRegistry::builtInDefinition(kind).has_value(), qPrintable(kind));
-            QVERIFY2(faces.face(kind).grain(WidgetSize::large, {}).has_value(), qPrintable(kind));
+            const WidgetFace& face = faces.face(kind);
+            QVERIFY2(face.grain(WidgetSize::large, {}).has_value() !=
+                         (face.feeds(WidgetSize::large, {}) != ReadingFeeds()),
+                     qPrintable(kind));
         }
     }
 
@@ -68,6 +71,8 @@ private Q_SLOTS:
         row("countdown", "countdown", WidgetSize::wide, none, "seconds");
         row("weather", "weather", WidgetSize::large, none, "none");
         row("mirror", "mirror", WidgetSize::large, none, "none");
+        row("readings wake no clock", "network", WidgetSize::grand, none, "none");
+
         row("a custom widget", "custom.0000", WidgetSize::large, none, "none");
         row("no kind", "", WidgetSize::large, none, "none");
     }
@@ -82,7 +87,8 @@ private Q_SLOTS:
                  : *asked == TimeGrain::Seconds ? QStringLiteral("seconds")
                                                 : QStringLiteral("minutes"),
                  grain);
-        QCOMPARE(faces.hasOwnFace(kind), grain != QLatin1String("none"));
+        QCOMPARE(faces.hasOwnFace(kind) && !faces.face(kind).feeds(size, settings),
+                 grain != QLatin1String("none"));
     }
 };
 

@@ -1,0 +1,339 @@
+// The faces of the machine's readings: their texts, what they choose to show, the feeds they ask
+// for, and every size drawn inside its tile from a full board, a board of honest absences and one
+// of edge cases.
+#include "TestRows.h"
+#include "faces/BatteryFace.h"
+#include "faces/BluetoothFace.h"
+#include "faces/DiskFace.h"
+#include "faces/FaceContext.h"
+#include "faces/FaceRegistry.h"
+#include "faces/NetworkFace.h"
+#include "faces/ReadingText.h"
+#include "faces/TileRenderer.h"
+#include "look/Theme.h"
+#include "model/WidgetRegistry.h"
+#include "platform/null/NullSymbolProvider.h"
+
+#include <QImage>
+#include <QPainter>
+#include <QTest>
+
+#include <cmath>
+
+using namespace tw;
+using tw::test::row;
+
+namespace {
+
+ReadingsBoard fullBoard() {
+    ReadingsBoard b;
+    b.battery = BatterySnapshot{.percent = 76,
+                                .isCharging = false,
+                                .isPluggedIn = false,
+                                .hasBattery = true,
+                                .timeToEmpty = 130,
+                                .timeToFull = -1};
+    for (int i = 0; i < ReadingsBoard::historyLength; ++i) {
+        NetworkSnapshot s;
+        s.interfaces = {InterfaceRate{QStringLiteral("wlan0"), true, true,
+                                      2e5 + 9e5 * std::pow(std::sin(i / 6.0), 2), 3e4 + i * 1e3,
+                                      1'234'000'000, 345'000'000},
+                        InterfaceRate{QStringLiteral("enp3s0"), false, true, 1200, 300, 5, 1}};
+        b.networkHistory << s;
+    }
+    b.network = b.networkHistory.last();
+    b.volumes = QList<Volume>{
+        {QStringLiteral("/home"), QStringLiteral("Home"), 120'000'000'000, 900'000'000'000, false},
+        {QStringLiteral("/"), QStringLiteral("System"), 41'000'000'000, 256'000'000'000, false},
+        {QStringLiteral("/media/usb"), QStringLiteral("A removable drive with a long name"),
+         15'000'000'000, 128'000'000'000, true},
+        {QStringLiteral("/mnt/data"), QStringLiteral("Data"), 1'900'000'000'000, 4'000'000'000'000,
+         false},
+        {QStringLiteral("/mnt/old"), QStringLiteral("Old"), 1, 500'000'000'000, false}};
+    b.bluetoothAvailable = true;
+    b.bluetooth = {
+        {QStringLiteral("AA"), QStringLiteral("MX Master 3"), QStringLiteral("input-mouse"), true,
+         84},
+        {QStringLiteral("BB"), QStringLiteral("Headphones with a very long name indeed"),
+         QStringLiteral("audio-headset"), true, 15},
+        {QStringLiteral("CC"), QStringLiteral("Keyboard"), QStringLiteral("input-keyboard"), false,
+         52},
+        {QStringLiteral("DD"), QStringLiteral("Phone"), QStringLiteral("phone"), false, {}},
+        {QStringLiteral("EE"), QString(), QString(), false, 100},
+        {QStringLiteral("FF"), QStringLiteral("Speaker"), QStringLiteral("audio-card"), false, 0}};
+    return b;
+}
+
+// What a desktop computer without Bluetooth reads: no battery, no interface, no volume.
+ReadingsBoard honestBoard() {
+    ReadingsBoard b;
+    b.battery = BatterySnapshot{};
+    b.network = NetworkSnapshot{};
+    b.volumes = QList<Volume>{};
+    b.bluetoothAvailable = false;
+    return b;
+}
+
+// Single entries, zeros and a history shorter than the chart.
+ReadingsBoard edgeBoard() {
+    ReadingsBoard b;
+    b.battery = BatterySnapshot{.percent = 5,
+                                .isCharging = true,
+                                .isPluggedIn = true,
+                                .hasBattery = true,
+                                .timeToEmpty = -1,
+                                .timeToFull = 6000};
+    NetworkSnapshot s;
+    s.interfaces = {InterfaceRate{QStringLiteral("enp0s31f6-with-a-long-name"), false, true,
+                                  999'999'999'999, 0, 0, 0}};
+    b.networkHistory = {s, s};
+    b.network = s;
+    b.volumes = QList<Volume>{{QStringLiteral("/"), QString(), 0, 0, false}};
+    b.bluetoothAvailable = true;
+    b.bluetooth = {
+        {QStringLiteral("AA"), QStringLiteral("Phone"), QStringLiteral("phone"), true, {}}};
+    return b;
+}
+
+const NullSymbolProvider kSymbols;
+
+// The bounding box, in pixels, of everything painted.
+QRect paintedBounds(const QImage& image) {
+    QRect bounds;
+    for (int y = 0; y < image.height(); ++y) {
+        const auto* line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+        for (int x = 0; x < image.width(); ++x) {
+            if (qAlpha(line[x]) != 0) {
+                bounds |= QRect(x, y, 1, 1);
+            }
+        }
+    }
+    return bounds;
+}
+
+BatterySnapshot battery(int percent, bool charging, bool plugged, int toEmpty, int toFull) {
+    return {.percent = percent,
+            .isCharging = charging,
+            .isPluggedIn = plugged,
+            .hasBattery = true,
+            .timeToEmpty = toEmpty,
+            .timeToFull = toFull};
+}
+
+QStringList words(const char* text) {
+    return QString::fromUtf8(text).split(QLatin1Char(' '));
+}
+
+QStringList paths(const QList<Volume>& volumes) {
+    QStringList out;
+    for (const Volume& v : volumes) {
+        out << v.path;
+    }
+    return out;
+}
+
+} // namespace
+
+class TestReadingFaces : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void texts_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<double>("value");
+        QTest::addColumn<QString>("expected");
+        row("nothing", "rate", 0.0, "0\u00a0B/s");
+        row("bytes stay whole", "rate", 999.0, "999\u00a0B/s");
+        row("one kilobyte", "rate", 1000.0, "1.0\u00a0KB/s");
+        row("one decimal below ten", "rate", 1540.0, "1.5\u00a0KB/s");
+        row("rounds up to ten without a decimal", "rate", 9960.0, "10\u00a0KB/s");
+        row("rounds up into the next unit", "rate", 999'600.0, "1.0\u00a0MB/s");
+        row("three figures", "rate", 123'456'789.0, "123\u00a0MB/s");
+        row("negative", "rate", -1.0, "\u2014");
+        row("not a number", "bytes", std::nan(""), "\u2014");
+        row("terabytes", "bytes", 4e12, "4.0\u00a0TB");
+        row("beyond the largest unit", "bytes", 2e18, "2,000\u00a0PB");
+        row("minutes", "duration", 40.0, "40 min");
+        row("whole hours", "duration", 180.0, "3 h");
+        row("hours and minutes", "duration", 130.0, "2 h 10 min");
+        row("unknown span", "duration", -1.0, "\u2014");
+    }
+    void texts() {
+        QFETCH(QString, kind);
+        QFETCH(double, value);
+        QFETCH(QString, expected);
+        const QString text = kind == QLatin1String("rate") ? ReadingText::rate(value)
+                             : kind == QLatin1String("bytes")
+                                 ? ReadingText::bytes(value)
+                                 : ReadingText::duration(static_cast<int>(value));
+        QCOMPARE(text, expected);
+    }
+
+    void batteryTexts_data() {
+        QTest::addColumn<BatterySnapshot>("battery");
+        QTest::addColumn<QString>("state");
+        QTest::addColumn<QString>("time");
+        row("on battery", battery(76, false, false, 130, -1), "On battery", "2 h 10 min left");
+        row("on battery, time unknown", battery(76, false, false, -1, -1), "On battery", "");
+        row("charging", battery(40, true, true, -1, 40), "Charging", "Full in 40 min");
+        row("charging, time unknown", battery(40, true, true, 90, -1), "Charging", "");
+        row("plugged in, full", battery(100, false, true, -1, -1), "Fully charged", "");
+        row("plugged in, held below full", battery(80, false, true, 300, -1), "Not charging", "");
+        row("no battery", BatterySnapshot{}, "No battery", "On mains power");
+    }
+    void batteryTexts() {
+        QFETCH(BatterySnapshot, battery);
+        QFETCH(QString, state);
+        QFETCH(QString, time);
+        QCOMPARE(BatteryFace::stateText(battery), state);
+        QCOMPARE(BatteryFace::timeText(battery), time);
+    }
+
+    // Which interface, volume order and devices each face picks from a reading.
+    void choices() {
+        const ReadingsBoard full = fullBoard();
+        const NetworkSnapshot& network = *full.network;
+        QCOMPARE(NetworkFace::chosen(network, QString())->interface, QStringLiteral("wlan0"));
+        QCOMPARE(NetworkFace::chosen(network, QStringLiteral("enp3s0"))->interface,
+                 QStringLiteral("enp3s0"));
+        QVERIFY(NetworkFace::chosen(network, QStringLiteral("eth9")) == nullptr);
+        NetworkSnapshot down = network;
+        for (InterfaceRate& rate : down.interfaces) {
+            rate.up = false;
+        }
+        QVERIFY(NetworkFace::chosen(down, QString()) == nullptr);
+        // A reading without the interface counts as no traffic, so the chart keeps its place.
+        QList<NetworkSnapshot> readings{network, NetworkSnapshot{}, network};
+        QCOMPARE(
+            NetworkFace::history(readings, QStringLiteral("enp3s0"), NetworkFace::Direction::up),
+            (QList<double>{300, 0, 300}));
+
+        const QList<Volume>& volumes = *full.volumes;
+        QCOMPARE(paths(DiskFace::ordered(volumes, QString())),
+                 words("/ /home /media/usb /mnt/data /mnt/old"));
+        QCOMPARE(paths(DiskFace::ordered(volumes, QStringLiteral("/mnt/data"))),
+                 words("/mnt/data /home / /media/usb /mnt/old"));
+        QCOMPARE(paths(DiskFace::ordered(volumes, QStringLiteral("/absent"))), paths(volumes));
+        QCOMPARE(DiskFace::usedFraction(volumes.at(4)), 1.0 - 1 / 5e11);
+        QCOMPARE(DiskFace::usedFraction(Volume{}), 0.0);
+        QCOMPARE(DiskFace::usedFraction(
+                     Volume{.path = {}, .name = {}, .free = 10, .total = 5, .removable = false}),
+                 0.0);
+
+        QStringList names;
+        for (const BluetoothDevice& device : BluetoothFace::withBattery(full.bluetooth)) {
+            names << device.address;
+        }
+        QCOMPARE(names, words("AA BB CC EE FF"));
+        BluetoothDevice late = full.bluetooth.at(2);
+        late.connected = true;
+        QCOMPARE(BluetoothFace::withBattery({full.bluetooth.at(4), late}).first().address,
+                 QStringLiteral("CC"));
+    }
+
+    void deviceSymbols_data() {
+        QTest::addColumn<QString>("icon");
+        QTest::addColumn<QString>("symbol");
+        row("mouse", "input-mouse", "computermouse");
+        row("keyboard", "input-keyboard", "keyboard");
+        row("headset", "audio-headset", "headphones");
+        row("headphones", "audio-headphones", "headphones");
+        row("speaker", "audio-card", "hifispeaker");
+        row("game controller", "input-gaming", "gamecontroller");
+        row("phone by prefix", "phone-apple-iphone", "iphone");
+        row("unknown kind", "printer", "wave.3.right.circle.fill");
+        row("no icon", "", "wave.3.right.circle.fill");
+    }
+    void deviceSymbols() {
+        QFETCH(QString, icon);
+        QFETCH(QString, symbol);
+        QCOMPARE(BluetoothFace::symbolFor(icon), symbol);
+    }
+
+    void feeds() {
+        const FaceRegistry faces;
+        const QList<std::pair<QString, ReadingFeed>> kinds{
+            {QStringLiteral("battery"), ReadingFeed::battery},
+            {QStringLiteral("network"), ReadingFeed::network},
+            {QStringLiteral("disk"), ReadingFeed::disks},
+            {QStringLiteral("btdevices"), ReadingFeed::bluetooth}};
+        for (const auto& [kind, feed] : kinds) {
+            QVERIFY2(faces.hasOwnFace(kind), qPrintable(kind));
+            for (WidgetSize size : WidgetRegistry::builtInDefinition(kind)->metadata.allowedSizes) {
+                QCOMPARE(faces.face(kind).feeds(size, {}), ReadingFeeds(feed));
+                QVERIFY(!faces.face(kind).grain(size, {}).has_value());
+            }
+        }
+    }
+
+    // Every size of every reading face, on either glass, inside its padded tile; a null board
+    // is drawn by the renderer's own test of every kind.
+    void staysInside_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<WidgetSize>("size");
+        QTest::addColumn<QString>("board");
+        QTest::addColumn<QString>("style");
+        for (const char* kind : {"battery", "network", "disk", "btdevices"}) {
+            const WidgetMetadata metadata =
+                WidgetRegistry::builtInDefinition(QLatin1String(kind))->metadata;
+            for (WidgetSize size : metadata.allowedSizes) {
+                for (const char* board : {"full", "honest", "edge"}) {
+                    const QByteArray tag =
+                        QByteArray(kind) + '/' + rawValue(size).toUtf8() + '/' + board;
+                    row(tag.constData(), kind, size, board, "");
+                    if (QLatin1String(kind) == QLatin1String("battery")) {
+                        row(QByteArray(tag + "/ring").constData(), kind, size, board, "ring");
+                    }
+                }
+            }
+        }
+    }
+    void staysInside() {
+        QFETCH(QString, kind);
+        QFETCH(WidgetSize, size);
+        QFETCH(QString, board);
+        QFETCH(QString, style);
+        const ReadingsBoard readings = board == QLatin1String("full")     ? fullBoard()
+                                       : board == QLatin1String("honest") ? honestBoard()
+                                                                          : edgeBoard();
+        const FaceRegistry faces;
+        TileRenderer renderer;
+        for (GlassLook::Shade shade : {GlassLook::Shade::Dark, GlassLook::Shade::Light}) {
+            FaceContext context =
+                FaceContext::forKind(WidgetRegistry::builtInDefinition(kind)->metadata, size);
+            context.theme = Theme::defaultTheme();
+            context.glass.shade = shade;
+            context.surface = SurfaceFlags::snapshot();
+            context.symbols = &kSymbols;
+            context.readings = &readings;
+            if (!style.isEmpty()) {
+                context.settings.insert(QStringLiteral("style"), style);
+            }
+            constexpr int room = 40;
+            const QRectF tile(QPointF(room, room), context.points);
+            QImage image(context.points.toSize() + QSize(2 * room, 2 * room),
+                         QImage::Format_ARGB32_Premultiplied);
+            image.fill(Qt::transparent);
+            {
+                QPainter painter(&image);
+                renderer.paintFace(painter, tile, faces.face(kind), context);
+            }
+            const QRect painted = paintedBounds(image);
+            // One pixel of anti-aliasing may spill past the padded inside.
+            const QRect limit =
+                TileRenderer::contentRect(tile.size(), TileShape::of(context.metadata))
+                    .translated(room, room)
+                    .toAlignedRect()
+                    .adjusted(-1, -1, 1, 1);
+            QVERIFY2(!painted.isEmpty(), "nothing painted");
+            QVERIFY2(limit.contains(painted), qPrintable(QStringLiteral("painted %1,%2 %3x%4")
+                                                             .arg(painted.x())
+                                                             .arg(painted.y())
+                                                             .arg(painted.width())
+                                                             .arg(painted.height())));
+        }
+    }
+};
+
+QTEST_MAIN(TestReadingFaces)
+#include "tst_readingfaces.moc"
