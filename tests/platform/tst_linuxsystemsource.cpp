@@ -304,7 +304,7 @@ private Q_SLOTS:
                        {QStringLiteral("self/stat"), processStat("self", 1, 1, 1)},
                        {QStringLiteral("12ab/stat"), processStat("bad", 1, 1, 1)}});
         const qint64 tick = 1'000'000'000 / sysconf(_SC_CLK_TCK);
-        const quint64 page = quint64(sysconf(_SC_PAGESIZE));
+        const auto page = quint64(sysconf(_SC_PAGESIZE));
         QList<ProcessSample> processes = LinuxSystemSource(m_proc, m_sys).processes();
         std::sort(processes.begin(), processes.end(),
                   [](const auto& a, const auto& b) { return a.pid < b.pid; });
@@ -348,7 +348,7 @@ private Q_SLOTS:
                                        [](const auto& p) { return p.pid == getpid(); });
         QVERIFY(self != processes.end());
         QCOMPARE(self->name, QStringLiteral("tst_linuxsystem"));
-        QVERIFY(self->residentBytes > 1024 * 1024);
+        QVERIFY(self->residentBytes > quint64(1024) * 1024);
     }
 
 private:

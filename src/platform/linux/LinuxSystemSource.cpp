@@ -20,7 +20,7 @@ namespace {
 Q_LOGGING_CATEGORY(lcReadings, "tarnwick.readings")
 
 // /proc files report a size of 0, so they are read to their end, but never past this.
-constexpr qsizetype maxFileBytes = 1024 * 1024;
+constexpr qsizetype maxFileBytes = qsizetype(1024) * 1024;
 // A process's stat line is about 300 bytes.
 constexpr qsizetype maxProcessStatBytes = 4096;
 
@@ -31,17 +31,12 @@ std::optional<QByteArray> readCapped(const QString& path, qsizetype cap) {
     }
     QByteArray data;
     for (;;) {
-        const qsizetype start = data.size();
-        const qsizetype chunk = std::min<qsizetype>(16 * 1024, cap + 1 - start);
-        data.resize(start + chunk);
-        const qint64 got = file.read(data.data() + start, chunk);
-        if (got < 0) {
-            return std::nullopt;
+        const QByteArray piece = file.read(std::min<qsizetype>(16384, cap + 1 - data.size()));
+        if (piece.isEmpty()) {
+            // A directory opens, then fails to read.
+            return file.error() == QFileDevice::NoError ? std::optional(data) : std::nullopt;
         }
-        data.resize(start + got);
-        if (got == 0) {
-            return data;
-        }
+        data.append(piece);
         if (data.size() > cap) {
             return std::nullopt;
         }
@@ -55,7 +50,7 @@ std::optional<quint64> readNumber(const QString& path) {
 
 std::optional<std::chrono::nanoseconds> fromTicks(quint64 ticks, qint64 ticksPerSecond) {
     constexpr quint64 perSecond = 1'000'000'000;
-    const quint64 rate = quint64(ticksPerSecond);
+    const auto rate = quint64(ticksPerSecond);
     const quint64 seconds = ticks / rate;
     if (seconds > quint64(std::numeric_limits<qint64>::max()) / perSecond - 1) {
         return std::nullopt;

@@ -5,6 +5,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -42,17 +43,16 @@ std::optional<quint64> sum(std::initializer_list<quint64> terms) {
 std::optional<CpuTicks> cpuTicks(const QList<QByteArray>& fields) {
     // user nice system idle, then (newer kernels) iowait irq softirq steal; guest time is
     // already inside user.
-    constexpr qsizetype used = 8;
     if (fields.size() < 5) {
         return std::nullopt;
     }
-    quint64 values[used] = {};
-    for (qsizetype i = 1; i < fields.size() && i <= used; ++i) {
+    std::array<quint64, 8> values{};
+    for (qsizetype i = 1; i < fields.size() && i <= qsizetype(values.size()); ++i) {
         const std::optional<quint64> value = ProcCounters::number(fields[i]);
         if (!value) {
             return std::nullopt;
         }
-        values[i - 1] = *value;
+        values.at(i - 1) = *value;
     }
     const std::optional<quint64> system = sum({values[2], values[5], values[6], values[7]});
     const std::optional<quint64> idle = sum({values[3], values[4]});
@@ -80,13 +80,11 @@ bool isSystemPath(const QString& path) {
     if (isUnder(path, QLatin1StringView("/run/media"))) {
         return false;
     }
-    for (const char* directory :
-         {"/boot", "/efi", "/etc", "/proc", "/sys", "/dev", "/run", "/snap"}) {
-        if (isUnder(path, QLatin1StringView(directory))) {
-            return true;
-        }
-    }
-    return false;
+    constexpr std::array directories{"/boot", "/efi", "/etc", "/proc",
+                                     "/sys",  "/dev", "/run", "/snap"};
+    return std::ranges::any_of(directories, [&path](const char* directory) {
+        return isUnder(path, QLatin1StringView(directory));
+    });
 }
 
 bool isOctal(char c) {
@@ -121,7 +119,7 @@ ProcCounters::ProcessorTicks ProcCounters::processorTicks(const QByteArray& stat
         if (!ticks) {
             continue;
         }
-        const QByteArray name = fields.first();
+        const QByteArray& name = fields.first();
         if (name == "cpu") {
             if (!result.all) {
                 result.all = ticks;
