@@ -178,12 +178,15 @@ void BatteryFace::paint(QPainter& painter, const QRectF& rect, const FaceContext
                           rect.right() - gauge.right() - h * 0.2, h);
         const QString hero =
             ring ? (charge.battery != nullptr ? state : ReadingText::missing()) : charge.percent;
+        // Before the first reading the dash stands alone, in the middle.
+        const qreal heroHeight = charge.battery == nullptr ? h : h * 0.56;
         const QRectF heroRect =
             FaceKit::drawFitted(painter, context,
                                 QRectF(text.left(), text.top(),
-                                       text.width() - (symbol.isEmpty() ? 0 : h * 0.3), h * 0.56),
+                                       text.width() - (symbol.isEmpty() ? 0 : h * 0.3), heroHeight),
                                 hero, QFont::DemiBold, context.primary(),
                                 Qt::AlignLeft | Qt::AlignVCenter, ring ? h * 0.3 : h * 0.5);
+
         if (!ring && !symbol.isEmpty()) {
             const qreal s = h * 0.24;
             FaceKit::drawSymbol(

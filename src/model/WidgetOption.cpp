@@ -94,7 +94,8 @@ QList<WidgetOption> WidgetOption::of(const QString& kind) {
     // Blank: the system volume; or the mount point of the one to show first ("/home").
     if (kind == QLatin1String("disk")) {
         return {text(QStringLiteral("volume"),
-                     L("option.volume", QStringLiteral("Volume first (blank: system)")))};
+                     L("option.volume", QStringLiteral("First volume (blank: the system's)")
+))};
     }
     return {};
 }
