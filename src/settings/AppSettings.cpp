@@ -100,24 +100,42 @@ void AppSettings::storeBool(bool& field, bool value, const QString& key,
     Q_EMIT(this->*changed)();
 }
 
+template <typename Change> void AppSettings::changingEffectiveMode(Change change) {
+    const EnergyMode before = effectiveEnergyMode();
+    change();
+    if (effectiveEnergyMode() != before) {
+        Q_EMIT effectiveEnergyModeChanged();
+    }
+}
+
+AppSettings::EnergyMode AppSettings::effectiveEnergyMode() const {
+    return m_autoSaver && m_powerConstrained ? EnergyMode::saver : m_energyMode;
+}
+
 void AppSettings::setEnergyMode(EnergyMode mode) {
     if (m_energyMode == mode) {
         return;
     }
-    m_energyMode = mode;
-    m_defaults.setValue(kEnergyMode, rawValue(mode));
-    Q_EMIT energyModeChanged();
+    changingEffectiveMode([&] {
+        m_energyMode = mode;
+        m_defaults.setValue(kEnergyMode, rawValue(mode));
+        Q_EMIT energyModeChanged();
+    });
 }
 
 void AppSettings::setAutoSaver(bool on) {
-    storeBool(m_autoSaver, on, kAutoSaver, &AppSettings::autoSaverChanged);
+    changingEffectiveMode(
+        [&] { storeBool(m_autoSaver, on, kAutoSaver, &AppSettings::autoSaverChanged); });
 }
 
 void AppSettings::setPowerConstrained(bool constrained) {
-    if (m_powerConstrained != constrained) {
+    if (m_powerConstrained == constrained) {
+        return;
+    }
+    changingEffectiveMode([&] {
         m_powerConstrained = constrained;
         Q_EMIT powerConstrainedChanged();
-    }
+    });
 }
 
 void AppSettings::setLockScreenEnabled(bool on) {
@@ -216,9 +234,13 @@ QString AppSettings::title(EnergyMode mode) {
     case EnergyMode::balanced:
         return L("energy.balanced.title", QStringLiteral("Balanced"));
     case EnergyMode::saver:
-        return L("energy.saver.title", QStringLiteral("Saver"));
+        return L("energy.saver.title", QStringLiteral("Energy Saver"));
     }
     Q_UNREACHABLE();
+}
+
+std::chrono::milliseconds AppSettings::tickInterval(EnergyMode mode) {
+    return std::chrono::milliseconds(mode == EnergyMode::saver ? 2000 : 1000);
 }
 
 QString AppSettings::subtitle(EnergyMode mode) {

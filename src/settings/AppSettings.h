@@ -9,6 +9,7 @@
 #include <QStringView>
 
 #include <array>
+#include <chrono>
 #include <optional>
 
 namespace tw {
@@ -106,6 +107,12 @@ public:
     static std::optional<EnergyMode> energyModeFromRawValue(QStringView raw);
     static QString title(EnergyMode mode);
     static QString subtitle(EnergyMode mode);
+    // How often the desktop ticks in a mode.
+    static std::chrono::milliseconds tickInterval(EnergyMode mode);
+
+    // The mode in force: Energy Saver while power is short and `autoSaver` allows it, else the
+    // chosen one.
+    EnergyMode effectiveEnergyMode() const;
 
     // --- Readers for use before the object exists.
     static bool storedHideDockIcon(const Defaults& defaults);
@@ -139,6 +146,8 @@ Q_SIGNALS:
     void energyModeChanged();
     void autoSaverChanged();
     void powerConstrainedChanged();
+    // After any of the three above, when the mode in force is another.
+    void effectiveEnergyModeChanged();
     void lockScreenEnabledChanged();
     void lockScreenFPSChanged();
     void hasSeenLockScreenIntroChanged();
@@ -154,6 +163,8 @@ Q_SIGNALS:
 
 private:
     void storeBool(bool& field, bool value, const QString& key, void (AppSettings::*changed)());
+    // Runs `change`, then tells whether the mode in force moved.
+    template <typename Change> void changingEffectiveMode(Change change);
 
     Defaults& m_defaults;
     EnergyMode m_energyMode;

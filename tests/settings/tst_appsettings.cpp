@@ -270,6 +270,42 @@ private Q_SLOTS:
         QCOMPARE(subtitles.size(), raws.size());
     }
 
+    // Energy Saver is forced only while power is short and the switch allows it; the signal comes
+    // once per move of the mode in force and never for a change that keeps it.
+    void effectiveEnergyMode_data() {
+        QTest::addColumn<EnergyMode>("chosen");
+        QTest::addColumn<bool>("autoSaver");
+        QTest::addColumn<EnergyMode>("constrained");
+        QTest::addColumn<int>("moves");
+        QTest::addColumn<int>("movesInAll");
+        QTest::newRow("high, forced") << EnergyMode::high << true << EnergyMode::saver << 1 << 2;
+        QTest::newRow("balanced, switch off")
+            << EnergyMode::balanced << false << EnergyMode::balanced << 0 << 2;
+        QTest::newRow("saver chosen, nothing moves")
+            << EnergyMode::saver << true << EnergyMode::saver << 0 << 0;
+    }
+    void effectiveEnergyMode() {
+        QFETCH(EnergyMode, chosen);
+        QFETCH(bool, autoSaver);
+        QFETCH(EnergyMode, constrained);
+        QFETCH(int, moves);
+        tw::MemoryDefaults defaults;
+        AppSettings settings(defaults);
+        settings.setEnergyMode(chosen);
+        settings.setAutoSaver(autoSaver);
+        QSignalSpy spy(&settings, &AppSettings::effectiveEnergyModeChanged);
+        settings.setPowerConstrained(true);
+        QCOMPARE(settings.effectiveEnergyMode(), constrained);
+        QCOMPARE(spy.count(), moves);
+        // Turning the switch over while constrained, then power coming back: the chosen mode.
+        settings.setAutoSaver(!autoSaver);
+        settings.setPowerConstrained(false);
+        QCOMPARE(settings.effectiveEnergyMode(), chosen);
+        QTEST(int(spy.count()), "movesInAll");
+        QCOMPARE(AppSettings::tickInterval(settings.effectiveEnergyMode()).count(),
+                 chosen == EnergyMode::saver ? 2000 : 1000);
+    }
+
     void failedRelaunchLeavesTheApplicationRunning() {
         QEventLoop loop;
         std::optional<bool> started;
