@@ -3,6 +3,7 @@
 #include "app/RememberGridSaves.h"
 #include "app/SingleInstance.h"
 #include "app/StatusBarController.h"
+#include "app/WireEnergyModes.h"
 #include "config/ConfigContext.h"
 #include "config/ConfigRoot.h"
 #include "config/ConfigWindow.h"
@@ -29,6 +30,8 @@
 #include "platform/Defaults.h"
 #include "platform/PlatformServices.h"
 #include "platform/QtScheduler.h"
+#include "readings/AppEnergyMeter.h"
+#include "readings/PowerWatcher.h"
 #include "settings/AppSettings.h"
 #include "text/L.h"
 #include "tick/MinuteCoordinator.h"
@@ -44,16 +47,6 @@
 namespace tw {
 
 Q_LOGGING_CATEGORY(lcApp, "App")
-
-namespace {
-
-using namespace std::chrono_literals;
-
-TickCoordinator::Interval tickInterval(AppSettings::EnergyMode mode) {
-    return mode == AppSettings::EnergyMode::saver ? 2000ms : 1000ms;
-}
-
-} // namespace
 
 ConfigSelection AppDelegate::initialConfigSelection(Defaults& defaults) {
     QString page = QString::fromLocal8Bit(qgetenv("TKW_SETTINGS_PAGE"));
@@ -143,10 +136,12 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
     //    with the status item below.
     // 7. Displays.
     m_watcher->start();
-    // 10. The tick interval from the energy mode.
-    m_ticker->setInterval(tickInterval(m_settings->energyMode()));
-    connect(m_settings.get(), &AppSettings::energyModeChanged, this,
-            [this] { m_ticker->setInterval(tickInterval(m_settings->energyMode())); });
+    // 8. The power watcher, and 10. the tick interval from the mode in force.
+    if (m_platform.power) {
+        m_power = std::make_unique<PowerWatcher>(*m_platform.power);
+    }
+    wireEnergyModes(*m_settings, *m_ticker, m_power.get());
+    m_energy = std::make_unique<AppEnergyMeter>(*m_platform.usage, m_clocks.system, *m_scheduler);
 
     // 12. The desktop, its glass over the desktop's own picture.
     m_backdrop = std::make_unique<WallpaperBackdrop>(m_platform.picture.get());
@@ -238,8 +233,10 @@ void AppDelegate::showConfigWindow(const std::optional<ConfigSelection>& selecti
                     m_settings->setConfigWindowVisible(visible);
                     m_ticker->setPreviewActive(visible);
                 });
-        connect(m_configWindow.get(), &ConfigWindow::closed, this,
-                [this] { m_status->showHintIfPending(m_defaults); });
+        connect(m_configWindow.get(), &ConfigWindow::closed, this, [this] {
+            m_energy->windowClosed(m_clocks.system.uptime());
+            m_status->showHintIfPending(m_defaults);
+        });
         // Covered by other windows, it is as good as closed.
         m_platform.windowing->watchCoverage(m_configWindow->windowHandle());
         connect(m_platform.windowing.get(), &DesktopWindowing::coveredChanged, m_configWindow.get(),
@@ -249,6 +246,9 @@ void AppDelegate::showConfigWindow(const std::optional<ConfigSelection>& selecti
                     }
                 });
         makeMainMenu();
+    }
+    if (!m_configWindow->isVisible()) {
+        m_energy->windowOpened(m_clocks.system.uptime());
     }
     m_configWindow->present();
     if (selection) {
@@ -357,19 +357,9 @@ ConfigContext AppDelegate::makeConfigContext() {
     context.tileFits = [this](const QSizeF& tile) {
         return DesktopGeometry::fits(m_platform.displays->screens(), tile);
     };
-    // The processor share is measured between two reports.
-    auto last = std::make_shared<std::pair<std::chrono::nanoseconds, std::chrono::nanoseconds>>(
-        m_platform.usage->processorTime(), m_clocks.system.uptime());
-    context.cost = [this, last] {
+    context.cost = [this] {
         ConfigContext::Cost cost;
-        const std::chrono::nanoseconds processor = m_platform.usage->processorTime();
         const std::chrono::nanoseconds uptime = m_clocks.system.uptime();
-        if (uptime > last->second) {
-            cost.processorPercent = 100.0 * static_cast<double>((processor - last->first).count()) /
-                                    static_cast<double>((uptime - last->second).count());
-        }
-        *last = {processor, uptime};
-        cost.memoryBytes = m_platform.usage->residentBytes();
         for (const PaintLedger::Cost& tile : m_controller->paintLedger().lastMinute(uptime)) {
             const std::optional<WidgetInstance> instance = m_grid->instance(tile.id);
             const auto definition = m_registry->definition(instance ? instance->kind : QString());
@@ -380,6 +370,8 @@ ConfigContext AppDelegate::makeConfigContext() {
         }
         return cost;
     };
+    context.energy = m_energy.get();
+    context.power = m_power.get();
     context.scheduler = m_scheduler.get();
     context.undo = [this] { m_grid->undo(); };
     context.redo = [this] { m_grid->redo(); };

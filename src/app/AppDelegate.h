@@ -15,6 +15,7 @@
 
 namespace tw {
 
+class AppEnergyMeter;
 class AppSettings;
 class ConfigWindow;
 struct ConfigContext;
@@ -27,6 +28,7 @@ class FaceRegistry;
 class GridStore;
 class LockScreenController;
 class MinuteCoordinator;
+class PowerWatcher;
 class QtScheduler;
 class ScreenTopologyWatcher;
 class SingleInstance;
@@ -96,6 +98,8 @@ private:
     std::unique_ptr<WidgetRegistry> m_registry;
     std::unique_ptr<ThemeStore> m_theme;
     std::unique_ptr<TickCoordinator> m_ticker;
+    std::unique_ptr<PowerWatcher> m_power;
+    std::unique_ptr<AppEnergyMeter> m_energy;
     std::unique_ptr<MinuteCoordinator> m_minutes;
     std::unique_ptr<GridStore> m_grid;
     std::unique_ptr<ScreenTopologyWatcher> m_watcher;

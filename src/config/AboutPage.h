@@ -1,4 +1,5 @@
-// The "about" section: the version, where the data lives, and what is bundled with its licence.
+// The "about" section: the version, where the data lives, what the program costs this machine, and
+// what is bundled with its licence.
 #pragma once
 
 #include "config/SettingsPage.h"
@@ -8,6 +9,7 @@ class QLabel;
 
 namespace tw {
 
+class Sparkline;
 struct ConfigContext;
 
 class AboutPage final : public SettingsPage {
@@ -15,16 +17,23 @@ class AboutPage final : public SettingsPage {
 public:
     explicit AboutPage(ConfigContext& context, QWidget* parent = nullptr);
 
-    // Reads the figures again.
+    // Shows the meter's figures and reads the tiles' drawing again.
     void refreshCost();
+    // "45 seconds", "12 minutes", "3 hours".
+    static QString stretch(double seconds);
 
 protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 
 private:
+    void showEnergy();
+
     ConfigContext& m_context;
-    QLabel* m_processor = nullptr;
+    QLabel* m_live = nullptr;
+    Sparkline* m_history = nullptr;
+    QLabel* m_closed = nullptr;
+    QLabel* m_closedNote = nullptr;
     QLabel* m_memory = nullptr;
     QLabel* m_tiles = nullptr;
     ScheduledTask m_refresh;

@@ -20,10 +20,12 @@ class QWidget;
 
 namespace tw {
 
+class AppEnergyMeter;
 class AppSettings;
 class Defaults;
 class GridStore;
 class LoginItem;
+class PowerWatcher;
 class Scheduler;
 class ThemeStore;
 class TickCoordinator;
@@ -35,16 +37,13 @@ struct ConfigContext {
         QString id;
         QString name;
     };
-    // What the program costs now, for the About section.
+    // What the tiles cost to draw, for the About section.
     struct Cost {
         struct Tile {
             QString name;
             double milliseconds = 0;
             int paints = 0;
         };
-        // Of one core since the previous report; negative until there is one.
-        double processorPercent = -1;
-        qint64 memoryBytes = 0;
         // The tiles' drawing in the last minute, the costliest first.
         QList<Tile> tiles;
     };
@@ -80,6 +79,11 @@ struct ConfigContext {
     std::function<void(QPainter&, const QRectF&)> paintLockPane = {};
     // Asked every two seconds while the About section is on screen; none leaves the figures out.
     std::function<Cost()> cost = {};
+    // The program's processor share and memory, live and with the window closed; none leaves
+    // them out.
+    AppEnergyMeter* energy = nullptr;
+    // Why power is short, for the energy card; none where the machine's power is not watched.
+    const PowerWatcher* power = nullptr;
     Scheduler* scheduler = nullptr;
     static constexpr QSizeF lockPaneSize{760, 480};
 

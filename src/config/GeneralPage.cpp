@@ -4,6 +4,7 @@
 #include "config/SettingsCard.h"
 #include "config/SwitchButton.h"
 #include "platform/LoginItem.h"
+#include "readings/PowerWatcher.h"
 #include "settings/AppSettings.h"
 #include "settings/Localization.h"
 #include "text/L.h"
@@ -167,6 +168,30 @@ void GeneralPage::addEnergy() {
                                   "back by itself when power is fine again.")),
                  boundSwitch(settings.autoSaver(), autoSaver,
                              [&settings](bool on) { settings.setAutoSaver(on); }));
+    auto* forced = caption(QString());
+    forced->setObjectName(QStringLiteral("forcedNote"));
+    card->addWide(forced);
+    const PowerWatcher* power = m_context.power;
+    const auto showForced = [forced, power, &settings] {
+        const auto reason = power != nullptr ? power->reason() : std::nullopt;
+        forced->setVisible(settings.autoSaver() && settings.powerConstrained() && reason);
+        if (!reason) {
+            return;
+        }
+        forced->setText(reason->kind == PowerWatcher::Reason::Kind::lowPowerMode
+                            ? L("general.autosaver.lowpower",
+                                QStringLiteral("Low Power Mode is on: Energy Saver is on for now."))
+                            : L("general.autosaver.battery",
+                                QStringLiteral("Battery at %1 %: Energy Saver is on for now."))
+                                  .arg(reason->percent));
+    };
+    for (auto signal : {&AppSettings::autoSaverChanged, &AppSettings::powerConstrainedChanged}) {
+        connect(&settings, signal, forced, showForced);
+    }
+    if (power != nullptr) {
+        connect(power, &PowerWatcher::reasonChanged, forced, showForced);
+    }
+    showForced();
 }
 
 void GeneralPage::addInteraction() {

@@ -21,8 +21,8 @@ double percentBetween(double cpuBefore, double cpuAfter, double elapsed) {
 
 } // namespace
 
-AppEnergyMeter::AppEnergyMeter(const ProcessUsage& usage, const Clock& clock,
-                               Scheduler& scheduler, QObject* parent)
+AppEnergyMeter::AppEnergyMeter(const ProcessUsage& usage, const Clock& clock, Scheduler& scheduler,
+                               QObject* parent)
     : QObject(parent)
     , m_usage(usage)
     , m_clock(clock)

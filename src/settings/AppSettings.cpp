@@ -100,7 +100,8 @@ void AppSettings::storeBool(bool& field, bool value, const QString& key,
     Q_EMIT(this->*changed)();
 }
 
-template <typename Change> void AppSettings::changingEffectiveMode(Change change) {
+template <typename Change>
+void AppSettings::changingEffectiveMode(Change change) {
     const EnergyMode before = effectiveEnergyMode();
     change();
     if (effectiveEnergyMode() != before) {

@@ -164,7 +164,8 @@ Q_SIGNALS:
 private:
     void storeBool(bool& field, bool value, const QString& key, void (AppSettings::*changed)());
     // Runs `change`, then tells whether the mode in force moved.
-    template <typename Change> void changingEffectiveMode(Change change);
+    template <typename Change>
+    void changingEffectiveMode(Change change);
 
     Defaults& m_defaults;
     EnergyMode m_energyMode;

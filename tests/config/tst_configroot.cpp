@@ -1,4 +1,6 @@
 #include "ManualClock.h"
+#include "ManualScheduler.h"
+#include "ScriptedMachine.h"
 #include "config/AppearancePage.h"
 #include "config/ConfigContext.h"
 #include "config/ConfigRoot.h"
@@ -6,8 +8,11 @@
 #include "look/ThemeStore.h"
 #include "platform/SettingsDefaults.h"
 #include "platform/null/MemoryDefaults.h"
+#include "readings/AppEnergyMeter.h"
+#include "readings/PowerWatcher.h"
 #include "settings/AppSettings.h"
 
+#include <QLabel>
 #include <QListWidget>
 #include <QRadioButton>
 #include <QSettings>
@@ -138,6 +143,61 @@ private Q_SLOTS:
         shift->click();
         QVERIFY(settings.moveNeedsShift());
         QVERIFY(general->report().isEmpty());
+    }
+
+    // The energy card says why Energy Saver is on while power forces it; About shows the closed
+    // average once a long enough stretch has passed.
+    void energyNotes() {
+        ManualClock clock;
+        ManualScheduler scheduler(&clock);
+        MemoryDefaults defaults;
+        AppSettings settings(defaults);
+        ThemeStore theme(defaults, clock, QString());
+        ScriptedPower power;
+        power.state = ScriptedPower::onBattery(15);
+        PowerWatcher watcher(power);
+        watcher.onChange = [&settings](bool constrained) {
+            settings.setPowerConstrained(constrained);
+        };
+        watcher.start();
+        ScriptedUsage usage;
+        AppEnergyMeter meter(usage, clock, scheduler);
+        ConfigContext context{.settings = settings, .theme = theme, .defaults = defaults};
+        context.power = &watcher;
+        context.energy = &meter;
+        ConfigRoot root(context, ColorScheme::Light);
+        QWidget* general = root.page(ConfigSection::general);
+        auto* forced = general->findChild<QLabel*>(QStringLiteral("forcedNote"));
+        QVERIFY(forced);
+        const auto shown = [general, forced] {
+            return forced->isVisibleTo(general) ? forced->text() : QString();
+        };
+        QCOMPARE(shown(), QStringLiteral("Battery at 15 %: Energy Saver is on for now."));
+        power.announce(ScriptedPower::onBattery(12));
+        QCOMPARE(shown(), QStringLiteral("Battery at 12 %: Energy Saver is on for now."));
+        power.announce(ScriptedPower::onBattery(60), true);
+        QCOMPARE(shown(), QStringLiteral("Low Power Mode is on: Energy Saver is on for now."));
+        settings.setAutoSaver(false);
+        QCOMPARE(shown(), QString());
+        settings.setAutoSaver(true);
+        power.announce(ScriptedPower::onBattery(60));
+        QCOMPARE(shown(), QString());
+
+        QWidget* about = root.page(ConfigSection::about);
+        const auto says = [about](const QString& text) {
+            for (const QLabel* label : about->findChildren<QLabel*>()) {
+                if (label->text() == text) {
+                    return true;
+                }
+            }
+            return false;
+        };
+        QVERIFY(says(QStringLiteral("Close this window for a while and open it again to see it.")));
+        scheduler.advance(std::chrono::minutes(3));
+        usage.processor += std::chrono::milliseconds(1800);
+        meter.windowOpened(clock.uptime());
+        QVERIFY(says(QStringLiteral("Average over the last 3 minutes.")));
+        QVERIFY(says(QStringLiteral("1 %")));
     }
 
     void keys() {

@@ -1,6 +1,6 @@
 #include "ManualClock.h"
 #include "ManualScheduler.h"
-#include "platform/ProcessUsage.h"
+#include "ScriptedMachine.h"
 #include "readings/AppEnergyMeter.h"
 
 #include <QTest>
@@ -9,15 +9,6 @@ using namespace tw;
 using namespace std::chrono_literals;
 
 namespace {
-
-// The process's counters as a test sets them.
-class ScriptedUsage final : public ProcessUsage {
-public:
-    std::chrono::nanoseconds processorTime() const override { return processor; }
-    qint64 residentBytes() const override { return resident; }
-    std::chrono::nanoseconds processor{5s};
-    qint64 resident = 0;
-};
 
 std::chrono::nanoseconds seconds(double value) {
     return std::chrono::duration_cast<std::chrono::nanoseconds>(
@@ -44,7 +35,7 @@ private Q_SLOTS:
         QFETCH(double, used);
         test::ManualClock clock;
         test::ManualScheduler scheduler(&clock);
-        ScriptedUsage usage;
+        test::ScriptedUsage usage;
         AppEnergyMeter meter(usage, clock, scheduler);
         QVERIFY(!meter.closedAverage());
 
@@ -62,7 +53,8 @@ private Q_SLOTS:
         QFETCH(double, over);
         const auto average = meter.closedAverage();
         QVERIFY(average);
-        QVERIFY2(qAbs(average->cpuPercent - percent) < 1e-6, qPrintable(QString::number(average->cpuPercent)));
+        QVERIFY2(qAbs(average->cpuPercent - percent) < 1e-6,
+                 qPrintable(QString::number(average->cpuPercent)));
         QCOMPARE(average->seconds, over);
     }
 
@@ -71,7 +63,7 @@ private Q_SLOTS:
     void live() {
         test::ManualClock clock;
         test::ManualScheduler scheduler(&clock);
-        ScriptedUsage usage;
+        test::ScriptedUsage usage;
         usage.resident = 48 * 1024 * 1024;
         AppEnergyMeter meter(usage, clock, scheduler);
         meter.windowOpened(clock.uptime());

@@ -1,4 +1,4 @@
-#include "platform/PowerSource.h"
+#include "ScriptedMachine.h"
 #include "readings/PowerWatcher.h"
 
 #include <QSignalSpy>
@@ -8,22 +8,10 @@ using namespace tw;
 
 namespace {
 
-// The machine as a test sets it; `changed` is announced by hand, as the system would.
-class ScriptedPower final : public PowerSource {
-public:
-    BatterySnapshot battery() const override { return state; }
-    bool lowPowerMode() const override { return lowPower; }
-    void announce(const BatterySnapshot& next, bool low) {
-        state = next;
-        lowPower = low;
-        Q_EMIT changed();
-    }
-    BatterySnapshot state;
-    bool lowPower = false;
-};
+using test::ScriptedPower;
 
 BatterySnapshot onBattery(int percent) {
-    return {.percent = percent, .isPluggedIn = false, .hasBattery = true};
+    return ScriptedPower::onBattery(percent);
 }
 
 // "battery 20", "low power" or "none".
