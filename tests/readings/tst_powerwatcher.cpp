@@ -1,18 +1,19 @@
-#include "ScriptedMachine.h"
+#include "ManualScheduler.h"
+#include "PowerServicesMock.h"
+#include "platform/linux/UPowerPowerSource.h"
 #include "readings/PowerWatcher.h"
 
+#include <QDBusPendingCallWatcher>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace tw;
+using Battery = test::PowerServicesMock::Battery;
+
+Q_DECLARE_METATYPE(Battery)
 
 namespace {
-
-using test::ScriptedPower;
-
-BatterySnapshot onBattery(int percent) {
-    return ScriptedPower::onBattery(percent);
-}
 
 // "battery 20", "low power" or "none".
 QString describe(const std::optional<PowerWatcher::Reason>& reason) {
@@ -26,43 +27,54 @@ QString describe(const std::optional<PowerWatcher::Reason>& reason) {
 
 } // namespace
 
-Q_DECLARE_METATYPE(BatterySnapshot)
-
+// The watcher over the real UPower source, with UPower and the power profiles daemon served by
+// python3-dbusmock on a private bus.
 class tst_PowerWatcher : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    // From one state of the machine to the next: the reason always follows, the callback only
-    // a change of whether power is short.
+    void initTestCase() {
+        if (!m_bus.skipReason().isEmpty()) {
+            QSKIP(qPrintable(m_bus.skipReason()));
+        }
+    }
+    void cleanup() { m_bus.stopServices(); }
+
+    // From one state of the machine to the next: the reason always follows, the callback only a
+    // change of whether power is short.
     void refresh_data() {
-        QTest::addColumn<BatterySnapshot>("from");
-        QTest::addColumn<BatterySnapshot>("to");
-        QTest::addColumn<bool>("lowPower");
+        QTest::addColumn<Battery>("from");
+        QTest::addColumn<Battery>("to");
+        QTest::addColumn<QString>("profile");
         QTest::addColumn<QString>("reason");
         QTest::addColumn<int>("calls");
-        const BatterySnapshot full = onBattery(90);
-        QTest::newRow("20 % is short") << full << onBattery(20) << false << "battery 20" << 1;
-        QTest::newRow("21 % is not") << full << onBattery(21) << false << "none" << 0;
-        BatterySnapshot plugged = onBattery(5);
-        plugged.isPluggedIn = true;
-        QTest::newRow("plugged in at 5 %") << full << plugged << false << "none" << 0;
-        QTest::newRow("plugging in at 10 % ends it")
-            << onBattery(10) << BatterySnapshot{.percent = 10, .hasBattery = true} << false
-            << "none" << 1;
-        QTest::newRow("no battery") << full << BatterySnapshot{} << false << "none" << 0;
-        QTest::newRow("unknown percent") << full << onBattery(-1) << false << "none" << 0;
-        QTest::newRow("power saver on a desktop")
-            << BatterySnapshot{} << BatterySnapshot{} << true << "low power" << 1;
+        const Battery full{90, true};
+        const Battery desktop{0, false, false};
+        QTest::newRow("20 % is short") << full << Battery{20, true} << ""
+                                       << "battery 20" << 1;
+        QTest::newRow("21 % is not") << full << Battery{21, true} << ""
+                                     << "none" << 0;
+        QTest::newRow("plugging in at 5 % ends it") << Battery{5, true} << Battery{5, false} << ""
+                                                    << "none" << 1;
+        QTest::newRow("no battery, whatever UPower says of it")
+            << desktop << Battery{3, true, false} << ""
+            << "none" << 0;
+        QTest::newRow("the power-saver profile on a desktop") << desktop << desktop << "power-saver"
+                                                              << "low power" << 1;
         QTest::newRow("a percent that keeps the state")
-            << onBattery(15) << onBattery(12) << false << "battery 12" << 0;
+            << Battery{15, true} << Battery{12, true} << ""
+            << "battery 12" << 0;
     }
     void refresh() {
-        QFETCH(BatterySnapshot, from);
-        QFETCH(BatterySnapshot, to);
-        QFETCH(bool, lowPower);
+        QFETCH(Battery, from);
+        QFETCH(Battery, to);
+        QFETCH(QString, profile);
         QFETCH(QString, reason);
-        ScriptedPower power;
-        power.state = from;
-        PowerWatcher watcher(power);
+        test::PowerServicesMock services(m_bus);
+        QVERIFY(services.start(from));
+        UPowerPowerSource source(QDBusConnection::sessionBus(), m_scheduler, m_sys.path());
+        QTRY_VERIFY(source.findChildren<QDBusPendingCallWatcher*>().isEmpty());
+
+        PowerWatcher watcher(source);
         QList<bool> calls;
         watcher.onChange = [&calls](bool constrained) { calls.append(constrained); };
         watcher.start();
@@ -74,7 +86,14 @@ private Q_SLOTS:
         calls.clear();
         QSignalSpy reasons(&watcher, &PowerWatcher::reasonChanged);
 
-        power.announce(to, lowPower);
+        QVERIFY(services.setBattery(to));
+        if (!profile.isEmpty()) {
+            QVERIFY(services.setProfile(profile));
+        }
+        QTRY_VERIFY(source.battery().hasBattery == to.present &&
+                    (!to.present || (source.battery().percent == qRound(to.percent) &&
+                                     source.battery().isPluggedIn == !to.onBattery)) &&
+                    source.lowPowerMode() == (profile == QLatin1String("power-saver")));
         QCOMPARE(describe(watcher.reason()), reason);
         QTEST(int(calls.size()), "calls");
         QCOMPARE(watcher.isConstrained(), watcher.reason().has_value());
@@ -83,6 +102,12 @@ private Q_SLOTS:
         }
         QCOMPARE(reasons.size(), first == reason ? 0 : 1);
     }
+
+private:
+    SessionBusMock m_bus;
+    test::ManualScheduler m_scheduler;
+    // No power_supply tree: the battery is UPower's alone.
+    QTemporaryDir m_sys;
 };
 
 QTEST_GUILESS_MAIN(tst_PowerWatcher)
