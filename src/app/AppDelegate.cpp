@@ -107,11 +107,15 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
 
     m_scheduler = std::make_unique<QtScheduler>();
     m_settings = std::make_unique<AppSettings>(m_defaults);
-    // The settings store is QtCore-only; the application's state reaches it from here.
-    connect(qApp, &QGuiApplication::applicationStateChanged, m_settings.get(),
-            [this](Qt::ApplicationState state) {
-                m_settings->setAppActive(state == Qt::ApplicationActive);
-            });
+    // The settings store is QtCore-only; the application's state reaches it from here. Only a
+    // window with a title bar counts: a tile taking the keyboard leaves the desktop as it is.
+    const auto takeActive = [this] {
+        const QWindow* key = QGuiApplication::focusWindow();
+        m_settings->setAppActive(QGuiApplication::applicationState() == Qt::ApplicationActive &&
+                                 key != nullptr && !key->flags().testFlag(Qt::FramelessWindowHint));
+    };
+    connect(qApp, &QGuiApplication::applicationStateChanged, m_settings.get(), takeActive);
+    connect(qApp, &QGuiApplication::focusWindowChanged, m_settings.get(), takeActive);
     m_platform = PlatformServices::make();
     m_registry = std::make_unique<WidgetRegistry>();
     m_theme = std::make_unique<ThemeStore>(m_defaults, m_clocks.system);

@@ -36,6 +36,7 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
     , m_fronts(services.grid, services.clock)
     , m_edits(services.grid, m_placement, m_fronts)
     , m_content({.theme = services.theme,
+                 .settings = services.settings,
                  .ticker = services.ticker,
                  .minutes = services.minutes,
                  .registry = services.registry,
@@ -87,6 +88,13 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
             m_content.refresh(tile);
         }
     });
+    for (auto signal : {&AppSettings::effectiveEnergyModeChanged, &AppSettings::appActiveChanged}) {
+        connect(&m_services.settings, signal, this, [this] {
+            for (auto& [id, tile] : m_tiles) {
+                m_content.applyPace(tile);
+            }
+        });
+    }
 }
 
 DesktopController::~DesktopController() {
@@ -223,6 +231,9 @@ void DesktopController::spawn(const WidgetInstance& instance) {
     };
     PanelState* state = tile.state.get();
     panel->onHoverChange = [state](bool hovering) { state->setHovering(hovering); };
+    for (auto signal : {&PanelState::hoveringChanged, &PanelState::occludedChanged}) {
+        connect(state, signal, panel, [this, id] { m_content.applyPace(m_tiles.at(id)); });
+    }
     m_windows.insert(static_cast<QObject*>(panel->windowHandle()), id);
     m_content.refresh(m_tiles.emplace(id, std::move(tile)).first->second);
 }

@@ -188,6 +188,17 @@ const QImage& DesktopPanel::backdropBackground() {
     return m_background;
 }
 
+void DesktopPanel::setPace(AnimationPace pace, bool allowsTransitions) {
+    if (pace == m_context.pace && allowsTransitions == m_context.surface.allowsTransitions) {
+        return;
+    }
+    m_context.pace = pace;
+    m_context.surface.allowsTransitions = allowsTransitions;
+    if (m_face != nullptr) {
+        update(tileRectInWidget());
+    }
+}
+
 void DesktopPanel::setNow(const QDateTime& now) {
     if (now == m_context.now) {
         return;

@@ -64,6 +64,9 @@ public:
     const FaceContext& context() const { return m_context; }
     // A new time for the face: repaints only the part of the tile the face says changed.
     void setNow(const QDateTime& now);
+    // How fast the face's scenes may run and whether its content may change with a transition;
+    // the glass stays as it is.
+    void setPace(AnimationPace pace, bool allowsTransitions);
     // The ring around a new tile, 0 (none) to 1.
     void setHighlight(double opacity);
     double highlight() const { return m_highlight; }

@@ -1,6 +1,7 @@
 #include "desktop/TileContent.h"
 
 #include "desktop/DesktopTile.h"
+#include "desktop/PanelPace.h"
 #include "faces/FaceRegistry.h"
 #include "faces/GlassLook.h"
 #include "model/WidgetRegistry.h"
@@ -45,6 +46,8 @@ void TileContent::refresh(DesktopTile& tile) const {
     context.theme = m_services.theme.themed();
     context.glass = GlassLook::from(m_services.theme, systemAppearance());
     context.surface = SurfaceFlags::desktop();
+    context.surface.allowsTransitions = panelAllowsTransitions(m_services.settings, *tile.state);
+    context.pace = panelPace(m_services.settings, *tile.state);
     context.symbols = m_services.symbols;
 
     const auto grain = face.grain(tile.instance.size, context.settings);
@@ -64,6 +67,11 @@ void TileContent::refresh(DesktopTile& tile) const {
     }
     context.now = tile.time ? tile.time->time() : QDateTime();
     tile.panel->setContent(face, context);
+}
+
+void TileContent::applyPace(DesktopTile& tile) const {
+    tile.panel->setPace(panelPace(m_services.settings, *tile.state),
+                        panelAllowsTransitions(m_services.settings, *tile.state));
 }
 
 void TileContent::reseed(DesktopTile& tile) const {

@@ -8,6 +8,7 @@
 
 namespace tw {
 
+class AppSettings;
 class ColorSchemeWatcher;
 class FaceRegistry;
 class MinuteCoordinator;
@@ -22,6 +23,7 @@ public:
     // The symbols and the colour scheme may be absent (then the desktop counts as dark).
     struct Services {
         const ThemeStore& theme;
+        const AppSettings& settings;
         TickCoordinator& ticker;
         MinuteCoordinator& minutes;
         const WidgetRegistry& registry;
@@ -36,6 +38,8 @@ public:
     ThemeStore::SystemAppearance systemAppearance() const;
     // The tile's face, look and time for its instance as it is now.
     void refresh(DesktopTile& tile) const;
+    // The tile's pace after a change of the settings, its cover or the pointer over it.
+    void applyPace(DesktopTile& tile) const;
     // A tile coming into view shows the time of now, not that of the last tick before it went.
     void reseed(DesktopTile& tile) const;
     // Takes in whether the window system has the tile covered; a covered tile is not repainted,

@@ -386,6 +386,53 @@ private Q_SLOTS:
         QCOMPARE(titles(rotate->menu()), QStringLiteral("Off|4 s|8 s|15 s"));
     }
 
+    // A panel's pace follows the mode in force, the window in front, its cover and the pointer,
+    // as each changes.
+    void pace_data() {
+        QTest::addColumn<AppSettings::EnergyMode>("mode");
+        QTest::addColumn<bool>("constrained");
+        QTest::addColumn<bool>("appActive");
+        QTest::addColumn<bool>("occluded");
+        QTest::addColumn<bool>("hovering");
+        QTest::addColumn<AnimationPace::Kind>("pace");
+        QTest::addColumn<bool>("transitions");
+        using Mode = AppSettings::EnergyMode;
+        using Kind = AnimationPace::Kind;
+        QTest::newRow("high") << Mode::high << false << false << false << false << Kind::Smooth
+                              << true;
+        QTest::newRow("the window in front")
+            << Mode::high << false << true << false << true << Kind::Paused << true;
+        QTest::newRow("covered") << Mode::high << false << false << true << true << Kind::Paused
+                                 << false;
+        QTest::newRow("balanced under the pointer")
+            << Mode::balanced << false << false << false << true << Kind::Smooth << true;
+        QTest::newRow("balanced elsewhere")
+            << Mode::balanced << false << false << false << false << Kind::Paused << true;
+        QTest::newRow("high with power short")
+            << Mode::high << true << false << false << true << Kind::Paused << false;
+    }
+    void pace() {
+        QFETCH(AppSettings::EnergyMode, mode);
+        QFETCH(bool, constrained);
+        QFETCH(bool, appActive);
+        QFETCH(bool, occluded);
+        QFETCH(bool, hovering);
+        Fixture f;
+        const QUuid clock = f.id("clock");
+        PanelState* state = f.controller->panelState(clock);
+        state->setHovering(hovering);
+        state->setOccluded(occluded);
+        f.settings.setEnergyMode(mode);
+        f.settings.setPowerConstrained(constrained);
+        f.settings.setAppActive(appActive);
+        const FaceContext& context = f.controller->panel(clock)->context();
+        QTEST(context.pace.kind(), "pace");
+        QTEST(context.surface.allowsTransitions, "transitions");
+        // A tile drawn anew keeps it.
+        f.controller->setWidgetSize(clock, WidgetSize::small);
+        QTEST(f.controller->panel(clock)->context().pace.kind(), "pace");
+    }
+
     // The veil lifts 8 s after it fell at the latest, the panels 0.35 s later; a panel covered
     // while veiled stays as it was until then.
     void theVeilAndOcclusion() {
