@@ -1,6 +1,7 @@
 #include "desktop/DesktopController.h"
 
 #include "desktop/PanelContextMenu.h"
+#include "faces/ActivityFace.h"
 #include "grid/GridStore.h"
 #include "grid/RectEdges.h"
 #include "model/WidgetAction.h"
@@ -336,6 +337,16 @@ bool DesktopController::handlePlainClick(const QUuid& id, QPointF point) {
     }
     if (isTypedInto(instance->kind)) {
         return false;
+    }
+    // The activity tile's click switches its list of programs, unless the person gave the click
+    // something else to do (or nothing at all).
+    const WidgetSettings settings = instance->settings.value_or(WidgetSettings());
+    if (instance->kind == QLatin1String("activity") &&
+        settings.value(WidgetAction::actionKey()).isEmpty()) {
+        m_services.grid.setSetting(
+            id, ActivityFace::listKey(),
+            ActivityFace::toggledList(settings.value(ActivityFace::listKey())));
+        return true;
     }
     const auto action = WidgetAction::resolved(instance->kind, instance->settings);
     if (!action || m_services.workspace == nullptr || m_services.notifications == nullptr) {

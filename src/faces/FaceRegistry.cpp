@@ -2,6 +2,7 @@
 
 #include "faces/BatteryFace.h"
 #include "faces/BluetoothFace.h"
+#include "faces/ActivityFace.h"
 #include "faces/ClockFace.h"
 #include "faces/CountdownFace.h"
 #include "faces/DayProgressFace.h"
@@ -9,7 +10,9 @@
 #include "faces/FlipClockFace.h"
 #include "faces/GenericFace.h"
 #include "faces/NetworkFace.h"
+#include "faces/SensorsFace.h"
 #include "faces/SimpleClockFace.h"
+#include "faces/SystemFace.h"
 #include "faces/WordClockFace.h"
 #include "faces/WorldClockFace.h"
 #include "faces/YearProgressFace.h"
@@ -30,6 +33,9 @@ FaceRegistry::FaceRegistry()
     add(QStringLiteral("network"), std::make_unique<NetworkFace>());
     add(QStringLiteral("disk"), std::make_unique<DiskFace>());
     add(QStringLiteral("btdevices"), std::make_unique<BluetoothFace>());
+    add(QStringLiteral("system"), std::make_unique<SystemFace>());
+    add(QStringLiteral("activity"), std::make_unique<ActivityFace>());
+    add(QStringLiteral("sensors"), std::make_unique<SensorsFace>());
 }
 
 FaceRegistry::~FaceRegistry() = default;

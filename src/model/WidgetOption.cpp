@@ -46,6 +46,46 @@ WidgetOption seconds() {
             .defaultValue = QStringLiteral("true")};
 }
 
+// The readings the system tile shows, as a comma list its face reads in order.
+WidgetOption systemMetrics() {
+    const auto choice = [](const char* value, const char* key, const char* title) {
+        return WidgetOption::Choice{QLatin1String(value), L(key, QLatin1String(title))};
+    };
+    return {
+        .key = QStringLiteral("metrics"),
+        .title = L("option.metrics", QStringLiteral("Shows")),
+        .type = Type::choice,
+        .choices = {choice("cpu,gpu,ram,disk", "option.metrics.all",
+                           "Processor, graphics, memory and disk"),
+                    choice("cpu,ram,disk", "option.metrics.noGpu", "Processor, memory and disk"),
+                    choice("cpu,gpu", "option.metrics.load", "Processor and graphics"),
+                    choice("cpu,ram", "option.metrics.cpuRam", "Processor and memory"),
+                    choice("cpu", "option.metrics.cpu", "Processor only"),
+                    choice("ram", "option.metrics.ram", "Memory only"),
+                    choice("disk", "option.metrics.disk", "Disk only")},
+        .defaultValue = QStringLiteral("cpu,gpu,ram,disk")};
+}
+
+WidgetOption programList() {
+    return {
+        .key = QStringLiteral("list"),
+        .title = L("option.list", QStringLiteral("Programs by")),
+        .type = Type::choice,
+        .choices = {{QStringLiteral("cpu"), L("option.list.cpu", QStringLiteral("Processor"))},
+                    {QStringLiteral("memory"), L("option.list.memory", QStringLiteral("Memory"))}},
+        .defaultValue = QStringLiteral("cpu")};
+}
+
+WidgetOption temperatureUnit() {
+    return {.key = QStringLiteral("unit"),
+            .title = L("option.unit", QStringLiteral("Unit")),
+            .type = Type::choice,
+            .choices = {{QString(), L("option.unit.auto", QStringLiteral("As the system says"))},
+                        {QStringLiteral("c"), L("option.unit.c", QStringLiteral("Celsius"))},
+                        {QStringLiteral("f"), L("option.unit.f", QStringLiteral("Fahrenheit"))}},
+            .defaultValue = QString()};
+}
+
 WidgetOption text(const QString& key, const QString& title) {
     return {.key = key, .title = title, .type = Type::text, .choices = {}, .defaultValue = {}};
 }
@@ -94,8 +134,16 @@ QList<WidgetOption> WidgetOption::of(const QString& kind) {
     // Blank: the system volume; or the mount point of the one to show first ("/home").
     if (kind == QLatin1String("disk")) {
         return {text(QStringLiteral("volume"),
-                     L("option.volume", QStringLiteral("First volume (blank: the system's)")
-))};
+                     L("option.volume", QStringLiteral("First volume (blank: the system's)"))};
+    }
+    if (kind == QLatin1String("system")) {
+        return {systemMetrics()};
+    }
+    if (kind == QLatin1String("activity")) {
+        return {programList()};
+    }
+    if (kind == QLatin1String("sensors")) {
+        return {temperatureUnit()};
     }
     return {};
 }

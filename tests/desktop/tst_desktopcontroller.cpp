@@ -8,6 +8,7 @@
 #include "grid/OverlapResolver.h"
 #include "grid/RectEdges.h"
 #include "look/ThemeStore.h"
+#include "model/WidgetAction.h"
 #include "model/WidgetRegistry.h"
 #include "platform/null/FixedColorScheme.h"
 #include "platform/null/FixedDisplays.h"
@@ -286,6 +287,35 @@ private Q_SLOTS:
         QCOMPARE(f.notifications.shown().size(), 1);
         QCOMPARE(f.notifications.shown().first().title,
                  QStringLiteral("Nothing opens the weather"));
+    }
+
+    // The activity tile's click switches its program list, unless its click was given a job.
+    void aClickSwitchesTheActivityList_data() {
+        QTest::addColumn<QString>("clickAction");
+        QTest::addColumn<QStringList>("lists");
+        QTest::newRow("switches back and forth")
+            << QString() << QStringList{QStringLiteral("memory"), QStringLiteral("cpu")};
+        QTest::newRow("a chosen action wins")
+            << QStringLiteral("none") << QStringList{QString(), QString()};
+    }
+    void aClickSwitchesTheActivityList() {
+        QFETCH(QString, clickAction);
+        QFETCH(QStringList, lists);
+        Fixture f;
+        WidgetSettings settings;
+        if (!clickAction.isEmpty()) {
+            settings.insert(WidgetAction::actionKey(), clickAction);
+        }
+        const auto tile = f.grid->addFree(QStringLiteral("activity"), WidgetSize::large, settings,
+                                          QPointF(600, 600));
+        QVERIFY(tile);
+        for (const QString& list : lists) {
+            QCOMPARE(f.controller->handlePlainClick(tile->id, {100, 100}), !list.isEmpty());
+            QCOMPARE(f.grid->instance(tile->id)
+                         ->settings.value_or(WidgetSettings())
+                         .value(QStringLiteral("list")),
+                     list);
+        }
     }
 
     // "Automatic" glass is light on a dark desktop and dark on a light one.
