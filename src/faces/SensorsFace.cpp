@@ -224,26 +224,36 @@ void drawWrapped(QPainter& painter, const Wrapped& w, const QRectF& box, Qt::Ali
 // A thermometer and a plain sentence: this machine reports no temperatures.
 void drawNothingReadable(QPainter& painter, const View& v, const QRectF& rect) {
     const FaceContext& c = v.context;
-    const QString why =
-        v.snapshot && !v.snapshot->missing.isEmpty()
-            ? v.snapshot->missing.first()
-            : L("sensors.noneWhy", QStringLiteral("This computer reports no temperatures."));
+    const QString why = L("sensors.noneWhy", QStringLiteral("This computer reports no "
+                                                            "temperatures or fan speeds; virtual "
+                                                            "machines usually have none."));
+    // Where there is room, what the source could not find follows, for whoever digs further.
+    const QString found = v.snapshot && !v.snapshot->missing.isEmpty()
+                              ? why + QLatin1Char(' ') + v.snapshot->missing.first()
+                              : why;
     const bool beside = rect.width() > rect.height() * 1.6;
     const qreal side = std::min({rect.height() * (beside ? 0.7 : 0.36), rect.width() * 0.5, 56.0});
     const QSizeF room = beside ? QSizeF(rect.width() - side - 12, rect.height())
                                : QSizeF(rect.width(), rect.height() - side - 6);
     const qreal most = std::clamp(room.height() * 0.22, 11.0, 18.0);
-    const QString headline = L("sensors.none", QStringLiteral("No sensors found"));
-    // One line a little smaller reads better than two.
+    const QString headline = L("sensors.none", QStringLiteral("No temperature sensors"));
+    const QString shortHeadline = L("sensors.noneShort", QStringLiteral("No sensors"));
+    // One line reads better than two, and a shorter word better than a tiny one.
     Wrapped head =
         wrapped(headline, room, QFont::DemiBold, most, std::min<qreal>(most * 0.7, 11), 1);
-    if (!head.fits) {
-        head = wrapped(headline, room, QFont::DemiBold, most, 8, 2);
+    for (const auto& [text, lines] :
+         {std::pair(shortHeadline, 1), std::pair(headline, 2), std::pair(shortHeadline, 2)}) {
+        if (!head.fits) {
+            head = wrapped(text, room, QFont::DemiBold, most, 8, lines);
+        }
     }
     // A reason cut short says less than none.
-    const Wrapped reason =
-        wrapped(why, QSizeF(room.width(), room.height() - head.size.height() - 3), QFont::Normal,
-                std::min<qreal>(most * 0.72, 12.5), 8.5, 8);
+    const QSizeF left(room.width(), room.height() - head.size.height() - 3);
+    const qreal reasonSize = std::min<qreal>(most * 0.72, 12.5);
+    Wrapped reason = wrapped(found, left, QFont::Normal, reasonSize, 9, 8);
+    if (!reason.fits) {
+        reason = wrapped(why, left, QFont::Normal, reasonSize, 8.5, 8);
+    }
     const qreal block = head.size.height() + (reason.fits ? reason.size.height() + 3 : 0);
     QRectF icon;
     QRectF text;
