@@ -2,7 +2,8 @@
 
 #include "faces/FaceContext.h"
 #include "faces/FaceKit.h"
-#include "faces/MeterKit.h"
+#include "faces/ReadingKit.h"
+#include "faces/ReadingText.h"
 #include "readings/ReadingsBoard.h"
 #include "text/L.h"
 
@@ -47,15 +48,8 @@ QList<MemoryPart> memoryParts(const FaceContext& context, const ActivitySnapshot
 }
 
 QColor pressureColor(const FaceContext& context, ActivitySnapshot::Pressure pressure) {
-    switch (pressure) {
-    case ActivitySnapshot::Pressure::critical:
-        return MeterKit::levelColor(context, 1.0);
-    case ActivitySnapshot::Pressure::warning:
-        return MeterKit::levelColor(context, 0.9);
-    case ActivitySnapshot::Pressure::normal:
-        break;
-    }
-    return context.secondary();
+    return pressure == ActivitySnapshot::Pressure::normal ? context.secondary()
+                                                          : ReadingKit::warning(context);
 }
 
 // Everything one paint needs, read once from the board.
@@ -74,19 +68,20 @@ struct View {
     }
     QString memoryUsed() const {
         if (!snapshot || snapshot->memTotal <= 0) {
-            return MeterKit::missing();
+            return ReadingText::missing();
         }
         return L("activity.memory.used", QStringLiteral("%1 of %2"))
-            .arg(MeterKit::bytes(snapshot->memApp + snapshot->memWired + snapshot->memCompressed),
-                 MeterKit::bytes(snapshot->memTotal));
+            .arg(
+                ReadingText::bytes(snapshot->memApp + snapshot->memWired + snapshot->memCompressed),
+                ReadingText::bytes(snapshot->memTotal));
     }
     // The memory in use as a share of all of it.
     QString usedPercent() const {
         if (!snapshot || snapshot->memTotal <= 0) {
-            return MeterKit::missing();
+            return ReadingText::missing();
         }
-        return MeterKit::percent((snapshot->memApp + snapshot->memWired + snapshot->memCompressed) /
-                                 snapshot->memTotal);
+        return ReadingText::percent(
+            (snapshot->memApp + snapshot->memWired + snapshot->memCompressed) / snapshot->memTotal);
     }
     QString listTitle() const {
         return byMemory ? L("activity.list.memory", QStringLiteral("Most memory"))
@@ -115,11 +110,11 @@ void drawHeader(QPainter& painter, const FaceContext& context, const QRectF& lin
 
 void drawCores(QPainter& painter, const View& v, const QRectF& rect) {
     drawHeader(painter, v.context, QRectF(rect.left(), rect.top(), rect.width(), headerLine),
-               L("activity.cpu", QStringLiteral("CPU")), MeterKit::percent(v.total()),
+               L("activity.cpu", QStringLiteral("CPU")), ReadingText::percent(v.total()),
                v.context.primary());
     const qreal top = rect.top() + headerLine + 5;
-    MeterKit::drawColumns(painter, v.context,
-                          QRectF(rect.left(), top, rect.width(), rect.bottom() - top), v.cores());
+    ReadingKit::drawColumns(painter, v.context,
+                            QRectF(rect.left(), top, rect.width(), rect.bottom() - top), v.cores());
 }
 
 // The memory's title and `figure` over the stacked bar of its split; returns the bar's bottom.
@@ -132,7 +127,7 @@ qreal drawMemoryBar(QPainter& painter, const View& v, const QRectF& rect, const 
     const QRectF bar(rect.left(), rect.top() + headerLine + 5, rect.width(), barHeight);
     painter.save();
     painter.setPen(Qt::NoPen);
-    painter.setBrush(MeterKit::track(c));
+    painter.setBrush(ReadingKit::track(c));
     painter.drawRoundedRect(bar, barHeight / 2, barHeight / 2);
     if (v.snapshot && v.snapshot->memTotal > 0) {
         QPainterPath clip;
@@ -164,11 +159,12 @@ void drawLegend(QPainter& painter, const View& v, const QRectF& rect, int column
         qreal widest = 0;
         for (const MemoryPart& part : parts) {
             widest = std::max(
-                widest, QFontMetricsF(FaceKit::font(size)).horizontalAdvance(part.title) +
-                            (withSizes ? QFontMetricsF(FaceKit::font(size, QFont::DemiBold))
-                                                 .horizontalAdvance(MeterKit::bytes(part.bytes)) +
-                                             6
-                                       : 0));
+                widest,
+                QFontMetricsF(FaceKit::font(size)).horizontalAdvance(part.title) +
+                    (withSizes ? QFontMetricsF(FaceKit::font(size, QFont::DemiBold))
+                                         .horizontalAdvance(ReadingText::bytes(part.bytes)) +
+                                     6
+                               : 0));
         }
         if (widest <= room) {
             break;
@@ -189,14 +185,15 @@ void drawLegend(QPainter& painter, const View& v, const QRectF& rect, int column
                           parts.at(i).title, font, v.context.secondary());
         if (withSizes) {
             FaceKit::drawText(painter, v.context, text, Qt::AlignRight | Qt::AlignVCenter,
-                              v.snapshot ? MeterKit::bytes(parts.at(i).bytes) : MeterKit::missing(),
+                              v.snapshot ? ReadingText::bytes(parts.at(i).bytes)
+                                         : ReadingText::missing(),
                               bold, v.context.primary());
         }
     }
 }
 
 QString pressureText(const View& v) {
-    return v.snapshot ? ActivityFace::pressureWord(v.snapshot->pressure) : MeterKit::missing();
+    return v.snapshot ? ActivityFace::pressureWord(v.snapshot->pressure) : ReadingText::missing();
 }
 
 QColor pressureInk(const View& v) {
@@ -206,7 +203,7 @@ QColor pressureInk(const View& v) {
 // "Normal pressure", where there is no room for a title of its own.
 QString pressureLine(const View& v) {
     return v.snapshot ? L("activity.pressureOf", QStringLiteral("%1 pressure")).arg(pressureText(v))
-                      : MeterKit::missing();
+                      : ReadingText::missing();
 }
 
 void drawPressure(QPainter& painter, const View& v, const QRectF& line) {
@@ -228,7 +225,7 @@ void drawPrograms(QPainter& painter, const View& v, const QRectF& rect) {
     const qreal top = rect.top() + headerLine + 3;
     if (programs.isEmpty()) {
         FaceKit::drawText(painter, c, QRectF(rect.left(), top, rect.width(), line),
-                          Qt::AlignLeft | Qt::AlignVCenter, MeterKit::missing(), font,
+                          Qt::AlignLeft | Qt::AlignVCenter, ReadingText::missing(), font,
                           c.secondary());
         return;
     }
@@ -236,7 +233,7 @@ void drawPrograms(QPainter& painter, const View& v, const QRectF& rect) {
     for (qsizetype i = 0; i < std::min(fit, programs.size()); ++i) {
         const ActivityProcess& p = programs.at(i);
         const QRectF row(rect.left(), top + line * static_cast<qreal>(i), rect.width(), line);
-        const QString value = v.byMemory ? MeterKit::bytes(static_cast<double>(p.memory))
+        const QString value = v.byMemory ? ReadingText::bytes(static_cast<double>(p.memory))
                                          : ActivityFace::coreShare(p.cpu);
         const QRectF used = FaceKit::drawText(painter, c, row, Qt::AlignRight | Qt::AlignVCenter,
                                               value, figure, c.primary());
@@ -250,8 +247,10 @@ void drawPrograms(QPainter& painter, const View& v, const QRectF& rect) {
 void drawLoadHistory(QPainter& painter, const View& v, const QRectF& rect) {
     drawHeader(painter, v.context, QRectF(rect.left(), rect.top(), rect.width(), headerLine),
                L("activity.load", QStringLiteral("Load")), QString(), v.context.secondary());
-    MeterKit::drawHistory(painter, rect.adjusted(0, headerLine + 4, 0, 0), v.history,
-                          v.context.accent(), 0, 1, MeterKit::track(v.context));
+    const QRectF chart = rect.adjusted(0, headerLine + 4, 0, 0);
+    ReadingKit::drawChartField(painter, v.context, chart);
+    ReadingKit::drawArea(painter, chart, v.history, ReadingsBoard::historyLength, 1.0,
+                         v.context.accent());
 }
 
 } // namespace
@@ -278,7 +277,7 @@ QString ActivityFace::toggledList(const QString& current) {
 
 QString ActivityFace::coreShare(double fraction) {
     if (std::isnan(fraction) || fraction < 0) {
-        return MeterKit::missing();
+        return ReadingText::missing();
     }
     return QLocale().toString(static_cast<qlonglong>(std::llround(std::min(fraction, 1e4) * 100))) +
            QLatin1Char('%');
@@ -299,8 +298,7 @@ QString ActivityFace::pressureWord(ActivitySnapshot::Pressure pressure) {
 void ActivityFace::paint(QPainter& painter, const QRectF& rect, const FaceContext& context) const {
     const ReadingsBoard* board = context.readings;
     View v{context, board && board->activity ? &*board->activity : nullptr,
-           board ? MeterKit::lastValues(board->activityHistory, ReadingsBoard::historyLength)
-                 : QList<double>(),
+           board ? board->activityHistory : QList<double>(),
            context.setting(listKey()) == byMemory()};
 
     switch (context.size) {
@@ -311,10 +309,10 @@ void ActivityFace::paint(QPainter& painter, const QRectF& rect, const FaceContex
             Qt::AlignLeft | Qt::AlignVCenter, L("activity.cpu", QStringLiteral("CPU")),
             FaceKit::font(12, QFont::DemiBold), context.secondary());
         const QRectF hero(rect.left(), rect.top() + headerLine, rect.width(), rect.height() * 0.4);
-        FaceKit::drawFitted(painter, context, hero, MeterKit::percent(v.total()), QFont::Light,
+        FaceKit::drawFitted(painter, context, hero, ReadingText::percent(v.total()), QFont::Light,
                             context.primary(), Qt::AlignLeft | Qt::AlignVCenter,
                             hero.height() * 0.95);
-        MeterKit::drawColumns(
+        ReadingKit::drawColumns(
             painter, context,
             QRectF(rect.left(), hero.bottom() + 3, rect.width(), rect.bottom() - hero.bottom() - 3),
             v.cores());

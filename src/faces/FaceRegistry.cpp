@@ -1,8 +1,8 @@
 #include "faces/FaceRegistry.h"
 
+#include "faces/ActivityFace.h"
 #include "faces/BatteryFace.h"
 #include "faces/BluetoothFace.h"
-#include "faces/ActivityFace.h"
 #include "faces/ClockFace.h"
 #include "faces/CountdownFace.h"
 #include "faces/DayProgressFace.h"

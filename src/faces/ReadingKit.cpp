@@ -8,6 +8,7 @@
 #include <QPainterPath>
 
 #include <algorithm>
+#include <numeric>
 
 namespace tw::ReadingKit {
 
@@ -20,6 +21,61 @@ QColor track(const FaceContext& context) {
     QColor c = context.primary();
     c.setAlphaF(0.14F);
     return c;
+}
+
+QColor level(const FaceContext& context, double fraction) {
+    return fraction > highFraction ? warning(context) : context.accent();
+}
+
+void drawChartField(QPainter& painter, const FaceContext& context, const QRectF& rect) {
+    QColor field = track(context);
+    field.setAlphaF(field.alphaF() * 0.5F);
+    painter.save();
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(field);
+    painter.drawRoundedRect(rect, 3, 3);
+    painter.restore();
+}
+
+void drawColumns(QPainter& painter, const FaceContext& context, const QRectF& rect,
+                 const QList<double>& input) {
+    if (input.isEmpty() || rect.isEmpty()) {
+        return;
+    }
+    // Columns narrower than two points say nothing: neighbours are averaged until they fit.
+    const auto most = std::max<qsizetype>(1, static_cast<qsizetype>((rect.width() + 1) / 3));
+    QList<double> values;
+    if (input.size() <= most) {
+        values = input;
+    } else {
+        const qsizetype group = (input.size() + most - 1) / most;
+        for (qsizetype i = 0; i < input.size(); i += group) {
+            const qsizetype end = std::min(input.size(), i + group);
+            values << std::accumulate(input.begin() + i, input.begin() + end, 0.0) /
+                          static_cast<double>(end - i);
+        }
+    }
+    const auto n = static_cast<qreal>(values.size());
+    // Gaps shrink with many cores but never vanish.
+    const qreal gap = std::clamp(rect.width() / n * 0.25, 1.0, 4.0);
+    const qreal w = (rect.width() - gap * (n - 1)) / n;
+    const qreal radius = std::min<qreal>(w / 2, 2.5);
+    painter.save();
+    painter.setPen(Qt::NoPen);
+    for (qsizetype i = 0; i < values.size(); ++i) {
+        const QRectF column(rect.left() + static_cast<qreal>(i) * (w + gap), rect.top(), w,
+                            rect.height());
+        painter.setBrush(track(context));
+        painter.drawRoundedRect(column, radius, radius);
+        const double v = std::clamp(values.at(i), 0.0, 1.0);
+        if (v > 0) {
+            QRectF fill = column;
+            fill.setTop(column.bottom() - std::max(column.height() * v, radius * 2));
+            painter.setBrush(level(context, v));
+            painter.drawRoundedRect(fill, radius, radius);
+        }
+    }
+    painter.restore();
 }
 
 void drawArea(QPainter& painter, const QRectF& rect, const QList<double>& values, qsizetype slots,

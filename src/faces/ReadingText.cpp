@@ -3,6 +3,7 @@
 #include "settings/Formatters.h"
 #include "text/L.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -71,6 +72,15 @@ QString duration(int minutes) {
         return L("duration.hours", QStringLiteral("%1 h")).arg(hours);
     }
     return L("duration.hoursMinutes", QStringLiteral("%1 h %2 min")).arg(hours).arg(rest);
+}
+
+QString percent(std::optional<double> fraction) {
+    if (!fraction || std::isnan(*fraction)) {
+        return missing();
+    }
+    return Formatters::number(0, Grouping::on)
+               ->string(std::round(std::clamp(*fraction, 0.0, 1.0) * 100)) +
+           QLatin1Char('%');
 }
 
 } // namespace tw::ReadingText

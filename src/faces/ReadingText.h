@@ -3,6 +3,8 @@
 
 #include <QString>
 
+#include <optional>
+
 namespace tw::ReadingText {
 
 // What a face draws where a reading is missing.
@@ -15,5 +17,7 @@ QString bytes(double amount);
 QString rate(double bytesPerSecond);
 // "2 h 10 min", "40 min", "3 h"; "—" for a negative span.
 QString duration(int minutes);
+// A fraction as a whole percentage, "23%", clamped to 0...100; "—" for none or not a number.
+QString percent(std::optional<double> fraction);
 
 } // namespace tw::ReadingText

@@ -2,7 +2,8 @@
 
 #include "faces/FaceContext.h"
 #include "faces/FaceKit.h"
-#include "faces/MeterKit.h"
+#include "faces/ReadingKit.h"
+#include "faces/ReadingText.h"
 #include "readings/ReadingsBoard.h"
 #include "text/L.h"
 
@@ -28,6 +29,9 @@ QString kindTitle(SensorKind kind) {
     }
     return {};
 }
+
+// Where a processor's die counts as hot.
+constexpr double hotCelsius = 85;
 
 QString noFans() {
     return L("sensors.noFans", QStringLiteral("No fans reported"));
@@ -62,13 +66,9 @@ struct View {
     QString heroText() const {
         return SensorsFace::degrees(hero ? std::optional(hero->celsius) : std::nullopt, fahrenheit);
     }
-    QColor heroColor() const {
-        // Warm hues only once the die runs hot.
-        return hero && hero->kind == SensorKind::soc
-                   ? (hero->celsius > 85 ? MeterKit::levelColor(context, hero->celsius / 100)
-                                         : context.primary())
-                   : context.primary();
-    }
+    // The warning hue only once the die runs hot.
+    bool hot() const { return hero && hero->kind == SensorKind::soc && hero->celsius > hotCelsius; }
+    QColor heroColor() const { return hot() ? ReadingKit::warning(context) : context.primary(); }
 
     // The figures beside the hero: the other kinds, the fans, then, where asked, the sensors of
     // no kind.
@@ -83,11 +83,11 @@ struct View {
             if (found != nullptr) {
                 out << Row{kindTitle(kind), SensorsFace::degrees(found->celsius, fahrenheit), ink};
             } else if (kind != SensorKind::soc) {
-                out << Row{kindTitle(kind), MeterKit::missing(), context.secondary()};
+                out << Row{kindTitle(kind), ReadingText::missing(), context.secondary()};
             }
         }
         if (!snapshot) {
-            out << Row{L("sensors.fans", QStringLiteral("Fans")), MeterKit::missing(),
+            out << Row{L("sensors.fans", QStringLiteral("Fans")), ReadingText::missing(),
                        context.secondary()};
         } else if (!snapshot->hasFans || snapshot->fans.isEmpty()) {
             out << Row{L("sensors.fans", QStringLiteral("Fans")), noFans(), context.secondary()};
@@ -179,15 +179,20 @@ QRectF drawHero(QPainter& painter, const View& v, const QRectF& rect) {
 void drawHistory(QPainter& painter, const View& v, const QRectF& rect) {
     const QList<double> values =
         SensorsFace::history(v.context.readings, v.hero ? v.hero->kind : SensorKind::soc);
+    ReadingKit::drawChartField(painter, v.context, rect);
     if (values.isEmpty()) {
-        MeterKit::drawHistory(painter, rect, values, v.context.accent());
         return;
     }
     // A few degrees of headroom keep a steady temperature a steady line.
     const auto [low, high] = std::minmax_element(values.begin(), values.end());
-    MeterKit::drawHistory(painter, rect, values,
-                          v.heroColor() == v.context.primary() ? v.context.accent() : v.heroColor(),
-                          std::floor(*low - 3), std::ceil(*high + 3));
+    const double floor = std::floor(*low - 3);
+    QList<double> above;
+    for (const double value : values) {
+        above << value - floor;
+    }
+    ReadingKit::drawArea(painter, rect, above, ReadingsBoard::historyLength,
+                         std::ceil(*high + 3) - floor,
+                         v.hot() ? v.heroColor() : v.context.accent());
 }
 
 // Text wrapped into a box at the largest size, from `most` down to `least`, at which it fits
@@ -307,7 +312,7 @@ bool SensorsFace::fahrenheit(const QString& unit) {
 
 QString SensorsFace::degrees(std::optional<double> celsius, bool fahrenheit) {
     if (!celsius || !std::isfinite(*celsius)) {
-        return MeterKit::missing();
+        return ReadingText::missing();
     }
     const double value = fahrenheit ? *celsius * 9.0 / 5.0 + 32.0 : *celsius;
     return QLocale().toString(static_cast<qlonglong>(std::llround(value))) +

@@ -2,7 +2,8 @@
 
 #include "faces/FaceContext.h"
 #include "faces/FaceKit.h"
-#include "faces/MeterKit.h"
+#include "faces/ReadingKit.h"
+#include "faces/ReadingText.h"
 #include "readings/ReadingsBoard.h"
 #include "text/L.h"
 
@@ -84,8 +85,9 @@ Reading readingOf(const ReadingsBoard* board, SysMetric metric, bool withHistory
         r.value = snapshot->cpu;
         const QList<double> recent = SystemFace::history(board, metric);
         if (recent.size() >= 2) {
-            r.detail = L("system.cpuPeak", QStringLiteral("Peak %1"))
-                           .arg(MeterKit::percent(*std::max_element(recent.begin(), recent.end())));
+            r.detail =
+                L("system.cpuPeak", QStringLiteral("Peak %1"))
+                    .arg(ReadingText::percent(*std::max_element(recent.begin(), recent.end())));
         } else {
             r.detail = L("system.cpuAll", QStringLiteral("All cores"));
         }
@@ -100,9 +102,9 @@ Reading readingOf(const ReadingsBoard* board, SysMetric metric, bool withHistory
     case SysMetric::ram:
         if (snapshot->ramTotal > 0) {
             r.value = snapshot->value(metric);
-            r.detail =
-                L("system.ramUsed", QStringLiteral("%1 of %2"))
-                    .arg(MeterKit::bytes(snapshot->ramUsed), MeterKit::bytes(snapshot->ramTotal));
+            r.detail = L("system.ramUsed", QStringLiteral("%1 of %2"))
+                           .arg(ReadingText::bytes(snapshot->ramUsed),
+                                ReadingText::bytes(snapshot->ramTotal));
         }
         break;
     case SysMetric::disk:
@@ -118,7 +120,7 @@ Reading readingOf(const ReadingsBoard* board, SysMetric metric, bool withHistory
 }
 
 QColor fillOf(const FaceContext& context, const Reading& r) {
-    return MeterKit::levelColor(context, r.value.value_or(0));
+    return ReadingKit::level(context, r.value.value_or(0));
 }
 
 // A ring with the percentage inside and the title under it.
@@ -128,9 +130,9 @@ void drawRing(QPainter& painter, const FaceContext& context, const QRectF& cell,
     const qreal side = std::min(cell.width(), cell.height() - titleHeight);
     const QRectF ring(cell.center().x() - side / 2, cell.top(), side, side);
     FaceKit::drawRing(painter, ring, std::max<qreal>(3, side * 0.1), r.value.value_or(0),
-                      fillOf(context, r), MeterKit::track(context));
+                      fillOf(context, r), ReadingKit::track(context));
     const QRectF inner = ring.adjusted(side * 0.2, side * 0.3, -side * 0.2, -side * 0.3);
-    FaceKit::drawFitted(painter, context, inner, MeterKit::percent(r.value), QFont::DemiBold,
+    FaceKit::drawFitted(painter, context, inner, ReadingText::percent(r.value), QFont::DemiBold,
                         context.primary(), Qt::AlignCenter, side * 0.3);
     if (withTitle) {
         FaceKit::drawFitted(painter, context,
@@ -144,20 +146,21 @@ void drawRing(QPainter& painter, const FaceContext& context, const QRectF& cell,
 // between title and percentage where it fits whole.
 void drawBarRow(QPainter& painter, const FaceContext& context, const QRectF& row,
                 const Reading& r) {
-    const bool stacked = row.height() >= 36;
-    const qreal barHeight = std::clamp(row.height() * 0.14, 4.0, 7.0);
-    const qreal textHeight = stacked ? row.height() * 0.5 : row.height() - barHeight - 3;
+    // Stacked, the detail keeps a line of its own of at least 12 points.
+    const bool stacked = row.height() >= 42;
+    const qreal barHeight = std::clamp(row.height() * 0.12, 4.0, 7.0);
+    const qreal textHeight = stacked ? row.height() * 0.46 : row.height() - barHeight - 3;
     const QRectF text(row.left(), row.top(), row.width(), textHeight);
     const qreal size = std::min<qreal>(textHeight * 0.8, 17);
     const QRectF percent = FaceKit::drawText(
-        painter, context, text, Qt::AlignRight | Qt::AlignBottom, MeterKit::percent(r.value),
+        painter, context, text, Qt::AlignRight | Qt::AlignBottom, ReadingText::percent(r.value),
         FaceKit::font(size * 1.1, QFont::DemiBold), context.primary());
     const QRectF name =
         FaceKit::drawText(painter, context, text, Qt::AlignLeft | Qt::AlignBottom, r.title,
                           FaceKit::font(size, QFont::DemiBold), context.primary());
     const QRectF bar(row.left(), text.bottom() + 4, row.width(), barHeight);
     FaceKit::drawBar(painter, bar, r.value.value_or(0), fillOf(context, r),
-                     MeterKit::track(context));
+                     ReadingKit::track(context));
     if (r.detail.isEmpty()) {
         return;
     }
@@ -188,8 +191,9 @@ void drawChart(QPainter& painter, const FaceContext& context, const QRectF& rect
                             std::min<qreal>(rect.height() * 0.3, 13));
         return;
     }
-    MeterKit::drawHistory(painter, rect, r.history, fillOf(context, r), 0, 1,
-                          MeterKit::track(context));
+    ReadingKit::drawChartField(painter, context, rect);
+    ReadingKit::drawArea(painter, rect, r.history, SystemFace::historyLength, 1.0,
+                         fillOf(context, r));
 }
 
 // A card: title and detail, the large percentage, and the history under or beside it.
@@ -212,7 +216,7 @@ void drawCard(QPainter& painter, const FaceContext& context, const QRectF& card,
                           card.bottom() - head.bottom() - 4);
         const QRectF big = FaceKit::drawFitted(
             painter, context, QRectF(body.left(), body.top(), body.width() * 0.45, body.height()),
-            MeterKit::percent(r.value), QFont::Light, context.primary(),
+            ReadingText::percent(r.value), QFont::Light, context.primary(),
             Qt::AlignLeft | Qt::AlignVCenter, body.height() * 0.9);
         const qreal left = std::max(big.right(), body.left() + body.width() * 0.3) + 10;
         drawChart(painter, context,
@@ -221,7 +225,7 @@ void drawCard(QPainter& painter, const FaceContext& context, const QRectF& card,
     }
     const qreal line = (card.height() - title) / 6;
     const QRectF big(card.left(), head.bottom(), card.width(), line * 2);
-    FaceKit::drawFitted(painter, context, big, MeterKit::percent(r.value), QFont::Light,
+    FaceKit::drawFitted(painter, context, big, ReadingText::percent(r.value), QFont::Light,
                         context.primary(), Qt::AlignLeft | Qt::AlignVCenter, line * 1.9);
     if (!r.detail.isEmpty()) {
         FaceKit::drawElided(painter, context, QRectF(card.left(), big.bottom(), card.width(), line),
@@ -350,7 +354,7 @@ void SystemFace::paint(QPainter& painter, const QRectF& rect, const FaceContext&
         const qreal split = rect.width() * 0.5;
         for (int i = 0; i < n; ++i) {
             const QRectF row(rect.left(), rect.top() + i * rowHeight, rect.width(), rowHeight);
-            const qreal inset = std::max<qreal>(4, rowHeight * 0.1);
+            const qreal inset = std::max<qreal>(2, rowHeight * 0.05);
             drawBarRow(painter, context,
                        QRectF(row.left(), row.top() + inset, split - 12, row.height() - 2 * inset),
                        readings.at(i));

@@ -134,7 +134,7 @@ QList<WidgetOption> WidgetOption::of(const QString& kind) {
     // Blank: the system volume; or the mount point of the one to show first ("/home").
     if (kind == QLatin1String("disk")) {
         return {text(QStringLiteral("volume"),
-                     L("option.volume", QStringLiteral("First volume (blank: the system's)"))};
+                     L("option.volume", QStringLiteral("First volume (blank: the system's)")))};
     }
     if (kind == QLatin1String("system")) {
         return {systemMetrics()};

@@ -2,6 +2,7 @@
 // for, and every size drawn inside its tile from a full board, a board of honest absences and one
 // of edge cases.
 #include "TestRows.h"
+#include "faces/ActivityFace.h"
 #include "faces/BatteryFace.h"
 #include "faces/BluetoothFace.h"
 #include "faces/DiskFace.h"
@@ -9,12 +10,15 @@
 #include "faces/FaceRegistry.h"
 #include "faces/NetworkFace.h"
 #include "faces/ReadingText.h"
+#include "faces/SensorsFace.h"
+#include "faces/SystemFace.h"
 #include "faces/TileRenderer.h"
 #include "look/Theme.h"
 #include "model/WidgetRegistry.h"
 #include "platform/null/NullSymbolProvider.h"
 
 #include <QImage>
+#include <QLocale>
 #include <QPainter>
 #include <QTest>
 
@@ -25,8 +29,50 @@ using tw::test::row;
 
 namespace {
 
+SystemSnapshot systemAt(double cpu, std::optional<double> gpu) {
+    SystemSnapshot s;
+    s.cpu = cpu;
+    s.gpu = gpu;
+    s.ramUsed = 6e9;
+    s.ramTotal = 16e9;
+    s.diskFree = 120e9;
+    s.diskTotal = 500e9;
+    return s;
+}
+
+// The processor, memory and sensors at their extremes: loads at the top, many cores, programs
+// and fans, long names, a memory split larger than the memory.
+void fillMachine(ReadingsBoard& b) {
+    for (int i = 0; i < ReadingsBoard::historyLength; ++i) {
+        b.systemHistory << systemAt(0.5 + 0.5 * std::sin(i), 0.3);
+        b.activityHistory << 0.4;
+        SensorSnapshot s;
+        s.temperatures = {{SensorKind::soc, 60.0 + i % 7, 2}, {SensorKind::storage, 40, 1}};
+        b.sensorHistory << s;
+    }
+    b.system = b.systemHistory.last();
+    ActivitySnapshot a;
+    a.cores = QList<double>(64, 0.97);
+    a.memTotal = 64e9;
+    a.memApp = 30e9;
+    a.memWired = 20e9;
+    a.memCompressed = 10e9;
+    a.memCached = 10e9;
+    a.pressure = ActivitySnapshot::Pressure::critical;
+    a.byCPU = QList<ActivityProcess>(6, {1, QString(80, QLatin1Char('w')), 12.5, 999'000'000'000});
+    a.byMemory = a.byCPU;
+    b.activity = a;
+    SensorSnapshot s = b.sensorHistory.last();
+    s.temperatures << SensorReading{SensorKind::battery, 149, 1};
+    s.others = QList<SensorValue>(12, {QString(60, QLatin1Char('x')), std::nullopt, 99});
+    s.fans = QList<double>(8, 65535);
+    s.hasFans = true;
+    b.sensors = s;
+}
+
 ReadingsBoard fullBoard() {
     ReadingsBoard b;
+    fillMachine(b);
     b.battery = BatterySnapshot{.percent = 76,
                                 .isCharging = false,
                                 .isPluggedIn = false,
@@ -64,9 +110,17 @@ ReadingsBoard fullBoard() {
     return b;
 }
 
-// What a desktop computer without Bluetooth reads: no battery, no interface, no volume.
+// What a desktop computer without Bluetooth reads: no battery, no interface, no volume; a virtual
+// machine's graphics load, memory and disk unknown, its sensors absent.
 ReadingsBoard honestBoard() {
     ReadingsBoard b;
+    b.system = systemAt(0, std::nullopt);
+    b.system->ramTotal = 0;
+    b.system->diskTotal = 0;
+    b.systemHistory = {*b.system};
+    b.activity = ActivitySnapshot();
+    b.sensors = SensorSnapshot();
+    b.sensors->missing = {QStringLiteral("No hwmon sensors found in /sys/class/hwmon.")};
     b.battery = BatterySnapshot{};
     b.network = NetworkSnapshot{};
     b.volumes = QList<Volume>{};
@@ -77,6 +131,16 @@ ReadingsBoard honestBoard() {
 // Single entries, zeros and a history shorter than the chart.
 ReadingsBoard edgeBoard() {
     ReadingsBoard b;
+    b.system = systemAt(1, 1);
+    b.systemHistory = {*b.system};
+    b.activity = ActivitySnapshot();
+    b.activity->cores = {1.0};
+    b.activityHistory = {1.0};
+    // No processor figure: the battery leads; fans said present but none read.
+    b.sensors = SensorSnapshot();
+    b.sensors->temperatures = {{SensorKind::battery, -40, 1}};
+    b.sensors->hasFans = true;
+    b.sensorHistory = {*b.sensors};
     b.battery = BatterySnapshot{.percent = 5,
                                 .isCharging = true,
                                 .isPluggedIn = true,
@@ -231,6 +295,74 @@ private Q_SLOTS:
                  QStringLiteral("CC"));
     }
 
+    // Percentages, shares of a core, degrees and fan speeds as the faces print them.
+    void figures_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("expected");
+        QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+        const QString dash = QStringLiteral("\u2014");
+        row("percent: none", ReadingText::percent(std::nullopt), dash);
+        row("percent: not a number", ReadingText::percent(std::nan("")), dash);
+        row("percent: rounds", ReadingText::percent(0.235), "24%");
+        row("percent: clamps", ReadingText::percent(1.7), "100%");
+        row("core share: several cores", ActivityFace::coreShare(1.434), "143%");
+        row("core share: negative", ActivityFace::coreShare(-0.1), dash);
+        row("list: cpu to memory", ActivityFace::toggledList(QString()), "memory");
+        row("list: memory to cpu", ActivityFace::toggledList(QStringLiteral("memory")), "cpu");
+        row("degrees: celsius", SensorsFace::degrees(54.4, false), "54°C");
+        row("degrees: fahrenheit", SensorsFace::degrees(100, true), "212°F");
+        row("degrees: none", SensorsFace::degrees(std::nullopt, true), dash);
+        row("degrees: infinite", SensorsFace::degrees(INFINITY, false), dash);
+        row("rpm", SensorsFace::rpm(1850.4), "1,850 rpm");
+    }
+    void figures() {
+        QFETCH(QString, text);
+        QTEST(text, "expected");
+    }
+
+    // The metrics setting, read leniently: the digits are the metrics in the order shown.
+    void metrics_data() {
+        QTest::addColumn<QString>("setting");
+        QTest::addColumn<QString>("expected");
+        row("empty is all", QString(), "0123");
+        row("order kept", "disk, CPU", "30");
+        row("repeats and unknowns dropped", "ram,ram,fan,", "2");
+        row("nothing known is all", "fan", "0123");
+    }
+    void metrics() {
+        QFETCH(QString, setting);
+        QString read;
+        for (const SysMetric metric : SystemFace::metrics(setting)) {
+            read += QString::number(static_cast<int>(metric));
+        }
+        QTEST(read, "expected");
+    }
+
+    // Which histories a size draws, and what goes into them.
+    void histories() {
+        const ReadingsBoard board = fullBoard();
+        const QList<SysMetric> shown{SysMetric::ram, SysMetric::gpu};
+        QCOMPARE(SystemFace::historyMetrics(WidgetSize::small, shown), QList<SysMetric>());
+        QCOMPARE(SystemFace::historyMetrics(WidgetSize::large, shown), {SysMetric::ram});
+        QCOMPARE(SystemFace::historyMetrics(WidgetSize::grand, shown), shown);
+        const QList<double> cpu = SystemFace::history(&board, SysMetric::cpu);
+        QCOMPARE(cpu.size(), SystemFace::historyLength);
+        QCOMPARE(cpu.last(), board.systemHistory.last().cpu);
+        // Readings without a graphics load leave no zero behind.
+        ReadingsBoard mixed;
+        mixed.systemHistory = {systemAt(0.1, 0.5), systemAt(0.1, std::nullopt)};
+        QCOMPARE(SystemFace::history(&mixed, SysMetric::gpu), QList<double>{0.5});
+        QCOMPARE(SystemFace::history(nullptr, SysMetric::cpu), QList<double>());
+        // The processor's temperature leads; without it, the first there is.
+        SensorSnapshot sensors;
+        sensors.temperatures = {{SensorKind::battery, 30, 1}, {SensorKind::storage, 40, 1}};
+        QCOMPARE(SensorsFace::hero(sensors)->kind, SensorKind::battery);
+        sensors.temperatures << SensorReading{SensorKind::soc, 70, 3};
+        QCOMPARE(SensorsFace::hero(sensors)->kind, SensorKind::soc);
+        QCOMPARE(SensorsFace::history(&board, SensorKind::storage).size(),
+                 ReadingsBoard::historyLength);
+    }
+
     void deviceSymbols_data() {
         QTest::addColumn<QString>("icon");
         QTest::addColumn<QString>("symbol");
@@ -256,7 +388,10 @@ private Q_SLOTS:
             {QStringLiteral("battery"), ReadingFeed::battery},
             {QStringLiteral("network"), ReadingFeed::network},
             {QStringLiteral("disk"), ReadingFeed::disks},
-            {QStringLiteral("btdevices"), ReadingFeed::bluetooth}};
+            {QStringLiteral("btdevices"), ReadingFeed::bluetooth},
+            {QStringLiteral("system"), ReadingFeed::system},
+            {QStringLiteral("activity"), ReadingFeed::activity},
+            {QStringLiteral("sensors"), ReadingFeed::sensors}};
         for (const auto& [kind, feed] : kinds) {
             QVERIFY2(faces.hasOwnFace(kind), qPrintable(kind));
             for (WidgetSize size : WidgetRegistry::builtInDefinition(kind)->metadata.allowedSizes) {
@@ -273,7 +408,8 @@ private Q_SLOTS:
         QTest::addColumn<WidgetSize>("size");
         QTest::addColumn<QString>("board");
         QTest::addColumn<QString>("style");
-        for (const char* kind : {"battery", "network", "disk", "btdevices"}) {
+        for (const char* kind :
+             {"battery", "network", "disk", "btdevices", "system", "activity", "sensors"}) {
             const WidgetMetadata metadata =
                 WidgetRegistry::builtInDefinition(QLatin1String(kind))->metadata;
             for (WidgetSize size : metadata.allowedSizes) {
