@@ -4,18 +4,25 @@
 #include "settings/AppSettings.h"
 #include "tick/TickCoordinator.h"
 
+#include <QLoggingCategory>
+
 namespace tw {
+
+Q_LOGGING_CATEGORY(lcEnergy, "Energy")
 
 void wireEnergyModes(AppSettings& settings, TickCoordinator& ticker, PowerWatcher* watcher) {
     const auto follow = [&settings, &ticker] {
-        ticker.setInterval(AppSettings::tickInterval(settings.effectiveEnergyMode()));
+        const AppSettings::EnergyMode mode = settings.effectiveEnergyMode();
+        ticker.setInterval(AppSettings::tickInterval(mode));
+        qCInfo(lcEnergy, "mode in force: %s, a tick every %lld ms",
+               qPrintable(AppSettings::rawValue(mode)),
+               static_cast<long long>(ticker.interval().count()));
     };
+    // Every change of the mode in force comes through here, the power watcher's included.
     QObject::connect(&settings, &AppSettings::effectiveEnergyModeChanged, &ticker, follow);
     if (watcher != nullptr) {
-        watcher->onChange = [&settings, follow](bool constrained) {
+        watcher->onChange = [&settings](bool constrained) {
             settings.setPowerConstrained(constrained);
-            // The switch may be off, and then the mode in force stays; setting it again is free.
-            follow();
         };
         watcher->start();
     }

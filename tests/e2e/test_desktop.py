@@ -41,6 +41,7 @@ class Host:
         self.config_home = config_home
         self.process = None
         self.extra_env = {}
+        self.stderr = subprocess.DEVNULL
 
     def start(self, *arguments):
         env = {"TKW_APP_SUPPORT_DIR": self.data_dir, "XDG_CONFIG_HOME": self.config_home,
@@ -48,7 +49,7 @@ class Host:
                "XDG_RUNTIME_DIR": self.config_home, "QT_LOGGING_RULES": "*.info=false",
                **self.extra_env}
         return subprocess.Popen([BINARY, *arguments], env=self.session.env(env),
-                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                stdout=subprocess.DEVNULL, stderr=self.stderr,
                                 preexec_fn=dies_with_parent)
 
     def launch(self):
@@ -517,6 +518,83 @@ class TrayTest(HostCase):
         self.assertEqual(self.host.process.wait(timeout=15), 0)
         with open(self.conf_path, encoding="utf-8") as f:
             self.assertIn("tarnwick.menuHint.pending=false", f.read())
+
+
+class PowerTest(HostCase):
+    """The machine's power from UPower and the power profiles daemon, served by python3-dbusmock
+    on a private bus that stands for the system bus: a battery at 15 % forces Energy Saver and
+    the desktop ticks every two seconds; with the charger back, every second again."""
+
+    panel_count = 3
+    SYSTEM_PYTHON = "/usr/bin/python3"
+
+    def setUp(self):
+        if subprocess.run([self.SYSTEM_PYTHON, "-c", "import dbusmock"],
+                          capture_output=True, check=False).returncode != 0:
+            self.skipTest("python3-dbusmock is not installed")
+        super().setUp()
+        self.addCleanup(self.host.stderr.close)
+
+    def before_launch(self):
+        bus = subprocess.Popen(["dbus-daemon", "--session", "--nofork", "--print-address=1"],
+                               stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True,
+                               preexec_fn=dies_with_parent)
+        self.helpers.append(bus)
+        self.addCleanup(bus.stdout.close)
+        self.bus = bus.stdout.readline().strip()
+        for template, name in (("upower", "org.freedesktop.UPower"),
+                               ("power_profiles_daemon", "net.hadess.PowerProfiles")):
+            self.helpers.append(subprocess.Popen(
+                [self.SYSTEM_PYTHON, "-m", "dbusmock", "--session", "-t", template],
+                env={**os.environ, "DBUS_SESSION_BUS_ADDRESS": self.bus},
+                stdout=subprocess.DEVNULL, preexec_fn=dies_with_parent))
+            self.assertTrue(self.session.wait_for(lambda: self.on_bus(name)), name + " never came")
+        self.assertTrue(self.send("/org/freedesktop/UPower", "org.freedesktop.DBus.Mock",
+                                  "SetupDisplayDevice", "uint32:2", "uint32:2", "double:15",
+                                  "double:15", "double:100", "double:10", "int64:3600",
+                                  "int64:0", "boolean:true", "string:", "uint32:1"))
+        self.assertTrue(self.on_battery(True))
+        self.log = os.path.join(self.config_home, "host.log")
+
+    def environment(self):
+        self.host.stderr = open(self.log, "w", encoding="utf-8")
+        return {"DBUS_SYSTEM_BUS_ADDRESS": self.bus,
+                "QT_LOGGING_RULES": "*.info=false;Energy.info=true;PowerWatcher.info=true"}
+
+    def send(self, path, interface, method, *arguments):
+        return subprocess.run(["dbus-send", "--bus=" + self.bus, "--print-reply",
+                               "--dest=org.freedesktop.UPower", path, interface + "." + method,
+                               *arguments], capture_output=True, check=False).returncode == 0
+
+    def on_bus(self, name):
+        out = subprocess.run(["dbus-send", "--bus=" + self.bus, "--print-reply",
+                              "--dest=org.freedesktop.DBus", "/org/freedesktop/DBus",
+                              "org.freedesktop.DBus.NameHasOwner", "string:" + name],
+                             capture_output=True, text=True, check=False).stdout
+        return "boolean true" in out
+
+    def on_battery(self, on):
+        return self.send("/org/freedesktop/UPower", "org.freedesktop.DBus.Properties", "Set",
+                         "string:org.freedesktop.UPower", "string:OnBattery",
+                         "variant:boolean:" + ("true" if on else "false"))
+
+    def last(self, topic):
+        """The host's last log line about `topic`, without its category."""
+        with open(self.log, encoding="utf-8") as f:
+            lines = [line.split(": ", 1)[-1].strip() for line in f if topic in line]
+        return lines[-1] if lines else None
+
+    def test_a_low_battery_slows_the_tick_and_the_charger_brings_it_back(self):
+        self.assertTrue(self.session.wait_for(
+            lambda: self.last("mode in force") == "mode in force: saver, a tick every 2000 ms",
+            timeout=20), "a battery at 15 %% did not force Energy Saver: %s" %
+            self.last("mode in force"))
+        self.assertEqual(self.last("power constrained"), "power constrained: 1")
+        self.assertTrue(self.on_battery(False))
+        self.assertTrue(self.session.wait_for(
+            lambda: self.last("mode in force") == "mode in force: balanced, a tick every 1000 ms",
+            timeout=20), "the charger did not bring the chosen mode back")
+        self.assertEqual(self.last("power constrained"), "power constrained: 0")
 
 
 def main():
