@@ -151,10 +151,20 @@ void drawBarRow(QPainter& painter, const FaceContext& context, const QRectF& row
     const qreal barHeight = std::clamp(row.height() * 0.12, 4.0, 7.0);
     const qreal textHeight = stacked ? row.height() * 0.46 : row.height() - barHeight - 3;
     const QRectF text(row.left(), row.top(), row.width(), textHeight);
-    const qreal size = std::min<qreal>(textHeight * 0.8, 17);
-    const QRectF percent = FaceKit::drawText(
-        painter, context, text, Qt::AlignRight | Qt::AlignBottom, ReadingText::percent(r.value),
-        FaceKit::font(size * 1.1, QFont::DemiBold), context.primary());
+    qreal size = std::min<qreal>(textHeight * 0.8, 17);
+    // Title and percentage share the line; both shrink until they do not touch.
+    const QString figure = ReadingText::percent(r.value);
+    while (size > 9 &&
+           QFontMetricsF(FaceKit::font(size, QFont::DemiBold)).horizontalAdvance(r.title) +
+                   QFontMetricsF(FaceKit::font(size * 1.1, QFont::DemiBold))
+                       .horizontalAdvance(figure) +
+                   10 >
+               row.width()) {
+        size -= 0.5;
+    }
+    const QRectF percent =
+        FaceKit::drawText(painter, context, text, Qt::AlignRight | Qt::AlignBottom, figure,
+                          FaceKit::font(size * 1.1, QFont::DemiBold), context.primary());
     const QRectF name =
         FaceKit::drawText(painter, context, text, Qt::AlignLeft | Qt::AlignBottom, r.title,
                           FaceKit::font(size, QFont::DemiBold), context.primary());
@@ -164,7 +174,10 @@ void drawBarRow(QPainter& painter, const FaceContext& context, const QRectF& row
     if (r.detail.isEmpty()) {
         return;
     }
-    const QFont detailFont = FaceKit::font(std::min<qreal>(size * 0.75, 12.5));
+    // A line of text is about 1.2 times its pixel size; the detail's line fits under the bar.
+    const qreal under = row.bottom() - bar.bottom() - 2;
+    const QFont detailFont =
+        FaceKit::font(std::min<qreal>({size * 0.75, 12.5, stacked ? under / 1.2 : 12.5}));
     if (stacked) {
         FaceKit::drawElided(
             painter, context,
@@ -349,19 +362,28 @@ void SystemFace::paint(QPainter& painter, const QRectF& rect, const FaceContext&
         return;
     }
     case WidgetSize::wideTall: {
-        // A row per metric: its bar on the left, its history on the right.
+        // A row per metric: its bar on the left, its history under its detail on the right.
         const qreal rowHeight = rect.height() / n;
-        const qreal split = rect.width() * 0.5;
+        const qreal split = rect.width() * 0.46;
         for (int i = 0; i < n; ++i) {
             const QRectF row(rect.left(), rect.top() + i * rowHeight, rect.width(), rowHeight);
             const qreal inset = std::max<qreal>(2, rowHeight * 0.05);
+            Reading bare = readings.at(i);
+            bare.detail.clear();
             drawBarRow(painter, context,
                        QRectF(row.left(), row.top() + inset, split - 12, row.height() - 2 * inset),
-                       readings.at(i));
-            drawChart(painter, context,
-                      QRectF(row.left() + split, row.top() + inset, row.width() - split,
-                             row.height() - 2 * inset),
-                      readings.at(i));
+                       bare);
+            QRectF chart(row.left() + split, row.top() + inset, row.width() - split,
+                         row.height() - 2 * inset);
+            if (!readings.at(i).detail.isEmpty() && !readings.at(i).unreported) {
+                const qreal line = std::min<qreal>(14, chart.height() * 0.34);
+                FaceKit::drawElided(painter, context,
+                                    QRectF(chart.left(), chart.top(), chart.width(), line),
+                                    readings.at(i).detail, FaceKit::font(line * 0.8),
+                                    context.secondary(), Qt::AlignLeft | Qt::AlignVCenter);
+                chart.setTop(chart.top() + line + 2);
+            }
+            drawChart(painter, context, chart, readings.at(i));
         }
         return;
     }
