@@ -1,5 +1,6 @@
 #include "DisplayFixtures.h"
 #include "GoldenFile.h"
+#include "TestRows.h"
 #include "displays/LayoutProfileResolver.h"
 
 #include <QTest>
@@ -127,27 +128,20 @@ private Q_SLOTS:
         QTest::addColumn<QString>("displays");
         QTest::addColumn<QString>("signature");
         QTest::addColumn<bool>("usable");
-        QTest::newRow("none") << ""
-                              << "" << false;
-        QTest::newRow("sorted by text")
-            << "B@1440,0,2560x1440;A@0,0,1440x900*"
-            << "A@0.0,0.0,1440.0x900.0;B@1440.0,0.0,2560.0x1440.0" << true;
-        QTest::newRow("names, main and visible frames don't count")
-            << "B@1440,0,2560x1440*^1370=Another name;A@0,0,1440x900"
-            << "A@0.0,0.0,1440.0x900.0;B@1440.0,0.0,2560.0x1440.0" << true;
-        QTest::newRow("fractions and negatives") << "L@-1512.5,0.25,1512x982.5"
-                                                 << "L@-1512.5,0.25,1512.0x982.5" << true;
-        QTest::newRow("width 1.0") << "B@0,0,1x900"
-                                   << "B@0.0,0.0,1.0x900.0" << false;
-        QTest::newRow("width 1.01") << "B@0,0,1.01x1.01"
-                                    << "B@0.0,0.0,1.01x1.01" << true;
-        QTest::newRow("visible height 0") << "A@0,0,1440x900^0"
-                                          << "A@0.0,0.0,1440.0x900.0" << false;
-        QTest::newRow("NaN visible height") << "A@0,0,1440x900^nan"
-                                            << "A@0.0,0.0,1440.0x900.0" << false;
-        QTest::newRow("one unusable of two")
-            << "A@0,0,1440x900;B@0,0,1x900"
-            << "A@0.0,0.0,1440.0x900.0;B@0.0,0.0,1.0x900.0" << false;
+        row("none", "", "", false);
+        row("sorted by text", "B@1440,0,2560x1440;A@0,0,1440x900*",
+            "A@0.0,0.0,1440.0x900.0;B@1440.0,0.0,2560.0x1440.0", true);
+        row("names, main and visible frames don't count",
+            "B@1440,0,2560x1440*^1370=Another name;A@0,0,1440x900",
+            "A@0.0,0.0,1440.0x900.0;B@1440.0,0.0,2560.0x1440.0", true);
+        row("fractions and negatives", "L@-1512.5,0.25,1512x982.5", "L@-1512.5,0.25,1512.0x982.5",
+            true);
+        row("width 1.0", "B@0,0,1x900", "B@0.0,0.0,1.0x900.0", false);
+        row("width 1.01", "B@0,0,1.01x1.01", "B@0.0,0.0,1.01x1.01", true);
+        row("visible height 0", "A@0,0,1440x900^0", "A@0.0,0.0,1440.0x900.0", false);
+        row("NaN visible height", "A@0,0,1440x900^nan", "A@0.0,0.0,1440.0x900.0", false);
+        row("one unusable of two", "A@0,0,1440x900;B@0,0,1x900",
+            "A@0.0,0.0,1440.0x900.0;B@0.0,0.0,1.0x900.0", false);
     }
     void signatureAndUsable() {
         QFETCH(QString, displays);
@@ -158,10 +152,10 @@ private Q_SLOTS:
     void roundTripDecimal_data() {
         QTest::addColumn<double>("value");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("zero") << 0.0 << "0.0";
-        QTest::newRow("negative zero") << -0.0 << "-0.0";
-        QTest::newRow("sum of tenths") << 0.1 + 0.2 << "0.30000000000000004";
-        QTest::newRow("NaN") << std::numeric_limits<double>::quiet_NaN() << "nan";
+        row("zero", 0.0, "0.0");
+        row("negative zero", -0.0, "-0.0");
+        row("sum of tenths", 0.1 + 0.2, "0.30000000000000004");
+        row("NaN", std::numeric_limits<double>::quiet_NaN(), "nan");
     }
     void roundTripDecimal() {
         QFETCH(double, value);
@@ -192,13 +186,13 @@ private Q_SLOTS:
         QTest::addColumn<double>("fraction");
         QTest::addColumn<double>("width");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("half") << 0.5 << 96.0 << "500,596";
-        QTest::newRow("whole") << 1.0 << 96.0 << "1000,96";
-        QTest::newRow("beyond") << 1.5 << 96.0 << "1000,96";
-        QTest::newRow("negative") << -0.2 << 96.0 << "0,1096";
-        QTest::newRow("infinite") << std::numeric_limits<double>::infinity() << 96.0 << "0,1096";
-        QTest::newRow("NaN") << std::numeric_limits<double>::quiet_NaN() << 96.0 << "0,1096";
-        QTest::newRow("wider than the display") << 0.5 << 2000.0 << "0,1096";
+        row("half", 0.5, 96.0, "500,596");
+        row("whole", 1.0, 96.0, "1000,96");
+        row("beyond", 1.5, 96.0, "1000,96");
+        row("negative", -0.2, 96.0, "0,1096");
+        row("infinite", std::numeric_limits<double>::infinity(), 96.0, "0,1096");
+        row("NaN", std::numeric_limits<double>::quiet_NaN(), 96.0, "0,1096");
+        row("wider than the display", 0.5, 2000.0, "0,1096");
     }
     void fractionsOfTravel() {
         QFETCH(double, fraction);
@@ -214,22 +208,14 @@ private Q_SLOTS:
     void targetDisplay_data() {
         QTest::addColumn<QString>("placement");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("by id") << "dell-2|DELL U2720Q||"
-                               << "dell-2";
-        QTest::newRow("twins, nearer origin") << "gone|dell u2720q||1400"
-                                              << "dell-2";
-        QTest::newRow("twins, origins equally far: the first") << "gone|DELL U2720Q||-524"
-                                                               << "dell-1";
-        QTest::newRow("twins, no origin, no main match") << "gone|DELL U2720Q||"
-                                                         << "dell-1";
-        QTest::newRow("one name, ignoring diacritics") << "gone|ecran integre||"
-                                                       << "builtin";
-        QTest::newRow("unknown name, main") << "gone|Projector|main|"
-                                            << "builtin";
-        QTest::newRow("unknown name, not main") << "gone|Projector||"
-                                                << "dell-1";
-        QTest::newRow("no name") << "gone||main|1400"
-                                 << "builtin";
+        row("by id", "dell-2|DELL U2720Q||", "dell-2");
+        row("twins, nearer origin", "gone|dell u2720q||1400", "dell-2");
+        row("twins, origins equally far: the first", "gone|DELL U2720Q||-524", "dell-1");
+        row("twins, no origin, no main match", "gone|DELL U2720Q||", "dell-1");
+        row("one name, ignoring diacritics", "gone|ecran integre||", "builtin");
+        row("unknown name, main", "gone|Projector|main|", "builtin");
+        row("unknown name, not main", "gone|Projector||", "dell-1");
+        row("no name", "gone||main|1400", "builtin");
     }
     void targetDisplay() {
         QFETCH(QString, placement);

@@ -27,13 +27,13 @@ private Q_SLOTS:
                                  {QStringLiteral("--template"), QStringLiteral("logind")}));
         const auto prepareForSleep = [](bool start) {
             // A plain message: an interface object would introspect, and Qt keeps what it learns.
-            QDBusMessage call = QDBusMessage::createMethodCall(
-                QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
-                QStringLiteral("org.freedesktop.DBus.Mock"), QStringLiteral("EmitSignal"));
-            call << QStringLiteral("org.freedesktop.login1.Manager")
-                 << QStringLiteral("PrepareForSleep") << QStringLiteral("b")
-                 << QVariantList{QVariant::fromValue(QDBusVariant(start))};
-            QDBusConnection::systemBus().call(call);
+            SessionBusMock::mockCall(QStringLiteral("org.freedesktop.login1"),
+                                     QStringLiteral("/org/freedesktop/login1"),
+                                     QStringLiteral("EmitSignal"),
+                                     {QStringLiteral("org.freedesktop.login1.Manager"),
+                                      QStringLiteral("PrepareForSleep"), QStringLiteral("b"),
+                                      QVariantList{QVariant::fromValue(QDBusVariant(start))}},
+                                     QDBusConnection::systemBus());
         };
         QtDisplays displays;
         QSignalSpy sleeps(&displays, &Displays::willSleep);

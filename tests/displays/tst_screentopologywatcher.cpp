@@ -1,5 +1,6 @@
 #include "DisplayFixtures.h"
 #include "ManualScheduler.h"
+#include "TestRows.h"
 #include "displays/LayoutProfileResolver.h"
 #include "displays/ScreenTopologyWatcher.h"
 #include "platform/null/FixedDisplays.h"
@@ -83,31 +84,23 @@ private Q_SLOTS:
         QTest::addColumn<QString>("events");
         QTest::addColumn<QString>("trace");
         // Subscribers re-arrange while the desktop is still veiled, and what they save is kept.
-        QTest::newRow("2 s of quiet, restarted by each notification")
-            << "start both 1900 both 1999 1 60000"
-            << "-0 S1 S1 S1 S1 Ct-0 -0";
-        QTest::newRow("a sleep that changed nothing settles quietly") << "start sleep wake 2000"
-                                                                      << "-0 s0 s1 U--0";
-        QTest::newRow("unplugged and replugged within one period: veiled to the end")
-            << "start both 1000 laptop 2000"
-            << "-0 S1 S1 S1 Ut-0";
-        QTest::newRow("the baseline follows each settled set")
-            << "start both 2000 both 2000 laptop 2000"
-            << "-0 S1 Ct-0 s1 U--0 S1 Ct-0";
-        QTest::newRow("a set that becomes usable in time settles")
-            << "start none 20000 quietly-both 2000"
-            << "-0 S1 S1 S1 Ct-0";
-        QTest::newRow("the machine sleeps: no cycle until it wakes")
-            << "start both 1000 sleep laptop 60000 both wake 2000"
-            << "-0 S1 S1 s0 s1 s0 S1 S1 Ct-0";
+        row("2 s of quiet, restarted by each notification", "start both 1900 both 1999 1 60000",
+            "-0 S1 S1 S1 S1 Ct-0 -0");
+        row("a sleep that changed nothing settles quietly", "start sleep wake 2000",
+            "-0 s0 s1 U--0");
+        row("unplugged and replugged within one period: veiled to the end",
+            "start both 1000 laptop 2000", "-0 S1 S1 S1 Ut-0");
+        row("the baseline follows each settled set", "start both 2000 both 2000 laptop 2000",
+            "-0 S1 Ct-0 s1 U--0 S1 Ct-0");
+        row("a set that becomes usable in time settles", "start none 20000 quietly-both 2000",
+            "-0 S1 S1 S1 Ct-0");
+        row("the machine sleeps: no cycle until it wakes",
+            "start both 1000 sleep laptop 60000 both wake 2000", "-0 S1 S1 s0 s1 s0 S1 S1 Ct-0");
         // A monitor that drops off in the dark is not an unplug.
-        QTest::newRow("the displays go dark: the same")
-            << "start both 1000 dark laptop 60000 both lit 2000"
-            << "-0 S1 S1 s0 s1 s0 S1 S1 Ct-0";
-        QTest::newRow("a second start registers nothing") << "start start both 2000"
-                                                          << "-0 -0 S1 Ct-0";
-        QTest::newRow("nothing happens before start") << "both 2000"
-                                                      << "-0 -0";
+        row("the displays go dark: the same", "start both 1000 dark laptop 60000 both lit 2000",
+            "-0 S1 S1 s0 s1 s0 S1 S1 Ct-0");
+        row("a second start registers nothing", "start start both 2000", "-0 -0 S1 Ct-0");
+        row("nothing happens before start", "both 2000", "-0 -0");
     }
     void settles() {
         QFETCH(QString, events);
@@ -131,8 +124,8 @@ private Q_SLOTS:
     // starts a fresh cycle against it.
     void unusableSetGivesUp_data() {
         QTest::addColumn<QString>("screens");
-        QTest::newRow("no displays") << "none";
-        QTest::newRow("visible height 0.5") << "=a@0,0,1920x1080^0.5";
+        row("no displays", "none");
+        row("visible height 0.5", "=a@0,0,1920x1080^0.5");
     }
     void unusableSetGivesUp() {
         QFETCH(QString, screens);
@@ -148,11 +141,11 @@ private Q_SLOTS:
         QTest::addColumn<QString>("displays");
         QTest::addColumn<bool>("withBaseline");
         QTest::addColumn<bool>("expected");
-        QTest::newRow("same set") << laptop << true << false;
-        QTest::newRow("other set") << both << true << true;
-        QTest::newRow("no baseline") << laptop << false << true;
-        QTest::newRow("unusable") << "laptop@0,0,1x982*" << true << true;
-        QTest::newRow("visible frame only") << "laptop@0,0,1512x982*^500" << true << false;
+        row("same set", laptop, true, false);
+        row("other set", both, true, true);
+        row("no baseline", laptop, false, true);
+        row("unusable", "laptop@0,0,1x982*", true, true);
+        row("visible frame only", "laptop@0,0,1512x982*^500", true, false);
     }
     void looksLikeAChange() {
         QFETCH(QString, displays);

@@ -1,4 +1,5 @@
 #include "DisplayFixtures.h"
+#include "Files.h"
 #include "NotAFile.h"
 #include "displays/LayoutProfileResolver.h"
 
@@ -38,19 +39,8 @@ GridLayout nudged(GridLayout layout, int n, double dx) {
     return layout;
 }
 
-QByteArray readAll(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 QJsonDocument readJson(const QString& path) {
-    return QJsonDocument::fromJson(readAll(path));
-}
-
-void writeFile(const QString& path, const QByteArray& bytes) {
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
+    return QJsonDocument::fromJson(readFile(path));
 }
 
 struct Rig : MemoryRig {
@@ -180,12 +170,12 @@ private Q_SLOTS:
         auto memory = rig.memory();
         const GridLayout onLaptop = layoutOf(QStringLiteral("4 small 24,926"));
         memory->remember(onLaptop, laptopOnly);
-        const QByteArray before = readAll(memory->filePath());
+        const QByteArray before = readFile(memory->filePath());
         QVERIFY(!memory->layoutForSettled(settled, onLaptop));
         QCOMPARE(memory->currentSignature(),
                  LayoutProfileResolver::topologySignature(recorded ? settled : laptopOnly));
         QCOMPARE(memory->configurationCount(), recorded ? 2 : 1);
-        QCOMPARE(readAll(memory->filePath()) != before, recorded);
+        QCOMPARE(readFile(memory->filePath()) != before, recorded);
     }
 
     void thirteenthConfigurationEvictsTheOldest() {
@@ -233,13 +223,13 @@ private Q_SLOTS:
         old.insert(QStringLiteral("empty"), stale);
         old.insert(QStringLiteral("garbage"), QStringLiteral("not a snapshot"));
         const QByteArray oldBytes = QJsonDocument(old).toJson();
-        writeFile(rig.path("topology.json"), oldBytes);
+        QVERIFY(writeFile(rig.path("topology.json"), oldBytes));
 
         QTest::ignoreMessage(QtInfoMsg, "dropped 1 placement-less snapshot(s)");
         QTest::ignoreMessage(QtInfoMsg, "topology memory migrated: 3 → 2 configuration(s)");
         auto migrated = rig.memory();
         QCOMPARE(migrated->configurationCount(), 2);
-        QCOMPARE(readAll(migrated->backupPath()), oldBytes);
+        QCOMPARE(readFile(migrated->backupPath()), oldBytes);
         QCOMPARE(readJson(rig.path("topology.json")).object().keys(),
                  QStringList(migrated->snapshots().keys()));
         for (const LayoutProfileSnapshot& snapshot : migrated->snapshots()) {
@@ -250,9 +240,10 @@ private Q_SLOTS:
         }
 
         // Migrated again: the backup keeps the very first file.
-        writeFile(rig.path("topology.json"), QJsonDocument(old).toJson(QJsonDocument::Compact));
+        QVERIFY(writeFile(rig.path("topology.json"),
+                          QJsonDocument(old).toJson(QJsonDocument::Compact)));
         auto twice = rig.memory();
-        QCOMPARE(readAll(twice->backupPath()), oldBytes);
+        QCOMPARE(readFile(twice->backupPath()), oldBytes);
         QCOMPARE(rig.memory()->snapshots(), twice->snapshots());
     }
 
@@ -275,14 +266,14 @@ private Q_SLOTS:
         Rig rig;
         rig.memory()->remember(desk(), both);
         const QString path = rig.dir.filePath(name);
-        QByteArray bytes = readAll(path);
+        QByteArray bytes = readFile(path);
         QVERIFY(QFile::remove(path));
         const bool garbage = kind == QStringLiteral("garbage");
         const bool fault = kind == QStringLiteral("fault");
         if (garbage || fault) {
             bytes = garbage ? QByteArray("[nonsense")
                             : bytes.insert(1, bytes.startsWith('{') ? "\"x\":1e999," : "1e999,");
-            writeFile(path, bytes);
+            QVERIFY(writeFile(path, bytes));
         } else {
             QVERIFY(placeNotAFile(kind, path));
         }
@@ -305,7 +296,7 @@ private Q_SLOTS:
                  kind == QStringLiteral("zero") || kind == QStringLiteral("dangling"));
         QCOMPARE(QFileInfo(path).isDir(), kind == QStringLiteral("dir"));
         if (garbage || fault) {
-            QCOMPARE(readAll(rig.dir.filePath(setAside.first())), bytes);
+            QCOMPARE(readFile(rig.dir.filePath(setAside.first())), bytes);
         }
     }
 
@@ -328,7 +319,7 @@ private Q_SLOTS:
     void writeFailureKeepsTheMemory() {
         Rig rig;
         const QString blocked = rig.path("blocked");
-        writeFile(blocked, "a file where a directory should be");
+        QVERIFY(writeFile(blocked, "a file where a directory should be"));
         TopologyMemory memory(rig.watcher, rig.clock, blocked + QStringLiteral("/topology.json"));
         QTest::ignoreMessage(QtCriticalMsg,
                              QRegularExpression(QStringLiteral("^could not save topology memory")));

@@ -2,6 +2,7 @@
 // short text, for the grid tests.
 #pragma once
 
+#include "Files.h"
 #include "ManualClock.h"
 #include "ManualScheduler.h"
 #include "grid/CustomStoreHealth.h"
@@ -58,17 +59,9 @@ struct GridFixture {
         return std::make_unique<GridStore>(services(), dir.filePath(name));
     }
 
-    void writeGrid(const QByteArray& bytes) const {
-        QFile file(gridPath());
-        if (file.open(QIODevice::WriteOnly)) {
-            file.write(bytes);
-        }
-    }
+    void writeGrid(const QByteArray& bytes) const { writeFile(gridPath(), bytes); }
     void writeGrid(const GridLayout& layout) const { writeGrid(layout.toJsonText()); }
-    QByteArray readGrid() const {
-        QFile file(gridPath());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    QByteArray readGrid() const { return readFile(gridPath()); }
     // What is on disk is what is in memory.
     bool savedAsLive(const GridStore& store) const {
         return GridLayout::fromJsonText(readGrid()).value_or(GridLayout()).instances ==

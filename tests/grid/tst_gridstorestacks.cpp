@@ -1,4 +1,5 @@
 #include "GridFixture.h"
+#include "TestRows.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -87,65 +88,48 @@ private Q_SLOTS:
     void operations_data() {
         QTest::addColumn<QString>("operations");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("two make a stack at the target")
-            << "group 1 0"
-            << "clock small 0,0 stack A#0 at 100,800; moon small 1,0 stack A#1 at "
-               "100,800; battery small 2,0 at 500,800";
-        QTest::newRow("a third goes to the end")
-            << "group 1 0, group 2 1"
-            << "clock small 0,0 stack A#0 at 100,800; moon small 1,0 stack A#1 at 100,800; "
-               "battery small 2,0 stack A#2 at 100,800";
-        QTest::newRow("another size joins in the stack's size")
-            << "group 1 0, group 4 0"
-            << "clock small 0,0 stack A#0 at 100,800; moon small 1,0 stack A#1 at 100,800; "
-               "battery small 2,0 at 500,800; stocks small 3,0 at 700,800; "
-               "calendar small 4,0 stack A#2 at 100,800";
-        QTest::newRow("a stack dropped on another comes along whole")
-            << "group 1 0, group 3 2, group 2 0"
-            << "clock small 0,0 stack A#0 at 100,800; moon small 1,0 stack A#1 at 100,800; "
-               "battery small 2,0 stack A#2 at 100,800; stocks small 3,0 stack A#3 at 100,800";
+        row("two make a stack at the target", "group 1 0",
+            "clock small 0,0 stack A#0 at 100,800; moon small 1,0 stack A#1 at "
+            "100,800; battery small 2,0 at 500,800");
+        row("a third goes to the end", "group 1 0, group 2 1",
+            "clock small 0,0 stack A#0 at 100,800; moon small 1,0 stack A#1 at 100,800; "
+            "battery small 2,0 stack A#2 at 100,800");
+        row("another size joins in the stack's size", "group 1 0, group 4 0",
+            "clock small 0,0 stack A#0 at 100,800; moon small 1,0 stack A#1 at 100,800; "
+            "battery small 2,0 at 500,800; stocks small 3,0 at 700,800; "
+            "calendar small 4,0 stack A#2 at 100,800");
+        row("a stack dropped on another comes along whole", "group 1 0, group 3 2, group 2 0",
+            "clock small 0,0 stack A#0 at 100,800; moon small 1,0 stack A#1 at 100,800; "
+            "battery small 2,0 stack A#2 at 100,800; stocks small 3,0 stack A#3 at 100,800");
         // Taken out, a tile stands beside where it stood, on its row and the spacing (12) apart.
-        QTest::newRow("taking one of two out dissolves the stack")
-            << "group 1 0, out 1"
-            << "clock small 0,0 at 100,800; moon small 1,0 at 208,800";
-        QTest::newRow("taking one of three out renumbers")
-            << "group 1 0, group 2 0, out 0"
-            << "clock small 0,0 at 208,800; moon small 1,0 stack A#0 at 100,800; "
-               "battery small 2,0 stack A#1 at 100,800";
-        QTest::newRow("a tile outside a stack moves alike") << "out 0"
-                                                            << "clock small 0,0 at 208,800";
-        QTest::newRow("a stack moves as one")
-            << "group 1 0, move 1 400.5 600"
-            << "clock small 0,0 stack A#0 at 400.5,600; moon small 1,0 stack A#1 at 400.5,600; "
-               "battery small 2,0 at 500,800";
-        QTest::newRow("a tile alone moves alone")
-            << "group 1 0, move 2 1 2"
-            << "clock small 0,0 stack A#0 at 100,800; moon small 1,0 stack A#1 at 100,800; "
-               "battery small 2,0 at 1,2";
-        QTest::newRow("grouping onto itself") << "group 0 0"
-                                              << "unchanged";
-        QTest::newRow("grouping an unknown id") << "group -1 0"
-                                                << "unchanged";
-        QTest::newRow("grouping within one stack") << "group 1 0, group 1 0"
-                                                   << "unchanged";
-        QTest::newRow("taking an unknown id out") << "out -1"
-                                                  << "unchanged";
+        row("taking one of two out dissolves the stack", "group 1 0, out 1",
+            "clock small 0,0 at 100,800; moon small 1,0 at 208,800");
+        row("taking one of three out renumbers", "group 1 0, group 2 0, out 0",
+            "clock small 0,0 at 208,800; moon small 1,0 stack A#0 at 100,800; "
+            "battery small 2,0 stack A#1 at 100,800");
+        row("a tile outside a stack moves alike", "out 0", "clock small 0,0 at 208,800");
+        row("a stack moves as one", "group 1 0, move 1 400.5 600",
+            "clock small 0,0 stack A#0 at 400.5,600; moon small 1,0 stack A#1 at 400.5,600; "
+            "battery small 2,0 at 500,800");
+        row("a tile alone moves alone", "group 1 0, move 2 1 2",
+            "clock small 0,0 stack A#0 at 100,800; moon small 1,0 stack A#1 at 100,800; "
+            "battery small 2,0 at 1,2");
+        row("grouping onto itself", "group 0 0", "unchanged");
+        row("grouping an unknown id", "group -1 0", "unchanged");
+        row("grouping within one stack", "group 1 0, group 1 0", "unchanged");
+        row("taking an unknown id out", "out -1", "unchanged");
         // A resize never moves a tile on the desktop.
-        QTest::newRow("resizing one tile")
-            << "size 2 wide"
-            << "clock small 0,0 at 100,800; moon small 1,0 at 300,800; battery wide 2,0 at "
-               "500,800; "
-               "stocks small 4,0 at 700,800; calendar large 5,0 at 900,800";
-        QTest::newRow("resizing one member takes its stack along")
-            << "group 1 0, size 1 large"
-            << "clock large 0,0 stack A#0 at 100,800; moon large 2,0 stack A#1 at 100,800; "
-               "battery small 4,0 at 500,800";
-        QTest::newRow("resizing a stack by all its members")
-            << "group 1 0, size 0 1 wide"
-            << "clock wide 0,0 stack A#0 at 100,800; moon wide 2,0 stack A#1 at 100,800; "
-               "battery small 4,0 at 500,800";
-        QTest::newRow("resizing to the size it has") << "size 0 small"
-                                                     << "unchanged";
+        row("resizing one tile", "size 2 wide",
+            "clock small 0,0 at 100,800; moon small 1,0 at 300,800; battery wide 2,0 at "
+            "500,800; "
+            "stocks small 4,0 at 700,800; calendar large 5,0 at 900,800");
+        row("resizing one member takes its stack along", "group 1 0, size 1 large",
+            "clock large 0,0 stack A#0 at 100,800; moon large 2,0 stack A#1 at 100,800; "
+            "battery small 4,0 at 500,800");
+        row("resizing a stack by all its members", "group 1 0, size 0 1 wide",
+            "clock wide 0,0 stack A#0 at 100,800; moon wide 2,0 stack A#1 at 100,800; "
+            "battery small 4,0 at 500,800");
+        row("resizing to the size it has", "size 0 small", "unchanged");
     }
     void operations() {
         QFETCH(QString, operations);

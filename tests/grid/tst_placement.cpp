@@ -2,6 +2,7 @@
 // tile off its neighbours, and what a drop does; then whole sessions against reviewed records
 // under golden/ (TW_UPDATE_GOLDEN=1 rewrites them).
 #include "GoldenFile.h"
+#include "TestRows.h"
 #include "grid/DesktopSnap.h"
 #include "grid/DropDecision.h"
 #include "grid/FreeSpot.h"
@@ -10,6 +11,7 @@
 #include <QTest>
 
 using namespace tw;
+using tw::test::row;
 using Range = DesktopSnap::Range;
 using Rects = QList<QRectF>;
 using Bounds = std::optional<QRectF>;
@@ -40,31 +42,27 @@ private Q_SLOTS:
         QTest::addColumn<Spot>("expected");
         const QSizeF small(96, 96);
         const QRectF frame(0, 0, 1440, 875);
-        QTest::newRow("empty desktop: 48 in from the top-left")
-            << small << frame << Rects{} << Spot(QPointF(48, 827));
-        QTest::newRow("frame not at the origin")
-            << small << QRectF(1440, -200, 1920, 1055) << Rects{} << Spot(QPointF(1488, 807));
-        QTest::newRow("second tile: the spacing right of the first")
-            << small << frame << Rects{{48, 731, 96, 96}} << Spot(QPointF(156, 827));
-        QTest::newRow("tiles elsewhere don't count")
-            << small << frame << Rects{{-2000, 731, 96, 96}} << Spot(QPointF(48, 827));
-        QTest::newRow("a narrow frame goes to the next row, the spacing below")
-            << small << QRectF(0, 0, 200, 400) << Rects{{48, 256, 96, 96}}
-            << Spot(QPointF(48, 244));
-        QTest::newRow("1300 on 1350 is refused")
-            << QSizeF(1300, 96) << QRectF(0, 0, 1350, 900) << Rects{} << Spot();
-        QTest::newRow("1254 on 1350 just fits")
-            << QSizeF(1254, 96) << QRectF(0, 0, 1350, 900) << Rects{} << Spot(QPointF(48, 852));
-        QTest::newRow("too tall") << QSizeF(96, 805) << QRectF(0, 0, 1000, 900) << Rects{}
-                                  << Spot();
-        QTest::newRow("empty tile") << QSizeF(0, 96) << frame << Rects{} << Spot();
-        QTest::newRow("full screen") << small << frame << Rects{frame} << Spot();
+        row("empty desktop: 48 in from the top-left", small, frame, Rects{},
+            Spot(QPointF(48, 827)));
+        row("frame not at the origin", small, QRectF(1440, -200, 1920, 1055), Rects{},
+            Spot(QPointF(1488, 807)));
+        row("second tile: the spacing right of the first", small, frame, Rects{{48, 731, 96, 96}},
+            Spot(QPointF(156, 827)));
+        row("tiles elsewhere don't count", small, frame, Rects{{-2000, 731, 96, 96}},
+            Spot(QPointF(48, 827)));
+        row("a narrow frame goes to the next row, the spacing below", small, QRectF(0, 0, 200, 400),
+            Rects{{48, 256, 96, 96}}, Spot(QPointF(48, 244)));
+        row("1300 on 1350 is refused", QSizeF(1300, 96), QRectF(0, 0, 1350, 900), Rects{}, Spot());
+        row("1254 on 1350 just fits", QSizeF(1254, 96), QRectF(0, 0, 1350, 900), Rects{},
+            Spot(QPointF(48, 852)));
+        row("too tall", QSizeF(96, 805), QRectF(0, 0, 1000, 900), Rects{}, Spot());
+        row("empty tile", QSizeF(0, 96), frame, Rects{}, Spot());
+        row("full screen", small, frame, Rects{frame}, Spot());
         // Past the blocker (26 + 80 + 12) the tile's right edge 214 passes the margin by 0.4.
-        QTest::newRow("right edge may pass by 0.5")
-            << small << QRectF(0, 0, 261.6, 400) << Rects{{26, 250, 80, 124}}
-            << Spot(QPointF(118, 352));
-        QTest::newRow("but not by 0.6") << small << QRectF(0, 0, 261.4, 400)
-                                        << Rects{{26, 250, 80, 124}} << Spot(QPointF(48, 238));
+        row("right edge may pass by 0.5", small, QRectF(0, 0, 261.6, 400),
+            Rects{{26, 250, 80, 124}}, Spot(QPointF(118, 352)));
+        row("but not by 0.6", small, QRectF(0, 0, 261.4, 400), Rects{{26, 250, 80, 124}},
+            Spot(QPointF(48, 238)));
     }
     void freeSpot() {
         QFETCH(QSizeF, tile);
@@ -80,25 +78,25 @@ private Q_SLOTS:
         QTest::addColumn<double>("expected");
         const QList<Range> one{{100, 196}};
         const std::optional<Range> none;
-        QTest::newRow("nothing to snap to") << 57.0 << 96.0 << QList<Range>{} << none << 57.0;
-        QTest::newRow("left edges flush at exactly 14") << 114.0 << 96.0 << one << none << 100.0;
-        QTest::newRow("14.01 away stays") << 114.01 << 96.0 << one << none << 114.01;
-        QTest::newRow("right edges flush") << 135.0 << 50.0 << one << none << 146.0;
-        QTest::newRow("just past with the gap") << 205.0 << 96.0 << one << none << 208.0;
-        QTest::newRow("just before with the gap") << -5.0 << 96.0 << one << none << -8.0;
-        QTest::newRow("centres aligned") << 45.0 << 100.0 << QList<Range>{{0, 200}} << none << 50.0;
-        QTest::newRow("screen edge with the gap")
-            << 20.0 << 96.0 << QList<Range>{} << std::optional<Range>(Range{0, 1000}) << 12.0;
-        QTest::newRow("screen's far edge")
-            << 880.0 << 96.0 << QList<Range>{} << std::optional<Range>(Range{0, 1000}) << 892.0;
-        QTest::newRow("screen centre")
-            << 445.0 << 100.0 << QList<Range>{} << std::optional<Range>(Range{0, 1000}) << 450.0;
-        QTest::newRow("nearest over two neighbours")
-            << 300.0 << 96.0 << QList<Range>{{100, 196}, {290, 400}} << none << 297.0;
-        QTest::newRow("equal pull: the first stays")
-            << 50.0 << 10.0 << QList<Range>{{40, 500}, {60, 600}} << none << 40.0;
-        QTest::newRow("equal pull, order swapped")
-            << 50.0 << 10.0 << QList<Range>{{60, 600}, {40, 500}} << none << 60.0;
+        row("nothing to snap to", 57.0, 96.0, QList<Range>{}, none, 57.0);
+        row("left edges flush at exactly 14", 114.0, 96.0, one, none, 100.0);
+        row("14.01 away stays", 114.01, 96.0, one, none, 114.01);
+        row("right edges flush", 135.0, 50.0, one, none, 146.0);
+        row("just past with the gap", 205.0, 96.0, one, none, 208.0);
+        row("just before with the gap", -5.0, 96.0, one, none, -8.0);
+        row("centres aligned", 45.0, 100.0, QList<Range>{{0, 200}}, none, 50.0);
+        row("screen edge with the gap", 20.0, 96.0, QList<Range>{},
+            std::optional<Range>(Range{0, 1000}), 12.0);
+        row("screen's far edge", 880.0, 96.0, QList<Range>{}, std::optional<Range>(Range{0, 1000}),
+            892.0);
+        row("screen centre", 445.0, 100.0, QList<Range>{}, std::optional<Range>(Range{0, 1000}),
+            450.0);
+        row("nearest over two neighbours", 300.0, 96.0, QList<Range>{{100, 196}, {290, 400}}, none,
+            297.0);
+        row("equal pull: the first stays", 50.0, 10.0, QList<Range>{{40, 500}, {60, 600}}, none,
+            40.0);
+        row("equal pull, order swapped", 50.0, 10.0, QList<Range>{{60, 600}, {40, 500}}, none,
+            60.0);
     }
     void snap() {
         QFETCH(double, position);
@@ -114,37 +112,36 @@ private Q_SLOTS:
         QTest::addColumn<QRectF>("expected");
         const Bounds screen = QRectF(-1000, -1000, 3000, 3000);
         const QRectF r(100, 100, 100, 100);
-        QTest::newRow("0.5 deep is not overlap")
-            << r << Rects{{199.5, 100, 100, 100}} << screen << r;
-        QTest::newRow("0.5 deep one way only") << r << Rects{{150, 199.5, 100, 100}} << screen << r;
-        QTest::newRow("0.6 deep slides left")
-            << r << Rects{{199.4, 100, 100, 100}} << screen << QRectF(83.4, 100, 100, 100);
-        QTest::newRow("nearest push is right")
-            << r << Rects{{30, 100, 100, 100}} << screen << QRectF(146, 100, 100, 100);
-        QTest::newRow("nearest push is up")
-            << r << Rects{{100, 30, 100, 100}} << screen << QRectF(100, 146, 100, 100);
+        row("0.5 deep is not overlap", r, Rects{{199.5, 100, 100, 100}}, screen, r);
+        row("0.5 deep one way only", r, Rects{{150, 199.5, 100, 100}}, screen, r);
+        row("0.6 deep slides left", r, Rects{{199.4, 100, 100, 100}}, screen,
+            QRectF(83.4, 100, 100, 100));
+        row("nearest push is right", r, Rects{{30, 100, 100, 100}}, screen,
+            QRectF(146, 100, 100, 100));
+        row("nearest push is up", r, Rects{{100, 30, 100, 100}}, screen,
+            QRectF(100, 146, 100, 100));
         // Exactly on top of another: all four pushes are 116 away; the order decides.
-        QTest::newRow("tie: left first") << r << Rects{r} << screen << QRectF(-16, 100, 100, 100);
-        QTest::newRow("tie: right when left is off screen")
-            << r << Rects{r} << Bounds(QRectF(0, -1000, 3000, 3000)) << QRectF(216, 100, 100, 100);
-        QTest::newRow("tie: down when left and right are off screen")
-            << r << Rects{r} << Bounds(QRectF(0, -1000, 300, 3000)) << QRectF(100, -16, 100, 100);
-        QTest::newRow("tie: up when only up is left")
-            << r << Rects{r} << Bounds(QRectF(0, 0, 300, 3000)) << QRectF(100, 216, 100, 100);
-        QTest::newRow("edges may pass by 0.5")
-            << r << Rects{r} << Bounds(QRectF(-15.5, 0, 200, 300)) << QRectF(-16, 100, 100, 100);
+        row("tie: left first", r, Rects{r}, screen, QRectF(-16, 100, 100, 100));
+        row("tie: right when left is off screen", r, Rects{r}, Bounds(QRectF(0, -1000, 3000, 3000)),
+            QRectF(216, 100, 100, 100));
+        row("tie: down when left and right are off screen", r, Rects{r},
+            Bounds(QRectF(0, -1000, 300, 3000)), QRectF(100, -16, 100, 100));
+        row("tie: up when only up is left", r, Rects{r}, Bounds(QRectF(0, 0, 300, 3000)),
+            QRectF(100, 216, 100, 100));
+        row("edges may pass by 0.5", r, Rects{r}, Bounds(QRectF(-15.5, 0, 200, 300)),
+            QRectF(-16, 100, 100, 100));
         // Left is off screen, right and the nearer places up are blocked by the second tile.
-        QTest::newRow("past the second tile too")
-            << QRectF(0, 0, 100, 100) << Rects{{60, 60, 100, 100}, {110, -200, 200, 220}}
-            << Bounds(QRectF(0, 0, 1000, 1000)) << QRectF(0, 176, 100, 100);
+        row("past the second tile too", QRectF(0, 0, 100, 100),
+            Rects{{60, 60, 100, 100}, {110, -200, 200, 220}}, Bounds(QRectF(0, 0, 1000, 1000)),
+            QRectF(0, 176, 100, 100));
         // No push past one tile is free of the other: the answer rests on both.
-        QTest::newRow("a corner between two")
-            << QRectF(70, 70, 100, 100) << Rects{{0, 0, 250, 130}, {130, 0, 120, 250}}
-            << Bounds(QRectF(0, 0, 250, 250)) << QRectF(14, 146, 100, 100);
-        QTest::newRow("nowhere to go: stays put")
-            << r << Rects{{0, 0, 300, 300}} << Bounds(QRectF(0, 0, 300, 300)) << r;
-        QTest::newRow("no bounds: push anywhere")
-            << r << Rects{{150, 100, 100, 100}} << Bounds() << QRectF(34, 100, 100, 100);
+        row("a corner between two", QRectF(70, 70, 100, 100),
+            Rects{{0, 0, 250, 130}, {130, 0, 120, 250}}, Bounds(QRectF(0, 0, 250, 250)),
+            QRectF(14, 146, 100, 100));
+        row("nowhere to go: stays put", r, Rects{{0, 0, 300, 300}}, Bounds(QRectF(0, 0, 300, 300)),
+            r);
+        row("no bounds: push anywhere", r, Rects{{150, 100, 100, 100}}, Bounds(),
+            QRectF(34, 100, 100, 100));
     }
     void slideOff() {
         QFETCH(QRectF, rect);
@@ -169,33 +166,28 @@ private Q_SLOTS:
         QTest::addColumn<QRectF>("where");
         const Bounds screen = QRectF(0, 0, 1440, 900);
         const QRectF r(100, 100, 96, 96);
-        QTest::newRow("empty rectangle") << QRectF(100, 100, 0, 96) << Tiles{} << screen << ignore
-                                         << QUuid() << QRectF(100, 100, 0, 96);
-        QTest::newRow("alone") << r << Tiles{} << screen << stay << QUuid() << r;
+        row("empty rectangle", QRectF(100, 100, 0, 96), Tiles{}, screen, ignore, QUuid(),
+            QRectF(100, 100, 0, 96));
+        row("alone", r, Tiles{}, screen, stay, QUuid(), r);
         // 40 × 100 of 100 × 100: every figure is exact in binary, so the share is the
         // threshold itself.
         const QRectF square(100, 100, 100, 100);
-        QTest::newRow("exactly 40% of the same size stacks")
-            << square << Tiles{{a, WidgetSize::small, {160, 100, 100, 100}}} << screen << stack << a
-            << square;
-        QTest::newRow("39% of the same size slides")
-            << r << Tiles{{a, WidgetSize::small, {158.56, 100, 96, 96}}} << screen << slide
-            << QUuid() << QRectF(50.56, 100, 96, 96);
-        QTest::newRow("half onto another size slides")
-            << r << Tiles{{a, WidgetSize::large, {148, 0, 204, 204}}} << screen << slide << QUuid()
-            << QRectF(40, 100, 96, 96);
-        QTest::newRow("the larger share wins") << r
-                                               << Tiles{{a, WidgetSize::small, {140, 100, 96, 96}},
-                                                        {b, WidgetSize::small, {110, 100, 96, 96}}}
-                                               << screen << stack << b << r;
-        QTest::newRow("equal shares: the first stays")
-            << r
-            << Tiles{{a, WidgetSize::small, {130, 100, 96, 96}},
-                     {b, WidgetSize::small, {70, 100, 96, 96}}}
-            << screen << stack << a << r;
-        QTest::newRow("nowhere to slide: stays")
-            << r << Tiles{{a, WidgetSize::large, {0, 0, 300, 300}}}
-            << Bounds(QRectF(0, 0, 300, 300)) << stay << QUuid() << r;
+        row("exactly 40% of the same size stacks", square,
+            Tiles{{a, WidgetSize::small, {160, 100, 100, 100}}}, screen, stack, a, square);
+        row("39% of the same size slides", r, Tiles{{a, WidgetSize::small, {158.56, 100, 96, 96}}},
+            screen, slide, QUuid(), QRectF(50.56, 100, 96, 96));
+        row("half onto another size slides", r, Tiles{{a, WidgetSize::large, {148, 0, 204, 204}}},
+            screen, slide, QUuid(), QRectF(40, 100, 96, 96));
+        row("the larger share wins", r,
+            Tiles{{a, WidgetSize::small, {140, 100, 96, 96}},
+                  {b, WidgetSize::small, {110, 100, 96, 96}}},
+            screen, stack, b, r);
+        row("equal shares: the first stays", r,
+            Tiles{{a, WidgetSize::small, {130, 100, 96, 96}},
+                  {b, WidgetSize::small, {70, 100, 96, 96}}},
+            screen, stack, a, r);
+        row("nowhere to slide: stays", r, Tiles{{a, WidgetSize::large, {0, 0, 300, 300}}},
+            Bounds(QRectF(0, 0, 300, 300)), stay, QUuid(), r);
     }
     void drop() {
         QFETCH(QRectF, rect);

@@ -1,4 +1,6 @@
+#include "Files.h"
 #include "ManualClock.h"
+#include "TestRows.h"
 #include "look/ThemeStore.h"
 #include "platform/null/MemoryDefaults.h"
 
@@ -11,6 +13,9 @@
 #include <QTest>
 
 using namespace tw;
+using tw::test::readFile;
+using tw::test::row;
+using tw::test::writeFile;
 using GlassStyle = ThemeStore::GlassStyle;
 using GlassTint = ThemeStore::GlassTint;
 using SystemAppearance = ThemeStore::SystemAppearance;
@@ -56,21 +61,18 @@ private Q_SLOTS:
         stale.accent = ThemeColor{1, 0, 0, 1};
         stale.name = QStringLiteral("Old Ocean");
         const auto json = [](const Theme& theme) { return QJsonDocument(theme.toJson()).toJson(); };
-        QTest::newRow("fresh start") << QByteArray() << "midnight";
-        QTest::newRow("a theme of one's own") << json(custom()) << "mine";
-        QTest::newRow("a stored built-in takes today's colours") << json(stale) << "ocean";
-        QTest::newRow("not json") << QByteArray("{\"id\": \"ocean\", ") << "!";
-        QTest::newRow("no id") << QByteArray("{\"name\": \"Ocean\"}") << "!";
-        QTest::newRow("bad utf-8, and no id once mended")
-            << QByteArray("{\"name\": \"Oc\xff\"}") << "!";
+        row("fresh start", QByteArray(), "midnight");
+        row("a theme of one's own", json(custom()), "mine");
+        row("a stored built-in takes today's colours", json(stale), "ocean");
+        row("not json", QByteArray("{\"id\": \"ocean\", "), "!");
+        row("no id", QByteArray("{\"name\": \"Ocean\"}"), "!");
+        row("bad utf-8, and no id once mended", QByteArray("{\"name\": \"Oc\xff\"}"), "!");
     }
     void startsFromTheFile() {
         QFETCH(QByteArray, bytes);
         QFETCH(QString, expected);
         Rig rig;
-        QFile file(rig.path());
-        QVERIFY(bytes.isNull() || (file.open(QIODevice::WriteOnly) && file.write(bytes) >= 0));
-        file.close();
+        QVERIFY(bytes.isNull() || writeFile(rig.path(), bytes));
         ThemeStore store(rig.defaults, rig.clock, rig.path());
         const bool setAside = expected == QLatin1String("!");
         const Theme theme = setAside                            ? Theme::defaultTheme()
@@ -87,9 +89,7 @@ private Q_SLOTS:
                      QStringLiteral("theme.") +
                          rig.clock.now().toString(QStringLiteral("yyyy-MM-dd-HHmmss")) +
                          QStringLiteral(".corrupt"));
-            QFile kept(rig.dir.filePath(aside.front()));
-            QVERIFY(kept.open(QIODevice::ReadOnly));
-            QCOMPARE(kept.readAll(), bytes);
+            QCOMPARE(readFile(rig.dir.filePath(aside.front())), bytes);
         }
     }
 
@@ -97,9 +97,7 @@ private Q_SLOTS:
         Rig rig;
         // A regular file where the directory should be makes every write fail.
         const QString blocker = rig.dir.filePath(QStringLiteral("blocker"));
-        QFile file(blocker);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.close();
+        QVERIFY(writeFile(blocker, {}));
         ThemeStore store(rig.defaults, rig.clock, blocker + QStringLiteral("/theme.json"));
         QTest::ignoreMessage(QtWarningMsg,
                              QRegularExpression(QStringLiteral("^Failed to save theme: ")));
@@ -260,12 +258,12 @@ private Q_SLOTS:
         QTest::addColumn<int>("shade");
         QTest::addColumn<QString>("expected");
         // Accent 0.5, 0.25, 0 at full opacity.
-        QTest::newRow("0: the accent") << 0 << "0.5 0.25 0 1";
-        QTest::newRow("1: lighter by .16") << 1 << "0.58 0.37 0.16 1";
-        QTest::newRow("-1: as 1") << -1 << "0.58 0.37 0.16 1";
-        QTest::newRow("2: fainter by .16") << 2 << "0.5 0.25 0 0.84";
-        QTest::newRow("5: lighter by at most .45") << 5 << "0.725 0.5875 0.45 1";
-        QTest::newRow("8: no fainter than .55") << 8 << "0.5 0.25 0 0.55";
+        row("0: the accent", 0, "0.5 0.25 0 1");
+        row("1: lighter by .16", 1, "0.58 0.37 0.16 1");
+        row("-1: as 1", -1, "0.58 0.37 0.16 1");
+        row("2: fainter by .16", 2, "0.5 0.25 0 0.84");
+        row("5: lighter by at most .45", 5, "0.725 0.5875 0.45 1");
+        row("8: no fainter than .55", 8, "0.5 0.25 0 0.55");
     }
     void uniformTint() {
         QFETCH(int, shade);

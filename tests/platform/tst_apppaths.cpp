@@ -1,3 +1,4 @@
+#include "Files.h"
 #include "PrivateMount.h"
 #include "TestRows.h"
 #include "platform/AppPaths.h"
@@ -9,20 +10,9 @@
 
 #include <sys/mount.h>
 
-namespace {
-
-void touch(const QString& path, const QByteArray& bytes) {
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
-
-QByteArray readAll(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-} // namespace
+using tw::test::readFile;
+using tw::test::row;
+using tw::test::writeFile;
 
 class TestAppPaths : public QObject {
     Q_OBJECT
@@ -40,21 +30,20 @@ private Q_SLOTS:
     void quarantineNames_data() {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("expected");
-        tw::test::row("json", "grid.json", "grid.2026-03-14-092653.corrupt");
-        tw::test::row("two dots", "topology.homes.json",
-                      "topology.homes.2026-03-14-092653.corrupt");
-        tw::test::row("no extension", "grid", "grid.2026-03-14-092653.corrupt");
+        row("json", "grid.json", "grid.2026-03-14-092653.corrupt");
+        row("two dots", "topology.homes.json", "topology.homes.2026-03-14-092653.corrupt");
+        row("no extension", "grid", "grid.2026-03-14-092653.corrupt");
     }
     void quarantineNames() {
         QFETCH(QString, name);
         QFETCH(QString, expected);
         QTemporaryDir dir;
-        touch(dir.filePath(name), "not json");
+        QVERIFY(writeFile(dir.filePath(name), "not json"));
         const QDateTime at(QDate(2026, 3, 14), QTime(9, 26, 53, 700));
         QCOMPARE(tw::AppPaths::quarantineUnreadable(dir.filePath(name), at),
                  dir.filePath(expected));
         QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{expected});
-        QCOMPARE(readAll(dir.filePath(expected)), QByteArrayLiteral("not json"));
+        QCOMPARE(readFile(dir.filePath(expected)), QByteArrayLiteral("not json"));
     }
 
     void nothingToSetAside() {
@@ -71,7 +60,7 @@ private Q_SLOTS:
         const QDateTime at(QDate(2026, 3, 14), QTime(9, 26, 53));
         QStringList targets;
         for (int i = 0; i < 3; ++i) {
-            touch(path, QByteArray::number(i));
+            QVERIFY(writeFile(path, QByteArray::number(i)));
             targets << tw::AppPaths::quarantineUnreadable(path, at.addMSecs(i * 300));
         }
         QCOMPARE(targets,
@@ -79,7 +68,7 @@ private Q_SLOTS:
                               dir.filePath(QStringLiteral("grid.2026-03-14-092653-2.corrupt")),
                               dir.filePath(QStringLiteral("grid.2026-03-14-092653-3.corrupt"))}));
         for (int i = 0; i < 3; ++i) {
-            QCOMPARE(readAll(targets.at(i)), QByteArray::number(i));
+            QCOMPARE(readFile(targets.at(i)), QByteArray::number(i));
         }
         QVERIFY(!QFileInfo::exists(path));
     }
@@ -91,12 +80,12 @@ private Q_SLOTS:
         }
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("grid.json"));
-        touch(path, "x");
+        QVERIFY(writeFile(path, "x"));
         QVERIFY(tw::test::mountReadOnly(dir.path()));
         const QString target = tw::AppPaths::quarantineUnreadable(path);
         QCOMPARE(umount(QFile::encodeName(dir.path()).constData()), 0);
         QCOMPARE(target, QString());
-        QCOMPARE(readAll(path), QByteArrayLiteral("x"));
+        QCOMPARE(readFile(path), QByteArrayLiteral("x"));
     }
 };
 

@@ -1,3 +1,4 @@
+#include "Files.h"
 #include "NotAFile.h"
 #include "TestRows.h"
 #include "platform/linux/DesktopEntry.h"
@@ -8,6 +9,7 @@
 
 using tw::DesktopEntry;
 using tw::test::row;
+using tw::test::writeFile;
 
 class TestDesktopEntry : public QObject {
     Q_OBJECT
@@ -97,11 +99,9 @@ private Q_SLOTS:
         const QString path = dir.filePath(QStringLiteral("app.desktop"));
         const QByteArray entry = QByteArrayLiteral("[Desktop Entry]\nType=Application\nExec=x\n");
         if (kind == QStringLiteral("file") || kind == QStringLiteral("huge")) {
-            QFile file(path);
-            QVERIFY(file.open(QIODevice::WriteOnly));
-            file.write(kind == QStringLiteral("huge")
-                           ? entry + QByteArray(DesktopEntry::maximumSize, '#')
-                           : entry);
+            QVERIFY(writeFile(path, kind == QStringLiteral("huge")
+                                        ? entry + QByteArray(DesktopEntry::maximumSize, '#')
+                                        : entry));
         } else {
             QVERIFY(tw::test::placeNotAFile(kind, path));
         }

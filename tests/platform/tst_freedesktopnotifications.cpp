@@ -14,12 +14,10 @@ class TestFreedesktopNotifications : public QObject {
 
     // Summary and body of every Notify call the mocked server received.
     static QStringList notified() {
-        QDBusMessage call = QDBusMessage::createMethodCall(
-            QStringLiteral("org.freedesktop.Notifications"),
-            QStringLiteral("/org/freedesktop/Notifications"),
-            QStringLiteral("org.freedesktop.DBus.Mock"), QStringLiteral("GetMethodCalls"));
-        call << QStringLiteral("Notify");
-        const QDBusMessage reply = QDBusConnection::sessionBus().call(call);
+        const QDBusMessage reply =
+            SessionBusMock::mockCall(QStringLiteral("org.freedesktop.Notifications"),
+                                     QStringLiteral("/org/freedesktop/Notifications"),
+                                     QStringLiteral("GetMethodCalls"), {QStringLiteral("Notify")});
         QStringList lines;
         if (reply.type() != QDBusMessage::ReplyMessage) {
             return {reply.errorMessage()};

@@ -1,6 +1,7 @@
 // Where each desktop keeps its picture: Plasma's and Xfce's settings files as the desktops write
 // them, in a temporary directory; GNOME's and MATE's GSettings under test schemas compiled there,
 // kept by the key-file backend. Each is read and followed as it changes.
+#include "Files.h"
 #include "TestRows.h"
 #include "platform/linux/GSettingsPicture.h"
 #include "platform/linux/LinuxDesktopPicture.h"
@@ -117,11 +118,8 @@ class tst_LinuxDesktopPicture : public QObject {
     QString m_dir;
 
     void write(const QString& relative, const QByteArray& bytes) {
-        const QString file = m_dir + QLatin1Char('/') + relative;
-        QVERIFY(QDir().mkpath(QFileInfo(file).absolutePath()));
-        QFile out(file);
-        QVERIFY(out.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        out.write(QByteArray(bytes).replace("$DIR", QFile::encodeName(m_dir)));
+        QVERIFY(test::writeFile(m_dir + QLatin1Char('/') + relative,
+                                QByteArray(bytes).replace("$DIR", QFile::encodeName(m_dir))));
     }
     // As the desktops save: a new file renamed over the old one.
     void replace(const QString& relative, const QByteArray& bytes) {

@@ -129,12 +129,11 @@ private Q_SLOTS:
         const QString interface = QStringLiteral("org.kde.PlasmaShell");
         if (!answer.isEmpty()) {
             QVERIFY(m_bus.startService(shell, {shell, path, interface}));
-            QDBusMessage add = QDBusMessage::createMethodCall(
-                shell, path, QStringLiteral("org.freedesktop.DBus.Mock"),
-                QStringLiteral("AddMethod"));
-            add.setArguments({interface, QStringLiteral("evaluateScript"), QStringLiteral("s"),
-                              QStringLiteral("s"), answer});
-            QCOMPARE(QDBusConnection::sessionBus().call(add).type(), QDBusMessage::ReplyMessage);
+            const QDBusMessage added =
+                SessionBusMock::mockCall(shell, path, QStringLiteral("AddMethod"),
+                                         {interface, QStringLiteral("evaluateScript"),
+                                          QStringLiteral("s"), QStringLiteral("s"), answer});
+            QCOMPARE(added.type(), QDBusMessage::ReplyMessage);
         }
         LinuxPictureSetter setter({QStringLiteral("KDE")});
         const QList<Target> targets =

@@ -1,3 +1,5 @@
+#include "Files.h"
+#include "TestRows.h"
 #include "model/WidgetAction.h"
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/null/NullNotifications.h"
@@ -9,6 +11,8 @@
 
 using tw::LinuxWorkspace;
 using tw::WidgetAction;
+using tw::test::row;
+using tw::test::writeFile;
 
 namespace {
 
@@ -21,13 +25,6 @@ void writeRecorder(const QString& path) {
                "printf '%s\\n' \"$@\" > \"$out.part\" && mv \"$out.part\" \"$out\"\n");
     file.close();
     QVERIFY(file.setPermissions(file.permissions() | QFile::ExeOwner));
-}
-
-void writeFile(const QString& path, const QByteArray& text) {
-    QVERIFY(QDir().mkpath(QFileInfo(path).absolutePath()));
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(text);
 }
 
 } // namespace
@@ -45,12 +42,12 @@ private Q_SLOTS:
         QVERIFY(QDir().mkpath(m_bin) && QDir().mkpath(m_records) && QDir().mkpath(m_applications));
         writeRecorder(m_bin + QLatin1String("/xdg-open"));
         writeRecorder(m_bin + QLatin1String("/fake-editor"));
-        writeFile(m_applications + QLatin1String("/org.example.Editor.desktop"),
-                  "[Desktop Entry]\nType=Application\nName=Fake Editor\nExec=" +
-                      QFile::encodeName(m_bin) + "/fake-editor --new %U\n");
-        writeFile(m_applications + QLatin1String("/org.example.Gone.desktop"),
-                  "[Desktop Entry]\nType=Application\nName=Gone\nHidden=true\nExec=" +
-                      QFile::encodeName(m_bin) + "/fake-editor\n");
+        QVERIFY(writeFile(m_applications + QLatin1String("/org.example.Editor.desktop"),
+                          "[Desktop Entry]\nType=Application\nName=Fake Editor\nExec=" +
+                              QFile::encodeName(m_bin) + "/fake-editor --new %U\n"));
+        QVERIFY(writeFile(m_applications + QLatin1String("/org.example.Gone.desktop"),
+                          "[Desktop Entry]\nType=Application\nName=Gone\nHidden=true\nExec=" +
+                              QFile::encodeName(m_bin) + "/fake-editor\n"));
         m_savedPath = qgetenv("PATH");
         qputenv("PATH", QFile::encodeName(m_bin) + ":/usr/bin:/bin");
         qputenv("TW_RECORD_DIR", QFile::encodeName(m_records));
@@ -78,11 +75,6 @@ private Q_SLOTS:
         QTest::addColumn<QString>("target");
         QTest::addColumn<QString>("program");
         QTest::addColumn<QString>("argument");
-        const auto row = [](const char* tag, bool url, const char* target, const char* program,
-                            const char* argument) {
-            QTest::newRow(tag) << url << QString::fromUtf8(target) << QString::fromUtf8(program)
-                               << QString::fromUtf8(argument);
-        };
         row("web address", true, "example.com/a b", "xdg-open", "https://example.com/a%20b");
         row("mail link", true, "mailto:ada@example.com", "xdg-open", "mailto:ada@example.com");
         row("an existing file by its path", false, "ROOT/my notes.txt", "xdg-open",
@@ -98,7 +90,7 @@ private Q_SLOTS:
         QFETCH(QString, program);
         QFETCH(QString, argument);
         target.replace(QLatin1String("ROOT"), m_root.path());
-        writeFile(m_root.filePath(QStringLiteral("my notes.txt")), "x");
+        QVERIFY(writeFile(m_root.filePath(QStringLiteral("my notes.txt")), "x"));
         LinuxWorkspace workspace;
         url ? WidgetAction::openURL(workspace, target) : WidgetAction::openApp(workspace, target);
         QCOMPARE(recorded(program),
@@ -192,11 +184,11 @@ private Q_SLOTS:
             const QString path = m_root.filePath(file.section(QLatin1Char('|'), 0, 0));
             const QString content = file.section(QLatin1Char('|'), 1);
             if (path.endsWith(QLatin1String(".desktop"))) {
-                writeFile(path, "[Desktop Entry]\nType=Application\nName=x\nExec=" +
-                                    QFile::encodeName(m_bin) + "/fake-editor\n" + content.toUtf8() +
-                                    '\n');
+                QVERIFY(writeFile(path, "[Desktop Entry]\nType=Application\nName=x\nExec=" +
+                                            QFile::encodeName(m_bin) + "/fake-editor\n" +
+                                            content.toUtf8() + '\n'));
             } else {
-                writeFile(path, content.toUtf8());
+                QVERIFY(writeFile(path, content.toUtf8()));
             }
         }
         LinuxWorkspace workspace;

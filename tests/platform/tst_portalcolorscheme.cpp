@@ -21,10 +21,7 @@ const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
 const QString settings = QStringLiteral("org.freedesktop.portal.Settings");
 
 QDBusMessage mockCall(const QString& method, const QVariantList& arguments) {
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        portal, portalPath, QStringLiteral("org.freedesktop.DBus.Mock"), method);
-    call.setArguments(arguments);
-    return QDBusConnection::sessionBus().call(call);
+    return SessionBusMock::mockCall(portal, portalPath, method, arguments);
 }
 
 void setPaletteDark(bool dark) {

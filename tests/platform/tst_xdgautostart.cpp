@@ -1,3 +1,4 @@
+#include "Files.h"
 #include "platform/linux/DesktopEntry.h"
 #include "platform/linux/XdgAutostart.h"
 
@@ -39,10 +40,9 @@ private Q_SLOTS:
 
     void unwritableFolderSaysSo() {
         QTemporaryDir home;
-        QFile blocker(home.filePath(QStringLiteral("autostart")));
-        QVERIFY(blocker.open(QIODevice::WriteOnly));
-        blocker.close();
-        XdgAutostart item(blocker.fileName(), QStringLiteral("/usr/bin/tarnwick"));
+        const QString blocker = home.filePath(QStringLiteral("autostart"));
+        QVERIFY(test::writeFile(blocker, {}));
+        XdgAutostart item(blocker, QStringLiteral("/usr/bin/tarnwick"));
         QVERIFY(!item.setEnabled(true));
         QVERIFY(!item.isEnabled());
     }

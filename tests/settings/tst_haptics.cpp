@@ -1,4 +1,5 @@
 #include "ManualClock.h"
+#include "TestRows.h"
 #include "platform/HapticPulse.h"
 #include "platform/null/MemoryDefaults.h"
 #include "settings/Haptics.h"
@@ -6,6 +7,7 @@
 #include <QTest>
 
 using namespace std::chrono_literals;
+using tw::test::row;
 
 namespace {
 
@@ -30,22 +32,17 @@ private Q_SLOTS:
         QTest::addColumn<bool>("silenced");
         QTest::addColumn<QString>("script");
         QTest::addColumn<QString>("fired");
-        const auto row = [](const char* name, QVariant stored, bool silenced, const char* script,
-                            const char* fired) {
-            QTest::newRow(name) << stored << silenced << QString::fromLatin1(script)
-                                << QString::fromLatin1(fired);
-        };
-        row("align inside 0.04 s", {}, false, "a0 a39", "10");
-        row("align at 0.04 s", {}, false, "a0 a40", "11");
-        row("hover inside 0.09 s", {}, false, "h0 h89", "10");
-        row("hover at 0.09 s", {}, false, "h0 h90", "11");
-        row("one stamp: hover after align", {}, false, "a0 h50 h90", "101");
-        row("swallowed calls do not extend the guard", {}, false, "a0 a20 a39 a40 a79 a80",
+        row("align inside 0.04 s", QVariant(), false, "a0 a39", "10");
+        row("align at 0.04 s", QVariant(), false, "a0 a40", "11");
+        row("hover inside 0.09 s", QVariant(), false, "h0 h89", "10");
+        row("hover at 0.09 s", QVariant(), false, "h0 h90", "11");
+        row("one stamp: hover after align", QVariant(), false, "a0 h50 h90", "101");
+        row("swallowed calls do not extend the guard", QVariant(), false, "a0 a20 a39 a40 a79 a80",
             "100101");
         // Turning haptics on takes effect at once, and a call that felt nothing left no stamp.
-        row("off", false, false, "a0 h10 on a10", "001");
-        row("unknown word", QStringLiteral("sometimes"), false, "a0", "1");
-        row("silenced run", true, true, "a0 h100", "00");
+        row("off", QVariant(false), false, "a0 h10 on a10", "001");
+        row("unknown word", QVariant(QStringLiteral("sometimes")), false, "a0", "1");
+        row("silenced run", QVariant(true), true, "a0 h100", "00");
     }
     void guards() {
         QFETCH(QVariant, stored);

@@ -1,3 +1,4 @@
+#include "Files.h"
 #include "TestRows.h"
 #include "platform/null/MemoryDefaults.h"
 #include "settings/AppSettings.h"
@@ -18,7 +19,9 @@
 #include <thread>
 #include <vector>
 
+using tw::test::readFile;
 using tw::test::row;
+using tw::test::writeFile;
 
 namespace Localization = tw::Localization;
 using tw::Formatters;
@@ -273,10 +276,9 @@ private Q_SLOTS:
         QVERIFY(!QDir(share).exists());
         const QString strings = share + QStringLiteral("/tarnwick/strings");
         const auto removeShare = qScopeGuard([&] { QDir(share).removeRecursively(); });
-        QVERIFY(QDir().mkpath(strings));
         for (const QString& language : {QStringLiteral("de"), QStringLiteral("pt")}) {
-            QFile file(strings + QLatin1Char('/') + language + QStringLiteral(".json"));
-            QVERIFY(file.open(QIODevice::WriteOnly) && file.write("{\"a.b\": \"c\"}") > 0);
+            QVERIFY(writeFile(strings + QLatin1Char('/') + language + QStringLiteral(".json"),
+                              "{\"a.b\": \"c\"}"));
         }
         QCOMPARE(Localization::tablePath(QStringLiteral("de")),
                  QDir::cleanPath(strings + QStringLiteral("/de.json")));
@@ -294,9 +296,8 @@ private Q_SLOTS:
                 QVERIFY(Localization::tablePath(language).isEmpty());
                 continue;
             }
-            QFile file(Localization::tablePath(language));
-            QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(language));
-            const QJsonObject object = QJsonDocument::fromJson(file.readAll()).object();
+            const QJsonObject object =
+                QJsonDocument::fromJson(readFile(Localization::tablePath(language))).object();
             QVERIFY2(!object.isEmpty(), qPrintable(language));
             for (auto it = object.begin(); it != object.end(); ++it) {
                 QVERIFY2(it.value().isString() && !it.value().toString().isEmpty(),

@@ -3,6 +3,7 @@
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
+#include <QDBusMessage>
 #include <QFileInfo>
 #include <QProcess>
 #include <QString>
@@ -52,6 +53,15 @@ public:
                        QStringList{QStringLiteral("-m"), QStringLiteral("dbusmock")} + arguments);
         m_services.emplace_back(service, std::move(process));
         return QTest::qWaitFor([&] { return isRegistered(service); }, 10000);
+    }
+    // Calls `method` of dbusmock's control interface on the object `path` of `service`.
+    static QDBusMessage mockCall(const QString& service, const QString& path, const QString& method,
+                                 const QVariantList& arguments,
+                                 QDBusConnection bus = QDBusConnection::sessionBus()) {
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            service, path, QStringLiteral("org.freedesktop.DBus.Mock"), method);
+        call.setArguments(arguments);
+        return bus.call(call);
     }
     // Ends every service started here and waits until their names are gone.
     void stopServices() {
