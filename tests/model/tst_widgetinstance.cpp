@@ -179,10 +179,6 @@ private Q_SLOTS:
     }
 
     void readyMadeLayouts() {
-        QCOMPARE(GridLayout::defaultLayout().instances.size(), 0);
-        QCOMPARE(GridLayout::defaultLayout().pageCount, 1);
-        QCOMPARE(GridLayout::defaultLayout().savedAt, std::nullopt);
-
         const auto layoutText = [](const GridLayout& layout) -> QString {
             QStringList lines;
             for (const WidgetInstance& instance : layout.instances) {

