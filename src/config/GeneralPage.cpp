@@ -162,15 +162,18 @@ void GeneralPage::addEnergy() {
     const QString autoSaver = L("general.autosaver", QStringLiteral("Switch to Energy Saver "
                                                                     "automatically when power "
                                                                     "is short"));
-    card->addRow(autoSaver,
-                 L("general.autosaver.note",
-                   QStringLiteral("In Low Power Mode, or on the battery at 20 % or less. It goes "
-                                  "back by itself when power is fine again.")),
-                 boundSwitch(settings.autoSaver(), autoSaver,
-                             [&settings](bool on) { settings.setAutoSaver(on); }));
-    auto* forced = caption(QString());
+    QWidget* row = card->addRow(
+        autoSaver,
+        L("general.autosaver.note",
+          QStringLiteral("In Low Power Mode, or on the battery at 20 % or less. It goes "
+                         "back by itself when power is fine again.")),
+        boundSwitch(settings.autoSaver(), autoSaver,
+                    [&settings](bool on) { settings.setAutoSaver(on); }));
+    // Why the chosen mode is not the one in force, in the row's own words, not as a caption.
+    auto* forced = new QLabel();
     forced->setObjectName(QStringLiteral("forcedNote"));
-    card->addWide(forced);
+    forced->setWordWrap(true);
+    card->addLine(row, forced);
     const PowerWatcher* power = m_context.power;
     const auto showForced = [forced, power, &settings] {
         const auto reason = power != nullptr ? power->reason() : std::nullopt;

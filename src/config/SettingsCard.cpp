@@ -49,6 +49,13 @@ QWidget* SettingsCard::addRow(const QString& title, const QString& text, QWidget
     return row;
 }
 
+void SettingsCard::addLine(QWidget* row, QWidget* line) {
+    auto* words = qobject_cast<QVBoxLayout*>(row->layout()->itemAt(0)->layout());
+    Q_ASSERT_X(words != nullptr, "SettingsCard::addLine", "the row comes from addRow");
+    line->setParent(row);
+    words->addWidget(line);
+}
+
 void SettingsCard::addWide(QWidget* widget) {
     addSeparatorIfNeeded();
     widget->setParent(this);

@@ -16,6 +16,8 @@ public:
 
     // The card keeps `control`; a null control makes a row of text alone. Gives the row.
     QWidget* addRow(const QString& title, const QString& caption, QWidget* control);
+    // One more line under the title and caption of `row`, a row this card gave; the card keeps it.
+    void addLine(QWidget* row, QWidget* line);
     // A row that is one widget across the card's width.
     void addWide(QWidget* widget);
 
