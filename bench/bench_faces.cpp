@@ -1,6 +1,7 @@
 // The cost of drawing tiles: each face with its own view once at its largest size at a pixel ratio
-// of 2 (glass, cached shadow and face), a seconds clock redrawn tick after tick, and the whole
-// gallery sheet; a liquid lens rendered afresh and found in the cache.
+// of 2 (glass, cached shadow and face), the faces of the machine's readings from a busy board, a
+// seconds clock redrawn tick after tick, and the whole gallery sheet; a liquid lens rendered
+// afresh and found in the cache.
 #include "faces/FaceContext.h"
 #include "faces/FaceRegistry.h"
 #include "faces/GallerySheet.h"
@@ -26,10 +27,53 @@ using namespace tw;
 
 const QDateTime kStart(QDate(2026, 11, 22), QTime(10, 9, 41));
 
+// A busy machine with full histories: eight cores, six programs, three temperatures and two fans.
+ReadingsBoard busyBoard() {
+    ReadingsBoard b;
+    for (int i = 0; i < ReadingsBoard::historyLength; ++i) {
+        SystemSnapshot s;
+        s.cpu = 0.3 + 0.2 * std::sin(i / 5.0);
+        s.gpu = 0.1;
+        s.ramUsed = 9e9;
+        s.ramTotal = 16e9;
+        s.diskFree = 180e9;
+        s.diskTotal = 500e9;
+        b.systemHistory << s;
+        b.activityHistory << s.cpu;
+        SensorSnapshot t;
+        t.temperatures = {{SensorKind::soc, 50 + 5 * std::sin(i / 4.0), 4},
+                          {SensorKind::battery, 31, 1},
+                          {SensorKind::storage, 38, 1}};
+        b.sensorHistory << t;
+    }
+    b.system = b.systemHistory.last();
+    ActivitySnapshot a;
+    a.cores = {0.8, 0.3, 0.6, 0.1, 0.4, 0.05, 0.9, 0.2};
+    a.memTotal = 16e9;
+    a.memApp = 6e9;
+    a.memWired = 2e9;
+    a.memCompressed = 1e9;
+    a.memCached = 3e9;
+    for (int i = 0; i < 6; ++i) {
+        const ActivityProcess p{i, QStringLiteral("program-%1").arg(i), 1.5 / (i + 1),
+                                quint64(2e9) / quint64(i + 1)};
+        a.byCPU << p;
+        a.byMemory << p;
+    }
+    b.activity = a;
+    b.sensors = b.sensorHistory.last();
+    b.sensors->others = {{QStringLiteral("acpitz temp1"), std::nullopt, 28},
+                         {QStringLiteral("nvme Sensor 2"), std::nullopt, 45}};
+    b.sensors->fans = {1850, 2100};
+    b.sensors->hasFans = true;
+    return b;
+}
+
 struct Fixture {
     MaterialSymbolProvider symbols;
     FaceRegistry faces;
     TileRenderer renderer;
+    ReadingsBoard board = busyBoard();
 
     FaceContext context(const QString& kind, WidgetSize size,
                         const WidgetSettings& settings = {}) const {
@@ -41,6 +85,7 @@ struct Fixture {
         c.settings = settings;
         c.surface = SurfaceFlags::desktop();
         c.symbols = &symbols;
+        c.readings = &board;
         return c;
     }
 };
