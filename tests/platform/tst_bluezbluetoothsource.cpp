@@ -22,13 +22,7 @@ const QString headset = QStringLiteral("/org/bluez/hci0/dev_AA_BB_CC_DD_EE_01");
 
 bool call(const QString& path, const QString& interface, const QString& method,
           const QVariantList& arguments = {}) {
-    QDBusMessage message = QDBusMessage::createMethodCall(bluez, path, interface, method);
-    message.setArguments(arguments);
-    const QDBusMessage reply = QDBusConnection::sessionBus().call(message);
-    if (reply.type() != QDBusMessage::ReplyMessage) {
-        qWarning("%s: %s", qPrintable(method), qPrintable(reply.errorMessage()));
-    }
-    return reply.type() == QDBusMessage::ReplyMessage;
+    return SessionBusMock::call(bluez, path, interface, method, arguments);
 }
 
 bool mock(const QString& method, const QVariantList& arguments) {
@@ -37,8 +31,7 @@ bool mock(const QString& method, const QVariantList& arguments) {
 
 bool set(const QString& path, const QString& interface, const QString& name,
          const QVariant& value) {
-    return call(path, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Set"),
-                {interface, name, QVariant::fromValue(QDBusVariant(value))});
+    return SessionBusMock::setProperty(bluez, path, interface, name, value);
 }
 
 BluetoothDevice device(const QString& address, const char* name, const char* icon, bool connected,

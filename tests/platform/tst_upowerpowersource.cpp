@@ -23,22 +23,8 @@ const QString displayDevicePath = QStringLiteral("/org/freedesktop/UPower/device
 const QString deviceInterface = QStringLiteral("org.freedesktop.UPower.Device");
 const QString mockInterface = QStringLiteral("org.freedesktop.DBus.Mock");
 
-bool call(const QString& service, const QString& path, const QString& interface,
-          const QString& method, const QVariantList& arguments) {
-    QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, method);
-    message.setArguments(arguments);
-    const QDBusMessage reply = QDBusConnection::sessionBus().call(message);
-    if (reply.type() != QDBusMessage::ReplyMessage) {
-        qWarning("%s: %s", qPrintable(method), qPrintable(reply.errorMessage()));
-    }
-    return reply.type() == QDBusMessage::ReplyMessage;
-}
-
-bool setRemote(const QString& service, const QString& path, const QString& interface,
-               const QString& name, const QVariant& value) {
-    return call(service, path, QStringLiteral("org.freedesktop.DBus.Properties"),
-                QStringLiteral("Set"), {interface, name, QVariant::fromValue(QDBusVariant(value))});
-}
+constexpr auto call = &SessionBusMock::call;
+constexpr auto setRemote = &SessionBusMock::setProperty;
 
 BatterySnapshot snapshot(int percent, bool charging, bool pluggedIn, int toEmpty, int toFull) {
     return {.percent = percent,

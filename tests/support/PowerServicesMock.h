@@ -4,10 +4,6 @@
 
 #include "SessionBusMock.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusVariant>
-
 namespace tw::test {
 
 class PowerServicesMock {
@@ -45,35 +41,23 @@ public:
                setOnBattery(battery.onBattery);
     }
     bool setDevice(const QString& name, const QVariant& value) {
-        return set(upower, QStringLiteral("/org/freedesktop/UPower/devices/DisplayDevice"),
-                   QStringLiteral("org.freedesktop.UPower.Device"), name, value);
+        return SessionBusMock::setProperty(
+            upower, QStringLiteral("/org/freedesktop/UPower/devices/DisplayDevice"),
+            QStringLiteral("org.freedesktop.UPower.Device"), name, value);
     }
     bool setOnBattery(bool onBattery) {
-        return set(upower, QStringLiteral("/org/freedesktop/UPower"), upower,
-                   QStringLiteral("OnBattery"), onBattery);
+        return SessionBusMock::setProperty(upower, QStringLiteral("/org/freedesktop/UPower"),
+                                           upower, QStringLiteral("OnBattery"), onBattery);
     }
     // "power-saver", "balanced" or "performance".
     bool setProfile(const QString& profile) {
-        return set(profiles, QStringLiteral("/net/hadess/PowerProfiles"), profiles,
-                   QStringLiteral("ActiveProfile"), profile);
+        return SessionBusMock::setProperty(profiles, QStringLiteral("/net/hadess/PowerProfiles"),
+                                           profiles, QStringLiteral("ActiveProfile"), profile);
     }
 
 private:
     static inline const QString upower = QStringLiteral("org.freedesktop.UPower");
     static inline const QString profiles = QStringLiteral("net.hadess.PowerProfiles");
-
-    static bool set(const QString& service, const QString& path, const QString& interface,
-                    const QString& name, const QVariant& value) {
-        QDBusMessage message = QDBusMessage::createMethodCall(
-            service, path, QStringLiteral("org.freedesktop.DBus.Properties"),
-            QStringLiteral("Set"));
-        message.setArguments({interface, name, QVariant::fromValue(QDBusVariant(value))});
-        const QDBusMessage reply = QDBusConnection::sessionBus().call(message);
-        if (reply.type() != QDBusMessage::ReplyMessage) {
-            qWarning("%s: %s", qPrintable(name), qPrintable(reply.errorMessage()));
-        }
-        return reply.type() == QDBusMessage::ReplyMessage;
-    }
 
     SessionBusMock& m_bus;
 };

@@ -4,6 +4,7 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusVariant>
 #include <QFileInfo>
 #include <QProcess>
 #include <QString>
@@ -53,6 +54,24 @@ public:
                        QStringList{QStringLiteral("-m"), QStringLiteral("dbusmock")} + arguments);
         m_services.emplace_back(service, std::move(process));
         return QTest::qWaitFor([&] { return isRegistered(service); }, 10000);
+    }
+    // Calls `method` of a service on the session bus; true when answered, else the error logged.
+    static bool call(const QString& service, const QString& path, const QString& interface,
+                     const QString& method, const QVariantList& arguments = {}) {
+        QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, method);
+        message.setArguments(arguments);
+        const QDBusMessage reply = QDBusConnection::sessionBus().call(message);
+        if (reply.type() != QDBusMessage::ReplyMessage) {
+            qWarning("%s: %s", qPrintable(method), qPrintable(reply.errorMessage()));
+        }
+        return reply.type() == QDBusMessage::ReplyMessage;
+    }
+    // Sets a property of a service's object through org.freedesktop.DBus.Properties.
+    static bool setProperty(const QString& service, const QString& path, const QString& interface,
+                            const QString& name, const QVariant& value) {
+        return call(service, path, QStringLiteral("org.freedesktop.DBus.Properties"),
+                    QStringLiteral("Set"),
+                    {interface, name, QVariant::fromValue(QDBusVariant(value))});
     }
     // Calls `method` of dbusmock's control interface on the object `path` of `service`.
     static QDBusMessage mockCall(const QString& service, const QString& path, const QString& method,
