@@ -73,9 +73,8 @@ private Q_SLOTS:
     }
     void parseRejectsOtherFiles() {
         QFETCH(QByteArray, text);
-        QFETCH(bool, parsed);
         const auto entry = DesktopEntry::parse(text);
-        QCOMPARE(entry.has_value(), parsed);
+        QTEST(entry.has_value(), "parsed");
         if (entry) {
             QTEST(entry->isApplication, "application");
             QTEST(entry->hidden, "hidden");

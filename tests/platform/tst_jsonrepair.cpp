@@ -47,10 +47,9 @@ private Q_SLOTS:
     }
     void mendsWhatTheParserRefuses() {
         QFETCH(QByteArray, in);
-        QFETCH(QByteArray, out);
         QFETCH(QString, summary);
         const tw::JsonRepair repair = tw::repairJson(in);
-        QCOMPARE(repair.bytes, out);
+        QTEST(repair.bytes, "out");
         QCOMPARE(repair.summary(), summary);
         QCOMPARE(repair.changed(), !summary.isEmpty());
         QJsonParseError error{};
