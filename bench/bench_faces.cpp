@@ -1,7 +1,7 @@
 // The cost of drawing tiles: each face with its own view once at its largest size at a pixel ratio
-// of 2 (glass, cached shadow and face), the faces of the machine's readings from a busy board, a
-// seconds clock redrawn tick after tick, and the whole gallery sheet; a liquid lens rendered
-// afresh and found in the cache.
+// of 2 (glass, cached shadow and face), the faces of the machine's readings from a busy board, the
+// network tile redrawn with new traffic at every reading, a seconds clock redrawn tick after tick,
+// and the whole gallery sheet; a liquid lens rendered afresh and found in the cache.
 #include "faces/FaceContext.h"
 #include "faces/FaceRegistry.h"
 #include "faces/GallerySheet.h"
@@ -27,9 +27,46 @@ using namespace tw;
 
 const QDateTime kStart(QDate(2026, 11, 22), QTime(10, 9, 41));
 
-// A busy machine with full histories: eight cores, six programs, three temperatures and two fans.
+// A minute of traffic through two interfaces, the rates different at every reading.
+ReadingsBoard trafficBoard(int start) {
+    ReadingsBoard board;
+    for (int i = start; i < start + ReadingsBoard::historyLength; ++i) {
+        NetworkSnapshot reading;
+        reading.interfaces = {InterfaceRate{QStringLiteral("wlan0"), true, true,
+                                            2e5 + 9e5 * std::sin(i / 6.0) * std::sin(i / 6.0),
+                                            3e4 + (i % 17) * 1e3, 1'234'000'000ULL + i * 1000ULL,
+                                            345'000'000},
+                              InterfaceRate{QStringLiteral("enp3s0"), false, true, 1200.0 + i, 300,
+                                            5'000'000, 1'000'000}};
+        board.networkHistory << reading;
+    }
+    board.network = board.networkHistory.last();
+    return board;
+}
+
+// A busy machine with full histories: eight cores, six programs, three temperatures and two fans,
+// traffic, five volumes, a battery running down and four devices.
 ReadingsBoard busyBoard() {
-    ReadingsBoard b;
+    ReadingsBoard b = trafficBoard(0);
+    b.battery = BatterySnapshot{.percent = 76,
+                                .isCharging = false,
+                                .isPluggedIn = false,
+                                .hasBattery = true,
+                                .timeToEmpty = 130,
+                                .timeToFull = -1};
+    QList<Volume> volumes;
+    for (int i = 0; i < 5; ++i) {
+        volumes << Volume{QStringLiteral("/mnt/v%1").arg(i), QStringLiteral("Volume %1").arg(i),
+                          qint64(1e11) * (i + 1), qint64(5e11) * (i + 1), i == 3};
+    }
+    volumes.first().path = QStringLiteral("/");
+    b.volumes = volumes;
+    b.bluetoothAvailable = true;
+    for (int i = 0; i < 4; ++i) {
+        b.bluetooth << BluetoothDevice{QStringLiteral("AA:%1").arg(i),
+                                       QStringLiteral("Device %1").arg(i),
+                                       QStringLiteral("input-mouse"), i < 2, 20 * (i + 1)};
+    }
     for (int i = 0; i < ReadingsBoard::historyLength; ++i) {
         SystemSnapshot s;
         s.cpu = 0.3 + 0.2 * std::sin(i / 5.0);
@@ -129,8 +166,30 @@ void drawTile(benchmark::State& state, const QString& kind, WidgetSize size,
     }
 }
 
+// The network tile redrawn once a second as new readings arrive: new rates, a history moved on.
+void networkTick(benchmark::State& state) {
+    Fixture& f = fixture();
+    FaceContext context = f.context(QStringLiteral("network"), WidgetSize::grand);
+    const WidgetFace& face = f.faces.face(QStringLiteral("network"));
+    QImage image = panelImage(context.points);
+    const QRectF tile(QPointF(TileRenderer::panelMargin, TileRenderer::panelMargin),
+                      context.points);
+    QList<ReadingsBoard> boards;
+    for (int i = 0; i < 120; ++i) {
+        boards << trafficBoard(i);
+    }
+    qsizetype next = 0;
+    for (auto _ : state) {
+        context.readings = &boards.at(next++ % boards.size());
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        f.renderer.paint(painter, tile, face, context);
+    }
+}
+
 // The parts of one tick of the seconds clock: 0 clearing the panel, 1 the cached shadow, 2 the
 // glass drawn afresh (the renderer keeps it, this shows why), 3 the face.
+
 void partsOfATick(benchmark::State& state) {
     Fixture& f = fixture();
     FaceContext context = f.context(QStringLiteral("clock"), WidgetSize::wide);
@@ -237,6 +296,10 @@ int main(int argc, char** argv) {
     // The tile most often on a desktop, redrawn once a second.
     benchmark::RegisterBenchmark("tick/clock-seconds/wide@2x", drawTile, QStringLiteral("clock"),
                                  WidgetSize::wide, WidgetSettings())
+        ->Unit(benchmark::kMicrosecond)
+        ->Repetitions(9)
+        ->ReportAggregatesOnly(true);
+    benchmark::RegisterBenchmark("tick/network-traffic/grand@2x", networkTick)
         ->Unit(benchmark::kMicrosecond)
         ->Repetitions(9)
         ->ReportAggregatesOnly(true);
