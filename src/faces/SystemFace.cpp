@@ -240,7 +240,8 @@ void drawCard(QPainter& painter, const FaceContext& context, const QRectF& card,
     const QRectF big(card.left(), head.bottom(), card.width(), line * 2);
     FaceKit::drawFitted(painter, context, big, ReadingText::percent(r.value), QFont::Light,
                         context.primary(), Qt::AlignLeft | Qt::AlignVCenter, line * 1.9);
-    if (!r.detail.isEmpty()) {
+    // An unreported figure is said once, where its history would be.
+    if (!r.detail.isEmpty() && !r.unreported) {
         FaceKit::drawElided(painter, context, QRectF(card.left(), big.bottom(), card.width(), line),
                             r.detail, FaceKit::font(std::min<qreal>(line * 0.7, 13)),
                             context.secondary(), Qt::AlignLeft | Qt::AlignVCenter);
