@@ -34,8 +34,7 @@ QString freeText(const Volume& volume) {
 }
 
 QColor barColour(const FaceContext& context, const Volume& volume) {
-    return DiskFace::usedFraction(volume) > ReadingKit::highFraction ? ReadingKit::warning(context)
-                                                                     : context.accent();
+    return ReadingKit::level(context, DiskFace::usedFraction(volume));
 }
 
 // "Removable · 62% used of 1 TB", the marks a person reads on the larger tiles.

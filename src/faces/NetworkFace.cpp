@@ -106,16 +106,10 @@ double peak(const QList<double>& values) {
     return most;
 }
 
-void drawBaseline(QPainter& painter, const FaceContext& context, const QRectF& chart) {
-    painter.setPen(QPen(context.separator(), 1));
-    painter.drawLine(QPointF(chart.left(), chart.bottom() - 0.5),
-                     QPointF(chart.right(), chart.bottom() - 0.5));
-}
-
 // Both directions on one scale, the upload over the download.
 void drawBoth(QPainter& painter, const FaceContext& context, const QRectF& chart,
               const Shown& shown) {
-    drawBaseline(painter, context, chart);
+    ReadingKit::drawChartField(painter, context, chart);
     // A floor for the scale, so that an idle line is not blown up to the full height.
     const double top = std::max({peak(shown.down), peak(shown.up), 1024.0});
     ReadingKit::drawArea(painter, chart, shown.down, ReadingsBoard::historyLength, top,
@@ -130,7 +124,7 @@ void drawOne(QPainter& painter, const FaceContext& context, const QRectF& rect, 
     const QList<double>& values = direction == Direction::down ? shown.down : shown.up;
     const qreal label = std::min(rect.height() * 0.22, 15.0);
     const QRectF chart = rect.adjusted(0, label * 1.1, 0, 0);
-    drawBaseline(painter, context, chart);
+    ReadingKit::drawChartField(painter, context, chart);
     ReadingKit::drawArea(painter, chart, values, ReadingsBoard::historyLength,
                          std::max(peak(values), 1024.0), hue(context, direction));
     const QRectF head(rect.left(), rect.top(), rect.width(), label);
