@@ -1,4 +1,5 @@
 #include "CrashLayouts.h"
+#include "Files.h"
 
 #include <QDir>
 #include <QFile>
@@ -33,10 +34,8 @@ private Q_SLOTS:
             QVERIFY(loop.waitForFinished(10000));
             QCOMPARE(loop.exitStatus(), QProcess::CrashExit);
 
-            QFile file(path);
-            QVERIFY(file.open(QIODevice::ReadOnly));
             const std::optional<tw::GridLayout> layout =
-                tw::GridLayout::fromJsonText(file.readAll());
+                tw::GridLayout::fromJsonText(tw::test::readFile(path));
             QVERIFY2(layout && !layout->instances.isEmpty(),
                      qPrintable(QStringLiteral("kill %1 left an unreadable file").arg(kill)));
             const qint64 k = static_cast<qint64>(layout->instances.first().posX.value_or(-1));

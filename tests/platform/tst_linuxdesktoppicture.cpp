@@ -140,10 +140,7 @@ class tst_LinuxDesktopPicture : public QObject {
 private Q_SLOTS:
     void initTestCase() {
         const QString compiled = m_gio.filePath(QStringLiteral("schemas"));
-        QVERIFY(QDir().mkpath(compiled));
-        QFile file(compiled + QStringLiteral("/test.gschema.xml"));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(schemas) > 0);
-        file.close();
+        QVERIFY(test::writeFile(compiled + QStringLiteral("/test.gschema.xml"), schemas));
         QCOMPARE(QProcess::execute(QStringLiteral("glib-compile-schemas"), {compiled}), 0);
         // Before GIO's first look at either.
         qputenv("GSETTINGS_SCHEMA_DIR", QFile::encodeName(compiled));

@@ -1,5 +1,6 @@
 // Xfce's and Plasma's ways of taking a picture: xfconf-query stands in as a script (this machine
 // has no Xfce), Plasma's shell as python3-dbusmock on a private session bus.
+#include "Files.h"
 #include "SessionBusMock.h"
 #include "platform/linux/LinuxPictureSetter.h"
 
@@ -50,10 +51,9 @@ class tst_LinuxPictureSetter : public QObject {
 
 private Q_SLOTS:
     void initTestCase() {
-        QFile script(m_bin.filePath(QStringLiteral("xfconf-query")));
-        QVERIFY(script.open(QIODevice::WriteOnly));
-        script.write(fakeXfconf);
-        script.setPermissions(script.permissions() | QFile::ExeOwner);
+        const QString script = m_bin.filePath(QStringLiteral("xfconf-query"));
+        QVERIFY(test::writeFile(script, fakeXfconf) &&
+                QFile::setPermissions(script, QFile::permissions(script) | QFile::ExeOwner));
     }
     void cleanup() {
         qputenv("PATH", m_path);
@@ -93,16 +93,14 @@ private Q_SLOTS:
             qputenv("PATH", QFile::encodeName(m_bin.filePath(QStringLiteral("nothing"))));
         } else {
             qputenv("PATH", QFile::encodeName(m_bin.path()) + ':' + m_path);
-            QFile list(m_bin.filePath(QStringLiteral("properties")));
-            QVERIFY(list.open(QIODevice::WriteOnly));
-            list.write(properties.join(QLatin1Char('\n')).toUtf8() + '\n');
+            QVERIFY(test::writeFile(m_bin.filePath(QStringLiteral("properties")),
+                                    properties.join(QLatin1Char('\n')).toUtf8() + '\n'));
         }
         LinuxPictureSetter setter({QStringLiteral("XFCE")});
         const QList<Target> targets = targetsNamed(screens);
         QTEST(setter.show(targets, filesFor(targets)), "count");
-        QFile set(m_bin.filePath(QStringLiteral("set")));
         const QString written =
-            set.open(QIODevice::ReadOnly) ? QString::fromUtf8(set.readAll()) : QString();
+            QString::fromUtf8(test::readFile(m_bin.filePath(QStringLiteral("set"))));
         QTEST(written.split(QLatin1Char('\n'), Qt::SkipEmptyParts), "set");
     }
 

@@ -1,3 +1,4 @@
+#include "Files.h"
 #include "TestRows.h"
 #include "platform/linux/LinuxSystemSource.h"
 #include "platform/linux/ProcCounters.h"
@@ -27,9 +28,7 @@ void plant(const QString& root, const Tree& tree) {
         } else if (it.value().startsWith("-> ")) {
             QVERIFY(QFile::link(QString::fromUtf8(it.value().mid(3)), path));
         } else {
-            QFile file(path);
-            QVERIFY(file.open(QIODevice::WriteOnly));
-            file.write(it.value());
+            QVERIFY(test::writeFile(path, it.value()));
         }
     }
 }

@@ -18,13 +18,11 @@ namespace {
 
 // A program that writes its arguments, one a line, to $TW_RECORD_DIR/<its name>.
 void writeRecorder(const QString& path) {
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("#!/bin/sh\n"
-               "out=\"$TW_RECORD_DIR/$(basename \"$0\")\"\n"
-               "printf '%s\\n' \"$@\" > \"$out.part\" && mv \"$out.part\" \"$out\"\n");
-    file.close();
-    QVERIFY(file.setPermissions(file.permissions() | QFile::ExeOwner));
+    QVERIFY(writeFile(path,
+                      "#!/bin/sh\n"
+                      "out=\"$TW_RECORD_DIR/$(basename \"$0\")\"\n"
+                      "printf '%s\\n' \"$@\" > \"$out.part\" && mv \"$out.part\" \"$out\"\n"));
+    QVERIFY(QFile::setPermissions(path, QFile::permissions(path) | QFile::ExeOwner));
 }
 
 } // namespace
@@ -225,13 +223,9 @@ private:
     QStringList recorded(const QString& program) {
         const QString path = m_records + QLatin1Char('/') + program;
         [&] { QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(path), 10000); }();
-        QFile file(path);
-        if (!file.open(QIODevice::ReadOnly)) {
-            return {QStringLiteral("<no record>")};
-        }
-        QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+        QStringList lines = QString::fromUtf8(tw::test::readFile(path)).split(QLatin1Char('\n'));
         lines.removeLast();
-        file.remove();
+        QFile::remove(path);
         return lines;
     }
 

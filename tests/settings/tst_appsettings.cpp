@@ -1,3 +1,4 @@
+#include "Files.h"
 #include "platform/SettingsDefaults.h"
 #include "platform/null/MemoryDefaults.h"
 #include "platform/null/NullRelauncher.h"
@@ -329,10 +330,7 @@ private Q_SLOTS:
         QTemporaryDir dir;
         const QString marker = dir.filePath(QStringLiteral("generations with spaces.txt"));
         const auto lines = [&marker] {
-            QFile file(marker);
-            return file.open(QIODevice::ReadOnly | QIODevice::Text)
-                       ? QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts)
-                       : QStringList();
+            return QString::fromUtf8(tw::test::readFile(marker)).split(u'\n', Qt::SkipEmptyParts);
         };
         QProcess first;
         first.start(QStringLiteral(TW_RELAUNCH_HELPER), {marker});
