@@ -7,13 +7,16 @@
 #   glass     — the first desktop over a 3840 × 2160 desktop picture named by Xfce's settings
 #   liquid    — the same with the liquid glass
 #   twenty    — 20 tiles of kinds that show the time
+#   readings  — the seven kinds that show the machine (system, activity, sensors, battery,
+#               network, disk, devices), each at its default size, sampling while in view
 #   hidden    — no panel and the configuration window closed: the tick must not exist
 #   many300, many1000 — 300 and 1,000 tiles, more than the screen holds: how start-up scales
 # Per run: processor time (all threads, from schedstat) of the program and of the X server as % of
 # one core over the window, RSS and PSS at its end, exec to the first window on screen, and
 # voluntary context switches per second summed over all threads. Then min, median and max of each
-# figure per case, and the median of program plus X server against the reference's; for glass and
-# liquid also their median processor time, both and wake-ups against the first desktop's.
+# figure per case, and the median of program plus X server against the reference's; for glass,
+# liquid and readings also their median processor time, both and wake-ups against the first
+# desktop's.
 #
 #   bench/desktop_idle.sh [BINARY]      (default build-release/tarnwick, else build/tarnwick)
 #   SETTLE=5 WINDOW=60 RUNS=3 CASES="reference first glass" REFERENCE=/path/to/reference \
@@ -112,6 +115,21 @@ json.dump({"instances": instances, "pageCount": 1}, open(sys.argv[1], "w"))
 EOF
 }
 
+# One tile of each kind that reads the machine, at its default size.
+write_readings() {
+  python3 - "$1/grid.json" <<'EOF'
+import json, sys, uuid
+tiles = [("system", "large", 40, 1040), ("activity", "large", 340, 1040),
+         ("sensors", "wide", 640, 1040), ("network", "wide", 40, 740),
+         ("disk", "large", 340, 740), ("btdevices", "wide", 640, 740),
+         ("battery", "small", 640, 600)]
+instances = [{"id": str(uuid.uuid4()).upper(), "kind": kind, "size": size, "order": n, "page": 0,
+              "col": -1, "row": -1, "posX": x, "posY": y}
+             for n, (kind, size, x, y) in enumerate(tiles)]
+json.dump({"instances": instances, "pageCount": 1}, open(sys.argv[1], "w"))
+EOF
+}
+
 # Seconds since the epoch with nanoseconds, as a decimal.
 now() { date +%s.%N; }
 
@@ -123,6 +141,7 @@ one_run() {
   printf '[General]\ntarnwick.openWindowAtLaunch=false\n' >"$config/Tarnwick/Tarnwick.conf"
   case "$case" in
     twenty) write_tiles "$data" 20 ;;
+    readings) write_readings "$data" ;;
     many300) write_tiles "$data" 300 ;;
     many1000) write_tiles "$data" 1000 ;;
   esac
@@ -215,7 +234,7 @@ summary() {
     awk -v a="$mine" -v b="$theirs" -v c="$case" \
       'BEGIN { if (b > 0) printf "%s both/reference=%.2f\n", c, a / b }'
   fi
-  if [[ "$case" == glass || "$case" == liquid ]]; then
+  if [[ "$case" == glass || "$case" == liquid || "$case" == readings ]]; then
     for key in cpu both vcsw; do
       mine="$(median_of "$case" "$key")"; theirs="$(median_of first "$key")"
       [[ -n "$mine" && -n "$theirs" ]] || continue
@@ -226,7 +245,7 @@ summary() {
 }
 
 echo "host: $binary; reference: $reference; settle ${settle}s, window ${window}s, $runs runs per case"
-cases="${CASES:-reference first glass liquid twenty hidden many300 many1000}"
+cases="${CASES:-reference first glass liquid twenty readings hidden many300 many1000}"
 # Runs alternate between the cases so that a drift of the machine spreads over all of them.
 for _ in $(seq 1 "$runs"); do
   for case in $cases; do
