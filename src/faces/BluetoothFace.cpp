@@ -93,8 +93,9 @@ void drawRow(QPainter& painter, const FaceContext& context, const QRectF& row,
     FaceKit::drawSymbol(painter, context, BluetoothFace::symbolFor(device.icon), l.symbol,
                         device.connected ? context.accent() : context.secondary(), nameOf(device));
     const QRectF charge = l.chargeBelow ? l.state : l.head;
+    const QFont chargeFont = FaceKit::font(charge.height() * 0.85, QFont::DemiBold);
     FaceKit::drawText(painter, context, charge, static_cast<int>(Qt::AlignRight | Qt::AlignVCenter),
-                      percentText(percent), FaceKit::font(charge.height() * 0.85, QFont::DemiBold),
+                      percentText(percent), chargeFont,
                       percent <= BatteryFace::lowPercent ? ReadingKit::warning(context)
                                                          : context.primary());
     FaceKit::drawElided(painter, context, l.name, nameOf(device),
@@ -104,7 +105,13 @@ void drawRow(QPainter& painter, const FaceContext& context, const QRectF& row,
                      ReadingKit::track(context));
     if (l.detailed) {
         const QRectF state =
-            l.chargeBelow ? l.state.adjusted(0, 0, -l.state.height() * 3.2, 0) : l.state;
+            l.chargeBelow
+                ? l.state.adjusted(0, 0,
+                                   -(QFontMetricsF(chargeFont).horizontalAdvance(percentText(100)) +
+                                     l.state.height() * 0.5),
+                                   0)
+                : l.state;
+
         // Sized for the longer of the two states, so that rows agree.
         BluetoothDevice apart = device;
         apart.connected = false;
