@@ -2,7 +2,6 @@
 #include "platform/linux/QtDisplays.h"
 
 #include <QDBusConnection>
-#include <QDBusMessage>
 #include <QDBusVariant>
 #include <QGuiApplication>
 #include <QScreen>

@@ -2,10 +2,8 @@
 #include "platform/linux/BluezBluetoothSource.h"
 
 #include <QDBusConnection>
-#include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
-#include <QDBusVariant>
 #include <QSignalSpy>
 #include <QTest>
 

@@ -3,7 +3,6 @@
 #include "TestRows.h"
 #include "platform/linux/DesktopEntry.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 

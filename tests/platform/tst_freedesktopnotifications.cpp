@@ -2,7 +2,6 @@
 #include "platform/linux/FreedesktopNotifications.h"
 
 #include <QDBusArgument>
-#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QTest>
 

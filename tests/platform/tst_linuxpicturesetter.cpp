@@ -4,7 +4,6 @@
 #include "SessionBusMock.h"
 #include "platform/linux/LinuxPictureSetter.h"
 
-#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QFile>
 #include <QTemporaryDir>

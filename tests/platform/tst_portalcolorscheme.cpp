@@ -2,7 +2,6 @@
 #include "TestRows.h"
 #include "platform/linux/PortalColorScheme.h"
 
-#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QGuiApplication>

@@ -5,9 +5,7 @@
 #include "platform/linux/UPowerPowerSource.h"
 
 #include <QDBusConnection>
-#include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
-#include <QDBusVariant>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>

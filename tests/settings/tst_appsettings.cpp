@@ -5,7 +5,6 @@
 #include "settings/AppSettings.h"
 
 #include <QEventLoop>
-#include <QFile>
 #include <QMetaProperty>
 #include <QProcess>
 #include <QRegularExpression>

@@ -10,7 +10,6 @@
 #include "text/L.h"
 
 #include <QDir>
-#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QScopeGuard>
