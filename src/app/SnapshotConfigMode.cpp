@@ -15,7 +15,9 @@
 #include "look/ThemeStore.h"
 #include "platform/LockScreenSurface.h"
 #include "platform/PlatformServices.h"
+#include "platform/QtScheduler.h"
 #include "platform/null/MemoryDefaults.h"
+#include "readings/AppEnergyMeter.h"
 #include "settings/AppSettings.h"
 #include "tick/SnapshotClock.h"
 
@@ -67,6 +69,14 @@ QImage configPicture(LaunchContext& context, const SnapshotWidgetOptions& option
         .dataDirectory = PlatformServices::wording().dataDirectoryDefault,
         .hasTray = guide.hasTray,
     };
+    // The cost as the window would show it the moment it opens: this process's own figures, no
+    // tile drawn yet.
+    const std::unique_ptr<ProcessUsage> usage = PlatformServices::makeProcessUsage();
+    QtScheduler scheduler;
+    AppEnergyMeter meter(*usage, context.clock.system(), scheduler);
+    meter.startLive();
+    config.energy = &meter;
+    config.cost = [] { return ConfigContext::Cost{}; };
     config.makeGallery = [&]() -> QWidget* {
         auto* gallery = new GalleryView(faces, *symbols, context.clock);
         gallery->setTheme(theme.themed());

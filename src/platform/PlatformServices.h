@@ -48,6 +48,8 @@ struct PlatformServices {
     // The symbols alone, for pictures drawn without the host; needs a QGuiApplication.
     static std::unique_ptr<SymbolProvider> makeSymbolProvider();
     static std::unique_ptr<Relauncher> makeRelauncher();
+    // This process's own cost alone, for pictures of the window drawn without the host.
+    static std::unique_ptr<ProcessUsage> makeProcessUsage();
     // Puts pictures on the displays through the running desktop; reaches the display itself, so
     // it works under any Qt platform.
     static std::unique_ptr<DesktopPictureSetter> makeDesktopPictureSetter();

@@ -31,12 +31,16 @@ PlatformServices PlatformServices::make() {
     services.picture = LinuxDesktopPicture::create();
     services.lockScreen = makeLockScreenSurface();
     services.loginItem = XdgAutostart::forThisProgram();
-    services.usage = std::make_unique<ProcProcessUsage>();
+    services.usage = makeProcessUsage();
     services.power = UPowerPowerSource::create();
     services.system = std::make_unique<LinuxSystemSource>();
     services.bluetooth = BluezBluetoothSource::create();
     services.sensors = std::make_unique<HwmonSensorSource>();
     return services;
+}
+
+std::unique_ptr<ProcessUsage> PlatformServices::makeProcessUsage() {
+    return std::make_unique<ProcProcessUsage>();
 }
 
 std::unique_ptr<SymbolProvider> PlatformServices::makeSymbolProvider() {
