@@ -6,10 +6,17 @@
 #include <QDateTime>
 #include <QList>
 
+#include <array>
+
 namespace tw {
 
 struct SensorReading {
     using Kind = SensorKind;
+    // The kinds in the order they are shown.
+    static constexpr std::array<Kind, 3> allKinds{Kind::soc, Kind::battery, Kind::storage};
+    // The kind's name for a person, localised.
+    static QString title(Kind kind);
+
     Kind kind = Kind::soc;
     double celsius = 0;
     // How many sensors went into the figure.

@@ -26,4 +26,11 @@ struct SystemSnapshot {
     double value(SysMetric metric) const;
 };
 
+// The space of the root volume a user can write, in bytes.
+struct SystemDiskSnapshot {
+    double free = 0;
+    double total = 0;
+    bool operator==(const SystemDiskSnapshot&) const = default;
+};
+
 } // namespace tw
