@@ -32,6 +32,7 @@
 #include "platform/QtScheduler.h"
 #include "readings/AppEnergyMeter.h"
 #include "readings/PowerWatcher.h"
+#include "readings/Readings.h"
 #include "settings/AppSettings.h"
 #include "text/L.h"
 #include "tick/MinuteCoordinator.h"
@@ -117,6 +118,14 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
     connect(qApp, &QGuiApplication::applicationStateChanged, m_settings.get(), takeActive);
     connect(qApp, &QGuiApplication::focusWindowChanged, m_settings.get(), takeActive);
     m_platform = PlatformServices::make();
+    m_readings = std::make_unique<Readings>(
+        Readings::Sources{
+            .system = m_platform.system.get(),
+            .power = m_platform.power.get(),
+            .sensors = m_platform.sensors.get(),
+            .bluetooth = m_platform.bluetooth.get(),
+        },
+        m_clocks.system);
     m_registry = std::make_unique<WidgetRegistry>();
     m_theme = std::make_unique<ThemeStore>(m_defaults, m_clocks.system);
     m_ticker = std::make_unique<TickCoordinator>(*m_scheduler, m_clocks.system, m_clocks.current);
@@ -169,6 +178,7 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .notifications = m_platform.notifications.get(),
         .colorScheme = m_platform.colorScheme.get(),
         .backdrop = m_backdrop.get(),
+        .readings = m_readings.get(),
     });
     m_controller->widgetSettingsOpener = [this](const QUuid& id) {
         showConfigWindow(ConfigSelection{.widget = id});
@@ -269,6 +279,7 @@ FaceContext AppDelegate::stillContext() const {
     base.now = m_clocks.current.now();
     base.pace = AnimationPace::paused();
     base.symbols = m_platform.symbols.get();
+    base.readings = &m_readings->board();
     return base;
 }
 
@@ -295,6 +306,8 @@ ConfigContext AppDelegate::makeConfigContext() {
         // Previews wear the glass the desktop's tiles wear.
         gallery->setGlass(GlassLook::from(*m_theme, m_controller->systemAppearance()));
         gallery->followTicker(*m_ticker);
+        gallery->setReadings(&m_readings->board());
+        connect(m_readings.get(), &Readings::boardChanged, gallery, &GalleryView::readingsChanged);
         gallery->setAddHandler([this](const QString& kind, WidgetSize size) {
             const auto spot = m_grid->freeSpot(kind, size, std::nullopt);
             if (!spot) {

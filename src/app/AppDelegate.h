@@ -30,6 +30,7 @@ class LockScreenController;
 class MinuteCoordinator;
 class PowerWatcher;
 class QtScheduler;
+class Readings;
 class ScreenTopologyWatcher;
 class SingleInstance;
 class StatusBarController;
@@ -95,6 +96,8 @@ private:
     std::unique_ptr<QtScheduler> m_scheduler;
     std::unique_ptr<AppSettings> m_settings;
     PlatformServices m_platform;
+    // Before everything that reads it, after the sources it reads.
+    std::unique_ptr<Readings> m_readings;
     std::unique_ptr<WidgetRegistry> m_registry;
     std::unique_ptr<ThemeStore> m_theme;
     std::unique_ptr<TickCoordinator> m_ticker;

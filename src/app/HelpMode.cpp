@@ -16,6 +16,7 @@ exits. The first mode in this list wins; other flags are ignored.
 
 Modes:
   -h, --help                   show this text and exit
+  --sensord                    temperatures by kind and fan speeds; exits 1 when none are found
   --wallpapers DIR             write each built-in wallpaper to DIR as a 960 x 600 PNG
   --apply-wallpaper ID         show a built-in wallpaper on every display; ID is one of
                                %4

@@ -69,6 +69,7 @@ const QList<LaunchStep>& LaunchChain::steps() {
     static const QList<LaunchStep> chain{
         {"--help", 0, core, &runHelpMode},
         {"-h", 0, core, &runHelpMode},
+        {"--sensord", 0, core, &runSensordMode},
         {"--wallpapers", 1, offscreen, &runWallpapersMode},
         {"--apply-wallpaper", 1, offscreen, &runApplyWallpaperMode},
         {"--sizes", 0, core, &runSizesMode},

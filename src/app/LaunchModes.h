@@ -7,6 +7,9 @@ namespace tw {
 
 // --help, -h: the launch modes, their options and the environment; needs no display.
 std::optional<int> runHelpMode(LaunchContext& context);
+// --sensord: the machine's temperatures by kind and its fans as plain lines; exit status 1 when
+// nothing was found.
+std::optional<int> runSensordMode(LaunchContext& context);
 // --wallpapers <dir>: one PNG per built-in wallpaper at 960 × 600; the count on stderr.
 std::optional<int> runWallpapersMode(LaunchContext& context);
 // --apply-wallpaper <id>: the built-in on every display through the desktop's own mechanism.

@@ -1,4 +1,5 @@
 #include "app/LaunchModes.h"
+#include "app/PictureReadings.h"
 #include "app/SnapshotReport.h"
 #include "app/SnapshotWidgetOptions.h"
 #include "faces/FaceContext.h"
@@ -86,9 +87,12 @@ std::optional<int> runSnapshotWidgetMode(LaunchContext& context) {
         instance.kind = options.kind;
         instance.size = *size;
         instance.settings = options.settings;
-        const FaceContext face = options.baseContext(*symbols, context.clock.now())
-                                     .sizedFor(definition->metadata, instance);
-        picture = renderer.picture(faces.face(face.kind()), face);
+        FaceContext face = options.baseContext(*symbols, context.clock.now())
+                               .sizedFor(definition->metadata, instance);
+        const WidgetFace& widgetFace = faces.face(face.kind());
+        const ReadingsBoard readings = pictureReadings(widgetFace.feeds(face.size, face.settings));
+        face.readings = &readings;
+        picture = renderer.picture(widgetFace, face);
     }
     return reportSnapshot(context, QStringLiteral("snapshot-widget"), path, picture, problem,
                           QStringLiteral(" kind=%1 size=%2")

@@ -6,6 +6,7 @@
 #include "faces/FaceRegistry.h"
 #include "model/WidgetRegistry.h"
 #include "platform/Clock.h"
+#include "readings/Readings.h"
 #include "text/L.h"
 #include "tick/TickCoordinator.h"
 
@@ -206,6 +207,22 @@ void GalleryView::setTheme(const Theme& theme) {
     for (const Section& section : m_sections) {
         for (GalleryCard* card : section.cards) {
             card->update();
+        }
+    }
+}
+
+void GalleryView::setReadings(const ReadingsBoard* readings) {
+    m_source->base().readings = readings;
+    readingsChanged(Readings::allFeeds);
+}
+
+void GalleryView::readingsChanged(ReadingFeeds changed) {
+    for (const Section& section : m_sections) {
+        for (GalleryCard* card : section.cards) {
+            const WidgetFace& face = m_source->faces().face(card->metadata().kind);
+            if (face.feeds(card->size(), {}).testAnyFlags(changed)) {
+                card->update();
+            }
         }
     }
 }

@@ -7,6 +7,7 @@
 #include "look/Theme.h"
 #include "model/WidgetCategory.h"
 #include "model/WidgetSize.h"
+#include "readings/ReadingFeed.h"
 
 #include <QDateTime>
 #include <QList>
@@ -24,6 +25,7 @@ class QScrollArea;
 namespace tw {
 
 class Clock;
+struct ReadingsBoard;
 class FaceRegistry;
 class GalleryCard;
 class GalleryPreviewSource;
@@ -53,6 +55,10 @@ public:
     // The look of the previews: the themed theme and the glass of the theme store.
     void setTheme(const Theme& theme);
     void setGlass(const GlassLook& glass);
+    // The machine's readings the previews of its kinds show; none shows their figures as missing.
+    void setReadings(const ReadingsBoard* readings);
+    // New readings of `changed`: the previews that show them are drawn again.
+    void readingsChanged(ReadingFeeds changed);
     // The time the previews show; faces repaint only when their grain moved.
     void setNow(const QDateTime& now);
     QDateTime now() const;

@@ -10,6 +10,7 @@
 #include "platform/DesktopWindowing.h"
 #include "platform/Displays.h"
 #include "platform/Scheduler.h"
+#include "readings/Readings.h"
 #include "settings/AppSettings.h"
 #include "tick/TickCoordinator.h"
 
@@ -43,7 +44,8 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
                  .registry = services.registry,
                  .faces = services.faces,
                  .symbols = services.symbols,
-                 .colorScheme = services.colorScheme})
+                 .colorScheme = services.colorScheme,
+                 .readings = services.readings ? &services.readings->board() : nullptr})
     , m_follower({.displays = services.displays,
                   .scheduler = services.scheduler,
                   .grid = services.grid,
@@ -64,6 +66,19 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
     });
     connect(&m_services.ticker, &TickCoordinator::nowChanged, this,
             [this](const QDateTime& now) { advanceStacks(now); });
+    if (Readings* readings = m_services.readings) {
+        // Readings go by the system's clock: a pinned time would hold them still.
+        connect(&m_services.ticker, &TickCoordinator::nowChanged, readings,
+                [this, readings] { readings->refresh(m_services.clock.now()); });
+        connect(readings, &Readings::boardChanged, this, [this](ReadingFeeds changed) {
+            for (auto& [id, tile] : m_tiles) {
+                if (tile.feeds.testAnyFlags(changed) && tile.panel->isVisible() &&
+                    !tile.state->occluded()) {
+                    tile.panel->contentChanged();
+                }
+            }
+        });
+    }
     connect(&m_follower, &DisplayFollower::syncWanted, this, [this] { sync(); });
     connect(&m_follower, &DisplayFollower::veilChanged, this, [this](bool veiled) {
         for (auto& [id, tile] : m_tiles) {
@@ -114,6 +129,7 @@ void DesktopController::hide() {
         tile.panel->hide();
     }
     updateDesktopActive();
+    updateDemand();
 }
 
 void DesktopController::toggle() {
@@ -277,6 +293,7 @@ void DesktopController::applyStackVisibility() {
             tile.panel->hide();
         }
     }
+    updateDemand();
 }
 
 void DesktopController::advanceStacks(const QDateTime& now) {
@@ -304,6 +321,26 @@ void DesktopController::refreshOcclusion() {
     }
     for (auto& [id, tile] : m_tiles) {
         m_content.takeCovered(tile);
+    }
+    updateDemand();
+}
+
+void DesktopController::updateDemand() {
+    Readings* readings = m_services.readings;
+    if (readings == nullptr) {
+        return;
+    }
+    ReadingFeeds wanted;
+    for (const auto& [id, tile] : m_tiles) {
+        if (tile.panel->isVisible() && !tile.state->occluded()) {
+            wanted |= tile.feeds;
+        }
+    }
+    const bool gained = (wanted & ~readings->demand()) != ReadingFeeds();
+    readings->setDemand(wanted);
+    // A tile just come into view shows its figures without waiting for the next tick.
+    if (gained) {
+        readings->refresh(m_services.clock.now());
     }
 }
 

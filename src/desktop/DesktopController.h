@@ -39,6 +39,7 @@ class FaceRegistry;
 class GridStore;
 class MinuteCoordinator;
 class Notifications;
+class Readings;
 class Scheduler;
 class ScreenTopologyWatcher;
 class SymbolProvider;
@@ -74,6 +75,9 @@ public:
         const ColorSchemeWatcher* colorScheme = nullptr;
         // The desktop's picture behind the glass; without it the glass is the theme's surface.
         const WallpaperBackdrop* backdrop = nullptr;
+        // The machine's readings, sampled for the tiles in view; without them faces show their
+        // figures as missing.
+        Readings* readings = nullptr;
     };
 
     static constexpr std::chrono::milliseconds occlusionDebounce{150};
@@ -132,6 +136,8 @@ private:
     bool isTypedInto(const QString& kind) const;
     void updateDesktopActive();
     void refreshOcclusion();
+    // Asks the readings for what the tiles in view show, and nothing more.
+    void updateDemand();
     QList<DropDecision::Tile> shownTiles(const QUuid& except) const;
 
     Services m_services;

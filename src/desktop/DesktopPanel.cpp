@@ -214,6 +214,12 @@ void DesktopPanel::setNow(const QDateTime& now) {
     update(changed.toAlignedRect().adjusted(-1, -1, 1, 1) & tileRectInWidget());
 }
 
+void DesktopPanel::contentChanged() {
+    if (m_face != nullptr) {
+        update(tileRectInWidget());
+    }
+}
+
 void DesktopPanel::setHighlight(double opacity) {
     if (opacity != m_highlight) {
         m_highlight = opacity;

@@ -67,6 +67,8 @@ public:
     // How fast the face's scenes may run and whether its content may change with a transition;
     // the glass stays as it is.
     void setPace(AnimationPace pace, bool allowsTransitions);
+    // New figures for the face: the tile is drawn again, its glass is not.
+    void contentChanged();
     // The ring around a new tile, 0 (none) to 1.
     void setHighlight(double opacity);
     double highlight() const { return m_highlight; }

@@ -5,6 +5,7 @@
 #include "desktop/DesktopPanel.h"
 #include "desktop/PanelState.h"
 #include "model/WidgetInstance.h"
+#include "readings/ReadingFeed.h"
 #include "tick/TimeSource.h"
 
 #include <memory>
@@ -17,6 +18,7 @@ struct DesktopTile {
     std::unique_ptr<TimeSource> time; // none for a face without a grain
     WidgetInstance instance;
     bool covered = false; // as the window system last said
+    ReadingFeeds feeds;   // the machine's readings its face shows
 };
 
 } // namespace tw

@@ -49,6 +49,8 @@ void TileContent::refresh(DesktopTile& tile) const {
     context.surface.allowsTransitions = panelAllowsTransitions(m_services.settings, *tile.state);
     context.pace = panelPace(m_services.settings, *tile.state);
     context.symbols = m_services.symbols;
+    context.readings = m_services.readings;
+    tile.feeds = face.feeds(tile.instance.size, context.settings);
 
     const auto grain = face.grain(tile.instance.size, context.settings);
     if (!grain) {

@@ -15,12 +15,14 @@ class MinuteCoordinator;
 class SymbolProvider;
 class TickCoordinator;
 class WidgetRegistry;
+struct ReadingsBoard;
 struct DesktopTile;
 
 class TileContent final : public QObject {
     Q_OBJECT
 public:
-    // The symbols and the colour scheme may be absent (then the desktop counts as dark).
+    // The symbols and the colour scheme may be absent (then the desktop counts as dark), as
+    // may the readings (faces then show their figures as missing).
     struct Services {
         const ThemeStore& theme;
         const AppSettings& settings;
@@ -30,13 +32,14 @@ public:
         const FaceRegistry& faces;
         const SymbolProvider* symbols = nullptr;
         const ColorSchemeWatcher* colorScheme = nullptr;
+        const ReadingsBoard* readings = nullptr;
     };
 
     explicit TileContent(const Services& services, QObject* parent = nullptr);
 
     // The desktop's look as "Automatic" glass follows it.
     ThemeStore::SystemAppearance systemAppearance() const;
-    // The tile's face, look and time for its instance as it is now.
+    // The tile's face, look, time and readings for its instance as it is now.
     void refresh(DesktopTile& tile) const;
     // The tile's pace after a change of the settings, its cover or the pointer over it.
     void applyPace(DesktopTile& tile) const;

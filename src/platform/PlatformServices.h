@@ -45,6 +45,9 @@ struct PlatformServices {
 
     // The desktop host's services, every one set; needs the running QApplication.
     static PlatformServices make();
+    // The sources of the machine's readings alone (system, power, sensors, Bluetooth), for
+    // pictures drawn without the host; the rest stays unset.
+    static PlatformServices makeReadingSources();
     // The symbols alone, for pictures drawn without the host; needs a QGuiApplication.
     static std::unique_ptr<SymbolProvider> makeSymbolProvider();
     static std::unique_ptr<Relauncher> makeRelauncher();

@@ -2,6 +2,7 @@
 // off-screen platform, and manual time.
 #include "ManualClock.h"
 #include "ManualScheduler.h"
+#include "ScriptedReadings.h"
 #include "desktop/DesktopController.h"
 #include "faces/FaceRegistry.h"
 #include "grid/GridStore.h"
@@ -16,6 +17,7 @@
 #include "platform/null/NullDesktopWindowing.h"
 #include "platform/null/NullNotifications.h"
 #include "platform/null/NullWorkspace.h"
+#include "readings/Readings.h"
 #include "settings/AppSettings.h"
 #include "tick/MinuteCoordinator.h"
 #include "tick/TickCoordinator.h"
@@ -23,6 +25,7 @@
 #include <QCursor>
 #include <QEnterEvent>
 #include <QMenu>
+#include <QPainter>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -32,6 +35,21 @@ using namespace tw::test;
 namespace {
 
 const QRectF kScreen(0, 0, 1920, 1080);
+
+// A face that shows nothing but asks for readings.
+class ReadingFace final : public WidgetFace {
+public:
+    explicit ReadingFace(ReadingFeeds feeds)
+        : m_feeds(feeds) {}
+    std::optional<TimeGrain> grain(WidgetSize, const WidgetSettings&) const override {
+        return std::nullopt;
+    }
+    void paint(QPainter&, const QRectF&, const FaceContext&) const override {}
+    ReadingFeeds feeds(WidgetSize, const WidgetSettings&) const override { return m_feeds; }
+
+private:
+    ReadingFeeds m_feeds;
+};
 
 struct Fixture {
     QTemporaryDir dir;
@@ -47,6 +65,9 @@ struct Fixture {
     FixedColorScheme colorScheme{ColorScheme::Light};
     FaceRegistry faces;
     AppSettings settings{defaults};
+    ScriptedSystemSource system;
+    InlineRunner runner;
+    Readings readings{{.system = &system}, clock, &runner};
     std::unique_ptr<ThemeStore> theme;
     std::unique_ptr<TickCoordinator> ticker;
     std::unique_ptr<MinuteCoordinator> minutes;
@@ -76,6 +97,7 @@ struct Fixture {
             .workspace = &workspace,
             .notifications = &notifications,
             .colorScheme = &colorScheme,
+            .readings = &readings,
         });
         controller->show();
     }
@@ -484,6 +506,30 @@ private Q_SLOTS:
         f.scheduler.advance(std::chrono::milliseconds(350));
         QVERIFY(!follower.isVeiled());
         QVERIFY(!state->occluded());
+    }
+
+    // The readings asked for are those of the tiles in view: none while covered or hidden. A
+    // tile that comes into view has its figures at once.
+    void readingsFollowTheTilesInView() {
+        Fixture f;
+        QCOMPARE(f.readings.demand(), ReadingFeeds());
+        f.faces.add(QStringLiteral("network"), std::make_unique<ReadingFace>(ReadingFeed::network));
+        const auto network = f.grid->addFree(QStringLiteral("network"), WidgetSize::small,
+                                             std::nullopt, QPointF(1500, 900));
+        QVERIFY(network);
+        QCOMPARE(f.readings.demand(), ReadingFeeds(ReadingFeed::network));
+        QVERIFY(f.readings.board().network.has_value());
+        QCOMPARE(f.controller->panel(network->id)->context().readings, &f.readings.board());
+
+        QObject* window = f.controller->panel(network->id)->windowHandle();
+        Q_EMIT f.windowing.coveredChanged(window, true);
+        f.scheduler.advance(DesktopController::occlusionDebounce);
+        QCOMPARE(f.readings.demand(), ReadingFeeds());
+        Q_EMIT f.windowing.coveredChanged(window, false);
+        f.scheduler.advance(DesktopController::occlusionDebounce);
+        QCOMPARE(f.readings.demand(), ReadingFeeds(ReadingFeed::network));
+        f.controller->hide();
+        QCOMPARE(f.readings.demand(), ReadingFeeds());
     }
 
     // Whatever moved a panel while the displays were in flux, it ends where the grid says.

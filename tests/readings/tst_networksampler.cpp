@@ -1,4 +1,4 @@
-#include "ScriptedSources.h"
+#include "ScriptedReadings.h"
 #include "readings/NetworkSampler.h"
 
 #include <QTest>

@@ -1,5 +1,5 @@
 #include "ManualClock.h"
-#include "ScriptedSources.h"
+#include "ScriptedReadings.h"
 #include "TestRows.h"
 #include "readings/Readings.h"
 

@@ -1,4 +1,4 @@
-#include "ScriptedSources.h"
+#include "ScriptedReadings.h"
 #include "TestRows.h"
 #include "readings/SensorProbe.h"
 #include "readings/SensorReader.h"

@@ -1,4 +1,4 @@
-#include "ScriptedSources.h"
+#include "ScriptedReadings.h"
 #include "TestRows.h"
 #include "readings/CounterDelta.h"
 #include "readings/SystemReader.h"

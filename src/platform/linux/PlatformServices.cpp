@@ -21,7 +21,7 @@
 namespace tw {
 
 PlatformServices PlatformServices::make() {
-    PlatformServices services;
+    PlatformServices services = makeReadingSources();
     services.displays = std::make_unique<QtDisplays>();
     services.windowing = X11DesktopWindowing::create();
     services.workspace = std::make_unique<LinuxWorkspace>();
@@ -32,6 +32,11 @@ PlatformServices PlatformServices::make() {
     services.lockScreen = makeLockScreenSurface();
     services.loginItem = XdgAutostart::forThisProgram();
     services.usage = makeProcessUsage();
+    return services;
+}
+
+PlatformServices PlatformServices::makeReadingSources() {
+    PlatformServices services;
     services.power = UPowerPowerSource::create();
     services.system = std::make_unique<LinuxSystemSource>();
     services.bluetooth = BluezBluetoothSource::create();

@@ -1,0 +1,25 @@
+#include "app/PictureReadings.h"
+
+#include "platform/PlatformServices.h"
+#include "platform/SystemClock.h"
+#include "readings/Readings.h"
+
+namespace tw {
+
+ReadingsBoard pictureReadings(ReadingFeeds feeds) {
+    if (!feeds) {
+        return {};
+    }
+    const PlatformServices sources = PlatformServices::makeReadingSources();
+    // Loads and rates are measured between two reads in real time, whatever time the picture
+    // shows.
+    const SystemClock clock;
+    const Readings readings({.system = sources.system.get(),
+                             .power = sources.power.get(),
+                             .sensors = sources.sensors.get(),
+                             .bluetooth = sources.bluetooth.get()},
+                            clock);
+    return readings.sampleNow(feeds);
+}
+
+} // namespace tw
