@@ -1,0 +1,1 @@
+tw_add_bench(bench_readings LIBS tw_readings tw_platform_os)
