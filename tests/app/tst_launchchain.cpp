@@ -66,7 +66,7 @@ private Q_SLOTS:
         row("sizes before counts", "--counts --sizes", none, none, 0, sizes, 53, "", 0);
         row("counts before list-sizes", "--list-sizes --counts", none, none, 0, counts, 1, "", 0);
         row("probe-skylight", "--probe-skylight", none, none, 0, probe, 9, "", 0);
-        row("-h wins over every mode", "--counts -h", none, none, 0, help, 69, "", 0);
+        row("-h wins over every mode", "--counts -h", none, none, 0, help, 70, "", 0);
         row("no flag, no display", "", none, none, 1, "", 0, unset, 0);
         row("unknown flag, no display", "--web example.com", none, none, 1, "", 0, unset, 0);
         row("case-sensitive, display that cannot be opened", "--COUNTS", none, bogus, 1, "", 0,
