@@ -52,8 +52,12 @@ QString detailText(const Volume& volume) {
 void drawRow(QPainter& painter, const FaceContext& context, const QRectF& row,
              const Volume& volume) {
     const bool detailed = row.height() >= 44;
-    const qreal label = std::min(detailed ? row.height() * 0.36 : row.height() * 0.5, 20.0);
-    const QRectF head(row.left(), row.top(), row.width(), label);
+    const qreal label = std::min(detailed ? row.height() * 0.36 : row.height() * 0.5, 17.0);
+    const qreal barHeight = std::clamp(row.height() * 0.12, 4.0, 8.0);
+    // A tall row holds its lines in its middle.
+    const qreal used = label * 1.25 + barHeight + (detailed ? 2 + label * 0.8 : 0);
+    const QRectF head(row.left(), row.top() + std::max(0.0, (row.height() - used) / 2), row.width(),
+                      label);
     FaceKit::drawSymbol(painter, context, symbolOf(volume),
                         QRectF(head.left(), head.top(), label, label),
                         volume.removable ? context.secondary() : context.accent(), nameOf(volume));
@@ -64,10 +68,9 @@ void drawRow(QPainter& painter, const FaceContext& context, const QRectF& row,
     // neighbours.
     FaceKit::drawElided(painter, context,
                         QRectF(head.left() + label * 1.3, head.top(),
-                               free.left() - head.left() - label * 1.6, label),
+                               free.left() - head.left() - label * 1.8, label),
                         nameOf(volume), FaceKit::font(label * 0.82, QFont::DemiBold),
                         context.primary(), Qt::AlignLeft | Qt::AlignVCenter);
-    const qreal barHeight = std::clamp(row.height() * 0.12, 4.0, 8.0);
     const QRectF bar(row.left(), head.bottom() + label * 0.25, row.width(), barHeight);
     FaceKit::drawBar(painter, bar, DiskFace::usedFraction(volume), barColour(context, volume),
                      ReadingKit::track(context));

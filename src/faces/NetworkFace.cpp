@@ -130,7 +130,8 @@ void drawOne(QPainter& painter, const FaceContext& context, const QRectF& rect, 
     const QRectF head(rect.left(), rect.top(), rect.width(), label);
     FaceKit::drawFitted(painter, context, head, directionName(direction), QFont::Medium,
                         context.secondary(), Qt::AlignLeft | Qt::AlignVCenter, label * 0.85);
-    if (!values.isEmpty()) {
+    if (peak(values) > 0) {
+
         FaceKit::drawFitted(
             painter, context, head.adjusted(head.width() * 0.4, 0, 0, 0),
             L("network.peak", QStringLiteral("Peak %1")).arg(ReadingText::rate(peak(values))),
