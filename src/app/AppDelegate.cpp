@@ -306,8 +306,7 @@ ConfigContext AppDelegate::makeConfigContext() {
         // Previews wear the glass the desktop's tiles wear.
         gallery->setGlass(GlassLook::from(*m_theme, m_controller->systemAppearance()));
         gallery->followTicker(*m_ticker);
-        gallery->setReadings(&m_readings->board());
-        connect(m_readings.get(), &Readings::boardChanged, gallery, &GalleryView::readingsChanged);
+        gallery->setReadings(m_readings.get());
         gallery->setAddHandler([this](const QString& kind, WidgetSize size) {
             const auto spot = m_grid->freeSpot(kind, size, std::nullopt);
             if (!spot) {

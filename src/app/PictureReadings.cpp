@@ -4,9 +4,32 @@
 #include "platform/SystemClock.h"
 #include "readings/Readings.h"
 
+#include <QEventLoop>
 #include <QLoggingCategory>
+#include <QTimer>
 
 namespace tw {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// Power and Bluetooth answer with what their services last announced; a picture gives them a
+// moment to hear the first announcement.
+constexpr std::chrono::milliseconds firstAnnouncement = 400ms;
+
+template <typename Source>
+void awaitFirstAnnouncement(Source* source) {
+    if (source == nullptr) {
+        return;
+    }
+    QEventLoop loop;
+    QTimer::singleShot(firstAnnouncement, &loop, &QEventLoop::quit);
+    QObject::connect(source, &Source::changed, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+} // namespace
 
 ReadingsBoard pictureReadings(ReadingFeeds feeds) {
     if (!feeds) {
@@ -16,6 +39,12 @@ ReadingsBoard pictureReadings(ReadingFeeds feeds) {
     // log's; a picture's stderr holds its own report. QT_LOGGING_RULES still wins.
     QLoggingCategory::setFilterRules(QStringLiteral("tarnwick.readings.info=false"));
     const PlatformServices sources = PlatformServices::makeReadingSources();
+    if (feeds.testFlag(ReadingFeed::battery)) {
+        awaitFirstAnnouncement(sources.power.get());
+    }
+    if (feeds.testFlag(ReadingFeed::bluetooth)) {
+        awaitFirstAnnouncement(sources.bluetooth.get());
+    }
     // Loads and rates are measured between two reads in real time, whatever time the picture
     // shows.
     const SystemClock clock;

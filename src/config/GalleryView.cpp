@@ -173,7 +173,11 @@ GalleryView::GalleryView(const FaceRegistry& faces, const SymbolProvider& symbol
     refreshLimits();
 }
 
-GalleryView::~GalleryView() = default;
+GalleryView::~GalleryView() {
+    if (m_readings) {
+        m_readings->setPreviewDemand({});
+    }
+}
 
 void GalleryView::setAddHandler(AddHandler handler) {
     m_addHandler = std::move(handler);
@@ -211,9 +215,40 @@ void GalleryView::setTheme(const Theme& theme) {
     }
 }
 
-void GalleryView::setReadings(const ReadingsBoard* readings) {
-    m_source->base().readings = readings;
+void GalleryView::setReadings(Readings* readings) {
+    m_readings = readings;
+    m_source->base().readings = &readings->board();
+    connect(readings, &Readings::boardChanged, this, &GalleryView::readingsChanged);
+    askForReadings();
     readingsChanged(Readings::allFeeds);
+}
+
+ReadingFeeds GalleryView::previewFeeds() const {
+    ReadingFeeds feeds;
+    for (const Section& section : m_sections) {
+        for (const GalleryCard* card : section.cards) {
+            if (!card->isHidden() && !section.grid->isHidden()) {
+                feeds |= m_source->faces().face(card->metadata().kind).feeds(card->size(), {});
+            }
+        }
+    }
+    return feeds;
+}
+
+void GalleryView::askForReadings() {
+    if (m_readings) {
+        m_readings->setPreviewDemand(isVisible() ? previewFeeds() : ReadingFeeds());
+    }
+}
+
+void GalleryView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    askForReadings();
+}
+
+void GalleryView::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    askForReadings();
 }
 
 void GalleryView::readingsChanged(ReadingFeeds changed) {
@@ -308,6 +343,7 @@ void GalleryView::apply() {
     m_emptyTitle->setText(L("gallery.noMatch", QStringLiteral("No widget matches \u201c%1\u201d"))
                               .arg(m_search->text().trimmed()));
     m_empty->setVisible(!any);
+    askForReadings();
 }
 
 QStringList GalleryView::visibleKinds() const {

@@ -11,6 +11,7 @@
 
 #include <QDateTime>
 #include <QList>
+#include <QPointer>
 #include <QWidget>
 
 #include <functional>
@@ -25,7 +26,7 @@ class QScrollArea;
 namespace tw {
 
 class Clock;
-struct ReadingsBoard;
+class Readings;
 class FaceRegistry;
 class GalleryCard;
 class GalleryPreviewSource;
@@ -55,10 +56,12 @@ public:
     // The look of the previews: the themed theme and the glass of the theme store.
     void setTheme(const Theme& theme);
     void setGlass(const GlassLook& glass);
-    // The machine's readings the previews of its kinds show; none shows their figures as missing.
-    void setReadings(const ReadingsBoard* readings);
-    // New readings of `changed`: the previews that show them are drawn again.
-    void readingsChanged(ReadingFeeds changed);
+    // The machine's readings the previews show, asked for while the gallery is on screen and
+    // only for the previews shown; without them the previews show their figures as missing.
+    // They must outlive the gallery.
+    void setReadings(Readings* readings);
+    // What the previews shown need.
+    ReadingFeeds previewFeeds() const;
     // The time the previews show; faces repaint only when their grain moved.
     void setNow(const QDateTime& now);
     QDateTime now() const;
@@ -95,8 +98,14 @@ public Q_SLOTS:
 Q_SIGNALS:
     void added(const QString& kind);
 
+protected:
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
 private:
     void apply();
+    void readingsChanged(ReadingFeeds changed);
+    void askForReadings();
 
     std::unique_ptr<GalleryPreviewSource> m_source;
     AddHandler m_addHandler;
@@ -108,6 +117,7 @@ private:
     QWidget* m_empty;
     QLabel* m_emptyTitle;
     QLabel* m_message;
+    QPointer<Readings> m_readings;
     struct Section {
         WidgetCategory category;
         QLabel* heading;

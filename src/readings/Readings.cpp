@@ -84,6 +84,16 @@ Readings::Readings(Sources sources, const Clock& clock, SampleRunner* runner, QO
 Readings::~Readings() = default;
 
 void Readings::setDemand(ReadingFeeds feeds) {
+    m_tileDemand = feeds;
+    applyDemand(m_tileDemand | m_previewDemand);
+}
+
+void Readings::setPreviewDemand(ReadingFeeds feeds) {
+    m_previewDemand = feeds;
+    applyDemand(m_tileDemand | m_previewDemand);
+}
+
+void Readings::applyDemand(ReadingFeeds feeds) {
     const ReadingFeeds gained = feeds & ~m_demand;
     const ReadingFeeds lost = m_demand & ~feeds;
     m_demand = feeds;

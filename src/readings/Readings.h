@@ -49,11 +49,15 @@ public:
     ~Readings() override;
 
     const ReadingsBoard& board() const { return m_board; }
+    // What the tiles and the previews need together.
     ReadingFeeds demand() const { return m_demand; }
 
     // What visible tiles need now; nothing else is sampled. Battery and Bluetooth follow their
     // sources' announcements while demanded.
     void setDemand(ReadingFeeds feeds);
+    // What previews outside the desktop (the gallery's) need while they are on screen, on top of
+    // the tiles' demand.
+    void setPreviewDemand(ReadingFeeds feeds);
     // On each tick: samples the demanded feeds that are due.
     void refresh(const QDateTime& now);
     // The demanded `feeds` read at once, for pictures: counters are read twice, `pause` apart,
@@ -65,6 +69,7 @@ Q_SIGNALS:
     void boardChanged(tw::ReadingFeeds changed);
 
 private:
+    void applyDemand(ReadingFeeds feeds);
     void readBattery();
     void readBluetooth();
 
@@ -73,6 +78,8 @@ private:
     std::unique_ptr<SampleRunner> m_ownRunner;
     ReadingsBoard m_board;
     ReadingFeeds m_demand;
+    ReadingFeeds m_tileDemand;
+    ReadingFeeds m_previewDemand;
     std::unique_ptr<SystemDataService> m_system;
     std::unique_ptr<ActivityService> m_activity;
     std::unique_ptr<SensorReader> m_sensors;

@@ -2,11 +2,13 @@
 // chosen on each card through its handler, and says why a kind cannot be added.
 #include "ManualClock.h"
 #include "ManualScheduler.h"
+#include "ScriptedReadings.h"
 #include "config/GalleryCard.h"
 #include "config/GalleryView.h"
 #include "faces/FaceRegistry.h"
 #include "model/WidgetRegistry.h"
 #include "platform/null/NullSymbolProvider.h"
+#include "readings/Readings.h"
 #include "tick/TickCoordinator.h"
 
 #include <QApplication>
@@ -26,6 +28,28 @@ class TestGalleryView : public QObject {
     test::ManualClock m_clock;
 
 private Q_SLOTS:
+    // The previews ask for the readings of the kinds shown, and only while on screen.
+    void asksForTheReadingsOfTheKindsShown() {
+        test::ScriptedSystemSource system;
+        test::InlineRunner runner;
+        Readings readings({.system = &system}, m_clock, &runner);
+        {
+            GalleryView view(m_faces, m_symbols, m_clock);
+            view.setReadings(&readings);
+            QCOMPARE(readings.demand(), ReadingFeeds());
+            view.show();
+            QVERIFY(readings.demand().testFlag(ReadingFeed::system));
+            view.setQuery(QStringLiteral("music"));
+            QCOMPARE(readings.demand(), ReadingFeeds());
+            view.setQuery(QStringLiteral("cpu"));
+            QCOMPARE(readings.demand(), ReadingFeeds(ReadingFeed::system));
+            view.hide();
+            QCOMPARE(readings.demand(), ReadingFeeds());
+            view.show();
+        }
+        QCOMPARE(readings.demand(), ReadingFeeds());
+    }
+
     // Every kind once, category after category, each category in catalogue order.
     void showsEveryKindGroupedByCategory() {
         GalleryView view(m_faces, m_symbols, m_clock);
