@@ -103,25 +103,6 @@ private Q_SLOTS:
         const auto reported = stall < 0 ? std::nullopt : std::optional(stall);
         QCOMPARE(int(ActivitySampler::pressureOf(reported)), pressure);
     }
-
-    // A failed memory read keeps the last split.
-    void memoryKeepsTheLastGoodSplit() {
-        ScriptedSystemSource source;
-        MemoryCounters memory;
-        memory.total = 16;
-        memory.application = 5;
-        memory.wired = 2;
-        memory.cached = 4;
-        memory.swapUsed = 1;
-        source.memoryCounters = memory;
-        ActivitySampler sampler(source);
-        const ActivitySnapshot good = sampler.sample(start);
-        source.memoryCounters.reset();
-        const ActivitySnapshot failed = sampler.sample(start.addSecs(2));
-        QCOMPARE(failed.memApp, 5.0);
-        QCOMPARE(failed.memCached, 4.0);
-        QCOMPARE(failed.memTotal, good.memTotal);
-    }
 };
 
 QTEST_GUILESS_MAIN(TestActivitySampler)

@@ -78,19 +78,6 @@ private Q_SLOTS:
         QVERIFY(!service.inFlight());
         QCOMPARE(service.cached()->sampledAt, start);
     }
-
-    // The default sampler reads the source off the caller's thread, once per read.
-    void readsTheSourceThroughItsReader() {
-        ScriptedSystemSource source;
-        source.ticks = {CpuTicks{0, 0, 0, 0}, CpuTicks{10, 0, 0, 30}};
-        InlineRunner runner;
-        SystemDataService service(source, runner);
-        double cpu = -1;
-        service.snapshot(start, this, [&cpu](const SystemSnapshot& s) { cpu = s.cpu; });
-        QCOMPARE(cpu, 0.0);
-        service.snapshot(start.addSecs(2), this, [&cpu](const SystemSnapshot& s) { cpu = s.cpu; });
-        QCOMPARE(cpu, 0.25);
-    }
 };
 
 QTEST_GUILESS_MAIN(TestSystemDataService)
