@@ -452,6 +452,30 @@ class ThemeFromWindowTest(HostCase):
         self.screenshot("theme-from-window.png")
 
 
+class SystemTileTest(HostCase):
+    """A System tile shows this machine's load as it changes: a busy process moves its figures."""
+
+    panel_count = 1
+
+    def before_launch(self):
+        tile = {"id": "D0000000-0000-4000-8000-000000000001", "kind": "system", "size": "large",
+                "order": 0, "page": 0, "col": 0, "row": 0, "posX": 300, "posY": 700}
+        with open(os.path.join(self.data_dir, "grid.json"), "w", encoding="utf-8") as f:
+            json.dump({"instances": [tile], "pageCount": 1}, f)
+
+    def test_the_figures_follow_the_machine(self):
+        x, y, w, h = self.panel_of(self.by_kind("system"))
+        first = self.pixels(x, y, w, h)
+        # Work for one core, so the processor figure has something to show.
+        self.helpers.append(subprocess.Popen([sys.executable, "-c", "while True: pass"]))
+        self.assertTrue(self.session.wait_for(lambda: self.pixels(x, y, w, h) != first,
+                                              timeout=15), "the tile's figures stood still")
+        second = self.pixels(x, y, w, h)
+        self.assertTrue(self.session.wait_for(lambda: self.pixels(x, y, w, h) != second,
+                                              timeout=15), "the tile changed only once")
+        self.screenshot("system-tile.png")
+
+
 class WidgetSettingsTest(HostCase):
     """"Widget Settings…" on a tile opens that tile's own page, and what is set there reaches the
     tile on the desktop."""
