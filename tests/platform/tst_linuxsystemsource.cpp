@@ -49,16 +49,13 @@ QString text(const std::optional<MemoryCounters>& m) {
     if (!m) {
         return QStringLiteral("none");
     }
-    const auto kib = [](qint64 bytes) { return QString::number(bytes / 1024); };
-    return QStringList{kib(m->total),
-                       kib(m->available),
-                       kib(m->application),
-                       kib(m->wired),
-                       kib(m->compressed),
-                       kib(m->cached),
-                       kib(m->swapUsed),
-                       m->pressureStall ? QString::number(*m->pressureStall) : QStringLiteral("-")}
-        .join(QLatin1Char(' '));
+    QStringList kib;
+    for (const qint64 bytes : {m->total, m->available, m->application, m->wired, m->compressed,
+                               m->cached, m->swapUsed}) {
+        kib << QString::number(bytes / 1024);
+    }
+    kib << (m->pressureStall ? QString::number(*m->pressureStall) : QStringLiteral("-"));
+    return kib.join(QLatin1Char(' '));
 }
 
 // Well-formed but for its length.

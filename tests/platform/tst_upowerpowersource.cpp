@@ -1,5 +1,5 @@
 #include "ManualScheduler.h"
-#include "SessionBusMock.h"
+#include "PowerServicesMock.h"
 #include "SysfsTree.h"
 #include "TestRows.h"
 #include "platform/linux/UPowerPowerSource.h"
@@ -11,14 +11,14 @@
 #include <QTest>
 
 Q_DECLARE_METATYPE(tw::BatterySnapshot)
+Q_DECLARE_METATYPE(tw::test::PowerServicesMock::Battery)
 
 namespace tw {
 
 namespace {
 
-const QString upower = QStringLiteral("org.freedesktop.UPower");
-const QString displayDevicePath = QStringLiteral("/org/freedesktop/UPower/devices/DisplayDevice");
-const QString deviceInterface = QStringLiteral("org.freedesktop.UPower.Device");
+using Battery = test::PowerServicesMock::Battery;
+
 const QString mockInterface = QStringLiteral("org.freedesktop.DBus.Mock");
 
 constexpr auto call = &SessionBusMock::call;
@@ -45,21 +45,6 @@ void settle(const UPowerPowerSource& source) {
 class TestUPowerPowerSource : public QObject {
     Q_OBJECT
 
-    bool startUPower() {
-        return m_bus.startService(
-            upower, {QStringLiteral("--session"), QStringLiteral("-t"), QStringLiteral("upower")});
-    }
-    // Type, state, percentage, seconds to empty and to full, present; and OnBattery.
-    static bool setupDisplayDevice(const QVariantList& device, bool onBattery) {
-        const QVariantList arguments{
-            device.value(0), device.value(1), device.value(2), device.value(2), 100.0, 10.0,
-            device.value(3), device.value(4), device.value(5), QString(),       1U};
-        return call(upower, QStringLiteral("/org/freedesktop/UPower"), mockInterface,
-                    QStringLiteral("SetupDisplayDevice"), arguments) &&
-               setRemote(upower, QStringLiteral("/org/freedesktop/UPower"), upower,
-                         QStringLiteral("OnBattery"), onBattery);
-    }
-
 private Q_SLOTS:
     void initTestCase() {
         QVERIFY(m_sys.isValid());
@@ -70,46 +55,35 @@ private Q_SLOTS:
     void cleanup() { m_bus.stopServices(); }
 
     void displayDevice_data() {
-        QTest::addColumn<QVariantList>("device");
-        QTest::addColumn<bool>("onBattery");
+        QTest::addColumn<Battery>("battery");
         QTest::addColumn<BatterySnapshot>("expected");
         using test::row;
-        const auto device = [](uint type, uint state, double percent, qint64 toEmpty, qint64 toFull,
-                               bool present) {
-            return QVariantList{type, state, percent, toEmpty, toFull, present};
-        };
-        row("mains only: no battery", device(0, 0, 0, 0, 0, false), false, BatterySnapshot{});
-        row("discharging at 20 %", device(2, 2, 20, 5400, 0, true), true,
+        row("mains only: no battery", Battery{0, false, false}, BatterySnapshot{});
+        row("discharging at 20 %", Battery{20, true, true, 5400, 0},
             snapshot(20, false, false, 90, -1));
-        row("discharging at 21 %, rounded", device(2, 2, 20.6, 20, 0, true), true,
+        row("discharging at 21 %, rounded", Battery{20.6, true, true, 20, 0},
             snapshot(21, false, false, 1, -1));
-        row("charging, with time to full", device(2, 1, 57.4, 0, 2730, true), false,
+        row("charging, with time to full", Battery{57.4, false, true, 0, 2730},
             snapshot(57, true, true, -1, 46));
     }
     void displayDevice() {
-        QFETCH(QVariantList, device);
-        QFETCH(bool, onBattery);
-        QVERIFY(startUPower());
-        QVERIFY(setupDisplayDevice(device, onBattery));
+        QFETCH(Battery, battery);
+        QVERIFY(m_services.start(battery));
         UPowerPowerSource source(QDBusConnection::sessionBus(), m_scheduler, m_sys.path());
         settle(source);
         QTEST(source.battery(), "expected");
     }
 
     void followsUPowerThenFallsBackToSysfs() {
-        QVERIFY(startUPower());
-        QVERIFY(setupDisplayDevice({2U, 2U, 50.0, qint64(3600), qint64(0), true}, true));
+        QVERIFY(m_services.start({50, true, true, 3600}));
         UPowerPowerSource source(QDBusConnection::sessionBus(), m_scheduler, m_sys.path());
         settle(source);
         QSignalSpy changes(&source, &PowerSource::changed);
 
-        QVERIFY(setRemote(upower, displayDevicePath, deviceInterface, QStringLiteral("Percentage"),
-                          49.0));
         // The same value again is no change; the time after it is.
-        QVERIFY(setRemote(upower, displayDevicePath, deviceInterface, QStringLiteral("Percentage"),
-                          49.0));
-        QVERIFY(setRemote(upower, displayDevicePath, deviceInterface, QStringLiteral("TimeToEmpty"),
-                          QVariant::fromValue(qint64(1800))));
+        QVERIFY(m_services.setDevice(QStringLiteral("Percentage"), 49.0));
+        QVERIFY(m_services.setDevice(QStringLiteral("Percentage"), 49.0));
+        QVERIFY(m_services.setDevice(QStringLiteral("TimeToEmpty"), qint64(1800)));
         QTRY_COMPARE(changes.count(), 2);
         QCOMPARE(source.battery(), snapshot(49, false, false, 30, -1));
 
@@ -235,6 +209,7 @@ private Q_SLOTS:
 
 private:
     SessionBusMock m_bus;
+    test::PowerServicesMock m_services{m_bus};
     test::ManualScheduler m_scheduler;
     QTemporaryDir m_sys;
 };

@@ -1,4 +1,5 @@
 #include "ManualClock.h"
+#include "ScriptedMachine.h"
 #include "ScriptedReadings.h"
 #include "TestRows.h"
 #include "readings/Readings.h"
@@ -16,7 +17,7 @@ namespace {
 struct Rig {
     ScriptedSystemSource system;
     ScriptedSensorSource sensors;
-    ScriptedPowerSource power;
+    ScriptedPower power;
     ManualClock clock;
     InlineRunner runner;
     Readings readings{{&system, &power, &sensors, nullptr}, clock, &runner};
@@ -30,13 +31,6 @@ struct Rig {
         readings.refresh(clock.now());
     }
 };
-
-BatterySnapshot charged(int percent) {
-    BatterySnapshot battery;
-    battery.percent = percent;
-    battery.hasBattery = true;
-    return battery;
-}
 
 } // namespace
 
@@ -103,10 +97,10 @@ private Q_SLOTS:
         Rig rig;
         QSignalSpy changed(&rig.readings, &Readings::boardChanged);
         rig.readings.setDemand(ReadingFeed::battery);
-        rig.power.announce(charged(40));
+        rig.power.announce(ScriptedPower::onBattery(40));
         QCOMPARE(rig.readings.board().battery->percent, 40);
         rig.readings.setDemand({});
-        rig.power.announce(charged(39));
+        rig.power.announce(ScriptedPower::onBattery(39));
         QCOMPARE(rig.readings.board().battery->percent, 40);
         QCOMPARE(changed.size(), 2);
     }

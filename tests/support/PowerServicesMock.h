@@ -14,6 +14,8 @@ public:
         bool onBattery = false;
         // False on a machine without one.
         bool present = true;
+        qint64 secondsToEmpty = 0;
+        qint64 secondsToFull = 0;
     };
 
     // Needs the bus's address set, so build it after `bus`.
@@ -38,6 +40,8 @@ public:
                          battery.onBattery ? stateDischarging : stateCharging) &&
                setDevice(QStringLiteral("IsPresent"), battery.present) &&
                setDevice(QStringLiteral("Percentage"), battery.percent) &&
+               setDevice(QStringLiteral("TimeToEmpty"), battery.secondsToEmpty) &&
+               setDevice(QStringLiteral("TimeToFull"), battery.secondsToFull) &&
                setOnBattery(battery.onBattery);
     }
     bool setDevice(const QString& name, const QVariant& value) {

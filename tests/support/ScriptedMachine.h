@@ -9,7 +9,10 @@ namespace tw::test {
 
 class ScriptedPower final : public PowerSource {
 public:
-    BatterySnapshot battery() const override { return state; }
+    BatterySnapshot battery() const override {
+        ++reads;
+        return state;
+    }
     bool lowPowerMode() const override { return lowPower; }
     // Takes the new state and announces it, as the system would.
     void announce(const BatterySnapshot& next, bool low = false) {
@@ -23,6 +26,7 @@ public:
 
     BatterySnapshot state;
     bool lowPower = false;
+    mutable int reads = 0;
 };
 
 class ScriptedUsage final : public ProcessUsage {

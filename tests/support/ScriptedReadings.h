@@ -3,7 +3,6 @@
 #pragma once
 
 #include "platform/BluetoothSource.h"
-#include "platform/PowerSource.h"
 #include "platform/SensorSource.h"
 #include "platform/SystemSource.h"
 #include "readings/SampleRunner.h"
@@ -69,21 +68,6 @@ public:
     SensorSample read() const override {
         ++reads;
         return sample;
-    }
-};
-
-class ScriptedPowerSource final : public PowerSource {
-public:
-    BatterySnapshot snapshot;
-    mutable int reads = 0;
-    BatterySnapshot battery() const override {
-        ++reads;
-        return snapshot;
-    }
-    bool lowPowerMode() const override { return false; }
-    void announce(const BatterySnapshot& next) {
-        snapshot = next;
-        Q_EMIT changed();
     }
 };
 
