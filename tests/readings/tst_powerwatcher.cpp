@@ -1,5 +1,6 @@
 #include "ManualScheduler.h"
 #include "PowerServicesMock.h"
+#include "TestRows.h"
 #include "platform/linux/UPowerPowerSource.h"
 #include "readings/PowerWatcher.h"
 
@@ -49,20 +50,16 @@ private Q_SLOTS:
         QTest::addColumn<int>("calls");
         const Battery full{90, true};
         const Battery desktop{0, false, false};
-        QTest::newRow("20 % is short") << full << Battery{20, true} << ""
-                                       << "battery 20" << 1;
-        QTest::newRow("21 % is not") << full << Battery{21, true} << ""
-                                     << "none" << 0;
-        QTest::newRow("plugging in at 5 % ends it") << Battery{5, true} << Battery{5, false} << ""
-                                                    << "none" << 1;
-        QTest::newRow("no battery, whatever UPower says of it")
-            << desktop << Battery{3, true, false} << ""
-            << "none" << 0;
-        QTest::newRow("the power-saver profile on a desktop") << desktop << desktop << "power-saver"
-                                                              << "low power" << 1;
-        QTest::newRow("a percent that keeps the state")
-            << Battery{15, true} << Battery{12, true} << ""
-            << "battery 12" << 0;
+        using test::row;
+        row("20 % is short", full, Battery{20, true}, "", "battery 20", 1);
+        row("21 % is not", full, Battery{21, true}, "", "none", 0);
+        row("plugging in at 5 % ends it", Battery{5, true}, Battery{5, false}, "", "none", 1);
+        row("no battery, whatever UPower says of it", desktop, Battery{3, true, false}, "", "none",
+            0);
+        row("the power-saver profile on a desktop", desktop, desktop, "power-saver", "low power",
+            1);
+        row("a percent that keeps the state", Battery{15, true}, Battery{12, true}, "",
+            "battery 12", 0);
     }
     void refresh() {
         QFETCH(Battery, from);

@@ -1,4 +1,5 @@
 #include "Files.h"
+#include "TestRows.h"
 #include "platform/SettingsDefaults.h"
 #include "platform/null/MemoryDefaults.h"
 #include "platform/null/NullRelauncher.h"
@@ -278,11 +279,10 @@ private Q_SLOTS:
         QTest::addColumn<EnergyMode>("constrained");
         QTest::addColumn<int>("moves");
         QTest::addColumn<int>("movesInAll");
-        QTest::newRow("high, forced") << EnergyMode::high << true << EnergyMode::saver << 1 << 2;
-        QTest::newRow("balanced, switch off")
-            << EnergyMode::balanced << false << EnergyMode::balanced << 0 << 2;
-        QTest::newRow("saver chosen, nothing moves")
-            << EnergyMode::saver << true << EnergyMode::saver << 0 << 0;
+        using tw::test::row;
+        row("high, forced", EnergyMode::high, true, EnergyMode::saver, 1, 2);
+        row("balanced, switch off", EnergyMode::balanced, false, EnergyMode::balanced, 0, 2);
+        row("saver chosen, nothing moves", EnergyMode::saver, true, EnergyMode::saver, 0, 0);
     }
     void effectiveEnergyMode() {
         QFETCH(EnergyMode, chosen);
