@@ -40,15 +40,31 @@ SystemSnapshot systemAt(double cpu, std::optional<double> gpu) {
     return s;
 }
 
-// The processor, memory and sensors at their extremes: loads at the top, many cores, programs
-// and fans, long names, a memory split larger than the memory.
-void fillMachine(ReadingsBoard& b) {
+BatterySnapshot battery(int percent, bool charging, bool plugged, int toEmpty, int toFull) {
+    return {.percent = percent,
+            .isCharging = charging,
+            .isPluggedIn = plugged,
+            .hasBattery = true,
+            .timeToEmpty = toEmpty,
+            .timeToFull = toFull};
+}
+
+// Every reading at its extremes: loads at the top, many cores, programs, fans, volumes and
+// devices, long names, a memory split larger than the memory.
+ReadingsBoard fullBoard() {
+    ReadingsBoard b;
     for (int i = 0; i < ReadingsBoard::historyLength; ++i) {
         b.systemHistory << systemAt(0.5 + 0.5 * std::sin(i), 0.3);
         b.activityHistory << 0.4;
         SensorSnapshot s;
         s.temperatures = {{SensorKind::soc, 60.0 + i % 7, 2}, {SensorKind::storage, 40, 1}};
         b.sensorHistory << s;
+        NetworkSnapshot n;
+        n.interfaces = {InterfaceRate{QStringLiteral("wlan0"), true, true,
+                                      2e5 + 9e5 * std::pow(std::sin(i / 6.0), 2), 3e4 + i * 1e3,
+                                      1'234'000'000, 345'000'000},
+                        InterfaceRate{QStringLiteral("enp3s0"), false, true, 1200, 300, 5, 1}};
+        b.networkHistory << n;
     }
     b.system = b.systemHistory.last();
     ActivitySnapshot a;
@@ -62,31 +78,12 @@ void fillMachine(ReadingsBoard& b) {
     a.byCPU = QList<ActivityProcess>(6, {1, QString(80, QLatin1Char('w')), 12.5, 999'000'000'000});
     a.byMemory = a.byCPU;
     b.activity = a;
-    SensorSnapshot s = b.sensorHistory.last();
-    s.temperatures << SensorReading{SensorKind::battery, 149, 1};
-    s.others = QList<SensorValue>(12, {QString(60, QLatin1Char('x')), std::nullopt, 99});
-    s.fans = QList<double>(8, 65535);
-    s.hasFans = true;
-    b.sensors = s;
-}
-
-ReadingsBoard fullBoard() {
-    ReadingsBoard b;
-    fillMachine(b);
-    b.battery = BatterySnapshot{.percent = 76,
-                                .isCharging = false,
-                                .isPluggedIn = false,
-                                .hasBattery = true,
-                                .timeToEmpty = 130,
-                                .timeToFull = -1};
-    for (int i = 0; i < ReadingsBoard::historyLength; ++i) {
-        NetworkSnapshot s;
-        s.interfaces = {InterfaceRate{QStringLiteral("wlan0"), true, true,
-                                      2e5 + 9e5 * std::pow(std::sin(i / 6.0), 2), 3e4 + i * 1e3,
-                                      1'234'000'000, 345'000'000},
-                        InterfaceRate{QStringLiteral("enp3s0"), false, true, 1200, 300, 5, 1}};
-        b.networkHistory << s;
-    }
+    b.sensors = b.sensorHistory.last();
+    b.sensors->temperatures << SensorReading{SensorKind::battery, 149, 1};
+    b.sensors->others = QList<SensorValue>(12, {QString(60, QLatin1Char('x')), std::nullopt, 99});
+    b.sensors->fans = QList<double>(8, 65535);
+    b.sensors->hasFans = true;
+    b.battery = battery(76, false, false, 130, -1);
     b.network = b.networkHistory.last();
     b.volumes = QList<Volume>{
         {QStringLiteral("/home"), QStringLiteral("Home"), 120'000'000'000, 900'000'000'000, false},
@@ -141,12 +138,7 @@ ReadingsBoard edgeBoard() {
     b.sensors->temperatures = {{SensorKind::battery, -40, 1}};
     b.sensors->hasFans = true;
     b.sensorHistory = {*b.sensors};
-    b.battery = BatterySnapshot{.percent = 5,
-                                .isCharging = true,
-                                .isPluggedIn = true,
-                                .hasBattery = true,
-                                .timeToEmpty = -1,
-                                .timeToFull = 6000};
+    b.battery = battery(5, true, true, -1, 6000);
     NetworkSnapshot s;
     s.interfaces = {InterfaceRate{QStringLiteral("enp0s31f6-with-a-long-name"), false, true,
                                   999'999'999'999, 0, 0, 0}};
@@ -173,15 +165,6 @@ QRect paintedBounds(const QImage& image) {
         }
     }
     return bounds;
-}
-
-BatterySnapshot battery(int percent, bool charging, bool plugged, int toEmpty, int toFull) {
-    return {.percent = percent,
-            .isCharging = charging,
-            .isPluggedIn = plugged,
-            .hasBattery = true,
-            .timeToEmpty = toEmpty,
-            .timeToFull = toFull};
 }
 
 QStringList words(const char* text) {
@@ -212,7 +195,6 @@ private Q_SLOTS:
         row("one decimal below ten", "rate", 1540.0, "1.5\u00a0KB/s");
         row("rounds up to ten without a decimal", "rate", 9960.0, "10\u00a0KB/s");
         row("rounds up into the next unit", "rate", 999'600.0, "1.0\u00a0MB/s");
-        row("three figures", "rate", 123'456'789.0, "123\u00a0MB/s");
         row("negative", "rate", -1.0, "\u2014");
         row("not a number", "bytes", std::nan(""), "\u2014");
         row("terabytes", "bytes", 4e12, "4.0\u00a0TB");
@@ -367,11 +349,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("icon");
         QTest::addColumn<QString>("symbol");
         row("mouse", "input-mouse", "computermouse");
-        row("keyboard", "input-keyboard", "keyboard");
         row("headset", "audio-headset", "headphones");
-        row("headphones", "audio-headphones", "headphones");
-        row("speaker", "audio-card", "hifispeaker");
-        row("game controller", "input-gaming", "gamecontroller");
         row("phone by prefix", "phone-apple-iphone", "iphone");
         row("unknown kind", "printer", "wave.3.right.circle.fill");
         row("no icon", "", "wave.3.right.circle.fill");
