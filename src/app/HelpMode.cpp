@@ -72,6 +72,9 @@ Environment:
   TKW_CONFIG_ONLY=1            open only the configuration window, no tiles
   TKW_CONFIG_SECTION=NAME      open the configuration window at general, appearance,
                                layouts, updates or about
+  TKW_ENDPOINT_BASE=URL        send every web request to URL/<service> instead of the
+                               public services (forecast, geocoding, air-quality, ipapi,
+                               ipwho, ipinfo), for tests against a local server
 %3
 Exit status: 0 on success; 1 when a mode fails or no display can be opened.
 )";

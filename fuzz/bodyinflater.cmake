@@ -1,0 +1,1 @@
+tw_add_fuzzer(fuzz_bodyinflater LIBS tw_net)

@@ -1,0 +1,86 @@
+#include "net/Endpoints.h"
+
+namespace tw {
+
+namespace {
+
+const char* publicBase(Endpoints::Service service) {
+    switch (service) {
+    case Endpoints::Service::Forecast:
+        return "https://api.open-meteo.com";
+    case Endpoints::Service::Geocoding:
+        return "https://geocoding-api.open-meteo.com";
+    case Endpoints::Service::AirQuality:
+        return "https://air-quality-api.open-meteo.com";
+    case Endpoints::Service::IpApi:
+        return "https://ipapi.co";
+    case Endpoints::Service::IpWho:
+        return "https://ipwho.is";
+    case Endpoints::Service::IpInfo:
+        return "https://ipinfo.io";
+    }
+    return "";
+}
+
+QString withoutTrailingSlashes(QString path) {
+    while (path.endsWith(QLatin1Char('/'))) {
+        path.chop(1);
+    }
+    return path;
+}
+
+} // namespace
+
+Endpoints Endpoints::under(const QString& base) {
+    const QUrl url(base.trimmed(), QUrl::StrictMode);
+    const QString scheme = url.scheme().toLower();
+    Endpoints endpoints;
+    if (url.isValid() && !url.host().isEmpty() &&
+        (scheme == QLatin1String("http") || scheme == QLatin1String("https"))) {
+        endpoints.m_commonBase = url.adjusted(QUrl::RemoveQuery | QUrl::RemoveFragment);
+    }
+    return endpoints;
+}
+
+Endpoints Endpoints::fromEnvironment() {
+    if (!qEnvironmentVariableIsSet("TKW_ENDPOINT_BASE")) {
+        return {};
+    }
+    return under(qEnvironmentVariable("TKW_ENDPOINT_BASE"));
+}
+
+QString Endpoints::name(Service service) {
+    switch (service) {
+    case Service::Forecast:
+        return QStringLiteral("forecast");
+    case Service::Geocoding:
+        return QStringLiteral("geocoding");
+    case Service::AirQuality:
+        return QStringLiteral("air-quality");
+    case Service::IpApi:
+        return QStringLiteral("ipapi");
+    case Service::IpWho:
+        return QStringLiteral("ipwho");
+    case Service::IpInfo:
+        return QStringLiteral("ipinfo");
+    }
+    return {};
+}
+
+QUrl Endpoints::base(Service service) const {
+    if (m_commonBase.isEmpty()) {
+        return QUrl(QString::fromLatin1(publicBase(service)));
+    }
+    QUrl url = m_commonBase;
+    url.setPath(withoutTrailingSlashes(url.path()) + QLatin1Char('/') + name(service));
+    return url;
+}
+
+QUrl Endpoints::url(Service service, const QString& path) const {
+    QUrl url = base(service);
+    const QString tail = path.startsWith(QLatin1Char('/')) ? path : QLatin1Char('/') + path;
+    url.setPath(withoutTrailingSlashes(url.path()) + tail);
+    return url;
+}
+
+} // namespace tw
