@@ -14,7 +14,7 @@ template <typename T, typename Read>
 QList<T> listOf(const QJsonValue& list, qsizetype cap, Read read) {
     QList<T> result;
     const QJsonArray array = list.toArray();
-    for (const QJsonValue& member : array) {
+    for (const QJsonValue member : array) {
         if (result.size() >= cap) {
             break;
         }

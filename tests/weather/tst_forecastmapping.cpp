@@ -15,15 +15,19 @@ namespace {
 
 // A place one hour ahead of UTC: 48 hours from 24 November at midnight, eight days.
 QByteArray forecast() {
-    QJsonArray times, temps, codes;
+    QJsonArray times;
+    QJsonArray temps;
+    QJsonArray codes;
     for (int i = 0; i < 48; ++i) {
         times.append(u"2026-11-%1T%2:00"_s.arg(24 + i / 24).arg(i % 24, 2, 10, QChar(u'0')));
         temps.append(i * 0.5);
         codes.append(i % 2 == 0 ? 0 : 61);
     }
-    QJsonArray days, maxima, minima;
+    QJsonArray days;
+    QJsonArray maxima;
+    QJsonArray minima;
     for (int i = 0; i < 8; ++i) {
-        days.append(u"2026-%1"_s.arg(QDate(2026, 11, 24).addDays(i).toString(u"MM-dd")));
+        days.append(QDate(2026, 11, 24).addDays(i).toString(Qt::ISODate));
         maxima.append(5.6 + i);
         minima.append(-0.5 - i);
     }
@@ -126,7 +130,7 @@ private Q_SLOTS:
             firstHour, u"Now,01"_s, 1);
         row("a code with a fraction ends the list", u"hourly.weather_code"_s,
             QByteArray("[0,61.5]"), firstHour, u"Now"_s, 0);
-        row("a short time text", u"hourly.time"_s, QByteArray("[\"2026\",\"2026-11-24T1\"]"),
+        row("a short time text", u"hourly.time"_s, QByteArray(R"(["2026","2026-11-24T1"])"),
             firstHour, u"Now,1"_s, 0);
     }
     void picksTheHours() {

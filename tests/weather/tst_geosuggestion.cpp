@@ -63,7 +63,7 @@ private Q_SLOTS:
     void keepsAtMostSixResults() {
         QByteArray many = R"({"results":[)";
         for (int i = 0; i < 50; ++i) {
-            many += (i ? "," : "") + QByteArray(R"({"name":"P","latitude":1,"longitude":2})");
+            many += (i > 0 ? "," : "") + QByteArray(R"({"name":"P","latitude":1,"longitude":2})");
         }
         const QList<GeoSuggestion> suggestions = GeoSuggestion::fromAnswer(many + "]}");
         QCOMPARE(suggestions.size(), GeoSuggestion::maxResults);
