@@ -54,11 +54,13 @@ public:
     static Answer drop(const QByteArray& body) {
         return {Answer::Kind::DropMidBody, 200, {}, body, 0};
     }
+    // Starts like a TLS handshake, as a server on the wrong port would answer.
+    static constexpr char garbageBytes[] = "\x16\x03\x01 not HTTP at all\r\n\r\n";
     static Answer garbage() {
         return {Answer::Kind::Garbage,
                 0,
                 {},
-                QByteArray("\x16\x03\x01 not HTTP at all\r\n\r\n", 27),
+                QByteArray::fromRawData(garbageBytes, sizeof garbageBytes - 1),
                 0};
     }
     static Answer huge(qint64 bytes) { return {Answer::Kind::Huge, 200, {}, {}, bytes}; }
