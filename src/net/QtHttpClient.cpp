@@ -18,14 +18,16 @@ namespace {
 
 constexpr int maxRedirects = 5;
 // Small, so that a compressed body is inflated a piece at a time as we read, never all at once.
-constexpr qint64 readBufferBytes = 64 * 1024;
+constexpr qint64 readBufferBytes = qint64{64} * 1024;
 
 // Cookies are never kept: a service cannot tie one request to the next.
 class NoCookieJar final : public QNetworkCookieJar {
 public:
     using QNetworkCookieJar::QNetworkCookieJar;
-    bool setCookiesFromUrl(const QList<QNetworkCookie>&, const QUrl&) override { return false; }
-    QList<QNetworkCookie> cookiesForUrl(const QUrl&) const override { return {}; }
+    bool setCookiesFromUrl(const QList<QNetworkCookie>& /*cookies*/, const QUrl& /*url*/) override {
+        return false;
+    }
+    QList<QNetworkCookie> cookiesForUrl(const QUrl& /*url*/) const override { return {}; }
 };
 
 bool hasHeader(const QList<HttpHeader>& headers, const QByteArray& name) {
