@@ -1,6 +1,7 @@
 // The faces of the machine's readings: their texts, what they choose to show, the feeds they ask
 // for, and every size drawn inside its tile from a full board, a board of honest absences and one
 // of edge cases.
+#include "PaintedBounds.h"
 #include "TestRows.h"
 #include "faces/ActivityFace.h"
 #include "faces/BatteryFace.h"
@@ -25,6 +26,7 @@
 #include <cmath>
 
 using namespace tw;
+using tw::test::paintedBounds;
 using tw::test::row;
 
 namespace {
@@ -152,20 +154,6 @@ ReadingsBoard edgeBoard() {
 }
 
 const NullSymbolProvider kSymbols;
-
-// The bounding box, in pixels, of everything painted.
-QRect paintedBounds(const QImage& image) {
-    QRect bounds;
-    for (int y = 0; y < image.height(); ++y) {
-        const auto* line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-        for (int x = 0; x < image.width(); ++x) {
-            if (qAlpha(line[x]) != 0) {
-                bounds |= QRect(x, y, 1, 1);
-            }
-        }
-    }
-    return bounds;
-}
 
 QStringList words(const char* text) {
     return QString::fromUtf8(text).split(QLatin1Char(' '));

@@ -1,5 +1,6 @@
 // Every face at every size it allows stays inside its tile, and the tile's glass, shadow and ring
 // stay inside the panel.
+#include "PaintedBounds.h"
 #include "TestRows.h"
 #include "faces/FaceContext.h"
 #include "faces/FaceRegistry.h"
@@ -16,6 +17,7 @@
 #include <cmath>
 
 using namespace tw;
+using tw::test::paintedBounds;
 
 namespace {
 
@@ -43,20 +45,6 @@ QImage canvas(const QSizeF& points, qreal dpr) {
     image.setDevicePixelRatio(dpr);
     image.fill(Qt::transparent);
     return image;
-}
-
-// The bounding box, in device pixels, of everything painted.
-QRect paintedBounds(const QImage& image) {
-    QRect bounds;
-    for (int y = 0; y < image.height(); ++y) {
-        const auto* line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-        for (int x = 0; x < image.width(); ++x) {
-            if (qAlpha(line[x]) != 0) {
-                bounds |= QRect(x, y, 1, 1);
-            }
-        }
-    }
-    return bounds;
 }
 
 QRect devicePixels(const QRectF& points, qreal dpr) {
