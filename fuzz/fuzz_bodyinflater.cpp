@@ -1,24 +1,14 @@
 // A compressed answer from the network: any bytes end in a status without harm, the output never
 // passes the cap by more than one byte, and feeding the same bytes in two slices gives the same
 // output and status as feeding them at once.
+#include "Require.h"
 #include "net/BodyInflater.h"
 
 #include <QByteArray>
 
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 
-namespace {
-
-void require(bool condition, const char* what) {
-    if (!condition) {
-        std::fprintf(stderr, "invariant broken: %s\n", what);
-        std::abort();
-    }
-}
-
-} // namespace
+using tw::fuzz::require;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size < 1) {

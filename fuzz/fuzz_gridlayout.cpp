@@ -1,24 +1,14 @@
 // The "grid.json" decoder: any bytes decode or fail without harm, and whatever decodes is written
 // back and read again to the very same layout, with every page counted.
+#include "Require.h"
 #include "model/GridLayout.h"
 
 #include <QByteArray>
 
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <limits>
 
-namespace {
-
-void require(bool condition, const char* what) {
-    if (!condition) {
-        std::fprintf(stderr, "invariant broken: %s\n", what);
-        std::abort();
-    }
-}
-
-} // namespace
+using tw::fuzz::require;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const QByteArray text =

@@ -1,5 +1,6 @@
 // Load-and-heal of "grid.json": whatever the file holds, the store starts, keeps the grid's and
 // the stacks' invariants, and what it writes back loads to the very same instances.
+#include "Require.h"
 #include "grid/CustomStoreHealth.h"
 #include "grid/GridStore.h"
 #include "model/CustomWidgetDefinitions.h"
@@ -15,7 +16,8 @@
 #include <QTemporaryDir>
 
 #include <cstdint>
-#include <cstdlib>
+
+using tw::fuzz::require;
 
 namespace {
 
@@ -36,13 +38,6 @@ public:
 
     bool healthy = true;
 };
-
-void require(bool condition, const char* what) {
-    if (!condition) {
-        std::fprintf(stderr, "invariant broken: %s\n", what);
-        std::abort();
-    }
-}
 
 void checkInvariants(const tw::GridStore& store, const tw::WidgetRegistry& registry, bool healthy) {
     QHash<int, QSet<tw::GridCell>> occupied;

@@ -1,25 +1,15 @@
 // The tolerant second reading of a refused data file: any bytes are mended without harm, a
 // document the parser accepts is never altered, what was mended needs no second mending, and the
 // faults it mends are gone from what it gives.
+#include "Require.h"
 #include "platform/JsonRepair.h"
 
 #include <QByteArray>
 #include <QJsonDocument>
 
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 
-namespace {
-
-void require(bool condition, const char* what) {
-    if (!condition) {
-        std::fprintf(stderr, "invariant broken: %s\n", what);
-        std::abort();
-    }
-}
-
-} // namespace
+using tw::fuzz::require;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const QByteArray bytes =

@@ -1,24 +1,14 @@
 // The kernel's counter texts: any bytes, read as each of them, parse without harm, and what comes
 // out keeps the promises callers rely on.
+#include "Require.h"
 #include "platform/linux/ProcCounters.h"
 
 #include <QByteArray>
 #include <QSet>
 
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 
-namespace {
-
-void require(bool condition, const char* what) {
-    if (!condition) {
-        std::fprintf(stderr, "invariant broken: %s\n", what);
-        std::abort();
-    }
-}
-
-} // namespace
+using tw::fuzz::require;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using tw::ProcCounters;

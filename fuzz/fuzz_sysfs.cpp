@@ -1,6 +1,7 @@
 // sysfs attributes as the kernel, or a broken driver, may write them: "name=value" lines make
 // one power supply's files, and every line is also a sensor's value and a chip's name. Any
 // bytes give a battery whose figures stay in their ranges.
+#include "Require.h"
 #include "platform/linux/HwmonSensorSource.h"
 #include "platform/linux/PowerSupply.h"
 #include "platform/linux/SysfsText.h"
@@ -9,17 +10,10 @@
 #include <QHash>
 
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
+
+using tw::fuzz::require;
 
 namespace {
-
-void require(bool condition, const char* what) {
-    if (!condition) {
-        std::fprintf(stderr, "invariant broken: %s\n", what);
-        std::abort();
-    }
-}
 
 bool isEstimate(int minutes) {
     return minutes == -1 || minutes >= 1;

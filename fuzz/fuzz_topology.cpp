@@ -1,6 +1,7 @@
 // The "topology.json" and "topology.homes.json" decoders: any bytes decode or fail without harm,
 // whatever decodes is written back and read again to the same records, and the resolver takes
 // every decoded snapshot — however odd its numbers — without crashing.
+#include "Require.h"
 #include "displays/LayoutProfileResolver.h"
 
 #include <QByteArray>
@@ -9,17 +10,10 @@
 #include <QJsonObject>
 
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
+
+using tw::fuzz::require;
 
 namespace {
-
-void require(bool condition, const char* what) {
-    if (!condition) {
-        std::fprintf(stderr, "invariant broken: %s\n", what);
-        std::abort();
-    }
-}
 
 const QList<tw::LayoutDisplay> desk{{QStringLiteral("laptop"),
                                      QStringLiteral("Built-in"),

@@ -1,6 +1,7 @@
 // The three weather answers: whatever bytes arrive, each decoder keeps to its caps, the place
 // search offers only places on the globe, and the forecast's mapping gives at most 12 hours
 // starting with "Now" and at most 7 dated days, or calls the answer malformed.
+#include "Require.h"
 #include "weather/ForecastMapping.h"
 #include "weather/GeoSuggestion.h"
 #include "weather/OMResponse.h"
@@ -10,17 +11,10 @@
 #include <QTimeZone>
 
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
+
+using tw::fuzz::require;
 
 namespace {
-
-void require(bool condition, const char* what) {
-    if (!condition) {
-        std::fprintf(stderr, "invariant broken: %s\n", what);
-        std::abort();
-    }
-}
 
 void checkMapping(const tw::OMResponse& response, const QDateTime& now) {
     const std::optional<tw::WxLive> live = tw::mapResponse(response, now);
