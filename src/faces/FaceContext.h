@@ -10,6 +10,7 @@
 #include "model/WidgetSize.h"
 #include "readings/ReadingsBoard.h"
 #include "tick/AnimationPace.h"
+#include "weather/WeatherBoard.h"
 
 #include <QColor>
 #include <QDateTime>
@@ -49,6 +50,9 @@ struct FaceContext {
     // The machine's latest readings for faces that show them; null where none were taken, and
     // the face then draws its figures as missing.
     const ReadingsBoard* readings = nullptr;
+    // The weather of the places tiles show; null where none is known, and the face then draws
+    // its loading state.
+    const WeatherBoard* weather = nullptr;
 
     // Size, scale and settings of one instance; the rest keeps its defaults for the host to fill.
     static FaceContext forInstance(const WidgetMetadata& metadata, const WidgetInstance& instance);

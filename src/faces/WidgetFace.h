@@ -41,6 +41,13 @@ public:
         return {};
     }
 
+    // Whether the face draws the weather of the place its settings name, so that the host keeps
+    // a service running for that place while the tile is in view.
+    virtual bool showsWeather(const WidgetSettings& settings) const {
+        Q_UNUSED(settings)
+        return false;
+    }
+
     // The values of the "style" setting the face draws differently, the default first; empty
     // for a face with one look.
     virtual QStringList styles() const { return {}; }

@@ -8,6 +8,7 @@
 #include "platform/DesktopPictureSetter.h"
 #include "platform/DesktopWindowing.h"
 #include "platform/Displays.h"
+#include "platform/LocationSource.h"
 #include "platform/LockScreenSurface.h"
 #include "platform/LoginItem.h"
 #include "platform/Notifications.h"
@@ -42,6 +43,8 @@ struct PlatformServices {
     std::unique_ptr<PowerSource> power;
     std::unique_ptr<SensorSource> sensors;
     std::unique_ptr<BluetoothSource> bluetooth;
+    // Where the machine is; null where the system has no location service at all.
+    std::unique_ptr<LocationSource> location;
 
     // The desktop host's services, every one set; needs the running QApplication.
     static PlatformServices make();
