@@ -1,9 +1,11 @@
 // A private session bus for one test process, with python3-dbusmock services on it.
 #pragma once
 
+#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusMetaType>
 #include <QDBusVariant>
 #include <QFileInfo>
 #include <QProcess>
@@ -13,6 +15,33 @@
 
 #include <memory>
 #include <vector>
+
+namespace tw {
+
+// A method of an object made by dbusmock's AddObject: `code` is Python run on each call.
+struct MockMethod {
+    QString name;
+    QString inSignature;
+    QString outSignature;
+    QString code;
+};
+
+inline QDBusArgument& operator<<(QDBusArgument& argument, const MockMethod& method) {
+    argument.beginStructure();
+    argument << method.name << method.inSignature << method.outSignature << method.code;
+    argument.endStructure();
+    return argument;
+}
+inline const QDBusArgument& operator>>(const QDBusArgument& argument, MockMethod& method) {
+    argument.beginStructure();
+    argument >> method.name >> method.inSignature >> method.outSignature >> method.code;
+    argument.endStructure();
+    return argument;
+}
+
+} // namespace tw
+
+Q_DECLARE_METATYPE(tw::MockMethod)
 
 namespace tw {
 
@@ -81,6 +110,20 @@ public:
             service, path, QStringLiteral("org.freedesktop.DBus.Mock"), method);
         call.setArguments(arguments);
         return bus.call(call);
+    }
+    // Adds an object to a service started without a template, through its object `mockPath`.
+    static bool addObject(const QString& service, const QString& mockPath, const QString& path,
+                          const QString& interface, const QVariantMap& properties,
+                          const QList<MockMethod>& methods) {
+        qDBusRegisterMetaType<MockMethod>();
+        qDBusRegisterMetaType<QList<MockMethod>>();
+        const QDBusMessage reply =
+            mockCall(service, mockPath, QStringLiteral("AddObject"),
+                     {path, interface, properties, QVariant::fromValue(methods)});
+        if (reply.type() != QDBusMessage::ReplyMessage) {
+            qWarning("AddObject %s: %s", qPrintable(path), qPrintable(reply.errorMessage()));
+        }
+        return reply.type() == QDBusMessage::ReplyMessage;
     }
     // Ends every service started here and waits until their names are gone.
     void stopServices() {

@@ -3,6 +3,7 @@
 #include "platform/linux/BluezBluetoothSource.h"
 #include "platform/linux/DisplayProbe.h"
 #include "platform/linux/FreedesktopNotifications.h"
+#include "platform/linux/GeoClueLocationSource.h"
 #include "platform/linux/HwmonSensorSource.h"
 #include "platform/linux/LinuxDesktopPicture.h"
 #include "platform/linux/LinuxLockScreenSurface.h"
@@ -32,6 +33,7 @@ PlatformServices PlatformServices::make() {
     services.lockScreen = makeLockScreenSurface();
     services.loginItem = XdgAutostart::forThisProgram();
     services.usage = makeProcessUsage();
+    services.location = GeoClueLocationSource::create();
     return services;
 }
 
