@@ -1,9 +1,10 @@
-// The three weather answers: whatever bytes arrive, each decoder keeps to its caps, the place
-// search offers only places on the globe, and the forecast's mapping gives at most 12 hours
-// starting with "Now" and at most 7 dated days, or calls the answer malformed.
+// The weather answers: whatever bytes arrive, each decoder keeps to its caps, the place search
+// and the address lookup offer only places on the globe, and the forecast's mapping gives at most
+// 12 hours starting with "Now" and at most 7 dated days, or calls the answer malformed.
 #include "Require.h"
 #include "weather/ForecastMapping.h"
 #include "weather/GeoSuggestion.h"
+#include "weather/IPLocation.h"
 #include "weather/OMResponse.h"
 #include "weather/WxAirQuality.h"
 
@@ -60,6 +61,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         require(place.latitude >= -90 && place.latitude <= 90 && place.longitude >= -180 &&
                     place.longitude <= 180,
                 "a place off the globe");
+    }
+
+    if (const std::optional<tw::IPLocation> place = tw::parseIPLocation(bytes)) {
+        require(place->latitude >= -90 && place->latitude <= 90 && place->longitude >= -180 &&
+                    place->longitude <= 180 && !(place->latitude == 0 && place->longitude == 0),
+                "an address placed off the globe");
+        tw::looksLikeProxy(place->organisation);
     }
     return 0;
 }

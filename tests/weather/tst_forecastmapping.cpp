@@ -2,7 +2,6 @@
 #include "WeatherAnswers.h"
 #include "weather/ForecastMapping.h"
 
-#include <QJsonArray>
 #include <QTest>
 
 #include <ctime>
@@ -13,49 +12,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// A place one hour ahead of UTC: 48 hours from 24 November at midnight, eight days.
-QByteArray forecast() {
-    QJsonArray times;
-    QJsonArray temps;
-    QJsonArray codes;
-    for (int i = 0; i < 48; ++i) {
-        times.append(u"2026-11-%1T%2:00"_s.arg(24 + i / 24).arg(i % 24, 2, 10, QChar(u'0')));
-        temps.append(i * 0.5);
-        codes.append(i % 2 == 0 ? 0 : 61);
-    }
-    QJsonArray days;
-    QJsonArray maxima;
-    QJsonArray minima;
-    for (int i = 0; i < 8; ++i) {
-        days.append(QDate(2026, 11, 24).addDays(i).toString(Qt::ISODate));
-        maxima.append(5.6 + i);
-        minima.append(-0.5 - i);
-    }
-    const QJsonObject answer{
-        {u"utc_offset_seconds"_s, 3600},
-        {u"current"_s, QJsonObject{{u"temperature_2m"_s, -0.4},
-                                   {u"apparent_temperature"_s, -3.5},
-                                   {u"weather_code"_s, 71},
-                                   {u"is_day"_s, 0}}},
-        {u"hourly"_s,
-         QJsonObject{{u"time"_s, times}, {u"temperature_2m"_s, temps}, {u"weather_code"_s, codes}}},
-        {u"daily"_s, QJsonObject{{u"time"_s, days},
-                                 {u"temperature_2m_max"_s, maxima},
-                                 {u"temperature_2m_min"_s, minima},
-                                 {u"weather_code"_s, QJsonArray{3, 0, 61, 71, 3, 3, 95, 45}},
-                                 {u"sunrise"_s, QJsonArray{u"2026-11-24T07:45"_s}},
-                                 {u"sunset"_s, QJsonArray{u"2026-11-24T16:30"_s}}}},
-    };
-    return QJsonDocument(answer).toJson(QJsonDocument::Compact);
-}
-
 QDateTime utc(const char* text) {
     return QDateTime::fromString(QString::fromLatin1(text), Qt::ISODate).toUTC();
 }
 
 std::optional<WxLive> mapped(const QString& path, const QByteArray& value, const QDateTime& now) {
     const std::optional<OMResponse> response =
-        OMResponse::fromAnswer(answerWith(forecast(), path, value));
+        OMResponse::fromAnswer(answerWith(forecastAnswer(), path, value));
     return response ? mapResponse(*response, now) : std::nullopt;
 }
 
@@ -219,7 +182,7 @@ private Q_SLOTS:
     void refusesWhatIsNoObject_data() {
         QTest::addColumn<QByteArray>("body");
         row("an array", QByteArray("[{}]"));
-        row("cut short", forecast().left(200));
+        row("cut short", forecastAnswer().left(200));
     }
     void refusesWhatIsNoObject() {
         QFETCH(QByteArray, body);
