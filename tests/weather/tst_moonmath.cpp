@@ -1,0 +1,111 @@
+#include "TestRows.h"
+#include "weather/MoonMath.h"
+
+#include <QTest>
+
+using namespace tw;
+using namespace tw::test;
+
+namespace {
+
+QDateTime utc(const char* iso) {
+    QDateTime at = QDateTime::fromString(QString::fromLatin1(iso), Qt::ISODate);
+    at.setTimeZone(QTimeZone::utc());
+    return at;
+}
+
+} // namespace
+
+class TestMoonMath : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void namesThePhase_data() {
+        QTest::addColumn<double>("phase");
+        QTest::addColumn<QString>("name");
+        row("0", 0.0, "New moon");
+        row("just below 0.03", 0.0299, "New moon");
+        row("0.03", 0.03, "Waxing crescent");
+        row("0.22", 0.22, "First quarter");
+        row("0.2799", 0.2799, "First quarter");
+        row("0.28", 0.28, "Waxing gibbous");
+        row("0.47", 0.47, "Full moon");
+        row("0.53", 0.53, "Waning gibbous");
+        row("0.72", 0.72, "Last quarter");
+        row("0.78", 0.78, "Waning crescent");
+        row("just below 0.97", 0.9699, "Waning crescent");
+        row("0.97", 0.97, "New moon");
+        row("just below 1", 0.9999, "New moon");
+    }
+    void namesThePhase() {
+        QFETCH(double, phase);
+        QFETCH(QString, name);
+        QCOMPARE(MoonMath::nameForPhase(phase), name);
+    }
+
+    void phaseWrapsAtNewMoonWithOneName() {
+        const QDateTime newMoon =
+            MoonMath::next(MoonMath::Phase::newMoon, utc("2026-01-01T00:00:00"));
+        const MoonMath::Illumination before = MoonMath::illumination(newMoon.addSecs(-600));
+        const MoonMath::Illumination after = MoonMath::illumination(newMoon.addSecs(600));
+        QVERIFY2(before.phase > 0.999 && before.phase < 1,
+                 qPrintable(QString::number(before.phase)));
+        QVERIFY2(after.phase >= 0 && after.phase < 0.001, qPrintable(QString::number(after.phase)));
+        QVERIFY(before.fraction < 0.01 && after.fraction < 0.01);
+        QCOMPARE(MoonMath::nameForPhase(before.phase), MoonMath::nameForPhase(after.phase));
+    }
+
+    void findsTheNextPhaseNotTheOneJustPassed_data() {
+        QTest::addColumn<MoonMath::Phase>("phase");
+        QTest::addColumn<double>("target");
+        row("new", MoonMath::Phase::newMoon, 0.0);
+        row("first quarter", MoonMath::Phase::firstQuarter, 0.25);
+        row("full", MoonMath::Phase::full, 0.5);
+        row("last quarter", MoonMath::Phase::lastQuarter, 0.75);
+    }
+    void findsTheNextPhaseNotTheOneJustPassed() {
+        QFETCH(MoonMath::Phase, phase);
+        QFETCH(double, target);
+        const QDateTime start = utc("2024-02-29T06:00:00");
+        const QDateTime first = MoonMath::next(phase, start);
+        QVERIFY(first > start);
+        QVERIFY(start.secsTo(first) < 30 * 86400);
+        const double reached = MoonMath::illumination(first).phase;
+        QVERIFY2(std::abs(reached - target) < 1e-6 || std::abs(reached - target - 1) < 1e-6,
+                 qPrintable(QString::number(reached)));
+
+        const QDateTime second = MoonMath::next(phase, first.addSecs(60));
+        const double days = double(first.secsTo(second)) / 86400;
+        QVERIFY2(days > 29.2 && days < 29.9, qPrintable(QString::number(days)));
+    }
+
+    void keepsTheDayOfARiseWithoutASet() {
+        const MoonMath::Times times =
+            MoonMath::times(QDate(2026, 1, 25), 48.85, 2.35, QTimeZone::utc());
+        QVERIFY(times.rise.has_value());
+        QVERIFY(!times.set.has_value());
+        QVERIFY(!times.alwaysUp && !times.alwaysDown);
+        QCOMPARE(times.rise->date(), QDate(2026, 1, 25));
+    }
+
+    void staysUpOrDownAllDayNearThePole_data() {
+        QTest::addColumn<QDate>("day");
+        QTest::addColumn<bool>("alwaysUp");
+        row("high declination", QDate(2026, 1, 1), true);
+        row("low declination", QDate(2026, 1, 12), false);
+    }
+    void staysUpOrDownAllDayNearThePole() {
+        QFETCH(QDate, day);
+        QFETCH(bool, alwaysUp);
+        const MoonMath::Times times = MoonMath::times(day, 78.2, 15.6, QTimeZone::utc());
+        QVERIFY(!times.rise && !times.set);
+        QCOMPARE(times.alwaysUp, alwaysUp);
+        QCOMPARE(times.alwaysDown, !alwaysUp);
+        const double altitude =
+            MoonMath::position(day.startOfDay(QTimeZone::utc()), 78.2, 15.6).altitude;
+        QCOMPARE(altitude > 0, alwaysUp);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestMoonMath)
+#include "tst_moonmath.moc"
