@@ -1,6 +1,7 @@
 #include "faces/FaceRegistry.h"
 
 #include "faces/ActivityFace.h"
+#include "faces/AirQualityFace.h"
 #include "faces/BatteryFace.h"
 #include "faces/BluetoothFace.h"
 #include "faces/ClockFace.h"
@@ -15,6 +16,7 @@
 #include "faces/SystemFace.h"
 #include "faces/WordClockFace.h"
 #include "faces/WorldClockFace.h"
+#include "faces/WorldMapFace.h"
 #include "faces/YearProgressFace.h"
 
 namespace tw {
@@ -36,6 +38,8 @@ FaceRegistry::FaceRegistry()
     add(QStringLiteral("system"), std::make_unique<SystemFace>());
     add(QStringLiteral("activity"), std::make_unique<ActivityFace>());
     add(QStringLiteral("sensors"), std::make_unique<SensorsFace>());
+    add(QStringLiteral("airquality"), std::make_unique<AirQualityFace>());
+    add(QStringLiteral("worldmap"), std::make_unique<WorldMapFace>());
 }
 
 FaceRegistry::~FaceRegistry() = default;

@@ -31,10 +31,12 @@ private Q_SLOTS:
         QVERIFY(!faces.kinds().isEmpty());
         for (const QString& kind : faces.kinds()) {
             QVERIFY2(WidgetRegistry::builtInDefinition(kind).has_value(), qPrintable(kind));
+            // Woken by a clock or by readings, never both; or by the weather it shows.
             const WidgetFace& face = faces.face(kind);
-            QVERIFY2(face.grain(WidgetSize::large, {}).has_value() !=
-                         (face.feeds(WidgetSize::large, {}) != ReadingFeeds()),
-                     qPrintable(kind));
+            const bool clocked = face.grain(WidgetSize::large, {}).has_value();
+            const bool read = face.feeds(WidgetSize::large, {}) != ReadingFeeds();
+            QVERIFY2(!(clocked && read), qPrintable(kind));
+            QVERIFY2(clocked || read || face.showsWeather({}), qPrintable(kind));
         }
     }
 
@@ -72,6 +74,9 @@ private Q_SLOTS:
         row("weather", "weather", WidgetSize::large, none, "none");
         row("mirror", "mirror", WidgetSize::large, none, "none");
         row("readings wake no clock", "network", WidgetSize::grand, none, "none");
+        row("nor does the air, woken by its weather", "airquality", WidgetSize::large, none,
+            "none");
+        row("world map", "worldmap", WidgetSize::panorama, none, "minutes");
 
         row("a custom widget", "custom.0000", WidgetSize::large, none, "none");
         row("no kind", "", WidgetSize::large, none, "none");
@@ -87,8 +92,10 @@ private Q_SLOTS:
                  : *asked == TimeGrain::Seconds ? QStringLiteral("seconds")
                                                 : QStringLiteral("minutes"),
                  grain);
-        QCOMPARE(faces.hasOwnFace(kind) && !faces.face(kind).feeds(size, settings),
-                 grain != QLatin1String("none"));
+        const WidgetFace& face = faces.face(kind);
+        QCOMPARE(faces.hasOwnFace(kind) && !face.feeds(size, settings) &&
+                     !face.showsWeather(settings),
+                 grain != QLatin1String("none") && !face.showsWeather(settings));
     }
 };
 

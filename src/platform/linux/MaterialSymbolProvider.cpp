@@ -94,6 +94,8 @@ constexpr std::array kMappings{
     Mapping{"iphone", "smartphone", 0xe32c},
     Mapping{"laptopcomputer", "laptop", 0xe31e},
     Mapping{"applewatch", "watch", 0xe334},
+    Mapping{"location", "location_searching", 0xe1b7},
+    Mapping{"location.slash", "location_off", 0xe0c7},
 };
 
 const Mapping* find(const QString& symbol) {
