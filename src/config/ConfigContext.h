@@ -14,6 +14,7 @@
 #include <functional>
 #include <optional>
 
+class QObject;
 class QPainter;
 class QRectF;
 class QWidget;
@@ -30,6 +31,7 @@ class Scheduler;
 class ThemeStore;
 class TickCoordinator;
 class WidgetRegistry;
+struct GeoSuggestion;
 struct WidgetInstance;
 
 struct ConfigContext {
@@ -99,6 +101,14 @@ struct ConfigContext {
     std::function<void(const QUuid&, WidgetSize)> resizeWidget = {};
     // Whether a tile this large, in points, fits on some display; none takes every size.
     std::function<bool(const QSizeF&)> tileFits = {};
+    // The places a city search answers with, or none and why (the person's words).
+    using CitiesFound =
+        std::function<void(const QList<GeoSuggestion>& places, const QString& failure)>;
+    // Asks for the places whose name matches the text; the answer never comes once `requester`
+    // is gone. None leaves the city search off.
+    using CitySearch =
+        std::function<void(const QString& text, const QObject* requester, CitiesFound done)>;
+    CitySearch searchCities = {};
 
     // Whether a change can be kept; the page says so when it cannot.
     bool canSave() const;

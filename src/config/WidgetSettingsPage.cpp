@@ -1,6 +1,7 @@
 #include "config/WidgetSettingsPage.h"
 
 #include "config/ConfigContext.h"
+#include "config/PlaceField.h"
 #include "config/SettingsCard.h"
 #include "config/SizePicker.h"
 #include "config/SwitchButton.h"
@@ -222,11 +223,34 @@ void WidgetSettingsPage::addOptions(const QString& kind) {
             control = day;
             break;
         }
+        case WidgetOption::Type::place: {
+            auto* place = new PlaceField(option, m_context.searchCities, m_context.scheduler);
+            connect(place, &PlaceField::currentChosen, this,
+                    [this, key = option.key] { setOption(key, QString()); });
+            connect(place, &PlaceField::cityChosen, this, &WidgetSettingsPage::chooseCity);
+            control = place;
+            break;
+        }
         }
         control->setProperty("optionKey", option.key);
         m_options.insert(option.key, control);
-        card->addRow(option.title, QString(), control);
+        auto* place = qobject_cast<PlaceField*>(control);
+        QWidget* row = card->addRow(option.title, QString(), place ? place->modeBox() : control);
+        if (place) {
+            card->addLine(row, place);
+        }
+        m_rows.insert(option.key, row);
     }
+}
+
+void WidgetSettingsPage::chooseCity(const FixedLocation& city) {
+    if (!m_instance) {
+        return;
+    }
+    clearReport();
+    m_context.grid->replaceSettings(
+        m_id, city.writtenTo(m_instance->settings.value_or(WidgetSettings())));
+    refresh();
 }
 
 void WidgetSettingsPage::refresh() {
@@ -246,11 +270,23 @@ void WidgetSettingsPage::refresh() {
     }
     m_scaleText->setText(scaleText(step));
     const WidgetSettings settings = m_instance->settings.value_or(WidgetSettings());
-    for (const WidgetOption& option : WidgetOption::of(m_instance->kind)) {
+    const QList<WidgetOption> options = WidgetOption::of(m_instance->kind);
+    for (const WidgetOption& option : options) {
         QWidget* control = m_options.value(option.key);
         const QString value = settings.value(option.key, option.defaultValue);
+        if (option.activeWhen) {
+            const auto other = std::find_if(options.cbegin(), options.cend(), [&](const auto& o) {
+                return o.key == option.activeWhen->key;
+            });
+            const QString otherDefault = other != options.cend() ? other->defaultValue : QString();
+            m_rows.value(option.key)
+                ->setEnabled(settings.value(option.activeWhen->key, otherDefault) ==
+                             option.activeWhen->value);
+        }
         const QSignalBlocker blocker(control);
-        if (auto* box = qobject_cast<QComboBox*>(control)) {
+        if (auto* place = qobject_cast<PlaceField*>(control)) {
+            place->show(settings);
+        } else if (auto* box = qobject_cast<QComboBox*>(control)) {
             box->setCurrentIndex(std::max(0, box->findData(value)));
         } else if (auto* toggle = qobject_cast<SwitchButton*>(control)) {
             toggle->setChecked(value != QLatin1String("false"));

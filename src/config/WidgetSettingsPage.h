@@ -18,6 +18,7 @@ class QSlider;
 namespace tw {
 
 struct ConfigContext;
+struct FixedLocation;
 class SizePicker;
 
 class WidgetSettingsPage final : public SettingsPage {
@@ -48,6 +49,7 @@ private:
     void chooseSize(WidgetSize size);
     void chooseScale(int step);
     void setOption(const QString& key, const QString& value);
+    void chooseCity(const FixedLocation& city);
     void addOptions(const QString& kind);
     // The day a date option shows for its stored value.
     QDate shownDay(const QString& value) const;
@@ -61,6 +63,8 @@ private:
     QSlider* m_scale = nullptr;
     QLabel* m_scaleText = nullptr;
     QHash<QString, QWidget*> m_options;
+    // Each option's row, dimmed while the option does not count.
+    QHash<QString, QWidget*> m_rows;
 };
 
 } // namespace tw

@@ -218,6 +218,27 @@ void GridStore::setSetting(const QUuid& id, const QString& key, const QString& v
     save();
 }
 
+void GridStore::replaceSettings(const QUuid& id, const WidgetSettings& settings) {
+    const int index = indexOf(id);
+    if (index < 0) {
+        return;
+    }
+    WidgetSettings kept;
+    for (auto it = settings.cbegin(); it != settings.cend(); ++it) {
+        if (!it.value().isEmpty()) {
+            kept.insert(it.key(), it.value());
+        }
+    }
+    GridLayout next = m_layout;
+    WidgetInstance& instance = next.instances[index];
+    if (instance.settings.value_or(WidgetSettings()) == kept) {
+        return;
+    }
+    instance.settings = kept.isEmpty() ? std::nullopt : std::make_optional(kept);
+    setLayout(std::move(next));
+    save();
+}
+
 int GridStore::removeAll(const QString& kind) {
     QList<QUuid> ids;
     for (const WidgetInstance& instance : m_layout.instances) {

@@ -123,6 +123,9 @@ public:
     // Sets one of a tile's settings (an empty value removes the key), then saves; nothing when
     // the value is already so.
     void setSetting(const QUuid& id, const QString& key, const QString& value);
+    // Gives a tile these settings in place of its own (a key with an empty value is left out), as
+    // one change: one save, one step of history; nothing when they are already so.
+    void replaceSettings(const QUuid& id, const WidgetSettings& settings);
 
     // Stacks: members sorted by stackIndex; the rhythm in seconds (0 when unknown).
     QList<WidgetInstance> stackMembers(const QUuid& stackID) const;

@@ -100,6 +100,60 @@ WidgetOption batteryStyle() {
             .defaultValue = QStringLiteral("battery")};
 }
 
+// Where the machine is, or a city; the sky faces use it for rise and set too.
+WidgetOption place() {
+    return {
+        .key = QStringLiteral("location"),
+        .title = L("option.location", QStringLiteral("Location")),
+        .type = Type::place,
+        .choices = {{QString(), L("option.location.current", QStringLiteral("Current location"))},
+                    {QStringLiteral("custom"),
+                     L("option.location.city", QStringLiteral("A city"))}},
+        .defaultValue = QString()};
+}
+
+QList<WidgetOption> weatherOptions() {
+    const auto choice = [](const char* value, const char* key, const char* title) {
+        return WidgetOption::Choice{QLatin1String(value), L(key, QString::fromUtf8(title))};
+    };
+    return {
+        place(),
+        {.key = QStringLiteral("units"),
+         .title = L("option.units", QStringLiteral("Units")),
+         .type = Type::choice,
+         .choices = {choice("", "option.units.auto", "Automatic"),
+                     choice("c", "option.units.c", "°C"), choice("f", "option.units.f", "°F")},
+         .defaultValue = QString()},
+        {.key = QStringLiteral("mode"),
+         .title = L("option.mode", QStringLiteral("Weather shown")),
+         .type = Type::choice,
+         .choices = {choice("auto", "option.mode.auto", "The forecast"),
+                     choice("manual", "option.mode.manual", "Chosen by hand")},
+         .defaultValue = QStringLiteral("auto")},
+        {.key = QStringLiteral("condition"),
+         .title = L("option.condition", QStringLiteral("Weather by hand")),
+         .type = Type::choice,
+         .choices = {choice("clear", "weather.cond.clear", "Clear"),
+                     choice("clouds", "weather.cond.clouds", "Partly Cloudy"),
+                     choice("rain", "weather.cond.rain", "Rain"),
+                     choice("snow", "weather.cond.snow", "Snow")},
+         .defaultValue = QStringLiteral("clear"),
+         .activeWhen = WidgetOption::Condition{QStringLiteral("mode"), QStringLiteral("manual")}},
+        {.key = QStringLiteral("animate"),
+         .title = L("option.animate", QStringLiteral("Animated sky")),
+         .type = Type::toggle,
+         .choices = {},
+         .defaultValue = QStringLiteral("true")},
+        {.key = QStringLiteral("sceneLevel"),
+         .title = L("option.sceneLevel", QStringLiteral("Animation")),
+         .type = Type::choice,
+         .choices = {choice("subtle", "option.sceneLevel.subtle", "Subtle"),
+                     choice("full", "option.sceneLevel.full", "Full")},
+         .defaultValue = QStringLiteral("subtle"),
+         .activeWhen = WidgetOption::Condition{QStringLiteral("animate"), QStringLiteral("true")}},
+    };
+}
+
 } // namespace
 
 QList<WidgetOption> WidgetOption::of(const QString& kind) {
@@ -144,6 +198,12 @@ QList<WidgetOption> WidgetOption::of(const QString& kind) {
     }
     if (kind == QLatin1String("sensors")) {
         return {temperatureUnit()};
+    }
+    if (kind == QLatin1String("weather")) {
+        return weatherOptions();
+    }
+    if (kind == QLatin1String("airquality") || kind == QLatin1String("moon")) {
+        return {place()};
     }
     return {};
 }

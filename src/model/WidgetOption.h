@@ -5,16 +5,28 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
+
 namespace tw {
 
 struct WidgetOption {
-    enum class Type { choice, toggle, text, date };
+    // `place`: where the tile is about, one of `choices` ("" where the machine is, "custom" a city
+    // found by name and kept beside the key, in "locName", "locLat", "locLon" and "locCountry").
+    enum class Type { choice, toggle, text, date, place };
 
     struct Choice {
         QString value;
         QString title;
 
         bool operator==(const Choice&) const = default;
+    };
+
+    // Another option of the kind having this value.
+    struct Condition {
+        QString key;
+        QString value;
+
+        bool operator==(const Condition&) const = default;
     };
 
     QString key;
@@ -25,6 +37,9 @@ struct WidgetOption {
     QList<Choice> choices;
     // What the face does when the key is absent; empty for a text that starts blank.
     QString defaultValue;
+    // The option counts only while another one of the kind has this value (its default when
+    // absent); the page dims it otherwise. None: always.
+    std::optional<Condition> activeWhen = {};
 
     bool operator==(const WidgetOption&) const = default;
 

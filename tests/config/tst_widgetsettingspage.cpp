@@ -1,12 +1,16 @@
 #include "../grid/GridFixture.h"
+#include "../weather/WeatherRig.h"
+#include "TestRows.h"
 #include "config/ConfigContext.h"
 #include "config/ConfigRoot.h"
 #include "config/DesktopWidgetsPage.h"
+#include "config/PlaceField.h"
 #include "config/SizePicker.h"
 #include "config/SwitchButton.h"
 #include "config/WidgetSettingsPage.h"
 #include "look/ThemeStore.h"
 #include "settings/AppSettings.h"
+#include "weather/WeatherServices.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -19,6 +23,9 @@
 
 using namespace tw;
 using namespace tw::test;
+using namespace Qt::StringLiterals;
+
+Q_DECLARE_METATYPE(tw::test::LoopbackHttpServer::Answer)
 
 namespace {
 
@@ -54,6 +61,12 @@ struct Rig {
         return store->undo();
     }
 };
+
+// As a person picks from the list: the box moves, then tells.
+void choose(QComboBox* box, int index) {
+    box->setCurrentIndex(index);
+    box->activated(index);
+}
 
 void pickSize(WidgetSettingsPage& page, WidgetSize size) {
     const auto index = page.sizePicker()->sizes().indexOf(size);
@@ -158,6 +171,107 @@ private Q_SLOTS:
         QCOMPARE(rig.tile(id).scale(), refused ? 1.0 : 1.0 + scaleStep * 0.05);
         QCOMPARE(page.sizePicker()->size(), rig.tile(id).size);
         QCOMPARE(page.scaleSlider()->value(), refused ? 0 : scaleStep);
+    }
+
+    // The weather tile's place: "A city" writes nothing until one is picked; a search goes out a
+    // moment after the last key, through the real city search against a loopback server.
+    void citySearch_data() {
+        QTest::addColumn<LoopbackHttpServer::Answer>("answer");
+        QTest::addColumn<QStringList>("shown");
+        QTest::addColumn<QString>("status");
+        row("places found", LoopbackHttpServer::ok(R"({"results":[
+                {"id":2867714,"name":"Munich","latitude":48.137,"longitude":11.575,
+                 "country":"Germany","country_code":"DE","admin1":"Bavaria"},
+                {"id":4,"name":"Munich","latitude":48.7,"longitude":-99.8,"country":"United States"}]})"),
+            QStringList{u"Munich, Bavaria, Germany"_s, u"Munich, United States"_s}, QString());
+        row("none found", LoopbackHttpServer::ok(R"({"generationtime_ms":0.4})"), QStringList{},
+            "No city called “Mun” was found.");
+        row("offline", LoopbackHttpServer::drop(R"({"results":[)"), QStringList{},
+            "You’re offline");
+    }
+    void citySearch() {
+        QFETCH(LoopbackHttpServer::Answer, answer);
+        QFETCH(QStringList, shown);
+        QFETCH(QString, status);
+        Rig rig;
+        WeatherRig weather;
+        weather.server.route("/geocoding/v1/search", answer);
+        WeatherServices services(weather.services(nullptr));
+        rig.context.scheduler = &weather.scheduler;
+        rig.context.searchCities = [&](const QString& text, const QObject* requester,
+                                       ConfigContext::CitiesFound done) {
+            services.searchCities(text, requester, std::move(done));
+        };
+        const QUuid id = rig.add(QStringLiteral("weather"), WidgetSize::wide);
+        WidgetSettingsPage page(rig.context, id);
+        auto* place = qobject_cast<PlaceField*>(page.optionControl(QStringLiteral("location")));
+        QVERIFY(place);
+        QCOMPARE(place->modeBox()->currentIndex(), 0);
+        QVERIFY(place->searchField()->isHidden());
+
+        choose(place->modeBox(), 1);
+        QVERIFY(!rig.tile(id).settings);
+        QVERIFY(!place->searchField()->isHidden());
+        QCOMPARE(place->modeBox()->currentIndex(), 1);
+        QTest::keyClicks(place->searchField(), QStringLiteral("Mun"));
+        weather.scheduler.advance(PlaceField::debounce - std::chrono::milliseconds(1));
+        QCOMPARE(weather.requestsTo("/geocoding/"), 0);
+        weather.scheduler.advance(std::chrono::milliseconds(1));
+        QVERIFY(QTest::qWaitFor(
+            [&] { return !place->results().isEmpty() || place->status() != u"Searching…"_s; },
+            10'000));
+        QCOMPARE(weather.requestsTo("/geocoding/v1/search?name=Mun&"), 1);
+        QStringList names;
+        for (QWidget* result : place->results()) {
+            names << result->accessibleName();
+        }
+        QCOMPARE(names, shown);
+        QCOMPARE(place->status(), status);
+        if (shown.isEmpty()) {
+            QVERIFY(!rig.tile(id).settings);
+            return;
+        }
+
+        rig.grid.pause();
+        qobject_cast<QAbstractButton*>(place->results().first())->click();
+        const WidgetSettings munich{{u"location"_s, u"custom"_s},
+                                    {u"locName"_s, u"Munich"_s},
+                                    {u"locLat"_s, u"48.137000"_s},
+                                    {u"locLon"_s, u"11.575000"_s},
+                                    {u"locCountry"_s, u"DE"_s}};
+        QCOMPARE(*rig.tile(id).settings, munich);
+        QVERIFY(place->results().isEmpty());
+        QCOMPARE(place->modeBox()->currentIndex(), 1);
+
+        // Where the machine is keeps the city for "A city" to bring back.
+        rig.grid.pause();
+        choose(place->modeBox(), 0);
+        QVERIFY(!rig.tile(id).settings->contains(u"location"_s));
+        QVERIFY(place->searchField()->isHidden());
+        rig.grid.pause();
+        choose(place->modeBox(), 1);
+        QCOMPARE(*rig.tile(id).settings, munich);
+        QVERIFY(rig.undo());
+        QVERIFY(rig.undo());
+        QCOMPARE(*rig.tile(id).settings, munich);
+        QVERIFY(rig.undo());
+        QVERIFY(!rig.tile(id).settings);
+        QCOMPARE(place->modeBox()->currentIndex(), 0);
+    }
+
+    // The hand-picked weather counts only in manual mode, the scene's level only while animated.
+    void weatherOptionsDimWhatDoesNotCount() {
+        Rig rig;
+        const QUuid id = rig.add(QStringLiteral("weather"), WidgetSize::wide);
+        WidgetSettingsPage page(rig.context, id);
+        QWidget* condition = page.optionControl(QStringLiteral("condition"));
+        QWidget* level = page.optionControl(QStringLiteral("sceneLevel"));
+        QVERIFY(!condition->isEnabled() && level->isEnabled());
+        auto* mode = qobject_cast<QComboBox*>(page.optionControl(QStringLiteral("mode")));
+        mode->activated(mode->findData(QStringLiteral("manual")));
+        qobject_cast<SwitchButton*>(page.optionControl(QStringLiteral("animate")))->click();
+        QCOMPARE(rig.setting(id, QStringLiteral("animate")), QStringLiteral("false"));
+        QVERIFY(condition->isEnabled() && !level->isEnabled());
     }
 
     // The sidebar's list names each tile, opens its page, and follows removals; the page of a

@@ -76,6 +76,7 @@ private:
             }
             switch (option.type) {
             case tw::WidgetOption::Type::choice:
+            case tw::WidgetOption::Type::place:
                 QVERIFY2(values.contains(option.defaultValue), qPrintable(where));
                 break;
             case tw::WidgetOption::Type::toggle:
