@@ -1,11 +1,14 @@
 #include "config/ControlKit.h"
 
 #include "config/ConfigPalette.h"
+#include "config/PlaceField.h"
 #include "config/SettingsCard.h"
 #include "config/SizePicker.h"
 #include "config/SwitchButton.h"
 #include "config/ThemeSwatch.h"
 #include "look/Theme.h"
+#include "model/WidgetOption.h"
+#include "weather/GeoSuggestion.h"
 
 #include <QComboBox>
 #include <QDateEdit>
@@ -147,6 +150,39 @@ SettingsCard* fieldsCard() {
     return card;
 }
 
+// A city kept, and a search under way with its answer.
+SettingsCard* placeCard() {
+    auto* card = new SettingsCard();
+    const WidgetOption option = WidgetOption::of(QStringLiteral("weather")).first();
+    const auto answer = [](const QString&, const QObject*, const ConfigContext::CitiesFound& done) {
+        done({{.id = 1,
+               .name = QStringLiteral("Lisbon"),
+               .admin = QStringLiteral("Lisbon"),
+               .country = QStringLiteral("Portugal"),
+               .countryCode = QStringLiteral("PT"),
+               .latitude = 38.72,
+               .longitude = -9.14},
+              {.id = 2,
+               .name = QStringLiteral("Lisburn"),
+               .admin = QStringLiteral("Northern Ireland"),
+               .country = QStringLiteral("United Kingdom"),
+               .countryCode = QStringLiteral("GB"),
+               .latitude = 54.52,
+               .longitude = -6.04}},
+             QString());
+    };
+    auto* place = new PlaceField(option, answer, nullptr);
+    place->show({{QStringLiteral("location"), QStringLiteral("custom")},
+                 {QStringLiteral("locName"), QStringLiteral("Porto")},
+                 {QStringLiteral("locLat"), QStringLiteral("41.15")},
+                 {QStringLiteral("locLon"), QStringLiteral("-8.61")},
+                 {QStringLiteral("locCountry"), QStringLiteral("PT")}});
+    place->searchField()->setText(QStringLiteral("Lis"));
+    Q_EMIT place->searchField()->textEdited(place->searchField()->text());
+    place->addTo(*card, option.title, QStringLiteral("A city searched by name"));
+    return card;
+}
+
 } // namespace
 
 ControlKit::ControlKit(ColorScheme scheme, QWidget* parent)
@@ -166,6 +202,7 @@ ControlKit::ControlKit(ColorScheme scheme, QWidget* parent)
     column->addWidget(buttonsCard());
     column->addWidget(sectionHeading(QStringLiteral("Input")));
     column->addWidget(fieldsCard());
+    column->addWidget(placeCard());
     column->addWidget(caption(QStringLiteral(
         "Captions sit below a row in secondary text and wrap when they are longer than the "
         "row is wide.")));

@@ -25,8 +25,16 @@ std::optional<FixedLocation> keptCity(WidgetSettings settings, const QString& ke
     return FixedLocation::fromSettings(settings);
 }
 
+// A button as tall as its two lines, which a push button's own size leaves out.
+class ResultButton final : public QPushButton {
+public:
+    using QPushButton::QPushButton;
+    QSize sizeHint() const override { return layout()->totalSizeHint(); }
+    QSize minimumSizeHint() const override { return layout()->totalMinimumSize(); }
+};
+
 QPushButton* resultButton(const GeoSuggestion& place) {
-    auto* button = new QPushButton();
+    auto* button = new ResultButton();
     button->setObjectName(QStringLiteral("placeResult"));
     button->setCursor(Qt::PointingHandCursor);
     const QString detail = place.detail();
@@ -44,7 +52,6 @@ QPushButton* resultButton(const GeoSuggestion& place) {
     for (QLabel* label : button->findChildren<QLabel*>()) {
         label->setAttribute(Qt::WA_TransparentForMouseEvents);
     }
-    button->setMinimumHeight(lines->sizeHint().height());
     return button;
 }
 
@@ -94,6 +101,13 @@ PlaceField::PlaceField(const WidgetOption& option, ConfigContext::CitySearch sea
     m_results->hide();
 }
 
+QWidget* PlaceField::addTo(SettingsCard& card, const QString& title, const QString& text) {
+    QWidget* row = card.addRow(title, text, m_mode);
+    row->layout()->setAlignment(m_mode, Qt::AlignRight | Qt::AlignTop);
+    card.addLine(row, this);
+    return row;
+}
+
 QList<QWidget*> PlaceField::results() const {
     QList<QWidget*> buttons;
     for (int i = 0; i < m_resultsLayout->count(); ++i) {
@@ -126,8 +140,10 @@ void PlaceField::show(const WidgetSettings& settings) {
             m_kept->name.isEmpty()
                 ? QString::asprintf("%.2f, %.2f", m_kept->latitude, m_kept->longitude)
                 : m_kept->name;
-        m_city->setText(m_kept->countryCode ? name + QStringLiteral(", ") + *m_kept->countryCode
-                                            : name);
+        m_city->setText(L("place.kept", QStringLiteral("Showing %1"))
+                            .arg(m_kept->countryCode
+                                     ? name + QStringLiteral(", ") + *m_kept->countryCode
+                                     : name));
     } else {
         m_city->setText(L("place.none", QStringLiteral("No city chosen yet")));
     }

@@ -1,7 +1,7 @@
 // A tile's place on its page: where the machine is, or a city found by name. The choice between the
-// two sits on the option's row (`modeBox`); this field below it shows the city kept and searches
-// for another as the person types, a moment after the last key, showing each place's name over
-// its region and country.
+// two sits at the right of the option's row; this field, under the row's title, shows the city kept
+// and searches for another as the person types, a moment after the last key, showing each place's
+// name over its region and country.
 #pragma once
 
 #include "config/ConfigContext.h"
@@ -22,6 +22,7 @@ class QVBoxLayout;
 namespace tw {
 
 class Scheduler;
+class SettingsCard;
 
 class PlaceField final : public QWidget {
     Q_OBJECT
@@ -36,7 +37,10 @@ public:
     PlaceField(const WidgetOption& option, ConfigContext::CitySearch search, Scheduler* scheduler,
                QWidget* parent = nullptr);
 
-    // The choice between where the machine is and a city, for the option's row.
+    // Makes the option's row on `card`: the choice at its right, this field under its title.
+    // Gives the row.
+    QWidget* addTo(SettingsCard& card, const QString& title, const QString& caption);
+    // The choice between where the machine is and a city.
     QComboBox* modeBox() const { return m_mode; }
     QLineEdit* searchField() const { return m_search; }
     // The places of the last answer, in its order, each a button that picks it.

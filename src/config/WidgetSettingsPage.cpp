@@ -235,11 +235,8 @@ void WidgetSettingsPage::addOptions(const QString& kind) {
         control->setProperty("optionKey", option.key);
         m_options.insert(option.key, control);
         auto* place = qobject_cast<PlaceField*>(control);
-        QWidget* row = card->addRow(option.title, QString(), place ? place->modeBox() : control);
-        if (place) {
-            card->addLine(row, place);
-        }
-        m_rows.insert(option.key, row);
+        m_rows.insert(option.key, place ? place->addTo(*card, option.title, QString())
+                                        : card->addRow(option.title, QString(), control));
     }
 }
 

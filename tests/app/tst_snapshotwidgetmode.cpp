@@ -194,7 +194,7 @@ private Q_SLOTS:
             "snapshot-general ok=true path=OUT dark=false page=general", QSize(1960, 1360),
             Points{}, Points{{20, 600}, {1200, 600}});
         row("kit: every control on cards over the window's ground", "--snapshot-kit OUT --scale 1",
-            "snapshot-kit ok=true path=OUT dark=true", QSize(980, 887), Points{},
+            "snapshot-kit ok=true path=OUT dark=true", QSize(980, 1106), Points{},
             Points{{10, 10}, {100, 150}, {850, 240}, {700, 240}});
         row("icon: the program's mark on a clear ground", "--icon OUT --scale 0.5",
             "icon ok=true path=OUT size=256", QSize(256, 256), Points{},
