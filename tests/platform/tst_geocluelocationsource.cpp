@@ -172,7 +172,7 @@ private Q_SLOTS:
         QCOMPARE(resolved.count() + failed.count(), 1);
     }
 
-    void updatesFollowUntilStopped() {
+    void updatesFollowUntilStoppedOrGeoClueLeaves() {
         QVERIFY(startGeoClue(m_bus, true));
         test::ManualScheduler scheduler;
         GeoClueLocationSource source(QDBusConnection::sessionBus(), scheduler);
@@ -196,6 +196,20 @@ private Q_SLOTS:
         settle(source);
         QCOMPARE(resolved.count(), 2);
         QCOMPARE(failed.count(), 0);
+
+        // GeoClue leaving ends the updates; once back, a new start follows it again.
+        source.startUpdatingLocation();
+        QTRY_VERIFY(active());
+        settle(source);
+        m_bus.stopServices();
+        QTRY_COMPARE(failed.count(), 1);
+        QCOMPARE(failed.last().first().value<Failure>(), Failure::other);
+        QVERIFY(startGeoClue(m_bus, true));
+        source.startUpdatingLocation();
+        QTRY_VERIFY(active());
+        QVERIFY(moveTo(-33.87, 151.21));
+        QTRY_COMPARE(resolved.count(), 3);
+        QCOMPARE(resolved.last(), (QVariantList{-33.87, 151.21}));
     }
 
 private:

@@ -71,7 +71,8 @@ std::unique_ptr<GeoClueLocationSource> GeoClueLocationSource::create() {
 
 GeoClueLocationSource::~GeoClueLocationSource() = default;
 
-// A GeoClue that leaves takes its clients along: whoever waits is told, the next ask begins anew.
+// A GeoClue that leaves takes its clients along: whoever waits is told, the next ask begins anew
+// (the signal stays followed by path, whoever owns the name then).
 void GeoClueLocationSource::watchService() {
     if (!m_bus.isConnected()) {
         return;
@@ -79,7 +80,6 @@ void GeoClueLocationSource::watchService() {
     auto* watcher =
         new QDBusServiceWatcher(service, m_bus, QDBusServiceWatcher::WatchForUnregistration, this);
     connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
-        m_clientPath.clear();
         if (m_phase == Phase::running) {
             m_phase = Phase::idle;
             fail(Failure::other, QStringLiteral("GeoClue left the bus"));
