@@ -10,6 +10,7 @@
 #include "faces/DiskFace.h"
 #include "faces/FlipClockFace.h"
 #include "faces/GenericFace.h"
+#include "faces/MoonFace.h"
 #include "faces/NetworkFace.h"
 #include "faces/SensorsFace.h"
 #include "faces/SimpleClockFace.h"
@@ -40,6 +41,7 @@ FaceRegistry::FaceRegistry()
     add(QStringLiteral("sensors"), std::make_unique<SensorsFace>());
     add(QStringLiteral("airquality"), std::make_unique<AirQualityFace>());
     add(QStringLiteral("worldmap"), std::make_unique<WorldMapFace>());
+    add(QStringLiteral("moon"), std::make_unique<MoonFace>());
 }
 
 FaceRegistry::~FaceRegistry() = default;

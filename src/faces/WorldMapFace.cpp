@@ -4,6 +4,7 @@
 #include "faces/FaceKit.h"
 #include "faces/PictureCache.h"
 #include "text/L.h"
+#include "weather/SunGeometry.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -394,16 +395,6 @@ std::optional<TimeGrain> WorldMapFace::grain(WidgetSize, const WidgetSettings&) 
     return TimeGrain::Minutes;
 }
 
-WorldMapFace::SunPoint WorldMapFace::subsolar(const QDateTime& time) {
-    const QDateTime utc = time.toUTC();
-    const int day = utc.date().dayOfYear();
-    const double latitude =
-        day < 1 ? -23.0021 : std::sin((day + 284) * 2 * std::numbers::pi / 365) * 23.44;
-    const QTime t = utc.time();
-    const double hours = t.hour() + t.minute() / 60.0 + t.second() / 3600.0;
-    return {latitude, (hours - 12) * -15};
-}
-
 QPolygonF WorldMapFace::nightOutline(SunPoint sun, double altitude) {
     // The night is a cap around the point opposite the sun, 90° plus `altitude` across. A sun
     // exactly on the equator puts both poles on the edge of the plain night; a hair off it
@@ -459,7 +450,8 @@ void WorldMapFace::paint(QPainter& painter, const QRectF& rect, const FaceContex
             frame.map.moveTop(rect.center().y() - height / 2);
         }
     }
-    const SunPoint sun = subsolar(context.now);
+    const SunGeometry::Subsolar under = SunGeometry::subsolar(context.now);
+    const SunPoint sun{under.lat / rad, under.lon / rad};
 
     painter.save();
     QPainterPath clip;

@@ -21,7 +21,6 @@ public:
         double latitude = 0;
         double longitude = 0;
     };
-    static SunPoint subsolar(const QDateTime& time);
 
     // The edge of the part of the Earth where the sun stands below `altitude` degrees (the night
     // for 0, deeper twilights below), as (longitude, latitude) in degrees, longitudes running on

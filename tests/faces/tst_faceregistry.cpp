@@ -76,6 +76,7 @@ private Q_SLOTS:
         row("readings wake no clock", "network", WidgetSize::grand, none, "none");
         row("nor does the air, woken by its weather", "airquality", WidgetSize::large, none,
             "none");
+        row("moon", "moon", WidgetSize::small, none, "minutes");
         row("world map", "worldmap", WidgetSize::panorama, none, "minutes");
 
         row("a custom widget", "custom.0000", WidgetSize::large, none, "none");

@@ -7,6 +7,7 @@
 #include "faces/FaceContext.h"
 #include "faces/FaceRegistry.h"
 #include "faces/LandMask.h"
+#include "faces/MoonFace.h"
 #include "faces/TileRenderer.h"
 #include "faces/WeatherNotice.h"
 #include "faces/WorldMapFace.h"
@@ -162,30 +163,6 @@ private Q_SLOTS:
                  QStringLiteral("Weather data unavailable"));
     }
 
-    void subsolar_data() {
-        QTest::addColumn<QDateTime>("time");
-        QTest::addColumn<double>("latitude");
-        QTest::addColumn<double>("longitude");
-        const QTimeZone utc = QTimeZone::utc();
-        row("noon over Greenwich", QDateTime(QDate(2026, 6, 21), QTime(12, 0), utc), 23.44, 0.0);
-        row("six hours later, 90 west", QDateTime(QDate(2026, 6, 21), QTime(18, 0), utc), 23.44,
-            -90.0);
-        row("local time counts as its instant",
-            QDateTime(QDate(2026, 6, 21), QTime(14, 30), QTimeZone("Europe/Berlin")), 23.44,
-            0.0 - 0.5 * 15);
-        row("near the equinox", QDateTime(QDate(2026, 3, 21), QTime(0, 0), utc), 0.0, 180.0);
-        row("southern summer", QDateTime(QDate(2026, 12, 21), QTime(6, 0), utc), -23.44, 90.0);
-    }
-    void subsolar() {
-        QFETCH(QDateTime, time);
-        QFETCH(double, latitude);
-        QFETCH(double, longitude);
-        const WorldMapFace::SunPoint sun = WorldMapFace::subsolar(time);
-        QVERIFY2(std::abs(sun.latitude - latitude) < 0.5,
-                 qPrintable(QString::number(sun.latitude)));
-        QCOMPARE(sun.longitude, longitude);
-    }
-
     // Every corner of the outline has the sun at the asked altitude; the point opposite the sun
     // lies inside and the sun's own point outside, across the date line and around either pole.
     void nightOutline_data() {
@@ -214,6 +191,28 @@ private Q_SLOTS:
         }
         QVERIFY(inside(outline, sunLongitude + 180, -sunLatitude));
         QVERIFY(!inside(outline, sunLongitude, sunLatitude));
+    }
+
+    // North up and east to the left in the north; the south sees the sky turned half round.
+    void brightLimb_data() {
+        QTest::addColumn<double>("positionAngle");
+        QTest::addColumn<bool>("southern");
+        QTest::addColumn<double>("direction");
+        const double pi = std::numbers::pi;
+        row("evening crescent, west limb, north: right", 1.5 * pi, false, 0.0);
+        row("evening crescent, west limb, south: left", 1.5 * pi, true, pi);
+        row("morning crescent, east limb, north: left", 0.5 * pi, false, pi);
+        row("north limb, north: up", 0.0, false, 0.5 * pi);
+        row("north limb, south: down", 0.0, true, -0.5 * pi);
+        row("south-west limb, north: down and right", 1.25 * pi, false, -0.25 * pi);
+    }
+    void brightLimb() {
+        QFETCH(double, positionAngle);
+        QFETCH(bool, southern);
+        QFETCH(double, direction);
+        const double found = MoonFace::brightLimbDirection(positionAngle, southern);
+        QVERIFY2(std::abs(std::remainder(found - direction, 2 * std::numbers::pi)) < 1e-9,
+                 qPrintable(QString::number(found)));
     }
 
     void land_data() {
@@ -245,7 +244,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("kind");
         QTest::addColumn<WidgetSize>("size");
         QTest::addColumn<QString>("board");
-        for (const char* kind : {"airquality", "worldmap"}) {
+        for (const char* kind : {"airquality", "moon", "worldmap"}) {
             const WidgetMetadata metadata =
                 WidgetRegistry::builtInDefinition(QLatin1String(kind))->metadata;
             for (WidgetSize size : metadata.allowedSizes) {
