@@ -25,6 +25,7 @@
 #include "lockscreen/LockScreenController.h"
 #include "look/ThemeStore.h"
 #include "model/WidgetRegistry.h"
+#include "net/QtHttpClient.h"
 #include "platform/AppPaths.h"
 #include "platform/Clock.h"
 #include "platform/Defaults.h"
@@ -37,6 +38,7 @@
 #include "text/L.h"
 #include "tick/MinuteCoordinator.h"
 #include "tick/TickCoordinator.h"
+#include "weather/WeatherServices.h"
 
 #include <QApplication>
 #include <QLoggingCategory>
@@ -126,6 +128,16 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
             .bluetooth = m_platform.bluetooth.get(),
         },
         m_clocks.system);
+    m_http = std::make_unique<QtHttpClient>(*m_scheduler);
+    m_endpoints = Endpoints::fromEnvironment();
+    m_weather = std::make_unique<WeatherServices>(WeatherServices::Services{
+        .http = *m_http,
+        .endpoints = m_endpoints,
+        .clock = m_clocks.system,
+        .scheduler = *m_scheduler,
+        .defaults = m_defaults,
+        .location = m_platform.location.get(),
+    });
     m_registry = std::make_unique<WidgetRegistry>();
     m_theme = std::make_unique<ThemeStore>(m_defaults, m_clocks.system);
     m_ticker = std::make_unique<TickCoordinator>(*m_scheduler, m_clocks.system, m_clocks.current);
@@ -179,6 +191,7 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .colorScheme = m_platform.colorScheme.get(),
         .backdrop = m_backdrop.get(),
         .readings = m_readings.get(),
+        .weather = m_weather.get(),
     });
     m_controller->widgetSettingsOpener = [this](const QUuid& id) {
         showConfigWindow(ConfigSelection{.widget = id});
@@ -280,6 +293,7 @@ FaceContext AppDelegate::stillContext() const {
     base.pace = AnimationPace::paused();
     base.symbols = m_platform.symbols.get();
     base.readings = &m_readings->board();
+    base.weather = &m_weather->board();
     return base;
 }
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "config/ConfigSection.h"
+#include "net/Endpoints.h"
 #include "platform/PlatformServices.h"
 #include "platform/ScheduledTask.h"
 
@@ -29,6 +30,7 @@ class GridStore;
 class LockScreenController;
 class MinuteCoordinator;
 class PowerWatcher;
+class QtHttpClient;
 class QtScheduler;
 class Readings;
 class ScreenTopologyWatcher;
@@ -37,6 +39,7 @@ class StatusBarController;
 class ThemeStore;
 class TickCoordinator;
 class TopologyMemory;
+class WeatherServices;
 class WidgetRegistry;
 class Clock;
 
@@ -98,6 +101,10 @@ private:
     PlatformServices m_platform;
     // Before everything that reads it, after the sources it reads.
     std::unique_ptr<Readings> m_readings;
+    // The one way out to the web services, and the weather it brings; before the desktop.
+    std::unique_ptr<QtHttpClient> m_http;
+    Endpoints m_endpoints;
+    std::unique_ptr<WeatherServices> m_weather;
     std::unique_ptr<WidgetRegistry> m_registry;
     std::unique_ptr<ThemeStore> m_theme;
     std::unique_ptr<TickCoordinator> m_ticker;

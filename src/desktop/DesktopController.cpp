@@ -13,6 +13,7 @@
 #include "readings/Readings.h"
 #include "settings/AppSettings.h"
 #include "tick/TickCoordinator.h"
+#include "weather/WeatherServices.h"
 
 #include <QScopedValueRollback>
 #include <QSet>
@@ -45,7 +46,8 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
                  .faces = services.faces,
                  .symbols = services.symbols,
                  .colorScheme = services.colorScheme,
-                 .readings = services.readings ? &services.readings->board() : nullptr})
+                 .readings = services.readings ? &services.readings->board() : nullptr,
+                 .weather = services.weather ? &services.weather->board() : nullptr})
     , m_follower({.displays = services.displays,
                   .scheduler = services.scheduler,
                   .grid = services.grid,
@@ -74,6 +76,17 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
             for (auto& [id, tile] : m_tiles) {
                 if (tile.feeds.testAnyFlags(changed) && tile.panel->isVisible() &&
                     !tile.state->occluded()) {
+                    tile.panel->contentChanged();
+                }
+            }
+        });
+    }
+    if (WeatherServices* weather = m_services.weather) {
+        connect(&m_services.ticker, &TickCoordinator::nowChanged, weather,
+                [this] { refreshWeather(); });
+        connect(weather, &WeatherServices::boardChanged, this, [this] {
+            for (auto& [id, tile] : m_tiles) {
+                if (tile.showsWeather && tile.panel->isVisible() && !tile.state->occluded()) {
                     tile.panel->contentChanged();
                 }
             }
@@ -326,6 +339,8 @@ void DesktopController::refreshOcclusion() {
 }
 
 void DesktopController::updateDemand() {
+    // A weather tile just come into view is served without waiting for the next tick.
+    refreshWeather();
     Readings* readings = m_services.readings;
     if (readings == nullptr) {
         return;
@@ -342,6 +357,21 @@ void DesktopController::updateDemand() {
     if (gained) {
         readings->refresh(m_services.clock.now());
     }
+}
+
+void DesktopController::refreshWeather() {
+    WeatherServices* weather = m_services.weather;
+    if (weather == nullptr) {
+        return;
+    }
+    QList<WidgetSettings> inView;
+    for (const auto& [id, tile] : m_tiles) {
+        if (tile.showsWeather && tile.panel->isVisible() && !tile.state->occluded()) {
+            inView.append(tile.instance.settings.value_or(WidgetSettings()));
+        }
+    }
+    // Weather goes by the system's clock, as the readings do.
+    weather->refresh(m_services.clock.now(), inView);
 }
 
 void DesktopController::handleDragEnded(const QUuid& draggedID) {

@@ -45,6 +45,7 @@ class ScreenTopologyWatcher;
 class SymbolProvider;
 class TickCoordinator;
 class TopologyMemory;
+class WeatherServices;
 class WallpaperBackdrop;
 class WidgetRegistry;
 class Workspace;
@@ -78,6 +79,9 @@ public:
         // The machine's readings, sampled for the tiles in view; without them faces show their
         // figures as missing.
         Readings* readings = nullptr;
+        // The weather of the places tiles show, fetched for the tiles in view; without it weather
+        // faces show it loading.
+        WeatherServices* weather = nullptr;
     };
 
     static constexpr std::chrono::milliseconds occlusionDebounce{150};
@@ -138,6 +142,8 @@ private:
     void refreshOcclusion();
     // Asks the readings for what the tiles in view show, and nothing more.
     void updateDemand();
+    // Refreshes, where stale, the weather of the places the tiles in view show.
+    void refreshWeather();
     QList<DropDecision::Tile> shownTiles(const QUuid& except) const;
 
     Services m_services;

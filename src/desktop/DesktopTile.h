@@ -17,8 +17,9 @@ struct DesktopTile {
     std::unique_ptr<PanelState> state;
     std::unique_ptr<TimeSource> time; // none for a face without a grain
     WidgetInstance instance;
-    bool covered = false; // as the window system last said
-    ReadingFeeds feeds;   // the machine's readings its face shows
+    bool covered = false;      // as the window system last said
+    ReadingFeeds feeds;        // the machine's readings its face shows
+    bool showsWeather = false; // its face draws the weather of the place its settings name
 };
 
 } // namespace tw

@@ -50,7 +50,9 @@ void TileContent::refresh(DesktopTile& tile) const {
     context.pace = panelPace(m_services.settings, *tile.state);
     context.symbols = m_services.symbols;
     context.readings = m_services.readings;
+    context.weather = m_services.weather;
     tile.feeds = face.feeds(tile.instance.size, context.settings);
+    tile.showsWeather = face.showsWeather(context.settings);
 
     const auto grain = face.grain(tile.instance.size, context.settings);
     if (!grain) {

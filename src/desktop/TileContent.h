@@ -16,13 +16,15 @@ class SymbolProvider;
 class TickCoordinator;
 class WidgetRegistry;
 struct ReadingsBoard;
+struct WeatherBoard;
 struct DesktopTile;
 
 class TileContent final : public QObject {
     Q_OBJECT
 public:
     // The symbols and the colour scheme may be absent (then the desktop counts as dark), as
-    // may the readings (faces then show their figures as missing).
+    // may the readings (faces then show their figures as missing) and the weather (faces then
+    // show it loading).
     struct Services {
         const ThemeStore& theme;
         const AppSettings& settings;
@@ -33,6 +35,7 @@ public:
         const SymbolProvider* symbols = nullptr;
         const ColorSchemeWatcher* colorScheme = nullptr;
         const ReadingsBoard* readings = nullptr;
+        const WeatherBoard* weather = nullptr;
     };
 
     explicit TileContent(const Services& services, QObject* parent = nullptr);

@@ -1,5 +1,6 @@
 // The controller against a real grid store on a temporary directory, real panels on the
 // off-screen platform, and manual time.
+#include "LoopbackHttpServer.h"
 #include "ManualClock.h"
 #include "ManualScheduler.h"
 #include "ScriptedReadings.h"
@@ -11,6 +12,7 @@
 #include "look/ThemeStore.h"
 #include "model/WidgetAction.h"
 #include "model/WidgetRegistry.h"
+#include "net/QtHttpClient.h"
 #include "platform/null/FixedColorScheme.h"
 #include "platform/null/FixedDisplays.h"
 #include "platform/null/MemoryDefaults.h"
@@ -21,6 +23,7 @@
 #include "settings/AppSettings.h"
 #include "tick/MinuteCoordinator.h"
 #include "tick/TickCoordinator.h"
+#include "weather/WeatherServices.h"
 
 #include <QCursor>
 #include <QEnterEvent>
@@ -51,6 +54,16 @@ private:
     ReadingFeeds m_feeds;
 };
 
+// A face that shows nothing but the weather of its place.
+class WeatherTestFace final : public WidgetFace {
+public:
+    std::optional<TimeGrain> grain(WidgetSize, const WidgetSettings&) const override {
+        return std::nullopt;
+    }
+    void paint(QPainter&, const QRectF&, const FaceContext&) const override {}
+    bool showsWeather(const WidgetSettings&) const override { return true; }
+};
+
 struct Fixture {
     QTemporaryDir dir;
     ManualClock clock;
@@ -68,6 +81,15 @@ struct Fixture {
     ScriptedSystemSource system;
     InlineRunner runner;
     Readings readings{{.system = &system}, clock, &runner};
+    LoopbackHttpServer server;
+    QtHttpClient http{scheduler};
+    Endpoints endpoints = Endpoints::under(server.url(QString()).toString());
+    WeatherServices weather{{.http = http,
+                             .endpoints = endpoints,
+                             .clock = clock,
+                             .scheduler = scheduler,
+                             .defaults = defaults,
+                             .location = nullptr}};
     std::unique_ptr<ThemeStore> theme;
     std::unique_ptr<TickCoordinator> ticker;
     std::unique_ptr<MinuteCoordinator> minutes;
@@ -98,6 +120,7 @@ struct Fixture {
             .notifications = &notifications,
             .colorScheme = &colorScheme,
             .readings = &readings,
+            .weather = &weather,
         });
         controller->show();
     }
@@ -530,6 +553,39 @@ private Q_SLOTS:
         QCOMPARE(f.readings.demand(), ReadingFeeds(ReadingFeed::network));
         f.controller->hide();
         QCOMPARE(f.readings.demand(), ReadingFeeds());
+    }
+
+    // A place's weather is fetched when a tile showing it comes into view and kept fresh only
+    // while one is in view.
+    void weatherFollowsTheTilesInView() {
+        Fixture f;
+        const auto forecasts = [&] {
+            int count = 0;
+            for (const auto& request : f.server.requests()) {
+                count +=
+                    request.target.startsWith("/forecast/v1/forecast?latitude=52.5200&") ? 1 : 0;
+            }
+            return count;
+        };
+        f.faces.add(QStringLiteral("weather"), std::make_unique<WeatherTestFace>());
+        const WidgetSettings berlin{{QStringLiteral("location"), QStringLiteral("custom")},
+                                    {QStringLiteral("locLat"), QStringLiteral("52.52")},
+                                    {QStringLiteral("locLon"), QStringLiteral("13.405")}};
+        const auto tile = f.grid->addFree(QStringLiteral("weather"), WidgetSize::small, berlin,
+                                          QPointF(1500, 900));
+        QVERIFY(tile);
+        QVERIFY(QTest::qWaitFor([&] { return forecasts() == 1; }, 5000));
+        QCOMPARE(f.controller->panel(tile->id)->context().weather, &f.weather.board());
+
+        QObject* window = f.controller->panel(tile->id)->windowHandle();
+        Q_EMIT f.windowing.coveredChanged(window, true);
+        f.scheduler.advance(DesktopController::occlusionDebounce);
+        f.scheduler.advance(WeatherService::goodFor);
+        QTest::qWait(50);
+        QCOMPARE(forecasts(), 1);
+        Q_EMIT f.windowing.coveredChanged(window, false);
+        f.scheduler.advance(DesktopController::occlusionDebounce);
+        QVERIFY(QTest::qWaitFor([&] { return forecasts() == 2; }, 5000));
     }
 
     // Whatever moved a panel while the displays were in flux, it ends where the grid says.

@@ -112,6 +112,9 @@ class XSession:
         # Without a session bus libdbus would start one per process ("autolaunch") and leave it
         # running; a private session has no bus unless the caller brings one.
         env.setdefault("DBUS_SESSION_BUS_ADDRESS", "disabled:")
+        # The web services at a closed local port: the host on a test's display never reaches
+        # the internet, unless the test brings a server of its own.
+        env.setdefault("TKW_ENDPOINT_BASE", "http://127.0.0.1:9")
         if extra:
             env.update(extra)
         return env
