@@ -7,12 +7,14 @@ slides off), removing a tile from its context menu, and a restart that keeps eve
 """
 
 import argparse
+import http.server
 import json
 import os
 import shutil
 import subprocess
 import sys
 import tempfile
+import threading
 import unittest
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
@@ -619,6 +621,93 @@ class PowerTest(HostCase):
             lambda: self.last("mode in force") == "mode in force: balanced, a tick every 1000 ms",
             timeout=20), "the charger did not bring the chosen mode back")
         self.assertEqual(self.last("power constrained"), "power constrained: 0")
+
+
+class WeatherServer(http.server.ThreadingHTTPServer):
+    """The web services on loopback, as TKW_ENDPOINT_BASE names them: recorded answers by the
+    service's name, the address services after the first down. Answers wait until `release`."""
+
+    ANSWERS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "answers")
+    FILES = {"forecast": "forecast.json", "air-quality": "air-quality.json",
+             "ipapi": "ipapi.json"}
+
+    def __init__(self):
+        self.requests = []
+        self.released = threading.Event()
+        server = self
+
+        class Handler(http.server.BaseHTTPRequestHandler):
+            def do_GET(self):
+                server.requests.append(self.path)
+                server.released.wait(30)
+                name = server.FILES.get(self.path.split("/")[1])
+                body = b""
+                if name:
+                    with open(os.path.join(server.ANSWERS, name), "rb") as f:
+                        body = f.read()
+                self.send_response(200 if name else 503)
+                self.send_header("Content-Type", "application/json")
+                self.send_header("Content-Length", str(len(body)))
+                self.end_headers()
+                self.wfile.write(body)
+
+            def log_message(self, *args):
+                pass
+
+        super().__init__(("127.0.0.1", 0), Handler)
+        threading.Thread(target=self.serve_forever, daemon=True).start()
+
+    def base(self):
+        return "http://127.0.0.1:%d" % self.server_address[1]
+
+
+class WeatherTileTest(HostCase):
+    """A tile of the place where the machine is, with no location service: the place of the
+    internet address, its forecast and air from the services, and the tile past its loading
+    state."""
+
+    panel_count = 1
+
+    def before_launch(self):
+        self.server = WeatherServer()
+        self.addCleanup(self.server.server_close)
+        self.addCleanup(self.server.shutdown)
+        self.addCleanup(self.server.released.set)
+        tile = {"id": "E0000000-0000-4000-8000-000000000001", "kind": "airquality",
+                "size": "small", "order": 0, "page": 0, "col": 0, "row": 0, "posX": 300,
+                "posY": 700}
+        with open(os.path.join(self.data_dir, "grid.json"), "w", encoding="utf-8") as f:
+            json.dump({"instances": [tile], "pageCount": 1}, f)
+        self.log = os.path.join(self.config_home, "host.log")
+
+    def environment(self):
+        self.host.stderr = open(self.log, "w", encoding="utf-8")
+        self.addCleanup(self.host.stderr.close)
+        # No system bus: the machine has no location service at all.
+        return {"TKW_ENDPOINT_BASE": self.server.base(),
+                "DBUS_SYSTEM_BUS_ADDRESS": "unix:path=" + os.path.join(self.config_home, "none"),
+                "QT_LOGGING_RULES": "*.info=false;Weather.info=true"}
+
+    def lines(self):
+        with open(self.log, encoding="utf-8") as f:
+            return [line.split(": ", 1)[-1].strip() for line in f if "Weather" in line]
+
+    def test_the_forecast_of_the_address_reaches_the_tile(self):
+        x, y, w, h = self.panel_of(self.by_kind("airquality"))
+        self.assertTrue(self.session.wait_for(lambda: self.server.requests, timeout=15),
+                        "the tile asked for no weather")
+        loading = self.pixels(x, y, w, h)
+        self.server.released.set()
+        self.assertTrue(self.session.wait_for(
+            lambda: any(line.startswith("forecast ready for Munich: 6°C, rain (approximate)")
+                        for line in self.lines()), timeout=30),
+            "no forecast: %s" % self.lines())
+        forecasts = [r for r in self.server.requests if r.startswith("/forecast/")]
+        self.assertEqual(len(forecasts), 1, self.server.requests)
+        self.assertIn("latitude=48.1374&longitude=11.5755&", forecasts[0])
+        self.assertTrue(self.session.wait_for(lambda: self.pixels(x, y, w, h) != loading,
+                                              timeout=10), "the tile still shows it loading")
+        self.screenshot("weather-tile.png")
 
 
 def main():
