@@ -339,6 +339,10 @@ ConfigContext AppDelegate::makeConfigContext() {
         return gallery;
     };
     context.wallpaperTheme = [this] { return m_wallpaper->currentTheme(); };
+    context.searchCities = [this](const QString& text, const QObject* requester,
+                                  ConfigContext::CitiesFound done) {
+        m_weather->searchCities(text, requester, std::move(done));
+    };
     context.relaunch = [] {
         const std::unique_ptr<Relauncher> relauncher = PlatformServices::makeRelauncher();
         AppSettings::relaunch(*relauncher);
