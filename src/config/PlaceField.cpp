@@ -132,6 +132,9 @@ void PlaceField::show(const WidgetSettings& settings) {
         part->setVisible(showsCity);
     }
     if (!showsCity) {
+        // A search under way no longer has anyone to answer.
+        m_pending.cancel();
+        ++m_generation;
         clearResults();
         m_search->clear();
     }

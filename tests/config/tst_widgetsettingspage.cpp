@@ -213,6 +213,14 @@ private Q_SLOTS:
         QVERIFY(!rig.tile(id).settings);
         QVERIFY(!place->searchField()->isHidden());
         QCOMPARE(place->modeBox()->currentIndex(), 1);
+        // Going back to where the machine is drops a search not yet sent.
+        QTest::keyClicks(place->searchField(), QStringLiteral("Ber"));
+        choose(place->modeBox(), 0);
+        weather.scheduler.advance(PlaceField::debounce);
+        QCOMPARE(place->status(), QString());
+        choose(place->modeBox(), 1);
+        QVERIFY(place->searchField()->text().isEmpty());
+
         QTest::keyClicks(place->searchField(), QStringLiteral("Mun"));
         weather.scheduler.advance(PlaceField::debounce - std::chrono::milliseconds(1));
         QCOMPARE(weather.requestsTo("/geocoding/"), 0);
