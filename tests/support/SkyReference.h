@@ -5,6 +5,7 @@
 #pragma once
 
 #include <QDateTime>
+#include <QStringList>
 
 #include <array>
 #include <cmath>
@@ -204,11 +205,11 @@ inline double altitude(const Equatorial& body, const Instant& at, double latitud
 
 // The altitudes of rise and set: the sun's upper limb with refraction; the moon's with its
 // parallax as well.
-inline double sunAltitudeAboveRiseSet(qint64 msecs, double latitude, double longitude) {
+inline double sunAboveHorizon(qint64 msecs, double latitude, double longitude) {
     const Instant at(msecs);
     return altitude(sunEquatorial(at), at, latitude, longitude) + 0.8333;
 }
-inline double moonAltitudeAboveRiseSet(qint64 msecs, double latitude, double longitude) {
+inline double moonAboveHorizon(qint64 msecs, double latitude, double longitude) {
     const Instant at(msecs);
     const double parallax = std::asin(6378.14 / moon(at).distance) / degree;
     return altitude(moonEquatorial(at), at, latitude, longitude) - (0.7275 * parallax - 0.5667);
@@ -246,12 +247,10 @@ RiseSet riseSet(qint64 start, AboveFn above) {
 }
 
 inline RiseSet sunRiseSet(qint64 start, double latitude, double longitude) {
-    return riseSet(start,
-                   [=](qint64 t) { return sunAltitudeAboveRiseSet(t, latitude, longitude); });
+    return riseSet(start, [=](qint64 t) { return sunAboveHorizon(t, latitude, longitude); });
 }
 inline RiseSet moonRiseSet(qint64 start, double latitude, double longitude) {
-    return riseSet(start,
-                   [=](qint64 t) { return moonAltitudeAboveRiseSet(t, latitude, longitude); });
+    return riseSet(start, [=](qint64 t) { return moonAboveHorizon(t, latitude, longitude); });
 }
 
 struct GroundPoint {
@@ -259,11 +258,56 @@ struct GroundPoint {
     double longitude; // degrees, east positive
 };
 
+// The next moment after `after` at which the moon's ecliptic longitude leads the sun's by
+// `elongation` degrees, to the second.
+inline qint64 nextElongation(qint64 after, double elongation) {
+    const auto lead = [elongation](qint64 t) {
+        const Instant at(t);
+        return signedDegrees(moon(at).longitude - sun(at).longitude - elongation);
+    };
+    constexpr qint64 step = 3600 * 1000;
+    qint64 lo = after;
+    while (!(lead(lo) < 0 && lead(lo + step) >= 0 && lead(lo + step) - lead(lo) < 90)) {
+        lo += step;
+    }
+    qint64 hi = lo + step;
+    while (hi - lo > 1000) {
+        const qint64 mid = lo + (hi - lo) / 2;
+        (lead(mid) < 0 ? lo : hi) = mid;
+    }
+    return hi;
+}
+
 // Where the sun stands in the zenith.
 inline GroundPoint subsolarPoint(qint64 msecs) {
     const Instant at(msecs);
     const Equatorial s = sunEquatorial(at);
     return {s.declination, signedDegrees(s.rightAscension - at.siderealTime())};
 }
+
+// How far rises and sets lie from the reference's over many days. An event close to either end
+// of a day may fall on the neighbouring day on the other side, so only an event farther than
+// `edge` from both ends that the other side lacks is a disagreement.
+struct Deviation {
+    qint64 edge = 0;
+    double worstSeconds = 0;
+    QStringList disagreements;
+
+    void add(const char* what, qint64 dayStart, const std::optional<QDateTime>& ours,
+             const std::optional<qint64>& reference) {
+        if (ours && reference) {
+            worstSeconds = std::max(
+                worstSeconds, double(std::abs(ours->toMSecsSinceEpoch() - *reference)) / 1000);
+        } else if (ours || reference) {
+            const qint64 t = ours ? ours->toMSecsSinceEpoch() : *reference;
+            if (t - dayStart > edge && dayStart + 86400000 - t > edge) {
+                disagreements.append(
+                    QStringLiteral("%1 %2 only %3")
+                        .arg(QLatin1String(what), QLatin1String(ours ? "ours" : "reference"),
+                             QDateTime::fromMSecsSinceEpoch(t).toUTC().toString(Qt::ISODate)));
+            }
+        }
+    }
+};
 
 } // namespace tw::test::sky

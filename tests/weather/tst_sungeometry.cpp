@@ -1,3 +1,4 @@
+#include "SkyReference.h"
 #include "TestRows.h"
 #include "weather/SunGeometry.h"
 
@@ -7,6 +8,19 @@
 
 using namespace tw;
 using namespace tw::test;
+
+namespace {
+
+constexpr double degree = std::numbers::pi / 180;
+
+// The bounds below are the worst distances from the reference measured over whole years, not
+// what a tile would like (a minute, a tenth of a degree): the subsolar point is a calendar
+// approximation without the equation of time, and the sun's coordinates stay in the frame of the
+// year 2000 while the sky moves on. src/weather/README.md keeps the figures.
+constexpr double subsolarLatitudeDegrees = 1.36;
+constexpr double subsolarLongitudeDegrees = 4.12;
+
+} // namespace
 
 class TestSunGeometry : public QObject {
     Q_OBJECT
@@ -35,7 +49,6 @@ private Q_SLOTS:
         QFETCH(double, latitude);
         QFETCH(double, longitude);
         const SunGeometry::Subsolar point = SunGeometry::subsolar(at);
-        constexpr double degree = std::numbers::pi / 180;
         QVERIFY2(std::abs(point.lat / degree - latitude) < 0.01,
                  qPrintable(QString::number(point.lat / degree)));
         QVERIFY2(std::abs(point.lon / degree - longitude) < 1e-9,
@@ -46,6 +59,60 @@ private Q_SLOTS:
         const QTime noon(12, 0);
         QCOMPARE(SunGeometry::subsolar(QDateTime(QDate(2024, 12, 31), noon, QTimeZone::utc())).lat,
                  SunGeometry::subsolar(QDateTime(QDate(2025, 1, 1), noon, QTimeZone::utc())).lat);
+    }
+
+    void followsTheSunOverALeapYear() {
+        double latitude = 0;
+        double longitude = 0;
+        const qint64 start =
+            QDateTime(QDate(2024, 1, 1), QTime(0, 0), QTimeZone::utc()).toMSecsSinceEpoch();
+        for (qint64 t = start; t < start + 366LL * 86400000; t += 3600000) {
+            const SunGeometry::Subsolar ours =
+                SunGeometry::subsolar(QDateTime::fromMSecsSinceEpoch(t, QTimeZone::utc()));
+            const sky::GroundPoint reference = sky::subsolarPoint(t);
+            latitude = std::max(latitude, std::abs(ours.lat / degree - reference.latitude));
+            longitude = std::max(
+                longitude, std::abs(sky::signedDegrees(ours.lon / degree - reference.longitude)));
+        }
+        qInfo("subsolar point: worst %.3f° in latitude, %.3f° in longitude", latitude, longitude);
+        QVERIFY(latitude <= subsolarLatitudeDegrees);
+        QVERIFY(longitude <= subsolarLongitudeDegrees);
+    }
+
+    // Every day of a year, in the place's own time, on both sides of the equator and the date line.
+    void risesAndSetsWithTheReference_data() {
+        QTest::addColumn<double>("latitude");
+        QTest::addColumn<double>("longitude");
+        QTest::addColumn<int>("offsetHours");
+        QTest::addColumn<int>("year");
+        QTest::addColumn<double>("worstSeconds");
+        row("Quito", -0.18, -78.47, -5, 2026, 30.0);
+        row("Berlin", 52.52, 13.40, 1, 2026, 95.0);
+        row("Sydney", -33.87, 151.21, 10, 2026, 65.0);
+        row("New York, leap year", 40.71, -74.01, -5, 2024, 75.0);
+        row("59° north, leap year", 59.0, 10.75, 1, 2024, 110.0);
+        row("Cape Town", -33.92, 18.42, 2, 2026, 65.0);
+        row("west of the date line", -17.7, 179.99, 12, 2026, 45.0);
+        row("east of the date line", 51.88, -179.99, -12, 2026, 95.0);
+    }
+    void risesAndSetsWithTheReference() {
+        QFETCH(double, latitude);
+        QFETCH(double, longitude);
+        QFETCH(int, offsetHours);
+        QFETCH(int, year);
+        QFETCH(double, worstSeconds);
+        const QTimeZone zone(offsetHours * 3600);
+        sky::Deviation deviation;
+        for (QDate day(year, 1, 1); day.year() == year; day = day.addDays(1)) {
+            const HorizonTimes ours = SunGeometry::times(day, latitude, longitude, zone);
+            const qint64 start = day.startOfDay(zone).toMSecsSinceEpoch();
+            const sky::RiseSet reference = sky::sunRiseSet(start, latitude, longitude);
+            deviation.add("rise", start, ours.rise, reference.rise);
+            deviation.add("set", start, ours.set, reference.set);
+        }
+        qInfo("worst %.0f s", deviation.worstSeconds);
+        QVERIFY2(deviation.disagreements.isEmpty(), qPrintable(deviation.disagreements.join(u',')));
+        QVERIFY(deviation.worstSeconds <= worstSeconds);
     }
 
     void hasPolarDayAndNight_data() {
@@ -61,6 +128,9 @@ private Q_SLOTS:
         QVERIFY(!times.rise && !times.set);
         QCOMPARE(times.alwaysUp, alwaysUp);
         QCOMPARE(times.alwaysDown, !alwaysUp);
+        const sky::RiseSet reference =
+            sky::sunRiseSet(day.startOfDay(QTimeZone(3600)).toMSecsSinceEpoch(), 78.2, 15.6);
+        QVERIFY(!reference.rise && !reference.set);
     }
 };
 
