@@ -54,6 +54,8 @@ Modes:
       --start S                the first moment, in seconds (default: 0)
   --list-sizes                 one line per kind: "kind:size,size,..."
   --probe-skylight             whether widgets can show above the lock screen here, and why
+  --sky LAT LON TIME           the moon's phase and light, sun and moon rise and set on TIME's
+                               day, the point under the sun; TIME is ISO 8601 with its offset
 
 Options of the picture modes:
   --theme THEME                a built-in theme (default: midnight)

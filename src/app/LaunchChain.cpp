@@ -92,6 +92,8 @@ const QList<LaunchStep>& LaunchChain::steps() {
         {"--snapshot-glassintro", 1, offscreen, &runSnapshotGlassIntroMode},
         {"--list-sizes", 0, core, &runListSizesMode},
         {"--probe-skylight", 0, core, &runProbeSkylightMode},
+        // Reads its three values itself, so that a missing one is reported, not ignored.
+        {"--sky", 0, core, &runSkyMode},
     };
     return chain;
 }

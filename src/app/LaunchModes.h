@@ -53,6 +53,10 @@ std::optional<int> runListSizesMode(LaunchContext& context);
 // --probe-skylight: whether widgets can be drawn above the lock screen, step by step, as labelled
 // lines ending in "RESULT" and why.
 std::optional<int> runProbeSkylightMode(LaunchContext& context);
+// --sky LATITUDE LONGITUDE TIME: the moon's phase and light, sun and moon rise and set on TIME's
+// day in its offset, and the subsolar point, one "key=value" a line; exit status 1 with one line
+// on stderr for arguments it cannot read.
+std::optional<int> runSkyMode(LaunchContext& context);
 // --snapshot-config <out.png> [section], --snapshot-settings <out.png> [page],
 // --snapshot-general <out.png> [--dark|--light] [--scale X] [--theme T]: the configuration window
 // at a section (none: the gallery) or at a settings page, 980 × 680 points.

@@ -87,6 +87,18 @@ private Q_SLOTS:
             "apply-wallpaper id=Dawn count=-1\n", 1, "…", 0);
         row("no display to show the wallpaper on", "--apply-wallpaper dawn", none, none, 0,
             "apply-wallpaper id=dawn count=0\n", 1, "…", 0);
+        // The sky needs no display; times are on the given moment's day, in its offset.
+        row("sky", "--sky 52.52 13.40 2026-03-20T18:30:00+01:00", none, none, 0,
+            "phase=0.0…\nillumination=…\nsunrise=2026-03-20T06:…+01:00\nsunset=2026-03-20T18:…"
+            "+01:00\nmoonrise=2026-03-20T0…+01:00\nmoonset=2026-03-20T…+01:00\nsubsolar_lat=-0.81"
+            "\nsubsolar_lon=-82.50\n",
+            8, "", 0);
+        row("counts before sky", "--sky 0 0 2026-03-20T12:00:00Z --counts", none, none, 0, counts,
+            1, "", 0);
+        row("sky: latitude off the globe", "--sky 91 0 2026-03-20T12:00:00Z", none, none, 1, "", 0,
+            "sky: the latitude …\"91\"\n", 0);
+        row("sky: a value missing", "--sky 0 0", none, none, 1, "", 0, "usage: tarnwick --sky …\n",
+            0);
     }
     void runs() {
         QFETCH(QString, arguments);
