@@ -1,7 +1,8 @@
 // The cost of drawing tiles: each face with its own view once at its largest size at a pixel ratio
-// of 2 (glass, cached shadow and face), the faces of the machine's readings from a busy board, the
-// network tile redrawn with new traffic at every reading, a seconds clock redrawn tick after tick,
-// and the whole gallery sheet; a liquid lens rendered afresh and found in the cache.
+// of 2 (glass, cached shadow and face), the faces of the machine's readings from a busy board and
+// those of the weather from a board with its air, the network tile redrawn with new traffic at
+// every reading, a seconds clock redrawn tick after tick, and the whole gallery sheet; a liquid
+// lens rendered afresh and found in the cache.
 #include "faces/FaceContext.h"
 #include "faces/FaceRegistry.h"
 #include "faces/GallerySheet.h"
@@ -106,11 +107,27 @@ ReadingsBoard busyBoard() {
     return b;
 }
 
+// The weather where the machine is, with its air, for the faces of the sky and the air.
+WeatherBoard weatherBoard() {
+    WxLive live;
+    live.city = QStringLiteral("Berlin");
+    live.air = WxAirQuality{.index = 27, .pm25 = 8.4, .pm10 = 14.2};
+    WeatherPlace place;
+    place.state = WeatherState::ready(live);
+    place.lastGood = live;
+    place.latitude = 52.52;
+    place.longitude = 13.405;
+    WeatherBoard board;
+    board.places.insert(WeatherBoard::currentPlace, place);
+    return board;
+}
+
 struct Fixture {
     MaterialSymbolProvider symbols;
     FaceRegistry faces;
     TileRenderer renderer;
     ReadingsBoard board = busyBoard();
+    WeatherBoard weather = weatherBoard();
 
     FaceContext context(const QString& kind, WidgetSize size,
                         const WidgetSettings& settings = {}) const {
@@ -123,6 +140,7 @@ struct Fixture {
         c.surface = SurfaceFlags::desktop();
         c.symbols = &symbols;
         c.readings = &board;
+        c.weather = &weather;
         return c;
     }
 };

@@ -202,9 +202,6 @@ struct Shown {
             .arg(QLocale().toString(qRound(light.fraction * 100)) + QLatin1Char('%'));
     }
     QString time(const std::optional<QDateTime>& at) const {
-        if (!place) {
-            return ReadingText::missing();
-        }
         if (times.alwaysUp) {
             return L("moon.alwaysUp", QStringLiteral("Up all day"));
         }
@@ -235,6 +232,9 @@ Shown shownFor(const FaceContext& context) {
 // "↑ 14:32" and "↓ 02:11" side by side in `rect`, or one above the other when `stacked`.
 void drawRiseSet(QPainter& painter, const FaceContext& context, const QRectF& rect,
                  const Shown& shown, bool stacked) {
+    if (!shown.place) {
+        return; // rise and set need a place; the phase does not
+    }
     const std::array<std::pair<QString, QString>, 2> rows{{
         {QStringLiteral("arrow.up"), shown.time(shown.times.rise)},
         {QStringLiteral("arrow.down"), shown.time(shown.times.set)},
@@ -413,13 +413,14 @@ void MoonFace::paint(QPainter& painter, const QRectF& rect, const FaceContext& c
         drawNextPhases(painter, context, column, shown, true, false);
         text.setRight(column.left() - 8);
     }
-    FaceKit::drawFitted(painter, context, QRectF(text.left(), text.top(), text.width(), h * 0.28),
+    // Without a place the phase stands alone, in the middle.
+    const qreal top = text.top() + (shown.place ? 0 : h * 0.26);
+    FaceKit::drawFitted(painter, context, QRectF(text.left(), top, text.width(), h * 0.28),
                         shown.phaseName(), QFont::DemiBold, context.primary(),
                         Qt::AlignLeft | Qt::AlignVCenter, h * 0.22);
-    FaceKit::drawFitted(painter, context,
-                        QRectF(text.left(), text.top() + h * 0.28, text.width(), h * 0.2),
-                        shown.lit(), QFont::Normal, context.secondary(),
-                        Qt::AlignLeft | Qt::AlignVCenter, h * 0.17);
+    FaceKit::drawFitted(
+        painter, context, QRectF(text.left(), top + h * 0.28, text.width(), h * 0.2), shown.lit(),
+        QFont::Normal, context.secondary(), Qt::AlignLeft | Qt::AlignVCenter, h * 0.17);
     drawRiseSet(painter, context,
                 QRectF(text.left(), text.top() + h * 0.52, text.width(), h * 0.48), shown, true);
 }
