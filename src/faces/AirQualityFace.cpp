@@ -282,10 +282,14 @@ void paintStrip(QPainter& painter, const FaceContext& context, const QRectF& r,
                  body.height());
     if (banner) {
         const QRectF middle(right.left(), right.top(), right.width() * 0.45, right.height());
-        drawBand(painter, context, QRectF(middle.left(), middle.top(), middle.width(), h * 0.22),
-                 shown, Qt::AlignLeft);
-        drawWrapped(painter, middle.adjusted(0, h * 0.27, -6, 0), shown.adviceText(),
-                    context.secondary(), 11);
+        drawBand(painter, context,
+                 QRectF(middle.left(), middle.top() + h * 0.1, middle.width() - 6, h * 0.26), shown,
+                 Qt::AlignLeft);
+        FaceKit::drawFitted(
+            painter, context,
+            QRectF(middle.left(), middle.top() + h * 0.38, middle.width() - 6, h * 0.18),
+            L("airquality.scale", QStringLiteral("European AQI")), QFont::Normal,
+            context.secondary(), Qt::AlignLeft | Qt::AlignVCenter, h * 0.16);
         right.setLeft(middle.right() + 6);
         drawParticleLines(painter, context, right.adjusted(0, h * 0.04, 0, 0), shown);
     } else {
