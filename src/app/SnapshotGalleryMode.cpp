@@ -1,5 +1,6 @@
 #include "app/LaunchModes.h"
 #include "app/PictureReadings.h"
+#include "app/PictureWeather.h"
 #include "app/SnapshotReport.h"
 #include "app/SnapshotWidgetOptions.h"
 #include "faces/FaceContext.h"
@@ -43,6 +44,8 @@ std::optional<int> runSnapshotGalleryMode(LaunchContext& context) {
         FaceContext base = options.baseContext(*symbols, context.clock.now());
         const ReadingsBoard readings = pictureReadings(sheetFeeds(faces));
         base.readings = &readings;
+        const WeatherBoard weather = pictureWeather({}, base.now);
+        base.weather = &weather;
         picture = GallerySheet::render(faces, renderer, base);
     }
     return reportSnapshot(context, QStringLiteral("snapshot-gallery"), path, picture,

@@ -1,5 +1,6 @@
 #include "app/LaunchModes.h"
 #include "app/PictureReadings.h"
+#include "app/PictureWeather.h"
 #include "app/SnapshotReport.h"
 #include "app/SnapshotWidgetOptions.h"
 #include "faces/FaceContext.h"
@@ -92,6 +93,8 @@ std::optional<int> runSnapshotWidgetMode(LaunchContext& context) {
         const WidgetFace& widgetFace = faces.face(face.kind());
         const ReadingsBoard readings = pictureReadings(widgetFace.feeds(face.size, face.settings));
         face.readings = &readings;
+        const WeatherBoard weather = pictureWeather(face.settings, face.now);
+        face.weather = &weather;
         picture = renderer.picture(widgetFace, face);
     }
     return reportSnapshot(context, QStringLiteral("snapshot-widget"), path, picture, problem,

@@ -43,6 +43,8 @@ struct FaceContext {
     // dots), in points; the face draws in what is left.
     QMarginsF reserved;
     AnimationPace pace;
+    // Seconds of the face's own scene time: stands still while paused, pinned for pictures.
+    double sceneTime = 0;
     // Never null when drawing; NullSymbolProvider where no icon set exists.
     const SymbolProvider* symbols = nullptr;
     // Pictures kept between frames (large text, dials); the tile renderer supplies its own.

@@ -15,6 +15,7 @@
 #include "faces/SensorsFace.h"
 #include "faces/SimpleClockFace.h"
 #include "faces/SystemFace.h"
+#include "faces/WeatherFace.h"
 #include "faces/WordClockFace.h"
 #include "faces/WorldClockFace.h"
 #include "faces/WorldMapFace.h"
@@ -42,6 +43,7 @@ FaceRegistry::FaceRegistry()
     add(QStringLiteral("airquality"), std::make_unique<AirQualityFace>());
     add(QStringLiteral("worldmap"), std::make_unique<WorldMapFace>());
     add(QStringLiteral("moon"), std::make_unique<MoonFace>());
+    add(QStringLiteral("weather"), std::make_unique<WeatherFace>());
 }
 
 FaceRegistry::~FaceRegistry() = default;

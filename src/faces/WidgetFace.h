@@ -48,6 +48,21 @@ public:
         return false;
     }
 
+    // The frames per second the face's scene asks for at this size; 0 for a still face. The host
+    // runs it at what the surface's pace allows and hands the scene time in the context.
+    virtual double sceneFps(WidgetSize size, const WidgetSettings& settings) const {
+        Q_UNUSED(size)
+        Q_UNUSED(settings)
+        return 0;
+    }
+
+    // Whether a click on the tile, as it shows now, should open the tile's settings (a face that
+    // needs the person to choose something before it can show anything).
+    virtual bool opensSettingsOnClick(const FaceContext& context) const {
+        Q_UNUSED(context)
+        return false;
+    }
+
     // The values of the "style" setting the face draws differently, the default first; empty
     // for a face with one look.
     virtual QStringList styles() const { return {}; }

@@ -95,6 +95,7 @@ std::optional<WxLive> mapResponse(const OMResponse& response, const QDateTime& n
     live.hi = rounded(daily.tempMax.first());
     live.lo = rounded(daily.tempMin.first());
     live.condition = conditionForWmoCode(*response.code);
+    live.code = response.code;
     live.isDay = response.isDay.value_or(1) != 0;
     live.sunrise = parseMinute(daily.sunrise, zone);
     live.sunset = parseMinute(daily.sunset, zone);

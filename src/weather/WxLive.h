@@ -38,6 +38,8 @@ struct WxLive {
     int hi = 0;
     int lo = 0;
     WxCondition condition = WxCondition::clouds;
+    // The current WMO code the condition came from: the scene tells fog and thunder by it.
+    std::optional<int> code;
     bool isDay = true;
     std::optional<QDateTime> sunrise;
     std::optional<QDateTime> sunset;

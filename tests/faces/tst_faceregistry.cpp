@@ -71,7 +71,7 @@ private Q_SLOTS:
         row("day progress", "dayprogress", WidgetSize::wideTall, none, "minutes");
         row("year progress", "yearprogress", WidgetSize::large, none, "minutes");
         row("countdown", "countdown", WidgetSize::wide, none, "seconds");
-        row("weather", "weather", WidgetSize::large, none, "none");
+        row("weather turns to night by the minute", "weather", WidgetSize::large, none, "minutes");
         row("mirror", "mirror", WidgetSize::large, none, "none");
         row("readings wake no clock", "network", WidgetSize::grand, none, "none");
         row("nor does the air, woken by its weather", "airquality", WidgetSize::large, none,

@@ -35,6 +35,11 @@ private Q_SLOTS:
                 << symbol(category);
         }
         QTest::newRow("countdown without a date") << QStringLiteral("hourglass");
+        for (const char* weather :
+             {"sun.max.fill", "moon.stars.fill", "cloud.rain.fill", "cloud.snow.fill",
+              "location.slash", "location.fill", "clock.arrow.circlepath"}) {
+            QTest::newRow(weather) << QString::fromLatin1(weather);
+        }
     }
 
     void everyCatalogueSymbolHasAGlyph() {

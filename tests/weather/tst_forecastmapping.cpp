@@ -51,6 +51,7 @@ private Q_SLOTS:
         QCOMPARE(live->hi, 6);
         QCOMPARE(live->lo, -1);
         QCOMPARE(live->condition, WxCondition::snow);
+        QCOMPARE(live->code, std::optional<int>(71));
         QCOMPARE(live->isDay, false);
         QCOMPARE(live->sunrise.value_or(QDateTime()), utc("2026-11-24T06:45:00Z"));
         QCOMPARE(live->sunset.value_or(QDateTime()), utc("2026-11-24T15:30:00Z"));

@@ -1,5 +1,7 @@
 #include "TestRows.h"
+#include "weather/MockForecast.h"
 #include "weather/WxCondition.h"
+#include "weather/WxScene.h"
 
 #include <QTest>
 
@@ -45,6 +47,47 @@ private Q_SLOTS:
         QFETCH(bool, night);
         QFETCH(QString, symbol);
         QCOMPARE(conditionSymbol(condition, night), symbol);
+    }
+
+    void scenes_data() {
+        QTest::addColumn<WxCondition>("condition");
+        QTest::addColumn<std::optional<int>>("code");
+        QTest::addColumn<WxScene>("scene");
+        const std::optional<int> none;
+        row("fog is more than clouds", WxCondition::clouds, std::optional(45), WxScene::fog);
+        row("rime fog", WxCondition::clouds, std::optional(48), WxScene::fog);
+        row("thunder is more than rain", WxCondition::rain, std::optional(95), WxScene::thunder);
+        row("thunder with hail", WxCondition::rain, std::optional(99), WxScene::thunder);
+        row("showers stay rain", WxCondition::rain, std::optional(82), WxScene::rain);
+        row("overcast stays clouds", WxCondition::clouds, std::optional(3), WxScene::clouds);
+        row("no code: the condition alone", WxCondition::snow, none, WxScene::snow);
+    }
+    void scenes() {
+        QFETCH(WxCondition, condition);
+        QFETCH(std::optional<int>, code);
+        QFETCH(WxScene, scene);
+        QCOMPARE(sceneFor(condition, code), scene);
+        QCOMPARE(wxSceneFromRawValue(rawValue(scene)), std::optional(scene));
+    }
+
+    // A made-up forecast keeps to what a real one guarantees, and shows the scene it was made for.
+    void mockForecastsLookReal() {
+        const QDateTime evening(QDate(2026, 1, 10), QTime(23, 40));
+        for (WxScene scene : allWxScenes) {
+            const WxLive live = mockLive(scene, evening);
+            QCOMPARE(sceneFor(live.condition, live.code), scene);
+            QCOMPARE(live.hourly.size(), 12);
+            QCOMPARE(live.hourly.first().label, u"Now"_s);
+            QCOMPARE(live.hourly.at(1).label, u"00"_s);
+            QCOMPARE(live.daily.size(), 7);
+            QCOMPARE(live.daily.first().date, evening.date().addDays(1));
+            QVERIFY(live.lo <= live.temp && live.temp <= live.hi);
+            QVERIFY(*live.sunrise < *live.sunset);
+            QVERIFY(!live.isDay);
+            for (const WxLiveDay& day : live.daily) {
+                QVERIFY(day.lo <= day.hi);
+            }
+        }
     }
 };
 

@@ -96,6 +96,12 @@ constexpr std::array kMappings{
     Mapping{"applewatch", "watch", 0xe334},
     Mapping{"location", "location_searching", 0xe1b7},
     Mapping{"location.slash", "location_off", 0xe0c7},
+    Mapping{"sun.max.fill", "wb_sunny", 0xe430},
+    Mapping{"moon.stars.fill", "nights_stay", 0xea46},
+    Mapping{"cloud.rain.fill", "umbrella", 0xf1ad},
+    Mapping{"cloud.snow.fill", "ac_unit", 0xeb3b},
+    Mapping{"location.fill", "near_me", 0xe569},
+    Mapping{"clock.arrow.circlepath", "update", 0xe923},
 };
 
 const Mapping* find(const QString& symbol) {
