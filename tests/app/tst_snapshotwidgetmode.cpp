@@ -51,7 +51,7 @@ private Q_SLOTS:
             "--kind countdown --size wideTall --scale 1 --theme sunset --set title=Launch --set "
             "target=2030-01-01 --set tileScale=1.5",
             " kind=countdown size=wideTall", QSize(468 + 44, 306 + 44), "", none);
-        row("generic face", "--kind weather --size grand", " kind=weather size=grand",
+        row("largest size", "--kind weather --size grand", " kind=weather size=grand",
             QSize(928, 712), "", none);
         row("unknown theme", "--kind weather --theme nope", " kind=weather size=wide", no,
             "tarnwick: unknown --theme \"nope\"; the themes are midnight, …", none);
