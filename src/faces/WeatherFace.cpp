@@ -3,6 +3,7 @@
 #include "faces/FaceContext.h"
 #include "faces/FaceKit.h"
 #include "faces/ReadingKit.h"
+#include "faces/WeatherNotice.h"
 #include "faces/WeatherScene.h"
 #include "text/L.h"
 #include "weather/FixedLocation.h"
@@ -404,42 +405,6 @@ void paintGrand(QPainter& painter, const QRectF& r, const View& v) {
     drawDayRows(painter, v, days, std::max(1, static_cast<int>(days.height() / 16)));
 }
 
-void paintState(QPainter& painter, const QRectF& rect, const FaceContext& context,
-                const WeatherFace::Shown& shown) {
-    using Kind = WeatherFace::Shown::Kind;
-    switch (shown.kind) {
-    case Kind::denied:
-        ReadingKit::drawNotice(painter, context, rect, QStringLiteral("location.slash"),
-                               L("weather.state.denied", QStringLiteral("Location Off")),
-                               L("weather.state.denied.none",
-                                 QStringLiteral("Location is off. Allow it in System Settings or "
-                                                "choose a city.")));
-        return;
-    case Kind::noLocation:
-        ReadingKit::drawNotice(
-            painter, context, rect, QStringLiteral("location.slash"),
-            L("weather.state.nolocation", QStringLiteral("Location not found")),
-            L("weather.state.nolocation.sub",
-              QStringLiteral("Your location is unknown. Choose a city in the widget settings.")));
-        return;
-    case Kind::failed:
-        ReadingKit::drawNotice(
-            painter, context, rect, QStringLiteral("exclamationmark.triangle"),
-            L("weather.state.failed", QStringLiteral("Weather Unavailable")),
-            shown.message.isEmpty()
-                ? L("weather.err.unavailable", QStringLiteral("Weather data unavailable"))
-                : shown.message);
-        return;
-    case Kind::loading:
-    case Kind::forecast:
-        break;
-    }
-    ReadingKit::drawNotice(
-        painter, context, rect, QStringLiteral("cloud.sun.fill"),
-        L("weather.state.loading", QStringLiteral("Loading Weather")),
-        L("weather.state.loading.sub", QStringLiteral("Finding your location\u2026")));
-}
-
 } // namespace
 
 std::optional<TimeGrain> WeatherFace::grain(WidgetSize, const WidgetSettings&) const {
@@ -475,31 +440,26 @@ WeatherFace::Shown WeatherFace::shown(const FaceContext& context) {
         if (const auto fixed = FixedLocation::fromSettings(context.settings)) {
             live.city = fixed->name;
         }
-        return {Shown::Kind::forecast, live, false, {}};
+        return {Shown::Kind::forecast, live, false};
     }
     const WeatherPlace* place =
         context.weather != nullptr ? context.weather->place(context.settings) : nullptr;
-    if (place == nullptr) {
-        return {};
+    if (const WxLive* live = WeatherNotice::forecast(place)) {
+        return {Shown::Kind::forecast, *live, place->state.kind == WeatherState::Kind::error};
     }
-    using StateKind = WeatherState::Kind;
-    const WeatherState& state = place->state;
-    if (state.kind == StateKind::ready && state.live) {
-        return {Shown::Kind::forecast, state.live, false, {}};
+    switch (place == nullptr ? WeatherState::Kind::loading : place->state.kind) {
+    case WeatherState::Kind::error:
+    case WeatherState::Kind::ready:
+        return {Shown::Kind::failed, std::nullopt, false};
+    case WeatherState::Kind::permissionDenied:
+        return {Shown::Kind::denied, std::nullopt, false};
+    case WeatherState::Kind::noLocation:
+        return {Shown::Kind::noLocation, std::nullopt, false};
+    case WeatherState::Kind::idle:
+    case WeatherState::Kind::loading:
+        break;
     }
-    if (place->lastGood) {
-        return {Shown::Kind::forecast, place->lastGood, state.kind == StateKind::error, {}};
-    }
-    switch (state.kind) {
-    case StateKind::error:
-        return {Shown::Kind::failed, std::nullopt, false, state.message};
-    case StateKind::permissionDenied:
-        return {Shown::Kind::denied, std::nullopt, false, {}};
-    case StateKind::noLocation:
-        return {Shown::Kind::noLocation, std::nullopt, false, {}};
-    default:
-        return {};
-    }
+    return {};
 }
 
 WxMode WeatherFace::mode(const WidgetSettings& settings) {
@@ -546,7 +506,9 @@ QList<qsizetype> WeatherFace::extremes(const QList<WxHourEntry>& hours) {
 void WeatherFace::paint(QPainter& painter, const QRectF& rect, const FaceContext& context) const {
     const Shown what = shown(context);
     if (what.kind != Shown::Kind::forecast || !what.live) {
-        paintState(painter, rect, context, what);
+        const WeatherNotice notice = WeatherNotice::of(
+            context.weather != nullptr ? context.weather->place(context.settings) : nullptr);
+        ReadingKit::drawNotice(painter, context, rect, notice.symbol, notice.title, notice.detail);
         return;
     }
     const WxMode wxMode = mode(context.settings);

@@ -24,15 +24,13 @@ public:
     double sceneFps(WidgetSize size, const WidgetSettings& settings) const override;
     bool opensSettingsOnClick(const FaceContext& context) const override;
 
-    // What the tile shows of its place.
+    // What the tile shows of its place (the words of a state are `WeatherNotice`'s).
     struct Shown {
         enum class Kind { forecast, loading, denied, noLocation, failed };
         Kind kind = Kind::loading;
         std::optional<WxLive> live;
         // The forecast is the last good one, after a failure.
         bool stale = false;
-        // The failure's words.
-        QString message;
     };
     static Shown shown(const FaceContext& context);
 
