@@ -262,17 +262,20 @@ void drawDayMark(QPainter& painter, const QPointF& centre, qreal r, bool day) {
     painter.restore();
 }
 
+// "14:05 UTC", or "2:05 PM UTC".
+QString utcTime(const FaceContext& context, const QDateTime& now) {
+    const QTime utc = now.toUTC().time();
+    const bool h24 = FaceKit::uses24Hour(context);
+    return FaceKit::hoursMinutes(utc, h24) +
+           (h24 ? QString() : QLatin1Char(' ') + FaceKit::dayHalf(utc)) + QStringLiteral(" UTC");
+}
+
 // The sun's point and the time at the left and right of one line.
 void drawSunLine(QPainter& painter, const FaceContext& context, const QRectF& line,
                  WorldMapFace::SunPoint sun, const QDateTime& now) {
-    const QDateTime utc = now.toUTC();
-    const bool h24 = FaceKit::uses24Hour(context);
-    const QString time = FaceKit::hoursMinutes(utc.time(), h24) +
-                         (h24 ? QString() : QLatin1Char(' ') + FaceKit::dayHalf(utc.time())) +
-                         QStringLiteral(" UTC");
-    const QRectF used =
-        FaceKit::drawFitted(painter, context, line, time, QFont::Medium, context.primary(),
-                            Qt::AlignRight | Qt::AlignVCenter, line.height() * 0.8);
+    const QRectF used = FaceKit::drawFitted(painter, context, line, utcTime(context, now),
+                                            QFont::Medium, context.primary(),
+                                            Qt::AlignRight | Qt::AlignVCenter, line.height() * 0.8);
     // Where the words would be small the sun's point goes without them.
     const QString where =
         line.width() < 240
@@ -285,19 +288,32 @@ void drawSunLine(QPainter& painter, const FaceContext& context, const QRectF& li
 }
 
 // An arrow and the city where the sun is now rising or setting.
-void drawHorizon(QPainter& painter, const FaceContext& context, const QRectF& box,
-                 WorldMapFace::SunPoint sun, bool rising) {
-    const qreal side = box.height() * 0.78;
-    FaceKit::drawSymbol(painter, context,
-                        rising ? QStringLiteral("arrow.up") : QStringLiteral("arrow.down"),
-                        QRectF(box.left(), box.center().y() - side / 2, side, side),
-                        context.accent(), QStringLiteral("+"));
+QString horizonText(WorldMapFace::SunPoint sun, bool rising) {
     const QString word = rising ? L("worldmap.sunrise", QStringLiteral("Sunrise"))
                                 : L("worldmap.sunset", QStringLiteral("Sunset"));
-    FaceKit::drawFitted(
-        painter, context, box.adjusted(side * 1.2, 0, 0, 0),
-        word + QStringLiteral("  ") + QString::fromUtf8(atHorizon(sun, rising).name), QFont::Normal,
-        context.primary(), Qt::AlignLeft | Qt::AlignVCenter, box.height() * 0.7);
+    return word + QStringLiteral("  ") + QString::fromUtf8(atHorizon(sun, rising).name);
+}
+
+// Where the sun rises and where it sets now, in two boxes, the words of both at one size.
+void drawHorizons(QPainter& painter, const FaceContext& context, const QRectF& rising,
+                  const QRectF& setting, WorldMapFace::SunPoint sun) {
+    const qreal side = rising.height() * 0.78;
+    qreal size = rising.height() * 0.7;
+    for (const bool up : {true, false}) {
+        const QRectF box = (up ? rising : setting).adjusted(side * 1.2, 0, 0, 0);
+        size = std::min(
+            size, FaceKit::fittingPixelSize(horizonText(sun, up), box.size(), QFont::Normal, size));
+    }
+    for (const bool up : {true, false}) {
+        const QRectF& box = up ? rising : setting;
+        FaceKit::drawSymbol(painter, context,
+                            up ? QStringLiteral("arrow.up") : QStringLiteral("arrow.down"),
+                            QRectF(box.left(), box.center().y() - side / 2, side, side),
+                            context.accent(), QStringLiteral("+"));
+        FaceKit::drawText(painter, context, box.adjusted(side * 1.2, 0, 0, 0),
+                          static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter), horizonText(sun, up),
+                          FaceKit::font(size), context.primary());
+    }
 }
 
 // The first cities of the list, their time and whether the sun is up there, in a grid.
@@ -329,10 +345,18 @@ void drawCities(QPainter& painter, const FaceContext& context, const QRectF& gri
                           QString::fromUtf8(city.name), FaceKit::font(nameSize, QFont::DemiBold),
                           context.secondary());
         const QDateTime local = now.toTimeZone(QTimeZone(city.zone));
-        FaceKit::drawFitted(
-            painter, context, QRectF(cell.left(), cell.top() + label, cw - 6, ch - label - 2),
+        const QRectF timeBox(cell.left(), cell.top() + label, cw - 6, ch - label - 2);
+        const qreal half = h24 ? 0 : timeBox.width() * 0.3;
+        const QRectF used = FaceKit::drawFitted(
+            painter, context, timeBox.adjusted(0, 0, -half, 0),
             FaceKit::hoursMinutes(local.time(), h24), QFont::Light, context.primary(),
             Qt::AlignLeft | Qt::AlignVCenter, std::min(ch - label, label * 2.2));
+        if (!h24) {
+            FaceKit::drawFitted(painter, context,
+                                QRectF(used.right() + 2, used.top(), half, used.height() * 0.8),
+                                FaceKit::dayHalf(local.time()), QFont::Normal, context.secondary(),
+                                Qt::AlignLeft | Qt::AlignBottom, label * 0.8);
+        }
     }
 }
 
@@ -346,20 +370,17 @@ void drawCaption(QPainter& painter, const FaceContext& context, const QRectF& re
     if (rect.width() < 170) {
         // A narrow column: one thing to a line.
         const qreal h = rect.height() / 4;
-        const QDateTime utc = now.toUTC();
-        const bool h24 = FaceKit::uses24Hour(context);
-        FaceKit::drawFitted(
-            painter, context, QRectF(rect.left(), rect.top(), rect.width(), h * 1.3),
-            FaceKit::hoursMinutes(utc.time(), h24) + QStringLiteral(" UTC"), QFont::Light,
-            context.primary(), Qt::AlignLeft | Qt::AlignVCenter, h * 1.1);
+        FaceKit::drawFitted(painter, context,
+                            QRectF(rect.left(), rect.top(), rect.width(), h * 1.3),
+                            utcTime(context, now), QFont::Light, context.primary(),
+                            Qt::AlignLeft | Qt::AlignVCenter, h * 1.1);
         FaceKit::drawFitted(painter, context,
                             QRectF(rect.left(), rect.top() + h * 1.3, rect.width(), h * 0.8),
                             coordinates(sun), QFont::Normal, context.secondary(),
                             Qt::AlignLeft | Qt::AlignVCenter, h * 0.62);
-        drawHorizon(painter, context,
-                    QRectF(rect.left(), rect.top() + h * 2.15, rect.width(), h * 0.9), sun, true);
-        drawHorizon(painter, context,
-                    QRectF(rect.left(), rect.top() + h * 3.1, rect.width(), h * 0.9), sun, false);
+        drawHorizons(painter, context,
+                     QRectF(rect.left(), rect.top() + h * 2.15, rect.width(), h * 0.9),
+                     QRectF(rect.left(), rect.top() + h * 3.1, rect.width(), h * 0.9), sun);
         return;
     }
     if (rect.height() < 30) {
@@ -374,11 +395,9 @@ void drawCaption(QPainter& painter, const FaceContext& context, const QRectF& re
     const QRectF first(rect.left(), rect.top(), rect.width(), line);
     drawSunLine(painter, context, first, sun, now);
     const QRectF second(rect.left(), first.bottom() + line * 0.2, rect.width(), line);
-    drawHorizon(painter, context, QRectF(second.left(), second.top(), second.width() / 2 - 4, line),
-                sun, true);
-    drawHorizon(painter, context,
-                QRectF(second.center().x() + 4, second.top(), second.width() / 2 - 4, line), sun,
-                false);
+    drawHorizons(painter, context,
+                 QRectF(second.left(), second.top(), second.width() / 2 - 4, line),
+                 QRectF(second.center().x() + 4, second.top(), second.width() / 2 - 4, line), sun);
     const QRectF grid(rect.left(), second.bottom() + line * 0.5, rect.width(),
                       rect.bottom() - second.bottom() - line * 0.5);
     if (grid.height() >= 28) {
