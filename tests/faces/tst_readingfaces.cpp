@@ -1,7 +1,7 @@
 // The faces of the machine's readings: their texts, what they choose to show, the feeds they ask
 // for, and every size drawn inside its tile from a full board, a board of honest absences and one
 // of edge cases.
-#include "PaintedBounds.h"
+#include "FaceSpill.h"
 #include "TestRows.h"
 #include "faces/ActivityFace.h"
 #include "faces/BatteryFace.h"
@@ -13,21 +13,18 @@
 #include "faces/ReadingText.h"
 #include "faces/SensorsFace.h"
 #include "faces/SystemFace.h"
-#include "faces/TileRenderer.h"
 #include "look/Theme.h"
 #include "model/WidgetRegistry.h"
 #include "platform/null/NullSymbolProvider.h"
 
-#include <QImage>
 #include <QLocale>
-#include <QPainter>
 #include <QTest>
 
 #include <cmath>
 
 using namespace tw;
-using tw::test::paintedBounds;
 using tw::test::row;
+using tw::test::spillOf;
 
 namespace {
 
@@ -399,7 +396,6 @@ private Q_SLOTS:
                                        : board == QLatin1String("honest") ? honestBoard()
                                                                           : edgeBoard();
         const FaceRegistry faces;
-        TileRenderer renderer;
         for (GlassLook::Shade shade : {GlassLook::Shade::Dark, GlassLook::Shade::Light}) {
             FaceContext context =
                 FaceContext::forKind(WidgetRegistry::builtInDefinition(kind)->metadata, size);
@@ -411,28 +407,8 @@ private Q_SLOTS:
             if (!style.isEmpty()) {
                 context.settings.insert(QStringLiteral("style"), style);
             }
-            constexpr int room = 40;
-            const QRectF tile(QPointF(room, room), context.points);
-            QImage image(context.points.toSize() + QSize(2 * room, 2 * room),
-                         QImage::Format_ARGB32_Premultiplied);
-            image.fill(Qt::transparent);
-            {
-                QPainter painter(&image);
-                renderer.paintFace(painter, tile, faces.face(kind), context);
-            }
-            const QRect painted = paintedBounds(image);
-            // One pixel of anti-aliasing may spill past the padded inside.
-            const QRect limit =
-                TileRenderer::contentRect(tile.size(), TileShape::of(context.metadata))
-                    .translated(room, room)
-                    .toAlignedRect()
-                    .adjusted(-1, -1, 1, 1);
-            QVERIFY2(!painted.isEmpty(), "nothing painted");
-            QVERIFY2(limit.contains(painted), qPrintable(QStringLiteral("painted %1,%2 %3x%4")
-                                                             .arg(painted.x())
-                                                             .arg(painted.y())
-                                                             .arg(painted.width())
-                                                             .arg(painted.height())));
+            const QString spill = spillOf(faces.face(kind), context);
+            QVERIFY2(spill.isEmpty(), qPrintable(spill));
         }
     }
 };

@@ -1,14 +1,13 @@
 // The faces of the sky and the air: the air-quality scale and figures, which forecast a weather
 // face draws through failures, the world map's sun and night and its land, and every size drawn
 // inside its tile from a full board and from boards of honest absences.
-#include "PaintedBounds.h"
+#include "FaceSpill.h"
 #include "TestRows.h"
 #include "faces/AirQualityFace.h"
 #include "faces/FaceContext.h"
 #include "faces/FaceRegistry.h"
 #include "faces/LandMask.h"
 #include "faces/MoonFace.h"
-#include "faces/TileRenderer.h"
 #include "faces/WeatherNotice.h"
 #include "faces/WorldMapFace.h"
 #include "look/Theme.h"
@@ -17,7 +16,6 @@
 
 #include <QImage>
 #include <QLocale>
-#include <QPainter>
 #include <QTest>
 #include <QTimeZone>
 
@@ -25,8 +23,8 @@
 #include <numbers>
 
 using namespace tw;
-using tw::test::paintedBounds;
 using tw::test::row;
+using tw::test::spillOf;
 
 namespace {
 
@@ -262,7 +260,6 @@ private Q_SLOTS:
         QFETCH(QString, board);
         const WeatherBoard weather = namedBoard(board);
         const FaceRegistry faces;
-        TileRenderer renderer;
         for (GlassLook::Shade shade : {GlassLook::Shade::Dark, GlassLook::Shade::Light}) {
             FaceContext context =
                 FaceContext::forKind(WidgetRegistry::builtInDefinition(kind)->metadata, size);
@@ -272,27 +269,8 @@ private Q_SLOTS:
             context.symbols = &kSymbols;
             context.weather = &weather;
             context.now = QDateTime(QDate(2026, 12, 21), QTime(23, 59), QTimeZone::utc());
-            constexpr int room = 40;
-            const QRectF tile(QPointF(room, room), context.points);
-            QImage image(context.points.toSize() + QSize(2 * room, 2 * room),
-                         QImage::Format_ARGB32_Premultiplied);
-            image.fill(Qt::transparent);
-            {
-                QPainter painter(&image);
-                renderer.paintFace(painter, tile, faces.face(kind), context);
-            }
-            const QRect painted = paintedBounds(image);
-            const QRect limit =
-                TileRenderer::contentRect(tile.size(), TileShape::of(context.metadata))
-                    .translated(room, room)
-                    .toAlignedRect()
-                    .adjusted(-1, -1, 1, 1);
-            QVERIFY2(!painted.isEmpty(), "nothing painted");
-            QVERIFY2(limit.contains(painted), qPrintable(QStringLiteral("painted %1,%2 %3x%4")
-                                                             .arg(painted.x())
-                                                             .arg(painted.y())
-                                                             .arg(painted.width())
-                                                             .arg(painted.height())));
+            const QString spill = spillOf(faces.face(kind), context);
+            QVERIFY2(spill.isEmpty(), qPrintable(spill));
         }
     }
 };
