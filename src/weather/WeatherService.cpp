@@ -106,6 +106,8 @@ void WeatherService::refreshIfStale(const QDateTime& now) {
             qCInfo(lcWeather,
                    "in-flight refresh timed out after %llds — using approximate IP location",
                    static_cast<long long>(hung));
+            // A new attempt, with its own start: the next tick must not give it up at once.
+            m_refreshing = false;
             beginIPFallback(OnFailure::noLocation);
         }
         return;

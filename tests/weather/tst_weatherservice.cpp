@@ -265,6 +265,11 @@ private Q_SLOTS:
         } else {
             QVERIFY(service.isRefreshing());
             QVERIFY(QTest::qWaitFor([&] { return rig.requestsTo("/ipapi/") == 2; }, 5000));
+            // The fallback is an attempt of its own, not given up on the next tick.
+            rig.clock.advance(1s);
+            service.refreshIfStale(rig.clock.now());
+            QTest::qWait(50);
+            QCOMPARE(rig.requestsTo("/ipapi/"), 2);
         }
     }
 
