@@ -254,25 +254,29 @@ void WeatherService::runIPFetch(int generation, bool keepInFlight, OnFailure onF
 
 void WeatherService::completeFetch(const Fetch& fetch, int generation) {
     struct Join {
+        Fetch fetch;
+        int generation = 0;
         std::optional<HttpResponse> forecast;
         std::optional<HttpResponse> air;
         std::optional<IPLookup> place;
         bool needsPlace = false;
     };
     auto join = std::make_shared<Join>();
+    join->fetch = fetch;
+    join->generation = generation;
     // A precise fix has no name of its own here; the address lookup's city names it when near.
     join->needsPlace =
         !fetch.city && !m_fixed &&
         (!m_lastIPPlace || m_lastIPPlaceAt.secsTo(m_services.clock.now()) >= goodFor.count());
-    auto settle = [this, join, fetch, generation] {
+    auto settle = [this, join] {
         if (!join->forecast || !join->air || (join->needsPlace && !join->place)) {
             return;
         }
-        Fetch named = fetch;
+        Fetch& named = join->fetch;
         if (!named.city) {
             const std::optional<IPLocation>& near = m_lastIPPlace;
             if (near && near->city &&
-                distanceKm(near->latitude, near->longitude, fetch.latitude, fetch.longitude) <=
+                distanceKm(near->latitude, near->longitude, named.latitude, named.longitude) <=
                     sameCityKm) {
                 named.city = near->city;
                 named.country = named.country ? named.country : near->country;
@@ -296,7 +300,7 @@ void WeatherService::completeFetch(const Fetch& fetch, int generation) {
                 live->air = WxAirQuality::fromAnswer(join->air->body);
             }
         }
-        finishFetch(named, generation, std::move(live), error);
+        finishFetch(named, join->generation, std::move(live), error);
     };
     m_services.http.get(
         weatherRequest(forecastURL(m_services.endpoints, fetch.latitude, fetch.longitude)), this,
