@@ -54,16 +54,6 @@ private:
     ReadingFeeds m_feeds;
 };
 
-// A face that shows nothing but the weather of its place.
-class WeatherTestFace final : public WidgetFace {
-public:
-    std::optional<TimeGrain> grain(WidgetSize, const WidgetSettings&) const override {
-        return std::nullopt;
-    }
-    void paint(QPainter&, const QRectF&, const FaceContext&) const override {}
-    bool showsWeather(const WidgetSettings&) const override { return true; }
-};
-
 struct Fixture {
     QTemporaryDir dir;
     ManualClock clock;
@@ -567,7 +557,6 @@ private Q_SLOTS:
             }
             return count;
         };
-        f.faces.add(QStringLiteral("weather"), std::make_unique<WeatherTestFace>());
         const WidgetSettings berlin{{QStringLiteral("location"), QStringLiteral("custom")},
                                     {QStringLiteral("locLat"), QStringLiteral("52.52")},
                                     {QStringLiteral("locLon"), QStringLiteral("13.405")}};
