@@ -66,9 +66,12 @@ double MoonMath::sunLongitude(double d) {
 }
 
 SkyCoordinates MoonMath::sunCoords(double d) {
-    const double l = sunLongitude(d);
-    return {std::atan2(std::sin(l) * cosObliquity, std::cos(l)),
-            std::asin(std::sin(l) * sinObliquity)};
+    return onEcliptic(sunLongitude(d));
+}
+
+SkyCoordinates MoonMath::onEcliptic(double longitude) {
+    return {std::atan2(std::sin(longitude) * cosObliquity, std::cos(longitude)),
+            std::asin(std::sin(longitude) * sinObliquity)};
 }
 
 double MoonMath::moonLongitude(double d) {
@@ -104,8 +107,12 @@ double MoonMath::siderealTime(double d, double longitude) {
 }
 
 double MoonMath::altitude(const SkyCoordinates& sky, double d, double latitude, double longitude) {
+    return altitudeAt(sky, siderealTime(d, longitude), latitude);
+}
+
+double MoonMath::altitudeAt(const SkyCoordinates& sky, double siderealTime, double latitude) {
     const double phi = latitude * rad;
-    const double hourAngle = siderealTime(d, longitude) - sky.rightAscension;
+    const double hourAngle = siderealTime - sky.rightAscension;
     return std::asin(std::sin(phi) * std::sin(sky.declination) +
                      std::cos(phi) * std::cos(sky.declination) * std::cos(hourAngle));
 }

@@ -57,12 +57,16 @@ public:
     // The sun's ecliptic longitude, radians.
     static double sunLongitude(double d);
     static SkyCoordinates sunCoords(double d);
+    // A point on the ecliptic (longitude in radians) in right ascension and declination.
+    static SkyCoordinates onEcliptic(double longitude);
     static double moonLongitude(double d);
     static MoonCoordinates moonCoords(double d);
     // The local sidereal time, radians; longitude in degrees, east positive.
     static double siderealTime(double d, double longitude);
     // The altitude, without refraction, of a body at `sky` seen from the place (degrees).
     static double altitude(const SkyCoordinates& sky, double d, double latitude, double longitude);
+    // The same for a local sidereal time of the caller's choosing (radians).
+    static double altitudeAt(const SkyCoordinates& sky, double siderealTime, double latitude);
 
     static Illumination illumination(const QDateTime& at);
     static Position position(const QDateTime& at, double latitude, double longitude);

@@ -21,9 +21,15 @@ SunGeometry::Subsolar SunGeometry::subsolar(const QDateTime& at) {
 
 HorizonTimes SunGeometry::times(QDate day, double latitude, double longitude,
                                 const QTimeZone& zone) {
+    // The moon's series keep the sun in the frame of the year 2000, which by now puts its rise
+    // and set more than a minute off; rise and set take the sun and the sidereal time of the date.
+    constexpr double precessionPerDay = 1.396971 / 36525 * MoonMath::rad;
     return walkHorizon(day.startOfDay(zone), sunHorizon, [latitude, longitude](qint64 msecs) {
         const double d = MoonMath::dayNumber(msecs);
-        return MoonMath::altitude(MoonMath::sunCoords(d), d, latitude, longitude);
+        const SkyCoordinates sun =
+            MoonMath::onEcliptic(MoonMath::sunLongitude(d) + precessionPerDay * d);
+        const double sidereal = (280.46061837 + 360.98564736629 * d + longitude) * MoonMath::rad;
+        return MoonMath::altitudeAt(sun, sidereal, latitude);
     });
 }
 

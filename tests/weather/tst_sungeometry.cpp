@@ -13,10 +13,10 @@ namespace {
 
 constexpr double degree = std::numbers::pi / 180;
 
-// The bounds below are the worst distances from the reference measured over whole years, not
-// what a tile would like (a minute, a tenth of a degree): the subsolar point is a calendar
-// approximation without the equation of time, and the sun's coordinates stay in the frame of the
-// year 2000 while the sky moves on. src/weather/README.md keeps the figures.
+// Sunrise and sunset hold to a minute of the reference. The subsolar bounds are the worst
+// distances measured over a whole year, not the tenth of a degree one would like: the point is a
+// calendar approximation without the equation of time. src/weather/README.md keeps the figures.
+constexpr double riseSetSeconds = 60;
 constexpr double subsolarLatitudeDegrees = 1.36;
 constexpr double subsolarLongitudeDegrees = 4.12;
 
@@ -85,22 +85,20 @@ private Q_SLOTS:
         QTest::addColumn<double>("longitude");
         QTest::addColumn<int>("offsetHours");
         QTest::addColumn<int>("year");
-        QTest::addColumn<double>("worstSeconds");
-        row("Quito", -0.18, -78.47, -5, 2026, 30.0);
-        row("Berlin", 52.52, 13.40, 1, 2026, 95.0);
-        row("Sydney", -33.87, 151.21, 10, 2026, 65.0);
-        row("New York, leap year", 40.71, -74.01, -5, 2024, 75.0);
-        row("59° north, leap year", 59.0, 10.75, 1, 2024, 110.0);
-        row("Cape Town", -33.92, 18.42, 2, 2026, 65.0);
-        row("west of the date line", -17.7, 179.99, 12, 2026, 45.0);
-        row("east of the date line", 51.88, -179.99, -12, 2026, 95.0);
+        row("Quito", -0.18, -78.47, -5, 2026);
+        row("Berlin", 52.52, 13.40, 1, 2026);
+        row("Sydney", -33.87, 151.21, 10, 2026);
+        row("New York, leap year", 40.71, -74.01, -5, 2024);
+        row("59° north, leap year", 59.0, 10.75, 1, 2024);
+        row("Cape Town", -33.92, 18.42, 2, 2026);
+        row("west of the date line", -17.7, 179.99, 12, 2026);
+        row("east of the date line", 51.88, -179.99, -12, 2026);
     }
     void risesAndSetsWithTheReference() {
         QFETCH(double, latitude);
         QFETCH(double, longitude);
         QFETCH(int, offsetHours);
         QFETCH(int, year);
-        QFETCH(double, worstSeconds);
         const QTimeZone zone(offsetHours * 3600);
         sky::Deviation deviation;
         for (QDate day(year, 1, 1); day.year() == year; day = day.addDays(1)) {
@@ -112,7 +110,7 @@ private Q_SLOTS:
         }
         qInfo("worst %.0f s", deviation.worstSeconds);
         QVERIFY2(deviation.disagreements.isEmpty(), qPrintable(deviation.disagreements.join(u',')));
-        QVERIFY(deviation.worstSeconds <= worstSeconds);
+        QVERIFY(deviation.worstSeconds <= riseSetSeconds);
     }
 
     void hasPolarDayAndNight_data() {
