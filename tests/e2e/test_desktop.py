@@ -662,22 +662,25 @@ class WeatherServer(http.server.ThreadingHTTPServer):
 
 
 class WeatherTileTest(HostCase):
-    """A tile of the place where the machine is, with no location service: the place of the
-    internet address, its forecast and air from the services, and the tile past its loading
+    """Two tiles of the place where the machine is, with no location service: the place of the
+    internet address, its forecast and air fetched once for both, and both past their loading
     state."""
 
-    panel_count = 1
+    panel_count = 2
 
     def before_launch(self):
         self.server = WeatherServer()
         self.addCleanup(self.server.server_close)
         self.addCleanup(self.server.shutdown)
         self.addCleanup(self.server.released.set)
-        tile = {"id": "E0000000-0000-4000-8000-000000000001", "kind": "airquality",
-                "size": "small", "order": 0, "page": 0, "col": 0, "row": 0, "posX": 300,
-                "posY": 700}
+        # The weather's sky stands still, so that only the forecast can change the tile.
+        tiles = [{"id": "E0000000-0000-4000-8000-00000000000%d" % n, "kind": kind, "size": size,
+                  "order": n, "page": 0, "col": 0, "row": 0, "posX": x, "posY": 700,
+                  "settings": {"animate": "off"}}
+                 for n, (kind, size, x) in enumerate([("weather", "wide", 300),
+                                                      ("airquality", "small", 600)])]
         with open(os.path.join(self.data_dir, "grid.json"), "w", encoding="utf-8") as f:
-            json.dump({"instances": [tile], "pageCount": 1}, f)
+            json.dump({"instances": tiles, "pageCount": 1}, f)
         self.log = os.path.join(self.config_home, "host.log")
 
     def environment(self):
@@ -692,11 +695,11 @@ class WeatherTileTest(HostCase):
         with open(self.log, encoding="utf-8") as f:
             return [line.split(": ", 1)[-1].strip() for line in f if "Weather" in line]
 
-    def test_the_forecast_of_the_address_reaches_the_tile(self):
-        x, y, w, h = self.panel_of(self.by_kind("airquality"))
+    def test_the_forecast_of_the_address_reaches_the_tiles(self):
+        rects = [self.panel_of(self.by_kind(kind)) for kind in ("weather", "airquality")]
         self.assertTrue(self.session.wait_for(lambda: self.server.requests, timeout=15),
-                        "the tile asked for no weather")
-        loading = self.pixels(x, y, w, h)
+                        "the tiles asked for no weather")
+        loading = [self.pixels(*rect) for rect in rects]
         self.server.released.set()
         self.assertTrue(self.session.wait_for(
             lambda: any(line.startswith("forecast ready for Munich: 6°C, rain (approximate)")
@@ -705,8 +708,9 @@ class WeatherTileTest(HostCase):
         forecasts = [r for r in self.server.requests if r.startswith("/forecast/")]
         self.assertEqual(len(forecasts), 1, self.server.requests)
         self.assertIn("latitude=48.1374&longitude=11.5755&", forecasts[0])
-        self.assertTrue(self.session.wait_for(lambda: self.pixels(x, y, w, h) != loading,
-                                              timeout=10), "the tile still shows it loading")
+        for kind, rect, before in zip(("weather", "airquality"), rects, loading):
+            self.assertTrue(self.session.wait_for(lambda: self.pixels(*rect) != before,
+                                                  timeout=10), kind + " still shows it loading")
         self.screenshot("weather-tile.png")
 
 
