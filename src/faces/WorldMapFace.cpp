@@ -133,12 +133,10 @@ const City& atHorizon(WorldMapFace::SunPoint sun, bool rising) {
 
 struct Frame {
     QRectF map;
-    double north = northEdge;
-    double south = southEdge;
 
     QPointF at(double longitude, double latitude) const {
         return {map.left() + (longitude + 180) / 360 * map.width(),
-                map.top() + (north - latitude) / (north - south) * map.height()};
+                map.top() + (northEdge - latitude) / (northEdge - southEdge) * map.height()};
     }
 };
 
@@ -476,7 +474,10 @@ void WorldMapFace::paint(QPainter& painter, const QRectF& rect, const FaceContex
     QPainterPath clip;
     clip.addRoundedRect(frame.map, 8, 8);
     painter.setClipPath(clip, Qt::IntersectClip);
-    const QString key = QStringLiteral("worldmap|%1").arg(context.glass.darkInk() ? 1 : 0);
+    // The dots take the ink of the glass and the theme.
+    const QString key = QStringLiteral("worldmap|%1|%2")
+                            .arg(context.glass.darkInk() ? 1 : 0)
+                            .arg(context.primary().name(QColor::HexArgb));
     const auto dots = [&](QPainter& p) { drawDots(p, frame.map.size(), m_land, context); };
     if (context.pictures != nullptr) {
         context.pictures->draw(painter, frame.map, key, context.devicePixelRatio * context.scale,
