@@ -139,10 +139,10 @@ void PlaceField::show(const WidgetSettings& settings) {
         m_search->clear();
     }
     if (city && m_kept) {
-        const QString name =
-            m_kept->name.isEmpty()
-                ? QString::asprintf("%.2f, %.2f", m_kept->latitude, m_kept->longitude)
-                : m_kept->name;
+        const QString name = m_kept->name.isEmpty() ? QString::number(m_kept->latitude, 'f', 2) +
+                                                          QStringLiteral(", ") +
+                                                          QString::number(m_kept->longitude, 'f', 2)
+                                                    : m_kept->name;
         m_city->setText(L("place.kept", QStringLiteral("Showing %1"))
                             .arg(m_kept->countryCode
                                      ? name + QStringLiteral(", ") + *m_kept->countryCode
@@ -178,7 +178,7 @@ void PlaceField::typed(const QString& text) {
         clearResults();
         return;
     }
-    if (!m_scheduler) {
+    if (m_scheduler == nullptr) {
         search(wanted);
         return;
     }

@@ -39,7 +39,7 @@ public:
 
     // Makes the option's row on `card`: the choice at its right, this field under its title.
     // Gives the row.
-    QWidget* addTo(SettingsCard& card, const QString& title, const QString& caption);
+    QWidget* addTo(SettingsCard& card, const QString& title, const QString& text);
     // The choice between where the machine is and a city.
     QComboBox* modeBox() const { return m_mode; }
     QLineEdit* searchField() const { return m_search; }

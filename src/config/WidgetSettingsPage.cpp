@@ -235,8 +235,9 @@ void WidgetSettingsPage::addOptions(const QString& kind) {
         control->setProperty("optionKey", option.key);
         m_options.insert(option.key, control);
         auto* place = qobject_cast<PlaceField*>(control);
-        m_rows.insert(option.key, place ? place->addTo(*card, option.title, QString())
-                                        : card->addRow(option.title, QString(), control));
+        m_rows.insert(option.key, place != nullptr
+                                      ? place->addTo(*card, option.title, QString())
+                                      : card->addRow(option.title, QString(), control));
     }
 }
 
