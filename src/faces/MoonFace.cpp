@@ -7,6 +7,7 @@
 #include "text/L.h"
 #include "weather/MoonMath.h"
 
+#include <QLinearGradient>
 #include <QLocale>
 #include <QPainter>
 #include <QPainterPath>
@@ -44,8 +45,26 @@ constexpr std::array kMaria{
     Mare{0.00, -0.14, 0.10, 0.08, 70},   // Vaporis and Sinus Medii
 };
 
-// The near side, north up: a warm grey disc darkening to its limb, the maria and a scatter of
-// small craters, and Tycho's bright rays in the south.
+// A soft round patch: `colour` at its heart fading out at its edge.
+void drawPatch(QPainter& p, const QPointF& at, qreal rx, qreal ry, const QColor& colour) {
+    p.save();
+    p.translate(at);
+    p.scale(1, ry / rx);
+    QRadialGradient patch(QPointF(0, 0), rx);
+    QColor edge = colour;
+    edge.setAlpha(0);
+    patch.setColorAt(0, colour);
+    patch.setColorAt(0.55,
+                     QColor(colour.red(), colour.green(), colour.blue(), colour.alpha() * 3 / 4));
+    patch.setColorAt(1, edge);
+    p.setBrush(patch);
+    p.drawEllipse(QPointF(0, 0), rx, rx);
+    p.restore();
+}
+
+// The near side, north up: a warm grey disc darkening to its limb, mottled highlands, the maria
+// as clusters of soft patches, a scatter of small craters lit from one side, and Tycho with its
+// faint rays in the south.
 void drawMoonFace(QPainter& p, qreal r) {
     p.setPen(Qt::NoPen);
     QRadialGradient base(QPointF(-r * 0.25, -r * 0.25), r * 1.5);
@@ -53,47 +72,59 @@ void drawMoonFace(QPainter& p, qreal r) {
     base.setColorAt(1, QColor(196, 191, 182));
     p.setBrush(base);
     p.drawEllipse(QPointF(0, 0), r, r);
-    for (const Mare& m : kMaria) {
-        const QPointF centre(m.x * r, m.y * r);
-        p.save();
-        p.translate(centre);
-        p.scale(m.rx, m.ry);
-        QRadialGradient plain(QPointF(0, 0), r);
-        plain.setColorAt(0, QColor(92, 96, 106, m.darkness));
-        plain.setColorAt(0.6, QColor(100, 104, 114, m.darkness * 2 / 3));
-        plain.setColorAt(1, QColor(110, 112, 120, 0));
-        p.setBrush(plain);
-        p.drawEllipse(QPointF(0, 0), r, r);
-        p.restore();
-    }
-    // Craters from a fixed seed, so every picture of the moon is the same moon.
+    // A fixed seed, so that every picture of the moon is the same moon.
     quint32 seed = 20260622;
     const auto next = [&seed] {
         seed = seed * 1664525U + 1013904223U;
         return static_cast<double>(seed >> 8) / static_cast<double>(1U << 24);
     };
-    for (int i = 0; i < 70; ++i) {
+    for (int i = 0; i < 40; ++i) {
+        const QPointF at((next() * 2 - 1) * r, (next() * 2 - 1) * r);
+        const qreal size = r * (0.08 + 0.12 * next());
+        drawPatch(p, at, size, size,
+                  next() < 0.5 ? QColor(255, 253, 246, 40) : QColor(150, 146, 140, 22));
+    }
+    for (const Mare& m : kMaria) {
+        // Each plain a cluster of patches, so that its edge is not a clean ellipse.
+        for (int i = 0; i < 7; ++i) {
+            const QPointF at((m.x + (next() - 0.5) * m.rx * 1.1) * r,
+                             (m.y + (next() - 0.5) * m.ry * 1.1) * r);
+            const double shrink = i == 0 ? 0.9 : 0.35 + 0.4 * next();
+            drawPatch(p, at, m.rx * r * shrink, m.ry * r * shrink,
+                      QColor(96, 100, 110, i == 0 ? m.darkness * 3 / 4 : m.darkness / 3));
+        }
+    }
+    for (int i = 0; i < 55; ++i) {
         const double angle = next() * 2 * std::numbers::pi;
-        const double distance = std::sqrt(next()) * 0.92;
-        const qreal size = r * (0.015 + 0.05 * next() * next());
+        const double distance = std::sqrt(next()) * 0.9;
+        const qreal size = r * (0.012 + 0.035 * next() * next());
         const QPointF at(std::cos(angle) * distance * r, std::sin(angle) * distance * r);
-        p.setBrush(QColor(70, 72, 80, 40));
-        p.drawEllipse(at, size, size);
-        p.setBrush(QColor(255, 255, 250, 55));
-        p.drawEllipse(at - QPointF(size * 0.25, size * 0.25), size * 0.55, size * 0.55);
+        // A shadowed floor and a lit far wall, light from the upper left.
+        drawPatch(p, at, size, size, QColor(90, 90, 98, 60));
+        p.setPen(QPen(QColor(255, 255, 250, 70), std::max<qreal>(0.4, size * 0.28)));
+        p.setBrush(Qt::NoBrush);
+        p.drawArc(QRectF(at.x() - size * 0.8, at.y() - size * 0.8, size * 1.6, size * 1.6),
+                  200 * 16, 140 * 16);
+        p.setPen(Qt::NoPen);
     }
     const QPointF tycho(-0.12 * r, 0.72 * r);
-    p.setPen(QPen(QColor(255, 255, 250, 38), std::max<qreal>(0.5, r * 0.018)));
-    for (int i = 0; i < 9; ++i) {
-        const double angle = i * 2 * std::numbers::pi / 9 + 0.3;
-        const double length = r * (0.35 + 0.25 * next());
-        p.drawLine(tycho, tycho + QPointF(std::cos(angle) * length, std::sin(angle) * length));
+    for (int i = 0; i < 11; ++i) {
+        const double angle = i * 2 * std::numbers::pi / 11 + 0.3 + next() * 0.3;
+        const QPointF end =
+            tycho + QPointF(std::cos(angle), std::sin(angle)) * r * (0.3 + 0.35 * next());
+        QLinearGradient ray(tycho, end);
+        ray.setColorAt(0, QColor(255, 255, 250, 30));
+        ray.setColorAt(1, QColor(255, 255, 250, 0));
+        p.setPen(QPen(QBrush(ray), std::max<qreal>(0.5, r * 0.014), Qt::SolidLine, Qt::RoundCap));
+        p.drawLine(tycho, end);
     }
     p.setPen(Qt::NoPen);
-    p.setBrush(QColor(255, 255, 250, 200));
-    p.drawEllipse(tycho, r * 0.03, r * 0.03);
-    p.drawEllipse(QPointF(-0.30 * r, -0.10 * r), r * 0.025, r * 0.025); // Copernicus
-    // The limb darkens; the clip keeps the craters inside the disc.
+    drawPatch(p, tycho, r * 0.05, r * 0.05, QColor(255, 255, 250, 210));
+    drawPatch(p, QPointF(-0.30 * r, -0.10 * r), r * 0.04, r * 0.04,
+              QColor(255, 255, 250, 170)); // Copernicus
+    drawPatch(p, QPointF(-0.62 * r, -0.18 * r), r * 0.03, r * 0.03,
+              QColor(255, 255, 250, 190)); // Aristarchus
+    // The limb darkens; the clip keeps everything inside the disc.
     QRadialGradient limb(QPointF(0, 0), r);
     limb.setColorAt(0.7, QColor(0, 0, 0, 0));
     limb.setColorAt(1, QColor(20, 18, 30, 70));
