@@ -2,6 +2,7 @@
 
 #include "desktop/PanelContextMenu.h"
 #include "faces/ActivityFace.h"
+#include "faces/FaceRegistry.h"
 #include "grid/GridStore.h"
 #include "grid/RectEdges.h"
 #include "model/WidgetAction.h"
@@ -47,7 +48,9 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
                  .symbols = services.symbols,
                  .colorScheme = services.colorScheme,
                  .readings = services.readings ? &services.readings->board() : nullptr,
-                 .weather = services.weather ? &services.weather->board() : nullptr})
+                 .weather = services.weather ? &services.weather->board() : nullptr,
+                 .scheduler = &services.scheduler,
+                 .clock = &services.clock})
     , m_follower({.displays = services.displays,
                   .scheduler = services.scheduler,
                   .grid = services.grid,
@@ -404,6 +407,14 @@ bool DesktopController::handlePlainClick(const QUuid& id, QPointF point) {
     }
     if (isTypedInto(instance->kind)) {
         return false;
+    }
+    // A face that can show nothing until the person chooses something opens its settings.
+    const auto shown = m_tiles.find(id);
+    if (shown != m_tiles.end() && widgetSettingsOpener &&
+        m_services.faces.face(instance->kind)
+            .opensSettingsOnClick(shown->second.panel->context())) {
+        widgetSettingsOpener(id);
+        return true;
     }
     // The activity tile's click switches its list of programs, unless the person gave the click
     // something else to do (or nothing at all).

@@ -214,6 +214,13 @@ void DesktopPanel::setNow(const QDateTime& now) {
     update(changed.toAlignedRect().adjusted(-1, -1, 1, 1) & tileRectInWidget());
 }
 
+void DesktopPanel::setSceneTime(double sceneTime) {
+    m_context.sceneTime = sceneTime;
+    if (m_face != nullptr && isVisible()) {
+        update(tileRectInWidget());
+    }
+}
+
 void DesktopPanel::contentChanged() {
     if (m_face != nullptr) {
         update(tileRectInWidget());

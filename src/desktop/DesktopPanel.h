@@ -67,6 +67,8 @@ public:
     // How fast the face's scenes may run and whether its content may change with a transition;
     // the glass stays as it is.
     void setPace(AnimationPace pace, bool allowsTransitions);
+    // A new frame of the face's scene: the tile is drawn again while the panel is shown.
+    void setSceneTime(double sceneTime);
     // New figures for the face: the tile is drawn again, its glass is not.
     void contentChanged();
     // The ring around a new tile, 0 (none) to 1.

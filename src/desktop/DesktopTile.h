@@ -4,6 +4,7 @@
 
 #include "desktop/DesktopPanel.h"
 #include "desktop/PanelState.h"
+#include "desktop/SceneDriver.h"
 #include "model/WidgetInstance.h"
 #include "readings/ReadingFeed.h"
 #include "tick/TimeSource.h"
@@ -15,7 +16,8 @@ namespace tw {
 struct DesktopTile {
     std::unique_ptr<DesktopPanel> panel;
     std::unique_ptr<PanelState> state;
-    std::unique_ptr<TimeSource> time; // none for a face without a grain
+    std::unique_ptr<TimeSource> time;   // none for a face without a grain
+    std::unique_ptr<SceneDriver> scene; // made when its face first may animate
     WidgetInstance instance;
     bool covered = false;      // as the window system last said
     ReadingFeeds feeds;        // the machine's readings its face shows

@@ -70,12 +70,29 @@ void TileContent::refresh(DesktopTile& tile) const {
                 });
     }
     context.now = tile.time ? tile.time->time() : QDateTime();
+    context.sceneTime = tile.scene ? tile.scene->sceneTime() : 0;
     tile.panel->setContent(face, context);
+    driveScene(tile, face, context.pace);
 }
 
 void TileContent::applyPace(DesktopTile& tile) const {
-    tile.panel->setPace(panelPace(m_services.settings, *tile.state),
-                        panelAllowsTransitions(m_services.settings, *tile.state));
+    const AnimationPace pace = panelPace(m_services.settings, *tile.state);
+    tile.panel->setPace(pace, panelAllowsTransitions(m_services.settings, *tile.state));
+    driveScene(tile, m_services.faces.face(tile.instance.kind), pace);
+}
+
+void TileContent::driveScene(DesktopTile& tile, const WidgetFace& face, AnimationPace pace) const {
+    const double fps = pace.fps(
+        face.sceneFps(tile.instance.size, tile.instance.settings.value_or(WidgetSettings())));
+    if (fps > 0 && !tile.scene && m_services.scheduler != nullptr && m_services.clock != nullptr) {
+        DesktopPanel* panel = tile.panel.get();
+        tile.scene = std::make_unique<SceneDriver>(
+            *m_services.scheduler, *m_services.clock,
+            [panel](double sceneTime) { panel->setSceneTime(sceneTime); });
+    }
+    if (tile.scene) {
+        tile.scene->setRate(fps);
+    }
 }
 
 void TileContent::reseed(DesktopTile& tile) const {

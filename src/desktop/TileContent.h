@@ -3,12 +3,16 @@
 #pragma once
 
 #include "look/ThemeStore.h"
+#include "tick/AnimationPace.h"
 
 #include <QObject>
 
 namespace tw {
 
 class AppSettings;
+class Clock;
+class Scheduler;
+class WidgetFace;
 class ColorSchemeWatcher;
 class FaceRegistry;
 class MinuteCoordinator;
@@ -36,6 +40,9 @@ public:
         const ColorSchemeWatcher* colorScheme = nullptr;
         const ReadingsBoard* readings = nullptr;
         const WeatherBoard* weather = nullptr;
+        // What runs animated scenes; without them every scene stands still.
+        Scheduler* scheduler = nullptr;
+        const Clock* clock = nullptr;
     };
 
     explicit TileContent(const Services& services, QObject* parent = nullptr);
@@ -44,7 +51,8 @@ public:
     ThemeStore::SystemAppearance systemAppearance() const;
     // The tile's face, look, time and readings for its instance as it is now.
     void refresh(DesktopTile& tile) const;
-    // The tile's pace after a change of the settings, its cover or the pointer over it.
+    // The tile's pace after a change of the settings, its cover or the pointer over it; an
+    // animated face runs its scene at what the pace allows of what it asks.
     void applyPace(DesktopTile& tile) const;
     // A tile coming into view shows the time of now, not that of the last tick before it went.
     void reseed(DesktopTile& tile) const;
@@ -56,6 +64,8 @@ Q_SIGNALS:
     void lookChanged();
 
 private:
+    void driveScene(DesktopTile& tile, const WidgetFace& face, AnimationPace pace) const;
+
     Services m_services;
 };
 

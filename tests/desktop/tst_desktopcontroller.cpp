@@ -54,6 +54,16 @@ private:
     ReadingFeeds m_feeds;
 };
 
+// A face that needs the person to choose something before it can show anything.
+class ChooseFirstFace final : public WidgetFace {
+public:
+    std::optional<TimeGrain> grain(WidgetSize, const WidgetSettings&) const override {
+        return std::nullopt;
+    }
+    void paint(QPainter&, const QRectF&, const FaceContext&) const override {}
+    bool opensSettingsOnClick(const FaceContext&) const override { return true; }
+};
+
 struct Fixture {
     QTemporaryDir dir;
     ManualClock clock;
@@ -124,6 +134,17 @@ struct Fixture {
         return {};
     }
     QUuid id(const char* kind) const { return byKind(kind).id; }
+    // A face of the test's own for `kind`; the tiles of that kind go first, so that no panel
+    // keeps drawing with the face it replaces.
+    void useFace(const char* kind, std::unique_ptr<WidgetFace> face) {
+        const QList<WidgetInstance> before = grid->layout().instances;
+        for (const WidgetInstance& i : before) {
+            if (i.kind == QLatin1String(kind)) {
+                grid->remove(i.id);
+            }
+        }
+        faces.add(QLatin1String(kind), std::move(face));
+    }
     // `member` stacked onto `front`; the stack's id.
     QUuid stack(const QUuid& member, const QUuid& front) {
         grid->groupIntoStack(member, front);
@@ -498,6 +519,72 @@ private Q_SLOTS:
         QTEST(f.controller->panel(clock)->context().pace.kind(), "pace");
     }
 
+    // An animated scene moves only as the pace allows, and goes on where it stopped.
+    void scenesMoveAtThePace_data() {
+        QTest::addColumn<AppSettings::EnergyMode>("mode");
+        QTest::addColumn<bool>("occluded");
+        QTest::addColumn<bool>("hovering");
+        QTest::addColumn<QString>("animate");
+        QTest::addColumn<bool>("moves");
+        using Mode = AppSettings::EnergyMode;
+        QTest::newRow("high") << Mode::high << false << false << "" << true;
+        QTest::newRow("covered") << Mode::high << true << false << "" << false;
+        QTest::newRow("energy saver") << Mode::saver << false << true << "" << false;
+        QTest::newRow("balanced under the pointer")
+            << Mode::balanced << false << true << "" << true;
+        QTest::newRow("balanced elsewhere") << Mode::balanced << false << false << "" << false;
+        QTest::newRow("the tile's scene is off")
+            << Mode::high << false << false << "false" << false;
+    }
+    void scenesMoveAtThePace() {
+        QFETCH(AppSettings::EnergyMode, mode);
+        QFETCH(bool, occluded);
+        QFETCH(bool, hovering);
+        QFETCH(QString, animate);
+        QFETCH(bool, moves);
+        Fixture f;
+        f.settings.setEnergyMode(mode);
+        WidgetSettings settings{{QStringLiteral("mode"), QStringLiteral("manual")},
+                                {QStringLiteral("condition"), QStringLiteral("rain")}};
+        if (!animate.isEmpty()) {
+            settings.insert(QStringLiteral("animate"), animate);
+        }
+        const auto tile = f.grid->addFree(QStringLiteral("weather"), WidgetSize::wide, settings,
+                                          QPointF(1500, 900));
+        QVERIFY(tile);
+        PanelState* state = f.controller->panelState(tile->id);
+        state->setOccluded(occluded);
+        state->setHovering(hovering);
+        const auto sceneTime = [&] { return f.controller->panel(tile->id)->context().sceneTime; };
+        f.scheduler.advance(std::chrono::seconds(2));
+        QCOMPARE(sceneTime() > 1.5, moves);
+        if (!moves) {
+            QCOMPARE(sceneTime(), 0.0);
+            return;
+        }
+        // Covered for an hour: on its return the scene takes up from the same frame.
+        state->setOccluded(true);
+        const double stopped = sceneTime();
+        f.scheduler.advance(std::chrono::hours(1));
+        QCOMPARE(sceneTime(), stopped);
+        state->setOccluded(false);
+        f.scheduler.advance(std::chrono::seconds(1));
+        QVERIFY(sceneTime() > stopped && sceneTime() < stopped + 1.1);
+    }
+
+    // A tile that can show nothing until a choice is made opens its settings on a click.
+    void aClickOpensTheSettingsOfATileThatNeedsAChoice() {
+        Fixture f;
+        f.useFace("weather", std::make_unique<ChooseFirstFace>());
+        const auto tile = f.grid->addFree(QStringLiteral("weather"), WidgetSize::small,
+                                          std::nullopt, QPointF(1500, 900));
+        QVERIFY(tile);
+        QList<QUuid> opened;
+        f.controller->widgetSettingsOpener = [&](const QUuid& id) { opened << id; };
+        QVERIFY(f.controller->handlePlainClick(tile->id, {60, 60}));
+        QCOMPARE(opened, QList<QUuid>{tile->id});
+    }
+
     // The veil lifts 8 s after it fell at the latest, the panels 0.35 s later; a panel covered
     // while veiled stays as it was until then.
     void theVeilAndOcclusion() {
@@ -526,7 +613,7 @@ private Q_SLOTS:
     void readingsFollowTheTilesInView() {
         Fixture f;
         QCOMPARE(f.readings.demand(), ReadingFeeds());
-        f.faces.add(QStringLiteral("network"), std::make_unique<ReadingFace>(ReadingFeed::network));
+        f.useFace("network", std::make_unique<ReadingFace>(ReadingFeed::network));
         const auto network = f.grid->addFree(QStringLiteral("network"), WidgetSize::small,
                                              std::nullopt, QPointF(1500, 900));
         QVERIFY(network);
