@@ -202,8 +202,12 @@ QList<WidgetOption> WidgetOption::of(const QString& kind) {
     if (kind == QLatin1String("weather")) {
         return weatherOptions();
     }
-    if (kind == QLatin1String("airquality") || kind == QLatin1String("moon")) {
+    if (kind == QLatin1String("airquality")) {
         return {place()};
+    }
+    // The moon's rise and set are times of day.
+    if (kind == QLatin1String("moon")) {
+        return {place(), hourFormat()};
     }
     return {};
 }
