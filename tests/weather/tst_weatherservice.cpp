@@ -175,7 +175,6 @@ private Q_SLOTS:
         row("unknown: keep listening", LocationSource::Failure::locationUnknown, Kind::loading,
             true);
         row("denied mid-request", LocationSource::Failure::denied, Kind::ready, false);
-        row("other error", LocationSource::Failure::other, Kind::ready, false);
     }
     void fixFails() {
         QFETCH(LocationSource::Failure, failure);
