@@ -2,6 +2,7 @@
 #include "WeatherRig.h"
 
 #include <QRegularExpression>
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace tw;
@@ -195,6 +196,33 @@ private Q_SLOTS:
             QVERIFY(!rig.location.updating);
             QVERIFY(becomes(service, Kind::ready, false));
         }
+    }
+
+    // The person asks for the precise place: the system is asked, or the refusal is told.
+    void preciseLocation_data() {
+        QTest::addColumn<Auth>("authorization");
+        QTest::addColumn<QString>("log");
+        QTest::addColumn<int>("prompts");
+        QTest::addColumn<int>("fixes");
+        row("undetermined", Auth::notDetermined, "user requested precise location — prompting", 1,
+            0);
+        row("refused", Auth::denied, "precise location denied — opening System Settings", 0, 0);
+        row("allowed", Auth::authorized, "requesting one-shot location fix", 0, 1);
+    }
+    void preciseLocation() {
+        QFETCH(Auth, authorization);
+        QFETCH(QString, log);
+        QFETCH(int, prompts);
+        QFETCH(int, fixes);
+        WeatherRig rig;
+        rig.location.setAuthorization(authorization);
+        WeatherService service(rig.services(&rig.location));
+        QSignalSpy refused(&service, &WeatherService::preciseLocationRefused);
+        QTest::ignoreMessage(QtInfoMsg, qPrintable(log));
+        service.requestPreciseLocation();
+        QCOMPARE(rig.location.authorizationRequests, prompts);
+        QCOMPARE(rig.location.locationRequests, fixes);
+        QCOMPARE(refused.size(), authorization == Auth::denied ? 1 : 0);
     }
 
     // A good forecast is asked for again after 30 minutes, a failed one after 3.
