@@ -288,9 +288,11 @@ void drawRiseSet(QPainter& painter, const FaceContext& context, const QRectF& re
     }
     for (std::size_t i = 0; i < rows.size(); ++i) {
         if (oneText) {
-            FaceKit::drawText(painter, context, rect,
-                              static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter), rows.at(i).second,
-                              FaceKit::font(size, QFont::Medium), context.primary());
+            // In a row it stands in the middle, as the row's two times would.
+            FaceKit::drawText(
+                painter, context, rect,
+                static_cast<int>((stacked ? Qt::AlignLeft : Qt::AlignHCenter) | Qt::AlignVCenter),
+                rows.at(i).second, FaceKit::font(size, QFont::Medium), context.primary());
             break;
         }
         const QRectF cell = cellAt(i);

@@ -56,6 +56,11 @@ WeatherBoard namedBoard(const QString& name) {
     if (name == QLatin1String("full")) {
         return boardOf(placeIn(WeatherState::ready(forecast(extreme)), forecast(extreme)));
     }
+    if (name == QLatin1String("polar night")) {
+        WeatherPlace north = placeIn(WeatherState::ready(forecast(extreme)), std::nullopt);
+        north.latitude = 78.22; // the moon circles without setting
+        return boardOf(north);
+    }
     if (name == QLatin1String("no air")) {
         return boardOf(placeIn(WeatherState::ready(forecast(std::nullopt)), std::nullopt));
     }
@@ -246,7 +251,8 @@ private Q_SLOTS:
             const WidgetMetadata metadata =
                 WidgetRegistry::builtInDefinition(QLatin1String(kind))->metadata;
             for (WidgetSize size : metadata.allowedSizes) {
-                for (const char* board : {"full", "no air", "failed, last good", "denied"}) {
+                for (const char* board :
+                     {"full", "no air", "failed, last good", "denied", "polar night"}) {
                     const QByteArray tag =
                         QByteArray(kind) + '/' + rawValue(size).toUtf8() + '/' + board;
                     row(tag.constData(), kind, size, board);
