@@ -56,7 +56,7 @@ std::optional<QPair<double, double>> WeatherService::lastCoordinate() const {
         return m_lastCoordinate;
     }
     if (m_fixed) {
-        return QPair(m_fixed->latitude, m_fixed->longitude);
+        return QPair<double, double>(m_fixed->latitude, m_fixed->longitude);
     }
     return std::nullopt;
 }
@@ -346,7 +346,7 @@ void WeatherService::finishFetch(const Fetch& fetch, int generation, std::option
            qUtf8Printable(rawValue(live->condition)), fetch.approximate ? " (approximate)" : "");
     m_lastGood = live;
     m_lastGoodIsPrecise = !fetch.approximate;
-    m_lastCoordinate = QPair(fetch.latitude, fetch.longitude);
+    m_lastCoordinate = QPair<double, double>(fetch.latitude, fetch.longitude);
     m_lastFetch = now;
     if (!fetch.keepInFlight) {
         m_refreshing = false;

@@ -147,7 +147,7 @@ private Q_SLOTS:
         QCOMPARE(service.state().live->city, city);
         QCOMPARE(rig.forecastLatitudes(),
                  (QStringList{QStringLiteral("48.1374"), QString::asprintf("%.4f", latitude)}));
-        QCOMPARE(service.lastCoordinate(), QPair(latitude, longitude));
+        QCOMPARE(service.lastCoordinate(), (QPair<double, double>(latitude, longitude)));
     }
 
     // The fix arrives while the bridge's address lookup is still under way: the late lookup
