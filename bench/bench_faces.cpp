@@ -12,6 +12,7 @@
 #include "look/Theme.h"
 #include "model/WidgetRegistry.h"
 #include "platform/linux/MaterialSymbolProvider.h"
+#include "weather/MockForecast.h"
 
 #include <QGuiApplication>
 #include <QImage>
@@ -109,7 +110,7 @@ ReadingsBoard busyBoard() {
 
 // The weather where the machine is, with its air, for the faces of the sky and the air.
 WeatherBoard weatherBoard() {
-    WxLive live;
+    WxLive live = mockLive(WxScene::clouds, kStart);
     live.city = QStringLiteral("Berlin");
     live.air = WxAirQuality{.index = 27, .pm25 = 8.4, .pm10 = 14.2};
     WeatherPlace place;
@@ -321,7 +322,7 @@ int main(int argc, char** argv) {
         ->Unit(benchmark::kMicrosecond)
         ->Repetitions(9)
         ->ReportAggregatesOnly(true);
-    benchmark::RegisterBenchmark("face/generic/grand@2x", drawTile, QStringLiteral("weather"),
+    benchmark::RegisterBenchmark("face/generic/grand@2x", drawTile, QStringLiteral("photos"),
                                  WidgetSize::grand, WidgetSettings())
         ->Unit(benchmark::kMicrosecond)
         ->Repetitions(9)

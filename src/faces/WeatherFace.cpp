@@ -64,7 +64,11 @@ QString feels(const WxReading& r) {
 }
 
 QString clock(const std::optional<QDateTime>& at, bool h24) {
-    return at && at->isValid() ? FaceKit::hoursMinutes(at->time(), h24) : kDash;
+    if (!at || !at->isValid()) {
+        return kDash;
+    }
+    const QString time = FaceKit::hoursMinutes(at->time(), h24);
+    return h24 ? time : time + QLatin1Char(' ') + FaceKit::dayHalf(at->time());
 }
 
 // Everything one paint decides once.
@@ -85,7 +89,7 @@ QColor symbolColour(const QString& symbol, const Ink& ink) {
     if (symbol == QLatin1String("sun.max.fill")) {
         return {0xFF, 0xC8, 0x3D};
     }
-    if (symbol == QLatin1String("moon.stars.fill")) {
+    if (symbol == QLatin1String("moon.stars.fill") && ink.primary.lightness() > 128) {
         return {0xE8, 0xE6, 0xF5};
     }
     return ink.primary;
@@ -131,7 +135,7 @@ void drawHero(QPainter& painter, const View& v, const QRectF& rect,
 
 // Sunrise and sunset on one line.
 QString sunTimes(const View& v) {
-    return QStringLiteral("\u2191 %1   \u2193 %2")
+    return QStringLiteral("\u2191%1  \u2193%2")
         .arg(clock(v.reading.sunrise, v.h24), clock(v.reading.sunset, v.h24));
 }
 
@@ -548,7 +552,14 @@ void WeatherFace::paint(QPainter& painter, const QRectF& rect, const FaceContext
         .ink = Ink::of(context, WeatherScene::wantsLightText(frame)),
         .h24 = FaceKit::uses24Hour(context),
     };
+    painter.save();
+    if (frame.level == WeatherScene::Level::subtle &&
+        context.glass.shade == GlassLook::Shade::Light) {
+        // Light glass carries dark figures: the tint stays light enough for them.
+        painter.setOpacity(0.65);
+    }
     WeatherScene::paint(painter, rect, frame, context.pictures, context.devicePixelRatio);
+    painter.restore();
     // The figures keep a little off the card's edges.
     const QRectF inner = rect.adjusted(4, 3, -4, -3);
     painter.save();

@@ -242,7 +242,7 @@ int particleCount(const QRectF& area, int per180Square, Level level) {
 }
 
 void paintRain(QPainter& painter, const QRectF& area, const Frame& frame) {
-    const int count = particleCount(area, 70, frame.level);
+    const int count = particleCount(area, 50, frame.level);
     const qreal length = std::clamp(area.height() * 0.07, 5.0, 12.0);
     const qreal slant = length * 0.25;
     QPainterPath drops;
@@ -263,7 +263,7 @@ void paintRain(QPainter& painter, const QRectF& area, const Frame& frame) {
 }
 
 void paintSnow(QPainter& painter, const QRectF& area, const Frame& frame) {
-    const int count = particleCount(area, 55, frame.level);
+    const int count = particleCount(area, 40, frame.level);
     QPainterPath flakes;
     for (int i = 0; i < count; ++i) {
         const qreal r = 0.8 + unit(i, 31) * 1.4;
@@ -276,7 +276,7 @@ void paintSnow(QPainter& painter, const QRectF& area, const Frame& frame) {
         flakes.addEllipse(QPointF(x, y), r, r);
     }
     painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(255, 255, 255, 215));
+    painter.setBrush(QColor(255, 255, 255, 180));
     painter.drawPath(flakes);
 }
 
