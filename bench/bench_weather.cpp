@@ -61,7 +61,8 @@ void copyFloor(benchmark::State& state) {
     }
 }
 
-// The whole tile (shadow, glass, scene and figures) as a desktop panel draws each frame.
+// A frame of the whole tile as a desktop panel draws it: its background picture, the scene and
+// the figures.
 void wholeTile(benchmark::State& state, WidgetSize size, const QString& condition,
                const QString& level) {
     static const MaterialSymbolProvider symbols;
@@ -83,11 +84,20 @@ void wholeTile(benchmark::State& state, WidgetSize size, const QString& conditio
     QImage image = target(context.points + QSizeF(2, 2) * TileRenderer::panelMargin);
     const QRectF tile(QPointF(TileRenderer::panelMargin, TileRenderer::panelMargin),
                       context.points);
+    // The panel keeps its shadow and glass as one picture and draws the face over it.
+    QImage background = image;
+    background.fill(Qt::transparent);
+    {
+        QPainter painter(&background);
+        renderer.paintBackground(painter, tile, context);
+    }
     for (auto _ : state) {
         context.sceneTime += frame;
-        image.fill(Qt::transparent);
         QPainter painter(&image);
-        renderer.paint(painter, tile, face, context);
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+        painter.drawImage(QPointF(0, 0), background);
+        painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+        renderer.paintFace(painter, tile, face, context);
     }
 }
 

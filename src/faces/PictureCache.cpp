@@ -62,24 +62,48 @@ void PictureCache::draw(QPainter& painter, const QRectF& rect, const QString& ke
         key + QStringLiteral("|%1x%2@%3").arg(rect.width()).arg(rect.height()).arg(dpr);
     auto found = m_still.constFind(fullKey);
     if (found == m_still.constEnd()) {
+        QImage image = render(rect, dpr, paint);
         if (m_still.size() >= capacity) {
             m_still.clear();
         }
-        QImage image(QSize(static_cast<int>(std::ceil(rect.width() * dpr)),
-                           static_cast<int>(std::ceil(rect.height() * dpr))),
-                     QImage::Format_ARGB32_Premultiplied);
-        image.fill(Qt::transparent);
-        {
-            QPainter p(&image);
-            p.setRenderHint(QPainter::Antialiasing);
-            p.setRenderHint(QPainter::TextAntialiasing);
-            p.scale(dpr, dpr);
-            paint(p);
-        }
-        image.setDevicePixelRatio(dpr);
         found = m_still.insert(fullKey, image);
     }
     blit(painter, rect.topLeft(), *found);
+}
+
+void PictureCache::drawLatest(QPainter& painter, const QRectF& rect, const QString& slot,
+                              const QString& key, qreal devicePixelRatio,
+                              const std::function<void(QPainter&)>& paint) {
+    const qreal dpr = devicePixelRatio > 0 ? devicePixelRatio : 1.0;
+    const QString fullKey =
+        key + QStringLiteral("|%1x%2@%3").arg(rect.width()).arg(rect.height()).arg(dpr);
+    auto found = m_latest.constFind(slot);
+    if (found == m_latest.constEnd() || found->key != fullKey) {
+        // Drawn before it is stored: the painting may use this cache's other pictures.
+        QImage image = render(rect, dpr, paint);
+        if (m_latest.size() >= capacity) {
+            m_latest.clear();
+        }
+        found = m_latest.insert(slot, Latest{fullKey, image});
+    }
+    blit(painter, rect.topLeft(), found->image);
+}
+
+QImage PictureCache::render(const QRectF& rect, qreal dpr,
+                            const std::function<void(QPainter&)>& paint) {
+    QImage image(QSize(static_cast<int>(std::ceil(rect.width() * dpr)),
+                       static_cast<int>(std::ceil(rect.height() * dpr))),
+                 QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    {
+        QPainter p(&image);
+        p.setRenderHint(QPainter::Antialiasing);
+        p.setRenderHint(QPainter::TextAntialiasing);
+        p.scale(dpr, dpr);
+        paint(p);
+    }
+    image.setDevicePixelRatio(dpr);
+    return image;
 }
 
 void PictureCache::blit(QPainter& painter, const QPointF& topLeft, const QImage& image) {

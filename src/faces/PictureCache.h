@@ -34,6 +34,12 @@ public:
     void draw(QPainter& painter, const QRectF& rect, const QString& key, qreal devicePixelRatio,
               const std::function<void(QPainter&)>& paint);
 
+    // As the keyed `draw`, keeping only the newest picture of each `slot`: for a picture that
+    // changes now and then under a moving one (a face's figures over its scene), so that the old
+    // ones do not pile up.
+    void drawLatest(QPainter& painter, const QRectF& rect, const QString& slot, const QString& key,
+                    qreal devicePixelRatio, const std::function<void(QPainter&)>& paint);
+
     // A fitted pixel size remembered for the same text, box, weight and cap; `compute` otherwise.
     template <typename Compute>
     qreal fittedSize(const QString& key, Compute compute) {
@@ -47,7 +53,7 @@ public:
         return *m_fits.insert(key, compute());
     }
 
-    qsizetype pictures() const { return m_pictures.size() + m_still.size(); }
+    qsizetype pictures() const { return m_pictures.size() + m_still.size() + m_latest.size(); }
 
 private:
     struct Picture {
@@ -56,10 +62,18 @@ private:
         QPointF origin; // where the picture's top-left goes, relative to the same
     };
 
+    struct Latest {
+        QString key;
+        QImage image;
+    };
+
     void blit(QPainter& painter, const QPointF& topLeft, const QImage& image);
+    static QImage render(const QRectF& rect, qreal dpr,
+                         const std::function<void(QPainter&)>& paint);
 
     QHash<QString, Picture> m_pictures;
     QHash<QString, QImage> m_still;
+    QHash<QString, Latest> m_latest;
     QHash<QString, qreal> m_fits;
 };
 

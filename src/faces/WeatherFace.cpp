@@ -2,6 +2,7 @@
 
 #include "faces/FaceContext.h"
 #include "faces/FaceKit.h"
+#include "faces/PictureCache.h"
 #include "faces/ReadingKit.h"
 #include "faces/WeatherNotice.h"
 #include "faces/WeatherScene.h"
@@ -409,6 +410,43 @@ void paintGrand(QPainter& painter, const QRectF& r, const View& v) {
     drawDayRows(painter, v, days, std::max(1, static_cast<int>(days.height() / 16)));
 }
 
+// Tiles of one size and the same settings show the same figures: they share one picture.
+QString figuresSlot(const FaceContext& context) {
+    QString slot = QStringLiteral("wx.figures/") + rawValue(context.size);
+    for (auto it = context.settings.cbegin(); it != context.settings.cend(); ++it) {
+        slot += QLatin1Char('\x1f') + it.key() + QLatin1Char('=') + it.value();
+    }
+    return slot;
+}
+
+// Everything the figures are drawn from.
+QString figuresKey(const View& v, const FaceContext& context) {
+    const WxReading& r = v.reading;
+    QStringList parts{v.city,
+                      QString::number(r.temp),
+                      QString::number(r.feels),
+                      QString::number(r.hi),
+                      QString::number(r.lo),
+                      rawValue(v.condition),
+                      clock(r.sunrise, v.h24),
+                      clock(r.sunset, v.h24),
+                      QString::number(v.ink.primary.rgba(), 16),
+                      QString::number(v.ink.accent.rgba(), 16),
+                      QString::number(static_cast<int>(context.glass.shade)),
+                      QString::number(static_cast<int>(v.night)) +
+                          QString::number(static_cast<int>(v.approximate)) +
+                          QString::number(static_cast<int>(v.shown.stale))};
+    for (const WxHourEntry& hour : r.hourly) {
+        parts << hour.hour + QLatin1Char(',') + hour.symbol + QLatin1Char(',') +
+                     QString::number(hour.temp);
+    }
+    for (const WxDayEntry& day : r.daily) {
+        parts << day.day + QLatin1Char(',') + day.symbol + QLatin1Char(',') +
+                     QString::number(day.lo) + QLatin1Char(',') + QString::number(day.hi);
+    }
+    return parts.join(QLatin1Char('\x1f'));
+}
+
 } // namespace
 
 std::optional<TimeGrain> WeatherFace::grain(WidgetSize, const WidgetSettings&) const {
@@ -562,35 +600,47 @@ void WeatherFace::paint(QPainter& painter, const QRectF& rect, const FaceContext
     painter.restore();
     // The figures keep a little off the card's edges.
     const QRectF inner = rect.adjusted(4, 3, -4, -3);
-    painter.save();
-    switch (context.size) {
-    case WidgetSize::small:
-        paintSmall(painter, inner, v);
-        break;
-    case WidgetSize::wide:
-        paintWide(painter, inner, v);
-        break;
-    case WidgetSize::large:
-        paintLarge(painter, inner, v);
-        break;
-    case WidgetSize::wideTall:
-        paintWideTall(painter, inner, v);
-        break;
-    case WidgetSize::grand:
-        paintGrand(painter, inner, v);
-        break;
-    default:
-        // Sizes the catalogue does not offer draw as the nearest it does.
-        if (inner.width() > inner.height() * 1.6) {
-            paintWide(painter, inner, v);
-        } else if (inner.height() > 150) {
-            paintLarge(painter, inner, v);
-        } else {
-            paintSmall(painter, inner, v);
+    const auto figures = [&](QPainter& p) {
+        switch (context.size) {
+        case WidgetSize::small:
+            paintSmall(p, inner, v);
+            break;
+        case WidgetSize::wide:
+            paintWide(p, inner, v);
+            break;
+        case WidgetSize::large:
+            paintLarge(p, inner, v);
+            break;
+        case WidgetSize::wideTall:
+            paintWideTall(p, inner, v);
+            break;
+        case WidgetSize::grand:
+            paintGrand(p, inner, v);
+            break;
+        default:
+            // Sizes the catalogue does not offer draw as the nearest it does.
+            if (inner.width() > inner.height() * 1.6) {
+                paintWide(p, inner, v);
+            } else if (inner.height() > 150) {
+                paintLarge(p, inner, v);
+            } else {
+                paintSmall(p, inner, v);
+            }
+            break;
         }
-        break;
+    };
+    if (context.pictures == nullptr) {
+        painter.save();
+        figures(painter);
+        painter.restore();
+        return;
     }
-    painter.restore();
+    // The figures stand still while the sky moves: one picture, drawn again only when they change.
+    context.pictures->drawLatest(painter, rect, figuresSlot(context), figuresKey(v, context),
+                                 context.devicePixelRatio, [&](QPainter& p) {
+                                     p.translate(-rect.topLeft());
+                                     figures(p);
+                                 });
 }
 
 } // namespace tw

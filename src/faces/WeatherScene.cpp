@@ -245,7 +245,8 @@ void paintRain(QPainter& painter, const QRectF& area, const Frame& frame) {
     const int count = particleCount(area, 50, frame.level);
     const qreal length = std::clamp(area.height() * 0.07, 5.0, 12.0);
     const qreal slant = length * 0.25;
-    QPainterPath drops;
+    QList<QLineF> drops;
+    drops.reserve(count);
     for (int i = 0; i < count; ++i) {
         const double speed = area.height() * (0.9 + unit(i, 21) * 0.5);
         const double range = area.height() + length;
@@ -253,31 +254,49 @@ void paintRain(QPainter& painter, const QRectF& area, const Frame& frame) {
             area.top() - length + wrapped(unit(i, 22) * range + frame.time * speed, range);
         const qreal x = area.left() +
                         wrapped(unit(i, 23) * area.width() - (y - area.top()) * 0.25, area.width());
-        drops.moveTo(x, y);
-        drops.lineTo(x - slant, y + length);
+        drops.append(QLineF(x, y, x - slant, y + length));
     }
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(
-        QPen(QColor(200, 220, 255, frame.night ? 120 : 150), 1.1, Qt::SolidLine, Qt::RoundCap));
-    painter.drawPath(drops);
+    // Hairlines of one device pixel take the rasteriser's fast path; a stroked path does not.
+    QPen pen(QColor(205, 222, 255, frame.night ? 130 : 160), 1.0);
+    pen.setCosmetic(true);
+    painter.setPen(pen);
+    painter.drawLines(drops);
 }
 
-void paintSnow(QPainter& painter, const QRectF& area, const Frame& frame) {
+// A flake, soft at its edge, drawn once per size.
+void paintFlake(QPainter& p, qreal r) {
+    QRadialGradient soft(QPointF(r, r), r);
+    soft.setColorAt(0, QColor(255, 255, 255, 230));
+    soft.setColorAt(0.6, QColor(255, 255, 255, 170));
+    soft.setColorAt(1, QColor(255, 255, 255, 0));
+    p.setPen(Qt::NoPen);
+    p.setBrush(soft);
+    p.drawEllipse(QPointF(r, r), r, r);
+}
+
+void paintSnow(QPainter& painter, const QRectF& area, const Frame& frame, PictureCache* pictures,
+               qreal dpr) {
     const int count = particleCount(area, 40, frame.level);
-    QPainterPath flakes;
+    constexpr std::array sizes{1.2, 1.8, 2.5};
     for (int i = 0; i < count; ++i) {
-        const qreal r = 0.8 + unit(i, 31) * 1.4;
+        const qreal r = sizes.at(static_cast<size_t>(unit(i, 31) * 2.999));
         // Larger flakes are nearer: they fall faster.
         const double speed = area.height() * (0.06 + r * 0.05);
         const double range = area.height() + 2 * r;
         const qreal y = area.top() - r + wrapped(unit(i, 32) * range + frame.time * speed, range);
         const qreal sway = std::sin(frame.time * (0.6 + unit(i, 33)) + unit(i, 34) * tau) * 4;
         const qreal x = area.left() + wrapped(unit(i, 35) * area.width() + sway, area.width());
-        flakes.addEllipse(QPointF(x, y), r, r);
+        const QRectF where(x - r, y - r, 2 * r, 2 * r);
+        if (pictures != nullptr) {
+            pictures->draw(painter, where, QStringLiteral("wx.flake/%1").arg(r), dpr,
+                           [r](QPainter& p) { paintFlake(p, r); });
+        } else {
+            painter.save();
+            painter.translate(where.topLeft());
+            paintFlake(painter, r);
+            painter.restore();
+        }
     }
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(255, 255, 255, 180));
-    painter.drawPath(flakes);
 }
 
 void paintFog(QPainter& painter, const QRectF& area, const Frame& frame, PictureCache* pictures,
@@ -424,7 +443,7 @@ void paint(QPainter& painter, const QRectF& rect, const Frame& frame, PictureCac
         paintLightning(painter, rect, frame);
         break;
     case WxScene::snow:
-        paintSnow(painter, rect, frame);
+        paintSnow(painter, rect, frame, pictures, dpr);
         break;
     default:
         break;
