@@ -198,18 +198,24 @@ void drawNight(QPainter& painter, const Frame& frame, WorldMapFace::SunPoint sun
     }
 }
 
+// Cities come alight through dusk: none while the sun is above 2° under their horizon, all by
+// 8° under it.
 void drawCityLights(QPainter& painter, const Frame& frame, WorldMapFace::SunPoint sun) {
-    painter.save();
-    painter.setClipPath(nightPath(frame, sun, -6), Qt::IntersectClip);
     const qreal r = std::clamp(frame.map.width() / 260, 0.9, 2.0);
+    painter.save();
+    painter.setPen(Qt::NoPen);
     for (const City& city : kCities) {
+        const double dusk = (-2 - altitude(sun, city.latitude, city.longitude)) / 6;
+        if (dusk <= 0) {
+            continue;
+        }
+        painter.setOpacity(std::min(dusk, 1.0));
         const QPointF at = frame.at(city.longitude, city.latitude);
         QRadialGradient glow(at, r * 3.2);
         glow.setColorAt(0, QColor(255, 214, 130, 200));
         glow.setColorAt(0.35, QColor(255, 190, 90, 90));
         glow.setColorAt(1, QColor(255, 170, 60, 0));
         painter.setBrush(glow);
-        painter.setPen(Qt::NoPen);
         painter.drawEllipse(at, r * 3.2, r * 3.2);
         painter.setBrush(QColor(255, 236, 190));
         painter.drawEllipse(at, r * 0.55, r * 0.55);
