@@ -242,7 +242,7 @@ int particleCount(const QRectF& area, int per180Square, Level level) {
 }
 
 void paintRain(QPainter& painter, const QRectF& area, const Frame& frame) {
-    const int count = particleCount(area, 50, frame.level);
+    const int count = particleCount(area, 100, frame.level);
     const qreal length = std::clamp(area.height() * 0.07, 5.0, 12.0);
     const qreal slant = length * 0.25;
     QList<QLineF> drops;

@@ -98,7 +98,7 @@ constexpr std::array kMappings{
     Mapping{"location.slash", "location_off", 0xe0c7},
     Mapping{"sun.max.fill", "wb_sunny", 0xe430},
     Mapping{"moon.stars.fill", "nights_stay", 0xea46},
-    Mapping{"cloud.rain.fill", "umbrella", 0xf1ad},
+    Mapping{"cloud.rain.fill", "water_drop", 0xe798},
     Mapping{"cloud.snow.fill", "ac_unit", 0xeb3b},
     Mapping{"location.fill", "near_me", 0xe569},
     Mapping{"clock.arrow.circlepath", "update", 0xe923},
