@@ -17,12 +17,15 @@ public:
     // Theme, glass, time, surface flags and symbols; the card sets the kind, size and ratio.
     const FaceContext& base() const { return m_base; }
     FaceContext& base() { return m_base; }
+    // The weather the previews show: a made-up forecast, so that a tile looks as it will.
+    WeatherBoard& weather() { return m_weather; }
 
 private:
     const FaceRegistry& m_faces;
     // Drawing fills the renderer's shadow cache, which is no change anyone observes.
     mutable TileRenderer m_renderer;
     FaceContext m_base;
+    WeatherBoard m_weather;
 };
 
 } // namespace tw

@@ -9,6 +9,7 @@
 #include "readings/Readings.h"
 #include "text/L.h"
 #include "tick/TickCoordinator.h"
+#include "weather/MockForecast.h"
 
 #include <QAction>
 #include <QHBoxLayout>
@@ -73,6 +74,9 @@ GalleryView::GalleryView(const FaceRegistry& faces, const SymbolProvider& symbol
     base.symbols = &symbols;
     base.surface = SurfaceFlags::gallery();
     base.now = clock.now();
+    m_source->weather().places.insert(WeatherBoard::currentPlace,
+                                      mockPlace(WxScene::clouds, base.now));
+    base.weather = &m_source->weather();
     setObjectName(QStringLiteral("gallery"));
 
     m_search->setObjectName(QStringLiteral("gallery-search"));

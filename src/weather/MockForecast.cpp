@@ -61,6 +61,7 @@ WxLive mockLive(WxScene scene, const QDateTime& now) {
     live.sunrise = QDateTime(now.date(), QTime(7, 12), now.timeZone());
     live.sunset = QDateTime(now.date(), QTime(16, 48), now.timeZone());
     live.isDay = now >= *live.sunrise && now < *live.sunset;
+    live.air = WxAirQuality{.index = 24, .pm25 = 7.8, .pm10 = 13.5};
     for (int i = 0; i < 12; ++i) {
         const int hour = (now.time().hour() + i) % 24;
         live.hourly.append(
@@ -79,6 +80,14 @@ WxLive mockLive(WxScene scene, const QDateTime& now) {
                            live.lo + drift.at(at) - (i % 3 == 2 ? 1 : 0), live.hi + drift.at(at)});
     }
     return live;
+}
+
+WeatherPlace mockPlace(WxScene scene, const QDateTime& now) {
+    WxLive live = mockLive(scene, now);
+    return {.state = WeatherState::ready(live),
+            .lastGood = live,
+            .latitude = 47.3769,
+            .longitude = 8.5417};
 }
 
 } // namespace tw
