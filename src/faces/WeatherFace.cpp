@@ -96,6 +96,29 @@ QColor symbolColour(const QString& symbol, const Ink& ink) {
     return ink.primary;
 }
 
+// Fog and thunder say more than the clouds and rain they count as.
+QString conditionText(const View& v) {
+    switch (v.frame.scene) {
+    case WxScene::fog:
+        return L("weather.cond.fog", QStringLiteral("Fog"));
+    case WxScene::thunder:
+        return L("weather.cond.thunder", QStringLiteral("Thunderstorm"));
+    default:
+        return text(v.condition);
+    }
+}
+
+QString nowSymbol(const View& v) {
+    switch (v.frame.scene) {
+    case WxScene::fog:
+        return QStringLiteral("cloud.fog.fill");
+    case WxScene::thunder:
+        return QStringLiteral("cloud.bolt.rain.fill");
+    default:
+        return conditionSymbol(v.condition, v.night);
+    }
+}
+
 void symbolAt(QPainter& painter, const View& v, const QString& symbol, const QRectF& rect) {
     FaceKit::drawSymbol(painter, v.context, symbol, rect, symbolColour(symbol, v.ink), symbol);
 }
@@ -126,6 +149,12 @@ void drawLine(QPainter& painter, const View& v, const QRectF& rect, const QStrin
               QFont::Weight weight = QFont::Normal) {
     FaceKit::drawElided(painter, v.context, rect, text, FaceKit::font(pixelSize, weight), color,
                         alignment | Qt::AlignVCenter);
+}
+
+// The condition, shrunk rather than cut where its words are long ("Thunderstorm").
+void drawCondition(QPainter& painter, const View& v, const QRectF& rect, qreal pixelSize) {
+    FaceKit::drawFitted(painter, v.context, rect, conditionText(v), QFont::Medium, v.ink.primary,
+                        Qt::AlignLeft | Qt::AlignVCenter, pixelSize);
 }
 
 void drawHero(QPainter& painter, const View& v, const QRectF& rect,
@@ -299,11 +328,10 @@ void paintSmall(QPainter& painter, const QRectF& r, const View& v) {
     const qreal line = r.height() * 0.17;
     const qreal side = line * 1.25;
     drawCity(painter, v, QRectF(r.left(), r.top(), r.width() - side - 2, line), line * 0.82);
-    symbolAt(painter, v, conditionSymbol(v.condition, v.night),
-             QRectF(r.right() - side, r.top(), side, side));
+    symbolAt(painter, v, nowSymbol(v), QRectF(r.right() - side, r.top(), side, side));
     drawHero(painter, v, QRectF(r.left(), r.top() + line, r.width(), r.height() - 3 * line));
-    drawLine(painter, v, QRectF(r.left(), r.bottom() - 2 * line, r.width(), line),
-             text(v.condition), line * 0.78, v.ink.primary, Qt::AlignLeft, QFont::Medium);
+    drawCondition(painter, v, QRectF(r.left(), r.bottom() - 2 * line, r.width(), line),
+                  line * 0.78);
     drawLine(painter, v, QRectF(r.left(), r.bottom() - line, r.width(), line), hiLo(v.reading),
              line * 0.78, v.ink.secondary);
 }
@@ -313,8 +341,8 @@ void paintSummaryColumn(QPainter& painter, const QRectF& r, const View& v, qreal
     drawCity(painter, v, QRectF(r.left(), r.top(), r.width(), line), line * 0.82);
     const qreal heroHeight = r.height() - 3 * line;
     drawHero(painter, v, QRectF(r.left(), r.top() + line, r.width(), heroHeight));
-    drawLine(painter, v, QRectF(r.left(), r.top() + line + heroHeight, r.width(), line),
-             text(v.condition), line * 0.8, v.ink.primary, Qt::AlignLeft, QFont::Medium);
+    drawCondition(painter, v, QRectF(r.left(), r.top() + line + heroHeight, r.width(), line),
+                  line * 0.8);
     drawLine(painter, v, QRectF(r.left(), r.bottom() - line, r.width(), line), hiLo(v.reading),
              line * 0.8, v.ink.secondary);
 }
@@ -335,11 +363,11 @@ void paintHeader(QPainter& painter, const QRectF& r, const View& v, bool withSun
     drawCity(painter, v, QRectF(left.left(), left.top(), left.width(), line), line * 0.85);
     drawHero(painter, v,
              QRectF(left.left(), left.top() + line, left.width(), r.height() - 2 * line));
-    drawLine(painter, v, QRectF(left.left(), r.bottom() - line, left.width(), line),
-             text(v.condition), line * 0.8, v.ink.primary, Qt::AlignLeft, QFont::Medium);
+    drawCondition(painter, v, QRectF(left.left(), r.bottom() - line, left.width(), line),
+                  line * 0.8);
     const QRectF side(r.right() - right, r.top(), right, r.height());
     const qreal symbolSide = std::min(r.height() - 3 * line, right * 0.6);
-    symbolAt(painter, v, conditionSymbol(v.condition, v.night),
+    symbolAt(painter, v, nowSymbol(v),
              QRectF(side.right() - symbolSide, side.top(), symbolSide, symbolSide));
     QStringList lines{hiLo(v.reading), feels(v.reading)};
     if (withSun) {
@@ -373,11 +401,12 @@ void paintWideTall(QPainter& painter, const QRectF& r, const View& v) {
     drawHero(painter, v, QRectF(left.left(), left.top() + line, left.width(), hero));
     qreal y = left.top() + line + hero + 2;
     const qreal side = 22;
-    symbolAt(painter, v, conditionSymbol(v.condition, v.night), QRectF(left.left(), y, side, side));
-    drawLine(painter, v, QRectF(left.left() + side + 4, y, left.width() - side - 4, side),
-             text(v.condition), 12, v.ink.primary, Qt::AlignLeft, QFont::Medium);
+    symbolAt(painter, v, nowSymbol(v), QRectF(left.left(), y, side, side));
+    drawCondition(painter, v, QRectF(left.left() + side + 4, y, left.width() - side - 4, side), 12);
     y += side + 4;
-    for (const QString& detail : {hiLo(v.reading), feels(v.reading), sunTimes(v)}) {
+    const QString sunrise = QStringLiteral("\u2191 ") + clock(v.reading.sunrise, v.h24);
+    const QString sunset = QStringLiteral("\u2193 ") + clock(v.reading.sunset, v.h24);
+    for (const QString& detail : {hiLo(v.reading), feels(v.reading), sunrise, sunset}) {
         drawLine(painter, v, QRectF(left.left(), y, left.width(), line), detail, 11,
                  v.ink.secondary);
         y += line + 1;
@@ -427,7 +456,7 @@ QString figuresKey(const View& v, const FaceContext& context) {
                       QString::number(r.feels),
                       QString::number(r.hi),
                       QString::number(r.lo),
-                      rawValue(v.condition),
+                      rawValue(v.condition) + rawValue(v.frame.scene),
                       clock(r.sunrise, v.h24),
                       clock(r.sunset, v.h24),
                       QString::number(v.ink.primary.rgba(), 16),

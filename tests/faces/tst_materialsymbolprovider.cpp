@@ -35,9 +35,9 @@ private Q_SLOTS:
                 << symbol(category);
         }
         QTest::newRow("countdown without a date") << QStringLiteral("hourglass");
-        for (const char* weather :
-             {"sun.max.fill", "moon.stars.fill", "cloud.rain.fill", "cloud.snow.fill",
-              "location.slash", "location.fill", "clock.arrow.circlepath"}) {
+        for (const char* weather : {"sun.max.fill", "moon.stars.fill", "cloud.rain.fill",
+                                    "cloud.snow.fill", "cloud.fog.fill", "cloud.bolt.rain.fill",
+                                    "location.slash", "location.fill", "clock.arrow.circlepath"}) {
             QTest::newRow(weather) << QString::fromLatin1(weather);
         }
     }

@@ -100,6 +100,8 @@ constexpr std::array kMappings{
     Mapping{"moon.stars.fill", "nights_stay", 0xea46},
     Mapping{"cloud.rain.fill", "water_drop", 0xe798},
     Mapping{"cloud.snow.fill", "ac_unit", 0xeb3b},
+    Mapping{"cloud.fog.fill", "foggy", 0xe818},
+    Mapping{"cloud.bolt.rain.fill", "thunderstorm", 0xebdb},
     Mapping{"location.fill", "near_me", 0xe569},
     Mapping{"clock.arrow.circlepath", "update", 0xe923},
 };
