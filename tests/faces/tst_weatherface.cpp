@@ -38,6 +38,19 @@ WeatherBoard board(const QString& state) {
         live.daily.clear();
         live.sunrise.reset();
         place.state = WeatherState::ready(live);
+    } else if (state == QLatin1String("extreme")) {
+        // The mapping's bounds, swinging from hour to hour and day to day.
+        for (qsizetype i = 0; i < live.hourly.size(); ++i) {
+            live.hourly[i].temp = i % 2 == 0 ? 1'000'000 : -1'000'000;
+        }
+        for (WxLiveDay& day : live.daily) {
+            day.lo = -1'000'000;
+            day.hi = 1'000'000;
+        }
+        live.temp = live.hi = 1'000'000;
+        live.lo = live.feels = -1'000'000;
+        live.city.clear();
+        place.state = WeatherState::ready(live);
     } else if (state == QLatin1String("failed")) {
         place.state = WeatherState::error(QStringLiteral("You\u2019re offline"));
     } else if (state == QLatin1String("stale")) {
@@ -207,8 +220,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("level");
         for (WidgetSize size :
              WidgetRegistry::builtInDefinition(QStringLiteral("weather"))->metadata.allowedSizes) {
-            for (const char* state : {"ready", "approximate", "empty", "stale", "failed", "denied",
-                                      "nolocation", "loading"}) {
+            for (const char* state : {"ready", "approximate", "empty", "extreme", "stale", "failed",
+                                      "denied", "nolocation", "loading"}) {
                 for (const char* level : {"subtle", "full"}) {
                     const QByteArray tag =
                         rawValue(size).toUtf8() + '/' + state + '/' + QByteArray(level);
