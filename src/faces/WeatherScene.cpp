@@ -84,6 +84,10 @@ bool showsSunOrMoon(WxScene scene) {
 // Sun or moon sit high, right of the middle: clear of the hero on the left and of the symbol in
 // the corner.
 QPointF lightCentre(const QRectF& area) {
+    if (area.width() < 120) {
+        // A small tile has its city along the top: the light sits beside the temperature.
+        return {area.right() - area.width() * 0.2, area.top() + area.height() * 0.5};
+    }
     return {area.left() + area.width() * 0.56, area.top() + std::min(area.height() * 0.2, 20.0)};
 }
 
@@ -304,7 +308,7 @@ void paintFog(QPainter& painter, const QRectF& area, const Frame& frame, Picture
     const QColor tone = frame.night ? QColor(0x9A, 0xA3, 0xAE) : QColor(0xE8, 0xEC, 0xEF);
     constexpr int bands = 4;
     for (int i = 0; i < bands; ++i) {
-        const QSizeF size(area.width() * 1.4, area.height() * 0.2);
+        const QSizeF size(area.width() * 1.4, area.height() * 0.3);
         // Each band sways on a long period of its own, so the fog never repeats quickly.
         const double period = 30.0 + unit(i, 41) * 30.0;
         const qreal sway = std::sin(frame.time * tau / period + i) * area.width() * 0.12;
@@ -316,7 +320,7 @@ void paintFog(QPainter& painter, const QRectF& area, const Frame& frame, Picture
             QColor clear = tone;
             clear.setAlpha(0);
             QColor thick = tone;
-            thick.setAlpha(110);
+            thick.setAlpha(80);
             across.setColorAt(0, clear);
             across.setColorAt(0.5, thick);
             across.setColorAt(1, clear);
