@@ -1,12 +1,14 @@
 // The weather answers: whatever bytes arrive, each decoder keeps to its caps, the place search
 // and the address lookup offer only places on the globe, and the forecast's mapping gives at most
-// 12 hours starting with "Now" and at most 7 dated days, or calls the answer malformed.
+// 12 hours starting with "Now" and at most 7 dated days, or calls the answer malformed; the scene
+// of its current code agrees with its condition.
 #include "Require.h"
 #include "weather/ForecastMapping.h"
 #include "weather/GeoSuggestion.h"
 #include "weather/IPLocation.h"
 #include "weather/OMResponse.h"
 #include "weather/WxAirQuality.h"
+#include "weather/WxScene.h"
 
 #include <QByteArray>
 #include <QTimeZone>
@@ -29,6 +31,12 @@ void checkMapping(const tw::OMResponse& response, const QDateTime& now) {
         require(day.date.isValid(), "a day without a date");
     }
     require(!live->sunrise || live->sunrise->isValid(), "an invalid sunrise");
+    // The scene behind a tile refines the condition, never contradicts it.
+    const tw::WxScene scene = tw::sceneFor(live->condition, live->code);
+    require(scene != tw::WxScene::fog || live->condition == tw::WxCondition::clouds,
+            "fog that is not cloudy");
+    require(scene != tw::WxScene::thunder || live->condition == tw::WxCondition::rain,
+            "thunder without rain");
 }
 
 } // namespace
