@@ -506,7 +506,9 @@ bool WeatherFace::opensSettingsOnClick(const FaceContext& context) const {
 
 WeatherFace::Shown WeatherFace::shown(const FaceContext& context) {
     if (mode(context.settings) == WxMode::manual) {
-        const QDateTime now = context.now.isValid() ? context.now : QDateTime::currentDateTime();
+        // A host that gives no time gets a midsummer noon rather than a look at the clock.
+        const QDateTime now =
+            context.now.isValid() ? context.now : QDateTime(QDate(2026, 6, 21), QTime(12, 0));
         WxLive live = mockLive(sceneFor(manualCondition(context.settings), std::nullopt), now);
         if (const auto fixed = FixedLocation::fromSettings(context.settings)) {
             live.city = fixed->name;
