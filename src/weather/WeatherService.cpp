@@ -238,12 +238,11 @@ void WeatherService::runIPFetch(int generation, bool keepInFlight, OnFailure onF
             qCInfo(lcWeather, "IP fallback failed — no approximate location%s",
                    lookup.unreliable ? " (the address looks like a VPN, relay or hosting network)"
                                      : "");
-            // A bridge that finds nothing leaves the tile waiting for the fix.
-            if (keepInFlight) {
-                return;
+            // A bridge that finds nothing still waits for the fix it bridges.
+            if (!keepInFlight) {
+                m_lastFetch = m_services.clock.now();
+                m_refreshing = false;
             }
-            m_lastFetch = m_services.clock.now();
-            m_refreshing = false;
             setState({onFailure == OnFailure::permissionDenied
                           ? WeatherState::Kind::permissionDenied
                           : WeatherState::Kind::noLocation,

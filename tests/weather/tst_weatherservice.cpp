@@ -119,14 +119,20 @@ private Q_SLOTS:
         QTest::addColumn<double>("latitude");
         QTest::addColumn<double>("longitude");
         QTest::addColumn<QString>("city");
-        row("near the address", 48.2, 11.6, "Munich");
-        row("far from it", 52.52, 13.405, "Current Location");
+        QTest::addColumn<bool>("addressFound");
+        row("near the address", 48.2, 11.6, "Munich", true);
+        row("far from it", 52.52, 13.405, "Current Location", true);
+        row("no address to bridge with", 52.52, 13.405, "Current Location", false);
     }
     void fixReplacesBridge() {
         QFETCH(double, latitude);
         QFETCH(double, longitude);
         QFETCH(QString, city);
+        QFETCH(bool, addressFound);
         WeatherRig rig;
+        if (!addressFound) {
+            rig.server.route("/ipapi/json/", LoopbackHttpServer::status(500));
+        }
         rig.location.setAuthorization(Auth::authorized);
         WeatherService service(rig.services(&rig.location));
         service.refreshIfStale(rig.clock.now());
@@ -136,7 +142,7 @@ private Q_SLOTS:
         QVERIFY(rig.server.requests().isEmpty());
 
         rig.scheduler.advance(100ms);
-        QVERIFY(becomes(service, Kind::ready, true));
+        QVERIFY(becomes(service, addressFound ? Kind::ready : Kind::noLocation, true));
         QVERIFY(service.isRefreshing());
         QVERIFY(!service.lastGoodIsPrecise());
 
@@ -145,8 +151,11 @@ private Q_SLOTS:
         QVERIFY(!service.isRefreshing());
         QVERIFY(service.lastGoodIsPrecise());
         QCOMPARE(service.state().live->city, city);
-        QCOMPARE(rig.forecastLatitudes(),
-                 (QStringList{QStringLiteral("48.1374"), QString::asprintf("%.4f", latitude)}));
+        QStringList fetched{QString::asprintf("%.4f", latitude)};
+        if (addressFound) {
+            fetched.prepend(QStringLiteral("48.1374"));
+        }
+        QCOMPARE(rig.forecastLatitudes(), fetched);
         QCOMPARE(service.lastCoordinate(), (QPair<double, double>(latitude, longitude)));
     }
 
