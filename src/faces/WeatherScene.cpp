@@ -88,6 +88,10 @@ QPointF lightCentre(const QRectF& area) {
         // A small tile has its city along the top: the light sits beside the temperature.
         return {area.right() - area.width() * 0.2, area.top() + area.height() * 0.5};
     }
+    if (area.height() < 100) {
+        // A wide tile has its hours along the top: the light sits between them and the figures.
+        return {area.left() + area.width() * 0.43, area.top() + area.height() * 0.62};
+    }
     return {area.left() + area.width() * 0.56, area.top() + std::min(area.height() * 0.2, 20.0)};
 }
 
