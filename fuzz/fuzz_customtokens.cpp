@@ -3,9 +3,11 @@
 // paths stays inside the document, numbers come out finite, and rendering ends and keeps every
 // byte of the text that is no token.
 #include "Require.h"
+#include "custom/CustomCollections.h"
 #include "custom/CustomJSON.h"
 #include "custom/CustomPath.h"
 #include "custom/CustomTokens.h"
+#include "custom/CustomValueText.h"
 
 #include <QByteArray>
 
@@ -65,6 +67,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     tw::CustomTokens::unknownTokens(text);
     tw::CustomTokens::referencesSourceData(text);
     checkNumber(tw::CustomTokens::number(text, text, values));
+
+    tw::CustomElement element;
+    element.path = text;
+    element.text = text;
+    element.limit = static_cast<int>(size % 40) - 20;
+    require(tw::CustomCollections::lines(element, values, tw::WidgetSize::huge).size() <=
+                tw::CustomCollections::maximumLines,
+            "more lines than a list shows");
+    require(tw::CustomCollections::series(element, values).size() <=
+                tw::CustomCollections::maximumBars,
+            "more bars than a chart shows");
+    tw::CustomValueText::text(element, values);
 
     if (document) {
         const tw::CustomPath path = tw::CustomPath::split(text);
