@@ -27,8 +27,13 @@ QByteArray forecastAnswer() {
 CustomValueBag liveBag() {
     CustomValueBag values;
     values.now = QDateTime(QDate(2026, 11, 24), QTime(9, 30, 12));
-    values.system = SystemSnapshot{
-        .cpu = 0.31, .ramUsed = 9e9, .ramTotal = 16e9, .diskFree = 2e11, .diskTotal = 5e11};
+    SystemSnapshot system;
+    system.cpu = 0.31;
+    system.ramUsed = 9e9;
+    system.ramTotal = 16e9;
+    system.diskFree = 2e11;
+    system.diskTotal = 5e11;
+    values.system = system;
     values.battery = BatterySnapshot{.percent = 77, .hasBattery = true};
     values.host = QStringLiteral("studio");
     values.user = QStringLiteral("ada");

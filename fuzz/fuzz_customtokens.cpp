@@ -25,7 +25,11 @@ void checkNumber(std::optional<double> number) {
 tw::CustomValueBag bagWith(std::optional<tw::CustomJSON> document) {
     tw::CustomValueBag values;
     values.now = QDateTime(QDate(2026, 11, 24), QTime(9, 30));
-    values.system = tw::SystemSnapshot{.cpu = 0.5, .ramUsed = 4e9, .ramTotal = 8e9};
+    tw::SystemSnapshot system;
+    system.cpu = 0.5;
+    system.ramUsed = 4e9;
+    system.ramTotal = 8e9;
+    values.system = system;
     values.data = document;
     if (document) {
         values.named.insert(QStringLiteral("a"), *document);

@@ -88,6 +88,10 @@ void walkValue(const QJsonValue& value, const QString& prefix, QStringList& into
 } // namespace
 
 std::optional<CustomJSON> CustomJSON::parse(QByteArrayView bytes) {
+    // Some servers open their answer with a byte order mark, which the parser refuses.
+    if (bytes.startsWith("\xEF\xBB\xBF")) {
+        bytes = bytes.sliced(3);
+    }
     if (bytes.size() > maximumBytes || nestsDeeperThan(bytes, maximumDepth)) {
         return std::nullopt;
     }

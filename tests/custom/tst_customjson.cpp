@@ -41,6 +41,7 @@ private Q_SLOTS:
         row("bare number", QByteArray("42"), "42");
         row("bare string", QByteArray("\"hi\""), R"("hi")");
         row("bare null", QByteArray("null"), "null");
+        row("byte order mark", QByteArray("\xEF\xBB\xBF{\"a\": 1}"), R"({"a":1})");
         row("two values", QByteArray("1 2"), "refused");
         row("two members", QByteArray("1, 2"), "refused");
         row("escape out of the wrapper", QByteArray("1],[2"), "refused");

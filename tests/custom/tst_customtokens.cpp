@@ -26,6 +26,9 @@ CustomValueBag bag(QStringView name) {
     values.host = u"studio"_s;
     values.user = u"ada"_s;
     values.uptime = std::chrono::duration<double>(3 * 86400 + 5 * 3600 + 59);
+    if (name == u"preview") {
+        return CustomValueBag::preview(values.now, u"ada"_s);
+    }
     if (name == u"bare") {
         values.battery = BatterySnapshot{.percent = 57, .hasBattery = false};
         return values;
