@@ -3,6 +3,7 @@
 #include "faces/FaceContext.h"
 #include "faces/FaceKit.h"
 
+#include <QFontMetricsF>
 #include <QLinearGradient>
 #include <QPainter>
 #include <QPainterPath>
@@ -160,10 +161,9 @@ void drawBattery(QPainter& painter, const QRectF& rect, double fraction, const Q
 
 namespace {
 
-// A text as one line or two, at one pixel size.
+// A text in lines of one pixel size.
 struct Lines {
-    QString first;
-    QString second; // empty for one line
+    QStringList lines;
     qreal pixelSize;
 };
 
@@ -177,13 +177,33 @@ Lines broken(const QString& text, const QSizeF& box, QFont::Weight weight, qreal
                                                                              : after;
     // Two lines only where one would shrink the text well below the size asked for.
     if (split < 0 || single >= maxPixelSize * 0.7) {
-        return {text, {}, single};
+        return {{text}, single};
     }
     const QSizeF half(box.width(), box.height() / 2);
-    Lines two{text.left(split), text.mid(split + 1), 0};
-    two.pixelSize = std::min(FaceKit::fittingPixelSize(two.first, half, weight, maxPixelSize),
-                             FaceKit::fittingPixelSize(two.second, half, weight, maxPixelSize));
-    return two.pixelSize > single * 1.15 ? two : Lines{text, {}, single};
+    Lines two{{text.left(split), text.mid(split + 1)}, 0};
+    two.pixelSize = std::min(FaceKit::fittingPixelSize(two.lines[0], half, weight, maxPixelSize),
+                             FaceKit::fittingPixelSize(two.lines[1], half, weight, maxPixelSize));
+    return two.pixelSize > single * 1.15 ? two : Lines{{text}, single};
+}
+
+// A sentence wrapped at word breaks into as many lines of `width` as it takes.
+Lines wrapped(const QString& text, qreal width, QFont::Weight weight, qreal pixelSize) {
+    const QFontMetricsF metrics(FaceKit::font(pixelSize, weight));
+    Lines result{{}, pixelSize};
+    QString line;
+    for (const QString& word : text.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+        const QString longer = line.isEmpty() ? word : line + QLatin1Char(' ') + word;
+        if (!line.isEmpty() && metrics.horizontalAdvance(longer) > width) {
+            result.lines.append(line);
+            line = word;
+        } else {
+            line = longer;
+        }
+    }
+    if (!line.isEmpty()) {
+        result.lines.append(line);
+    }
+    return result;
 }
 
 qreal lineHeight(const Lines& lines) {
@@ -191,7 +211,7 @@ qreal lineHeight(const Lines& lines) {
 }
 
 qreal heightOf(const Lines& lines) {
-    return lineHeight(lines) * (lines.second.isEmpty() ? 1 : 2);
+    return lineHeight(lines) * static_cast<qreal>(lines.lines.size());
 }
 
 // The lines from `top` down, aligned across as `alignment` says.
@@ -202,11 +222,10 @@ void drawAt(QPainter& painter, const FaceContext& context, const QRectF& rect, q
                                        Qt::TextSingleLine);
     const QFont font = FaceKit::font(lines.pixelSize, weight);
     const qreal line = lineHeight(lines);
-    FaceKit::drawText(painter, context, QRectF(rect.left(), top, rect.width(), line), flags,
-                      lines.first, font, color);
-    if (!lines.second.isEmpty()) {
-        FaceKit::drawText(painter, context, QRectF(rect.left(), top + line, rect.width(), line),
-                          flags, lines.second, font, color);
+    for (const QString& text : lines.lines) {
+        FaceKit::drawText(painter, context, QRectF(rect.left(), top, rect.width(), line), flags,
+                          text, font, color);
+        top += line;
     }
 }
 
@@ -224,15 +243,37 @@ void drawNotice(QPainter& painter, const FaceContext& context, const QRectF& rec
         across ? std::min(text.height() / 3.4, 24.0) : std::min(rect.height() * 0.16, 26.0);
     const QSizeF box(text.width(), most * 2.6);
     Lines head = broken(headline, box, QFont::DemiBold, most);
-    Lines under = broken(detail, box, QFont::Normal, most * 0.72);
-    // The words shrink together when they would not fit the height beside or under the symbol.
+    // The detail is read, not glanced at: it wraps onto as many lines as it needs, and the two
+    // texts come down in turn, the headline staying the larger; a detail that has no room at a
+    // readable size is left out rather than drawn too small to read.
+    const qreal readable = std::min(most * 0.72, 9.5);
+    Lines under =
+        wrapped(detail, text.width(), QFont::Normal, std::min(most * 0.72, head.pixelSize * 0.8));
     const qreal room = across ? rect.height() : rect.height() - std::min(side, most * 1.6);
-    const qreal needed = heightOf(head) + (detail.isEmpty() ? 0 : heightOf(under));
-    if (needed > room) {
-        head.pixelSize *= room / needed;
-        under.pixelSize *= room / needed;
+    const auto needed = [&] { return heightOf(head) + heightOf(under); };
+    const auto shrink = [&] {
+        if (head.pixelSize > under.pixelSize * 1.3) {
+            head = broken(headline, box, QFont::DemiBold, head.pixelSize * 0.92);
+        } else if (under.pixelSize * 0.92 >= readable) {
+            under = wrapped(detail, text.width(), QFont::Normal, under.pixelSize * 0.92);
+        } else {
+            return false;
+        }
+        return true;
+    };
+    while (needed() > room && shrink()) {
     }
-    const qreal words = heightOf(head) + (detail.isEmpty() ? 0 : heightOf(under));
+    // A headline that came down to one line can end up below the detail; the detail follows it.
+    if (under.pixelSize > head.pixelSize * 0.85) {
+        under = wrapped(detail, text.width(), QFont::Normal, head.pixelSize * 0.8);
+    }
+    if (needed() > room) {
+        under.lines.clear();
+    }
+    if (const qreal over = needed(); over > room) {
+        head.pixelSize *= room / over;
+    }
+    const qreal words = needed();
     const Qt::Alignment alignment = across ? Qt::AlignLeft : Qt::AlignHCenter;
     qreal top = 0;
     if (across) {
@@ -253,10 +294,8 @@ void drawNotice(QPainter& painter, const FaceContext& context, const QRectF& rec
         top = y + mark + gap;
     }
     drawAt(painter, context, text, top, head, QFont::DemiBold, context.primary(), alignment);
-    if (!detail.isEmpty()) {
-        drawAt(painter, context, text, top + heightOf(head), under, QFont::Normal,
-               context.secondary(), alignment);
-    }
+    drawAt(painter, context, text, top + heightOf(head), under, QFont::Normal, context.secondary(),
+           alignment);
 }
 
 } // namespace tw::ReadingKit
