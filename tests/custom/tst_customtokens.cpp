@@ -75,25 +75,6 @@ private Q_SLOTS:
         compareWithGolden(path, lines);
     }
 
-    void scan_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("found"); // token@start+length, joined by " "
-        row("two", "a{cpu}b{}c", "cpu@1+5 @7+2");
-        row("brace inside", "{{time}", "{time@0+7");
-        row("unclosed ends the scan", "{cpu} {x {", "cpu@0+5");
-        row("lone open", "x { y", "");
-        row("lone close", "} {a}", "a@2+3");
-    }
-    void scan() {
-        QFETCH(QString, text);
-        QFETCH(QString, found);
-        QStringList matches;
-        for (const CustomTokens::Match& m : CustomTokens::scan(text)) {
-            matches << u"%1@%2+%3"_s.arg(m.token).arg(m.start).arg(m.length);
-        }
-        QCOMPARE(matches.join(u' '), found);
-    }
-
     void knownTokens_data() {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("unknown");
