@@ -1,5 +1,7 @@
 #include "custom/CustomElement.h"
 
+#include "custom/CustomPath.h"
+#include "custom/CustomTokens.h"
 #include "custom/CustomWidgetDefinitionDecoding.h"
 
 #include <QJsonArray>
@@ -130,6 +132,27 @@ QString CustomElement::summary() const {
         break;
     }
     return nonEmpty(text);
+}
+
+bool CustomElement::readsSourceData() const {
+    return (path && !path->isEmpty()) || (text && CustomTokens::referencesSourceData(*text));
+}
+
+QStringList CustomElement::namedSourceReferences() const {
+    QStringList names;
+    if (path) {
+        if (const std::optional<QString> name = CustomPath::split(*path).source) {
+            names.append(*name);
+        }
+    }
+    if (text) {
+        for (const CustomTokens::Match& match : CustomTokens::scan(*text)) {
+            if (const std::optional<QString> name = CustomTokens::namedSource(match.token)) {
+                names.append(*name);
+            }
+        }
+    }
+    return names;
 }
 
 } // namespace tw

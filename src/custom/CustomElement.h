@@ -10,6 +10,7 @@
 #include <QJsonValue>
 #include <QList>
 #include <QString>
+#include <QStringList>
 #include <QUuid>
 
 #include <optional>
@@ -49,6 +50,11 @@ struct CustomElement {
 
     // One line for the editor's lists.
     QString summary() const;
+    // A non-empty `path`, or a data token in `text`.
+    bool readsSourceData() const;
+    // The extra sources the element reads: the one its `path` names, then those of the
+    // "data.NAME:" tokens of `text`, in order, repeats kept.
+    QStringList namedSourceReferences() const;
 
     bool operator==(const CustomElement&) const = default;
 };

@@ -2,14 +2,18 @@
 // needs and, for the extra sources, the name tokens and paths reach it by.
 #pragma once
 
+#include "custom/CustomWidgetIssue.h"
+
 #include <QJsonObject>
 #include <QJsonValue>
 #include <QMap>
 #include <QString>
 #include <QStringView>
+#include <QUrl>
 
 #include <chrono>
 #include <optional>
+#include <variant>
 
 namespace tw {
 
@@ -37,6 +41,11 @@ struct CustomSource {
 
     // 1 to 16 characters, each "a" to "z", "0" to "9" or "_".
     static bool isValidName(QStringView name);
+    // The address a source may be fetched from: https anywhere, plain http only on the local
+    // network; otherwise the issue that says why not.
+    static std::variant<QUrl, CustomWidgetIssue> resolve(const QString& text);
+    // Loopback, private IPv4 ranges, link-local and ".local"/".localhost" names.
+    static bool isLocalHost(const QString& host);
 
     bool operator==(const CustomSource&) const = default;
 };

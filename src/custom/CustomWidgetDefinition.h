@@ -66,6 +66,19 @@ struct CustomWidgetDefinition {
     // True when some source carries request headers, which an export leaves out.
     bool hasHeaders() const;
 
+    // 2 when a level-2 feature is used, else 1.
+    int requiredSchema() const;
+    // The copy every definition is stored as: names, sizes, elements, sources and the link
+    // cleaned and clamped, empty rows dropped, the schema made the one in use.
+    CustomWidgetDefinition sanitized() const;
+
+    // Everything wrong with the definition, in a fixed order; changes nothing.
+    QList<CustomWidgetIssue> issues() const;
+    bool isRenderable() const;
+
+    // The rule for `link`: http or https and a host.
+    static bool isWebLink(QStringView text);
+
     bool operator==(const CustomWidgetDefinition&) const = default;
 };
 

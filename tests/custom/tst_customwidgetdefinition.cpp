@@ -39,6 +39,14 @@ QByteArray decodedElement(const QByteArray& element) {
     return QJsonDocument(first.toObject()).toJson(QJsonDocument::Compact);
 }
 
+// The sanitized definition as compact JSON without its id.
+QByteArray sanitized(const QByteArray& json) {
+    QJsonObject object = CustomWidgetDefinition::decode(json)->sanitized().toJson(
+        CustomWidgetDefinition::Secrets::included);
+    object.remove(u"id"_s);
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
 CustomSource source(const QString& url, std::optional<QMap<QString, QString>> headers = {}) {
     CustomSource s;
     s.url = url;
@@ -135,6 +143,110 @@ private Q_SLOTS:
         QFETCH(QByteArray, element);
         QFETCH(QByteArray, expected);
         QCOMPARE(decodedElement(element), expected);
+    }
+
+    void sanitizes_data() {
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<QByteArray>("expected");
+        row("empty object", QByteArray("{}"),
+            j("{'name':'Untitled "
+              "widget','rows':[],'schema':1,'sizes':['small','wide','large'],'symbol':'square."
+              "dashed'}"));
+        row("sizes sorted and unique, names trimmed, blank symbols replaced",
+            j("{'name':' Tokyo \\n','symbol':'  ','sizes':['grand','small','gigantic','small']}"),
+            j("{'name':'Tokyo','rows':[],'schema':1,'sizes':['small','grand'],'symbol':'square."
+              "dashed'}"));
+        row("long names cut at 48 characters without a trailing blank",
+            j("{'name':'Ünïcode names are cut where a person counts: 48 characters','symbol':' s "
+              "'}"),
+            j("{'name':'Ünïcode names are cut where a person counts: "
+              "48','rows':[],'schema':1,'sizes':['small','wide','large'],'symbol':' s '}"));
+        row("elements clamped, empty rows dropped",
+            j("{'rows':[{'elements':[]},{'align':'trailing','spacing':2,'elements':[{'type':'icon',"
+              "'symbol':''},"
+              "{'type':'value','path':'p','decimals':9},{'type':'value','path':'p','decimals':-2}]}"
+              "]}"),
+            j("{'name':'Untitled "
+              "widget','rows':[{'align':'trailing','elements':[{'symbol':'star.fill','type':'icon'}"
+              ","
+              "{'decimals':6,'path':'p','type':'value'},{'decimals':0,'path':'p','type':'value'}],'"
+              "spacing':2}],"
+              "'schema':1,'sizes':['small','wide','large'],'symbol':'square.dashed'}"));
+        row("limits and rules clamped",
+            j("{'rows':[{'elements':[{'type':'list','limit':0},{'type':'list','limit':99},{'type':'"
+              "bar','rules':["
+              "{'when':'above','value':1,'color':'a'},{'when':'above','value':2,'color':'a'},"
+              "{'when':'above','value':3,'color':'a'},{'when':'above','value':4,'color':'a'},"
+              "{'when':'above','value':5,'color':'a'},{'when':'above','value':6,'color':'a'},"
+              "{'when':'above','value':7,'color':'a'},{'when':'above','value':8,'color':'a'}]}]}]"
+              "}"),
+            j("{'name':'Untitled "
+              "widget','rows':[{'elements':[{'limit':1,'type':'list'},{'limit':12,'type':'list'},"
+              "{'rules':[{'color':'a','value':1,'when':'above'},{'color':'a','value':2,'when':'"
+              "above'},"
+              "{'color':'a','value':3,'when':'above'},{'color':'a','value':4,'when':'above'}],'"
+              "type':'bar'}]}],"
+              "'schema':2,'sizes':['small','wide','large'],'symbol':'square.dashed'}"));
+        row("sources cleaned, extra ones named, unique and at most three",
+            j("{'schema':1,'source':{'url':' https://x/ "
+              "\\n','refreshSeconds':5,'headers':{}},'sources':["
+              "{'name':'a','url':'https://a/'},{'name':'Tokyo'},{'url':'u'},{'name':'a'},"
+              "{'name':'b','refreshSeconds':99999},{'name':'c'},{'name':'d'}]}"),
+            j("{'name':'Untitled widget','rows':[],'schema':2,'sizes':['small','wide','large'],"
+              "'source':{'refreshSeconds':60,'url':'https://x/"
+              "'},'sources':[{'name':'a','refreshSeconds':900,"
+              "'url':'https://a/"
+              "'},{'name':'b','refreshSeconds':86400,'url':''},{'name':'c','refreshSeconds':900,"
+              "'url':''}],'symbol':'square.dashed'}"));
+        row("no valid extra source leaves none, a blank link none, level 1",
+            j("{'sources':[{'name':'A'}],'link':' \\t '}"),
+            j("{'name':'Untitled "
+              "widget','rows':[],'schema':1,'sizes':['small','wide','large'],'symbol':'square."
+              "dashed'}"));
+        row("a newer schema stays", j("{'schema':7}"),
+            j("{'name':'Untitled "
+              "widget','rows':[],'schema':7,'sizes':['small','wide','large'],'symbol':'square."
+              "dashed'}"));
+    }
+    void sanitizes() {
+        QFETCH(QByteArray, json);
+        QFETCH(QByteArray, expected);
+        QCOMPARE(sanitized(json), expected);
+        // A second clean-up changes nothing.
+        const CustomWidgetDefinition once = CustomWidgetDefinition::decode(json)->sanitized();
+        QJsonObject twice = once.sanitized().toJson(CustomWidgetDefinition::Secrets::included);
+        QCOMPARE(twice, once.toJson(CustomWidgetDefinition::Secrets::included));
+    }
+
+    void cutsLongLinks() {
+        const QString link = u"https://x.example/"_s + QString(600, u'a');
+        CustomWidgetDefinition definition;
+        definition.link = link;
+        QCOMPARE(definition.sanitized().link, link.left(500));
+    }
+
+    void requiresTheSchemaInUse_data() {
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<int>("level");
+        row("plain",
+            j("{'source':{'url':'u'},'rows':[{'elements':[{'type':'value','path':'A b:c',"
+              "'text':'{data:x} {data.Tokyo:y} {cpu}','rules':[]}]}]}"),
+            1);
+        row("extra sources", j("{'sources':[{'name':'a'}]}"), 2);
+        row("a link", j("{'link':'https://x/'}"), 2);
+        row("a list", j("{'rows':[{'elements':[{'type':'list'}]}]}"), 2);
+        row("bars", j("{'rows':[{'elements':[{'type':'bars'}]}]}"), 2);
+        row("a limit", j("{'rows':[{'elements':[{'type':'text','limit':3}]}]}"), 2);
+        row("rules",
+            j("{'rows':[{'elements':[{'rules':[{'when':'below','value':1,'color':'red'}]}]}]}"), 2);
+        row("a named path", j("{'rows':[{'elements':[{'type':'value','path':'tokyo:x'}]}]}"), 2);
+        row("an item token", j("{'rows':[{'elements':[{'text':'{item:title}'}]}]}"), 2);
+        row("a named data token", j("{'rows':[{'elements':[{'text':'{data.tokyo:x}'}]}]}"), 2);
+    }
+    void requiresTheSchemaInUse() {
+        QFETCH(QByteArray, json);
+        QFETCH(int, level);
+        QCOMPARE(CustomWidgetDefinition::decode(json)->requiredSchema(), level);
     }
 
     void keepsOrMakesIds() {
