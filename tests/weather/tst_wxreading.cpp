@@ -1,6 +1,12 @@
+// A tile's forecast: conditions and scenes from the service's codes, the reading a face draws,
+// Fahrenheit, night, and the units a place prefers.
 #include "TestRows.h"
 #include "settings/Localization.h"
+#include "weather/MockForecast.h"
+#include "weather/WeatherUnits.h"
+#include "weather/WxCondition.h"
 #include "weather/WxReading.h"
+#include "weather/WxScene.h"
 
 #include <QTest>
 #include <QTimeZone>
@@ -8,6 +14,9 @@
 using namespace tw;
 using namespace tw::test;
 using namespace Qt::StringLiterals;
+
+using Region = WeatherUnits::SystemRegion;
+using Country = std::optional<QString>;
 
 namespace {
 
@@ -30,6 +39,81 @@ class TestWxReading : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void mapsWmoCodes_data() {
+        QTest::addColumn<QList<int>>("codes");
+        QTest::addColumn<WxCondition>("condition");
+        row("clear sky", QList<int>{0, 1}, WxCondition::clear);
+        row("cloud and fog", QList<int>{2, 3, 45, 48}, WxCondition::clouds);
+        row("drizzle and rain", QList<int>{51, 55, 61, 66, 67}, WxCondition::rain);
+        row("snow", QList<int>{71, 75, 77, 85, 86}, WxCondition::snow);
+        row("showers and storms", QList<int>{80, 81, 82, 95, 96, 99}, WxCondition::rain);
+        row("codes between", QList<int>{4, 44, 49, 50, 68, 70, 78, 79, 83, 84, 87, 90, 94},
+            WxCondition::clouds);
+        row("codes outside", QList<int>{-1, 100, 2147483647}, WxCondition::clouds);
+    }
+    void mapsWmoCodes() {
+        QFETCH(QList<int>, codes);
+        QFETCH(WxCondition, condition);
+        for (int code : codes) {
+            QVERIFY2(conditionForWmoCode(code) == condition, qPrintable(QString::number(code)));
+        }
+    }
+
+    void showsTheMoonOnlyForAClearNight_data() {
+        QTest::addColumn<WxCondition>("condition");
+        QTest::addColumn<bool>("night");
+        QTest::addColumn<QString>("symbol");
+        row("clear day", WxCondition::clear, false, u"sun.max.fill"_s);
+        row("clear night", WxCondition::clear, true, u"moon.stars.fill"_s);
+        row("cloudy night", WxCondition::clouds, true, u"cloud.sun.fill"_s);
+    }
+    void showsTheMoonOnlyForAClearNight() {
+        QFETCH(WxCondition, condition);
+        QFETCH(bool, night);
+        QTEST(conditionSymbol(condition, night), "symbol");
+    }
+
+    void scenes_data() {
+        QTest::addColumn<WxCondition>("condition");
+        QTest::addColumn<std::optional<int>>("code");
+        QTest::addColumn<WxScene>("scene");
+        const std::optional<int> none;
+        row("fog is more than clouds", WxCondition::clouds, std::optional(45), WxScene::fog);
+        row("rime fog", WxCondition::clouds, std::optional(48), WxScene::fog);
+        row("thunder is more than rain", WxCondition::rain, std::optional(95), WxScene::thunder);
+        row("thunder with hail", WxCondition::rain, std::optional(99), WxScene::thunder);
+        row("showers stay rain", WxCondition::rain, std::optional(82), WxScene::rain);
+        row("overcast stays clouds", WxCondition::clouds, std::optional(3), WxScene::clouds);
+        row("no code: the condition alone", WxCondition::snow, none, WxScene::snow);
+    }
+    void scenes() {
+        QFETCH(WxCondition, condition);
+        QFETCH(std::optional<int>, code);
+        QFETCH(WxScene, scene);
+        QCOMPARE(sceneFor(condition, code), scene);
+        QCOMPARE(wxSceneFromRawValue(rawValue(scene)), std::optional(scene));
+    }
+
+    // A made-up forecast keeps to what a real one guarantees, and shows the scene it was made for.
+    void mockForecastsLookReal() {
+        const QDateTime evening(QDate(2026, 1, 10), QTime(23, 40));
+        for (WxScene scene : allWxScenes) {
+            const WxLive live = mockLive(scene, evening);
+            QCOMPARE(sceneFor(live.condition, live.code), scene);
+            QCOMPARE(live.hourly.size(), 12);
+            QCOMPARE(live.hourly.first().label, u"Now"_s);
+            QCOMPARE(live.hourly.at(1).label, u"00"_s);
+            QCOMPARE(live.daily.size(), 7);
+            QCOMPARE(live.daily.first().date, evening.date().addDays(1));
+            QVERIFY(live.lo <= live.temp && live.temp <= live.hi);
+            QVERIFY(*live.sunrise < *live.sunset);
+            QVERIFY(!live.isDay);
+            for (const WxLiveDay& day : live.daily) {
+                QVERIFY(day.lo <= day.hi);
+            }
+        }
+    }
+
     void readsTheLiveForecast() {
         const WxReading r = reading(live());
         const QLocale locale = Localization::locale();
@@ -76,7 +160,6 @@ private Q_SLOTS:
         QFETCH(QString, sunrise);
         QFETCH(QString, sunset);
         QFETCH(QString, now);
-        QFETCH(bool, night);
         const auto at = [](const QString& time) -> std::optional<QDateTime> {
             if (time.isEmpty()) {
                 return std::nullopt;
@@ -89,7 +172,27 @@ private Q_SLOTS:
             data->sunrise = at(sunrise);
             data->sunset = at(sunset);
         }
-        QCOMPARE(isNight(data, *at(now), mode), night);
+        QTEST(isNight(data, *at(now), mode), "night");
+    }
+
+    void prefersFahrenheit_data() {
+        QTest::addColumn<Country>("country");
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<Region>("region");
+        QTest::addColumn<bool>("fahrenheit");
+        row("us in lower case", Country(u"us"_s), u"de"_s, Region::elsewhere, true);
+        row("Puerto Rico", Country(u"PR"_s), u"es"_s, Region::elsewhere, true);
+        row("a known country decides", Country(u"DE"_s), u"en"_s, Region::us, false);
+        row("no country, English in the US", Country(), u"en"_s, Region::us, true);
+        row("an empty country is none", Country(u""_s), u"en"_s, Region::us, true);
+        row("no country, German in the US", Country(), u"de"_s, Region::us, false);
+        row("no country, English elsewhere", Country(), u"en"_s, Region::elsewhere, false);
+    }
+    void prefersFahrenheit() {
+        QFETCH(Country, country);
+        QFETCH(QString, language);
+        QFETCH(Region, region);
+        QTEST(WeatherUnits::prefersFahrenheit(country, language, region), "fahrenheit");
     }
 };
 

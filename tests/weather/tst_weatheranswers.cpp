@@ -1,0 +1,353 @@
+// The services' answers, read leniently: the forecast and how it maps to a tile's forecast, the
+// air quality, the city search and the address services.
+#include "TestRows.h"
+#include "WeatherAnswers.h"
+#include "weather/ForecastMapping.h"
+#include "weather/GeoSuggestion.h"
+#include "weather/IPLocation.h"
+#include "weather/WxAirQuality.h"
+
+#include <QTest>
+
+#include <ctime>
+
+using namespace tw;
+using namespace tw::test;
+using namespace Qt::StringLiterals;
+
+using Band = WxAirQuality::Band;
+
+namespace {
+
+QDateTime utc(const char* text) {
+    return QDateTime::fromString(QString::fromLatin1(text), Qt::ISODate).toUTC();
+}
+
+std::optional<WxLive> mapped(const QString& path, const QByteArray& value, const QDateTime& now) {
+    const std::optional<OMResponse> response =
+        OMResponse::fromAnswer(answerWith(forecastAnswer(), path, value));
+    return response ? mapResponse(*response, now) : std::nullopt;
+}
+
+QString labels(const WxLive& live) {
+    QStringList all;
+    for (const WxLiveHour& hour : live.hourly) {
+        all.append(hour.label);
+    }
+    return all.join(u',');
+}
+
+const QByteArray airQuality =
+    R"({"latitude":52.52,"longitude":13.42,"current_units":{"pm10":"μg/m³"},
+    "current":{"time":"2026-11-24T12:00","interval":3600,"european_aqi":37,"pm2_5":9.4,"pm10":14.1}})";
+
+const QByteArray cities = R"({"results":[
+    {"id":2950159,"name":"Berlin","latitude":52.52437,"longitude":13.41053,"country_code":"DE",
+     "admin1":"Land Berlin","country":"Deutschland","population":3426354},
+    {"id":5083330,"name":"Berlin","latitude":44.46867,"longitude":-71.18508,"country_code":"US",
+     "admin1":"New Hampshire","country":"United States"}],"generationtime_ms":0.9})";
+
+QString summary(const QList<GeoSuggestion>& suggestions) {
+    QStringList lines;
+    for (const GeoSuggestion& s : suggestions) {
+        lines.append(u"%1 %2 (%3) %4 %5,%6"_s.arg(s.id)
+                         .arg(s.name, s.detail(), s.countryCode.value_or(u"-"_s))
+                         .arg(s.latitude)
+                         .arg(s.longitude));
+    }
+    return lines.join(u'|');
+}
+
+} // namespace
+
+class TestWeatherAnswers : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() {
+        // The machine nine hours ahead, so that its hour is never the place's by accident.
+        qputenv("TZ", "Asia/Tokyo");
+        tzset();
+    }
+
+    void mapsTheWholeAnswer() {
+        const std::optional<WxLive> live = mapped({}, {}, utc("2026-11-24T12:10:00Z"));
+        QVERIFY(live);
+        QCOMPARE(live->city, u"Current Location"_s);
+        QCOMPARE(live->temp, 0);
+        QCOMPARE(live->feels, -4);
+        QCOMPARE(live->hi, 6);
+        QCOMPARE(live->lo, -1);
+        QCOMPARE(live->condition, WxCondition::snow);
+        QCOMPARE(live->code, std::optional<int>(71));
+        QCOMPARE(live->isDay, false);
+        QCOMPARE(live->sunrise.value_or(QDateTime()), utc("2026-11-24T06:45:00Z"));
+        QCOMPARE(live->sunset.value_or(QDateTime()), utc("2026-11-24T15:30:00Z"));
+        QCOMPARE(live->hourly.first(), (WxLiveHour{u"Now"_s, WxCondition::rain, 7}));
+        QCOMPARE(live->daily.size(), 7);
+        QCOMPARE(live->daily.first(), (WxLiveDay{QDate(2026, 11, 25), WxCondition::clear, -2, 7}));
+        QCOMPARE(live->daily.last().date, QDate(2026, 12, 1));
+        QVERIFY(!live->air);
+        QCOMPARE(live->approximate, false);
+    }
+
+    // The hours start at the place's current hour, go at most 12 and never past the shortest list.
+    void picksTheHours_data() {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QByteArray>("value");
+        QTest::addColumn<QDateTime>("now");
+        QTest::addColumn<QString>("labels");
+        QTest::addColumn<int>("firstTemp");
+        const QDateTime lateEvening = utc("2026-11-24T22:40:00Z");
+        row("23:40 goes on into the next day", u""_s, QByteArray(), lateEvening,
+            u"Now,00,01,02,03,04,05,06,07,08,09,10"_s, 12);
+        row("the place's hour, not the machine's", u"utc_offset_seconds"_s, QByteArray("-18000"),
+            utc("2026-11-24T15:10:00Z"), u"Now,11,12,13,14,15,16,17,18,19,20,21"_s, 5);
+        const QDateTime morning = utc("2026-11-24T00:30:00Z");
+        const QString fromNine = u"Now,10,11,12,13,14,15,16,17,18,19,20"_s;
+        row("no offset: the machine's", u"utc_offset_seconds"_s, QByteArray(), morning, fromNine,
+            5);
+        row("an offset as text is none", u"utc_offset_seconds"_s, QByteArray("\"3600\""), morning,
+            fromNine, 5);
+        row("an offset no zone has", u"utc_offset_seconds"_s, QByteArray("999999"), morning,
+            fromNine, 5);
+        row("an hour not in the list starts at the first", u""_s, QByteArray(),
+            utc("2026-12-30T10:00:00Z"), u"Now,01,02,03,04,05,06,07,08,09,10,11"_s, 0);
+        row("near the end of the list", u""_s, QByteArray(), utc("2026-11-25T15:05:00Z"),
+            u"Now,17,18,19,20,21,22,23"_s, 20);
+        const QDateTime firstHour = utc("2026-11-23T23:10:00Z");
+        row("the shortest list decides, half away from zero", u"hourly.temperature_2m"_s,
+            QByteArray("[-2.5,2.5,1]"), firstHour, u"Now,01,02"_s, -3);
+        row("a null ends the list", u"hourly.temperature_2m"_s, QByteArray("[1,2,null,4]"),
+            firstHour, u"Now,01"_s, 1);
+        row("a code with a fraction ends the list", u"hourly.weather_code"_s,
+            QByteArray("[0,61.5]"), firstHour, u"Now"_s, 0);
+        row("a short time text", u"hourly.time"_s, QByteArray(R"(["2026","2026-11-24T1"])"),
+            firstHour, u"Now,1"_s, 0);
+    }
+    void picksTheHours() {
+        QFETCH(QString, path);
+        QFETCH(QByteArray, value);
+        QFETCH(QDateTime, now);
+        const std::optional<WxLive> live = mapped(path, value, now);
+        QVERIFY(live);
+        QTEST(labels(*live), "labels");
+        QTEST(live->hourly.first().temp, "firstTemp");
+    }
+
+    void picksTheDays_data() {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QByteArray>("value");
+        QTest::addColumn<int>("count");
+        QTest::addColumn<QDate>("first");
+        row("an unparsable date is skipped", u"daily.time"_s,
+            QByteArray(R"(["2026-11-24","25.11.2026","2026-11-26"])"), 1, QDate(2026, 11, 26));
+        row("fewer than two codes: none", u"daily.weather_code"_s, QByteArray("[1]"), 0, QDate());
+        row("a minimum as text ends its list", u"daily.temperature_2m_min"_s,
+            QByteArray(R"([1,2,"3",4])"), 1, QDate(2026, 11, 25));
+        row("more than the service sends", u"daily.time"_s,
+            QByteArray(R"(["2026-11-24","2026-11-25","2026-11-26","2026-11-27","2026-11-28",)"
+                       R"("2026-11-29","2026-11-30","2026-12-01","2026-12-02","2026-12-03"])"),
+            7, QDate(2026, 11, 25));
+    }
+    void picksTheDays() {
+        QFETCH(QString, path);
+        QFETCH(QByteArray, value);
+        const std::optional<WxLive> live = mapped(path, value, utc("2026-11-24T12:00:00Z"));
+        QVERIFY(live);
+        QTEST(int(live->daily.size()), "count");
+        QTEST(live->daily.value(0).date, "first");
+    }
+
+    void readsMissingAndOddFieldsLeniently_data() {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QByteArray>("value");
+        QTest::addColumn<int>("feels");
+        QTest::addColumn<bool>("isDay");
+        QTest::addColumn<bool>("hasSunrise");
+        row("no apparent temperature: the temperature", u"current.apparent_temperature"_s,
+            QByteArray(), 0, false, true);
+        row("is_day as text: day", u"current.is_day"_s, QByteArray("\"no\""), -4, true, true);
+        row("sunrise without a date", u"daily.sunrise"_s, QByteArray(R"(["07:45"])"), -4, false,
+            false);
+        row("sunrise not a list", u"daily.sunrise"_s, QByteArray("\"2026-11-24T07:45\""), -4, false,
+            false);
+        row("sunrise a minute too many", u"daily.sunrise"_s, QByteArray(R"(["2026-11-24T07:61"])"),
+            -4, false, false);
+    }
+    void readsMissingAndOddFieldsLeniently() {
+        QFETCH(QString, path);
+        QFETCH(QByteArray, value);
+        const std::optional<WxLive> live = mapped(path, value, utc("2026-11-24T12:00:00Z"));
+        QVERIFY(live);
+        QTEST(live->feels, "feels");
+        QTEST(live->isDay, "isDay");
+        QTEST(live->sunrise.has_value(), "hasSunrise");
+    }
+
+    void refusesMalformedAnswers_data() {
+        QTest::addColumn<QByteArray>("body");
+        const auto with = [](const QString& path, const QByteArray& value) {
+            return answerWith(forecastAnswer(), path, value);
+        };
+        row("no daily maxima", with(u"daily.temperature_2m_max"_s, "[]"));
+        row("no daily minima", with(u"daily.temperature_2m_min"_s, {}));
+        row("no current block", with(u"current"_s, {}));
+        row("a current temperature as text", with(u"current.temperature_2m"_s, "\"3\""));
+        row("no hours", with(u"hourly.time"_s, "[]"));
+        row("hourly codes as text", with(u"hourly.weather_code"_s, R"(["0"])"));
+        row("an array", QByteArray("[{}]"));
+        row("cut short", forecastAnswer().left(200));
+    }
+    void refusesMalformedAnswers() {
+        QFETCH(QByteArray, body);
+        const std::optional<OMResponse> response = OMResponse::fromAnswer(body);
+        QVERIFY(!response || !mapResponse(*response, utc("2026-11-24T12:00:00Z")));
+    }
+
+    void airQualityBands_data() {
+        QTest::addColumn<QList<int>>("indices");
+        QTest::addColumn<Band>("band");
+        row("good", QList<int>{-3, 0, 19}, Band::good);
+        row("fair", QList<int>{20, 39}, Band::fair);
+        row("moderate", QList<int>{40, 59}, Band::moderate);
+        row("poor", QList<int>{60, 79}, Band::poor);
+        row("very poor", QList<int>{80, 99}, Band::veryPoor);
+        row("extreme", QList<int>{100, 500}, Band::extreme);
+    }
+    void airQualityBands() {
+        QFETCH(QList<int>, indices);
+        QFETCH(Band, band);
+        for (int index : indices) {
+            QVERIFY2((WxAirQuality{index, 0, 0}.band() == band),
+                     qPrintable(QString::number(index)));
+        }
+    }
+
+    void decodesAirQuality_data() {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QByteArray>("value");
+        QTest::addColumn<std::optional<WxAirQuality>>("air");
+        row("as sent", u""_s, QByteArray(), std::optional(WxAirQuality{37, 9.4, 14.1}));
+        row("no particles", u"current.pm2_5"_s, QByteArray(),
+            std::optional(WxAirQuality{37, 0, 14.1}));
+        row("particles as text", u"current.pm10"_s, QByteArray("\"14\""),
+            std::optional(WxAirQuality{37, 9.4, 0}));
+        row("no index", u"current.european_aqi"_s, QByteArray(), std::optional<WxAirQuality>());
+        row("index with a fraction", u"current.european_aqi"_s, QByteArray("37.5"),
+            std::optional<WxAirQuality>());
+        row("index below zero", u"current.european_aqi"_s, QByteArray("-1"),
+            std::optional<WxAirQuality>());
+        row("current not an object", u"current"_s, QByteArray("[37]"),
+            std::optional<WxAirQuality>());
+    }
+    void decodesAirQuality() {
+        QFETCH(QString, path);
+        QFETCH(QByteArray, value);
+        QFETCH(std::optional<WxAirQuality>, air);
+        QVERIFY(WxAirQuality::fromAnswer(answerWith(airQuality, path, value)) == air);
+    }
+
+    void decodesCities_data() {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QByteArray>("value");
+        QTest::addColumn<QString>("summary");
+        const QString second =
+            u"5083330 Berlin (New Hampshire, United States) US 44.4687,-71.1851"_s;
+        row("as sent", u""_s, QByteArray(),
+            u"2950159 Berlin (Land Berlin, Deutschland) DE 52.5244,13.4105|"_s + second);
+        row("no id, no region, code as a number", u"results"_s,
+            QByteArray(R"([{"name":"Oslo","latitude":59.9,"longitude":10.7,"country":"Norge",)"
+                       R"("country_code":47}])"),
+            u"0 Oslo (Norge) - 59.9,10.7"_s);
+        row("left out: no name, coordinates as text or off the globe", u"results"_s,
+            QByteArray(R"([{"latitude":1,"longitude":1},{"name":"A","latitude":"1","longitude":1},)"
+                       R"({"name":"B","latitude":90.5,"longitude":1},"Berlin",)"
+                       R"({"id":7,"name":"C","latitude":-90,"longitude":180}])"),
+            u"7 C () - -90,180"_s);
+        row("no results", u"results"_s, QByteArray(), u""_s);
+        row("results not a list", u"results"_s, QByteArray(R"({"name":"Berlin"})"), u""_s);
+    }
+    void decodesCities() {
+        QFETCH(QString, path);
+        QFETCH(QByteArray, value);
+        QTEST(summary(GeoSuggestion::fromAnswer(answerWith(cities, path, value))), "summary");
+    }
+
+    void keepsAtMostSixCities() {
+        QByteArray many = R"({"results":[)";
+        for (int i = 0; i < 50; ++i) {
+            many += (i > 0 ? "," : "") + QByteArray(R"({"name":"P","latitude":1,"longitude":2})");
+        }
+        const QList<GeoSuggestion> suggestions = GeoSuggestion::fromAnswer(many + "]}");
+        QCOMPARE(suggestions.size(), GeoSuggestion::maxResults);
+        QCOMPARE(suggestions.last().id, 5);
+    }
+
+    // Expected "lat,lon|city|country|organisation", or "" for no location.
+    void decodesAnAddress_data() {
+        QTest::addColumn<QByteArray>("answer");
+        QTest::addColumn<QString>("expected");
+        row("ipapi", QByteArray(R"({"city":"Munich","country":"DE","country_code":"DE",
+            "latitude":48.1374,"longitude":11.5755,"org":"Deutsche Telekom AG"})"),
+            "48.1374,11.5755|Munich|DE|Deutsche Telekom AG");
+        row("ipwho", QByteArray(R"({"success":true,"city":"Lyon","country":"France",
+            "country_code":"FR","latitude":"45.76","longitude":"4.84",
+            "connection":{"isp":"Orange S.A."}})"),
+            "45.76,4.84|Lyon|FR|Orange S.A.");
+        row("ipinfo loc", QByteArray(R"({"city":"Munich","country":"DE","loc":"48.13,11.58",
+            "org":"AS3320 Deutsche Telekom AG"})"),
+            "48.13,11.58|Munich|DE|AS3320 Deutsche Telekom AG");
+        row("countryCode key, isp last", QByteArray(R"({"lat":1,"latitude":10,"longitude":20,
+            "countryCode":"NL","country":"Netherlands","isp":"KPN","city":""})"),
+            "10,20||NL|KPN");
+        row("country of three letters", QByteArray(R"({"latitude":10,"longitude":20,
+            "country":"DEU"})"),
+            "10,20|||");
+        row("success false", QByteArray(R"({"success":false,"latitude":10,"longitude":20})"), "");
+        row("zero zero", QByteArray(R"({"latitude":0,"longitude":0,"city":"Null Island"})"), "");
+        row("latitude off the globe", QByteArray(R"({"latitude":90.5,"longitude":20})"), "");
+        row("longitude off the globe", QByteArray(R"({"loc":"10,-180.1"})"), "");
+        row("words for numbers", QByteArray(R"({"latitude":"north","longitude":"east"})"), "");
+        row("no object", QByteArray("[48.13,11.58]"), "");
+    }
+    void decodesAnAddress() {
+        QFETCH(QByteArray, answer);
+        QFETCH(QString, expected);
+        const std::optional<IPLocation> place = parseIPLocation(answer);
+        const QString got = place
+                                ? QStringLiteral("%1,%2|%3|%4|%5")
+                                      .arg(place->latitude)
+                                      .arg(place->longitude)
+                                      .arg(place->city.value_or(QString()),
+                                           place->country.value_or(QString()), place->organisation)
+                                : QString();
+        QCOMPARE(got, expected);
+    }
+
+    void tellsAProxy_data() {
+        QTest::addColumn<QString>("organisation");
+        QTest::addColumn<bool>("proxy");
+        row("a VPN by its word", "Acme VPN Ltd", true);
+        row("upper case relay", "iCloud Private Relay", true);
+        row("hosting", "Some Hosting GmbH", true);
+        row("tor with its space", "Tor Exit Relays", true);
+        row("tor inside a word", "Motorola Mobility", false);
+        row("a home provider", "Deutsche Telekom AG", false);
+        row("none", "", false);
+    }
+    void tellsAProxy() {
+        QFETCH(QString, organisation);
+        QTEST(looksLikeProxy(organisation), "proxy");
+    }
+
+    void measuresDistances() {
+        // Munich to Berlin is about 504 km; a degree of latitude about 111 km.
+        QVERIFY(qAbs(distanceKm(48.137, 11.575, 52.520, 13.405) - 504) < 5);
+        QVERIFY(qAbs(distanceKm(10, 20, 11, 20) - 111.2) < 0.5);
+        QCOMPARE(distanceKm(10, 20, 10, 20), 0.0);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestWeatherAnswers)
+#include "tst_weatheranswers.moc"
