@@ -39,7 +39,7 @@ QStringList CustomCollections::lines(const CustomElement& element, const CustomV
                                      WidgetSize size) {
     const CustomTokens::DocumentPath source = sourceOf(element, values);
     const std::optional<QList<CustomJSON>> entries =
-        source.document ? source.document->entries(source.path) : std::nullopt;
+        source.document != nullptr ? source.document->entries(source.path) : std::nullopt;
     if (!entries) {
         return {};
     }
@@ -58,7 +58,7 @@ QStringList CustomCollections::lines(const CustomElement& element, const CustomV
 QList<double> CustomCollections::series(const CustomElement& element,
                                         const CustomValueBag& values) {
     const CustomTokens::DocumentPath source = sourceOf(element, values);
-    if (!source.document) {
+    if (source.document == nullptr) {
         return {};
     }
     const QList<double> numbers =

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 namespace tw {
 
@@ -58,31 +59,6 @@ std::optional<double> numberFromText(QString text) {
 QString numberText(double number, int decimals) {
     const QString text = Formatters::number(decimals, Grouping::on)->string(number);
     return text.isEmpty() ? QString::number(number) : text;
-}
-
-void walkValue(const QJsonValue& value, const QString& prefix, QStringList& into, qsizetype limit) {
-    if (into.size() >= limit) {
-        return;
-    }
-    const auto join = [&prefix](const QString& piece) {
-        return prefix.isEmpty() ? piece : prefix + QLatin1Char('.') + piece;
-    };
-    if (value.isObject()) {
-        const QJsonObject object = value.toObject();
-        QStringList keys = object.keys();
-        std::sort(keys.begin(), keys.end());
-        for (const QString& key : keys) {
-            walkValue(object.value(key), join(key), into, limit);
-        }
-    } else if (value.isArray()) {
-        const QJsonArray array = value.toArray();
-        const qsizetype shown = std::min<qsizetype>(array.size(), 10);
-        for (qsizetype index = 0; index < shown; ++index) {
-            walkValue(array.at(index), join(QString::number(index)), into, limit);
-        }
-    } else if (!prefix.isEmpty()) {
-        into.append(prefix);
-    }
 }
 
 } // namespace
@@ -184,7 +160,7 @@ std::optional<QList<CustomJSON>> CustomJSON::entries(const QString& path) const 
     const QJsonArray array = found->toArray();
     QList<CustomJSON> members;
     members.reserve(array.size());
-    for (const QJsonValue& member : array) {
+    for (const auto& member : array) {
         members.append(CustomJSON{member});
     }
     return members;
@@ -207,7 +183,31 @@ QList<double> CustomJSON::numbers(const QString& path, const QString& field) con
 }
 
 void CustomJSON::walk(const QString& prefix, QStringList& into, qsizetype limit) const {
-    walkValue(root, prefix, into, limit);
+    // Depth first with a stack of its own: children go on in reverse so the first comes off first.
+    QList<std::pair<QJsonValue, QString>> pending{{root, prefix}};
+    while (!pending.isEmpty() && into.size() < limit) {
+        const std::pair<QJsonValue, QString> next = pending.takeLast();
+        const QJsonValue& value = next.first;
+        const QString& path = next.second;
+        const auto join = [&path](const QString& piece) {
+            return path.isEmpty() ? piece : path + QLatin1Char('.') + piece;
+        };
+        if (value.isObject()) {
+            const QJsonObject object = value.toObject();
+            QStringList keys = object.keys();
+            std::sort(keys.begin(), keys.end(), std::greater<>());
+            for (const QString& key : keys) {
+                pending.append({object.value(key), join(key)});
+            }
+        } else if (value.isArray()) {
+            const QJsonArray array = value.toArray();
+            for (qsizetype index = std::min<qsizetype>(array.size(), 10) - 1; index >= 0; --index) {
+                pending.append({array.at(index), join(QString::number(index))});
+            }
+        } else if (!path.isEmpty()) {
+            into.append(path);
+        }
+    }
 }
 
 } // namespace tw

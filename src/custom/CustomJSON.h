@@ -14,7 +14,8 @@ namespace tw {
 struct CustomJSON {
     // A larger answer is refused rather than parsed: tiles show a few values, never megabytes.
     static constexpr qsizetype maximumBytes = 524288;
-    // Deeper nesting is refused before parsing, so no walk over a document recurses without end.
+    // Deeper nesting is refused before parsing: no answer a tile reads nests this deep, and a
+    // hostile one costs nothing.
     static constexpr int maximumDepth = 128;
 
     // Any JSON value: object, array, string, number, boolean or null.

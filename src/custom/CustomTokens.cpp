@@ -161,7 +161,7 @@ std::optional<QString> CustomTokens::resolveString(const QString& token,
     }
     if (const std::optional<DocumentPath> found = document(token, values)) {
         const std::optional<QString> text =
-            found->document ? found->document->string(found->path) : std::nullopt;
+            found->document != nullptr ? found->document->string(found->path) : std::nullopt;
         return text.value_or(dash);
     }
     if (startsWith(token, "data:")) {
@@ -212,7 +212,7 @@ std::optional<double> CustomTokens::number(const QString& token, const CustomVal
         return values.data ? values.data->number(token.sliced(5)) : std::nullopt;
     }
     if (const std::optional<DocumentPath> found = document(token, values)) {
-        return found->document ? found->document->number(found->path) : std::nullopt;
+        return found->document != nullptr ? found->document->number(found->path) : std::nullopt;
     }
     return reading(token, values);
 }
@@ -222,7 +222,7 @@ std::optional<double> CustomTokens::number(const QString& path, const std::optio
     if (!path.isEmpty()) {
         const CustomPath split = CustomPath::split(path);
         const CustomJSON* document = values.document(split.source);
-        return document ? document->number(split.path) : std::nullopt;
+        return document != nullptr ? document->number(split.path) : std::nullopt;
     }
     if (text) {
         const QList<Match> tokens = scan(*text);
@@ -288,13 +288,10 @@ QStringList CustomTokens::unknownTokens(QStringView text) {
 }
 
 bool CustomTokens::referencesSourceData(QStringView text) {
-    for (const Match& match : scan(text)) {
-        if (match.token == u"data" || startsWith(match.token, "data:") ||
-            startsWith(match.token, "data.")) {
-            return true;
-        }
-    }
-    return false;
+    return std::ranges::any_of(scan(text), [](const Match& match) {
+        return match.token == u"data" || startsWith(match.token, "data:") ||
+               startsWith(match.token, "data.");
+    });
 }
 
 QString CustomTokens::uptimeText(std::chrono::duration<double> uptime) {
