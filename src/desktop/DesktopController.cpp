@@ -89,7 +89,12 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
                 [this] { refreshWeather(); });
         connect(weather, &WeatherServices::boardChanged, this, [this] {
             for (auto& [id, tile] : m_tiles) {
-                if (tile.showsWeather && tile.panel->isVisible() && !tile.state->occluded()) {
+                if (!tile.showsWeather) {
+                    continue;
+                }
+                // A new forecast may bring another sky, which moves at its own pace.
+                m_content.applyPace(tile);
+                if (tile.panel->isVisible() && !tile.state->occluded()) {
                     tile.panel->contentChanged();
                 }
             }

@@ -82,8 +82,8 @@ void TileContent::applyPace(DesktopTile& tile) const {
 }
 
 void TileContent::driveScene(DesktopTile& tile, const WidgetFace& face, AnimationPace pace) const {
-    const double fps = pace.fps(
-        face.sceneFps(tile.instance.size, tile.instance.settings.value_or(WidgetSettings())));
+    // The panel's context carries the settings and the data the face shows now.
+    const double fps = pace.fps(face.sceneFps(tile.panel->context()));
     if (fps > 0 && !tile.scene && m_services.scheduler != nullptr && m_services.clock != nullptr) {
         DesktopPanel* panel = tile.panel.get();
         tile.scene = std::make_unique<SceneDriver>(

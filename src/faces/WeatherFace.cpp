@@ -487,16 +487,19 @@ bool WeatherFace::showsWeather(const WidgetSettings& settings) const {
     return mode(settings) == WxMode::automatic;
 }
 
-double WeatherFace::sceneFps(WidgetSize, const WidgetSettings& settings) const {
-    if (isOff(settings.value(QStringLiteral("animate")))) {
+double WeatherFace::sceneFps(const FaceContext& context) const {
+    if (isOff(context.settings.value(QStringLiteral("animate")))) {
         return 0;
     }
-    const auto level = WeatherScene::levelOf(settings.value(QStringLiteral("sceneLevel")));
-    if (mode(settings) == WxMode::manual) {
-        return WeatherScene::fps(sceneFor(manualCondition(settings), std::nullopt), level);
+    const Shown what = shown(context);
+    if (what.kind != Shown::Kind::forecast || !what.live) {
+        return 0;
     }
-    // The forecast may turn to rain at any time: ask for what rain needs.
-    return WeatherScene::fps(WxScene::rain, level);
+    const auto level = WeatherScene::levelOf(context.settings.value(QStringLiteral("sceneLevel")));
+    if (mode(context.settings) == WxMode::manual) {
+        return WeatherScene::fps(sceneFor(manualCondition(context.settings), std::nullopt), level);
+    }
+    return WeatherScene::fps(sceneFor(what.live->condition, what.live->code), level);
 }
 
 bool WeatherFace::opensSettingsOnClick(const FaceContext& context) const {

@@ -21,7 +21,7 @@ public:
     std::optional<TimeGrain> grain(WidgetSize size, const WidgetSettings& settings) const override;
     void paint(QPainter& painter, const QRectF& rect, const FaceContext& context) const override;
     bool showsWeather(const WidgetSettings& settings) const override;
-    double sceneFps(WidgetSize size, const WidgetSettings& settings) const override;
+    double sceneFps(const FaceContext& context) const override;
     bool opensSettingsOnClick(const FaceContext& context) const override;
 
     // What the tile shows of its place (the words of a state are `WeatherNotice`'s).

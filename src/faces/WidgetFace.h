@@ -48,11 +48,11 @@ public:
         return false;
     }
 
-    // The frames per second the face's scene asks for at this size; 0 for a still face. The host
-    // runs it at what the surface's pace allows and hands the scene time in the context.
-    virtual double sceneFps(WidgetSize size, const WidgetSettings& settings) const {
-        Q_UNUSED(size)
-        Q_UNUSED(settings)
+    // The frames per second the face's scene asks for as it shows now (its settings and the
+    // data in `context`); 0 for a still face. The host runs it at what the surface's pace allows,
+    // asks again when the data changes, and hands the scene time in the context.
+    virtual double sceneFps(const FaceContext& context) const {
+        Q_UNUSED(context)
         return 0;
     }
 

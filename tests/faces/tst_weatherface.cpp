@@ -136,17 +136,25 @@ private Q_SLOTS:
 
     void sceneFps_data() {
         QTest::addColumn<WidgetSettings>("values");
+        QTest::addColumn<QString>("state");
         QTest::addColumn<double>("fps");
-        row("still when told", settings({{"animate", "false"}}), 0.0);
-        row("a manual clear sky drifts slowly", settings({{"mode", "manual"}}), 8.0);
+        row("still when told", settings({{"animate", "false"}}), "ready", 0.0);
+        row("a manual clear sky drifts slowly", settings({{"mode", "manual"}}), "loading", 8.0);
         row("manual rain, full",
-            settings({{"mode", "manual"}, {"condition", "rain"}, {"sceneLevel", "full"}}), 30.0);
-        row("following the forecast, ready for rain", WidgetSettings(), 20.0);
+            settings({{"mode", "manual"}, {"condition", "rain"}, {"sceneLevel", "full"}}),
+            "loading", 30.0);
+        row("the forecast's storm", WidgetSettings(), "ready", 20.0);
+        row("no sky behind a notice", WidgetSettings(), "loading", 0.0);
     }
     void sceneFps() {
         QFETCH(WidgetSettings, values);
+        QFETCH(QString, state);
         QFETCH(double, fps);
-        QCOMPARE(WeatherFace().sceneFps(WidgetSize::wide, values), fps);
+        const WeatherBoard b = board(state);
+        FaceContext context = contextFor(WidgetSize::wide);
+        context.settings = values;
+        context.weather = &b;
+        QCOMPARE(WeatherFace().sceneFps(context), fps);
     }
 
     void units_data() {
