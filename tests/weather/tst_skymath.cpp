@@ -217,15 +217,6 @@ private Q_SLOTS:
         QVERIFY(moon.worstSeconds <= moonSeconds);
     }
 
-    void keepsTheDayOfAMoonriseWithoutASet() {
-        const HorizonTimes times =
-            MoonMath::times(QDate(2026, 1, 25), 48.85, 2.35, QTimeZone::utc());
-        QVERIFY(times.rise.has_value());
-        QVERIFY(!times.set.has_value());
-        QVERIFY(!times.alwaysUp && !times.alwaysDown);
-        QCOMPARE(times.rise->date(), QDate(2026, 1, 25));
-    }
-
     // At 78° north either body may stay up or down all day, as the reference has it.
     void staysUpOrDownAllDayNearThePole_data() {
         QTest::addColumn<bool>("isSun");
