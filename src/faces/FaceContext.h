@@ -2,6 +2,7 @@
 // options and what the surface allows. The same context drives a panel, a preview and a picture.
 #pragma once
 
+#include "custom/CustomBoard.h"
 #include "faces/GlassLook.h"
 #include "faces/SurfaceFlags.h"
 #include "look/Theme.h"
@@ -55,6 +56,9 @@ struct FaceContext {
     // The weather of the places tiles show; null where none is known, and the face then draws
     // its loading state.
     const WeatherBoard* weather = nullptr;
+    // The custom widgets' definitions, sources and histories; null where none are known, and a
+    // custom face then draws its loading state.
+    const CustomBoard* custom = nullptr;
 
     // Size, scale and settings of one instance; the rest keeps its defaults for the host to fill.
     static FaceContext forInstance(const WidgetMetadata& metadata, const WidgetInstance& instance);
