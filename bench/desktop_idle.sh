@@ -9,14 +9,16 @@
 #   twenty    — 20 tiles of kinds that show the time
 #   readings  — the seven kinds that show the machine (system, activity, sensors, battery,
 #               network, disk, devices), each at its default size, sampling while in view
+#   weather   — two weather tiles whose skies move (High mode), air quality, moon and world map,
+#               fed by recorded answers from a loopback server (serve_answers.py)
 #   hidden    — no panel and the configuration window closed: the tick must not exist
 #   many300, many1000 — 300 and 1,000 tiles, more than the screen holds: how start-up scales
 # Per run: processor time (all threads, from schedstat) of the program and of the X server as % of
 # one core over the window, RSS and PSS at its end, exec to the first window on screen, and
 # voluntary context switches per second summed over all threads. Then min, median and max of each
 # figure per case, and the median of program plus X server against the reference's; for glass,
-# liquid and readings also their median processor time, both and wake-ups against the first
-# desktop's.
+# liquid, readings and weather also their median processor time, both and wake-ups against the
+# first desktop's. Every case's weather services answer from loopback.
 #
 #   bench/desktop_idle.sh [BINARY]      (default build-release/tarnwick, else build/tarnwick)
 #   SETTLE=5 WINDOW=60 RUNS=3 CASES="reference first glass" REFERENCE=/path/to/reference \
@@ -116,6 +118,20 @@ EOF
 }
 
 # One tile of each kind that reads the machine, at its default size.
+# The sky's tiles: two weather tiles, whose skies move in High mode, air quality, moon and map.
+write_weather() {
+  python3 - "$1/grid.json" <<'EOF'
+import json, sys, uuid
+tiles = [("weather", "wide", 40, 1040), ("weather", "large", 340, 1040),
+         ("airquality", "small", 640, 1040), ("moon", "wide", 40, 740),
+         ("worldmap", "panorama", 340, 740)]
+instances = [{"id": str(uuid.uuid4()).upper(), "kind": kind, "size": size, "order": n, "page": 0,
+              "col": -1, "row": -1, "posX": x, "posY": y}
+             for n, (kind, size, x, y) in enumerate(tiles)]
+json.dump({"instances": instances, "pageCount": 1}, open(sys.argv[1], "w"))
+EOF
+}
+
 write_readings() {
   python3 - "$1/grid.json" <<'EOF'
 import json, sys, uuid
@@ -142,6 +158,7 @@ one_run() {
   case "$case" in
     twenty) write_tiles "$data" 20 ;;
     readings) write_readings "$data" ;;
+    weather) write_weather "$data" ;;
     many300) write_tiles "$data" 300 ;;
     many1000) write_tiles "$data" 1000 ;;
   esac
@@ -151,8 +168,10 @@ one_run() {
     desktop=XFCE
   fi
   [[ "$case" == liquid ]] && printf 'tarnwick.glassLiquid=true\n' >>"$config/Tarnwick/Tarnwick.conf"
+  [[ "$case" == weather ]] && printf 'tarnwick.energyMode=high\n' >>"$config/Tarnwick/Tarnwick.conf"
   local -a env=(TKW_APP_SUPPORT_DIR="$data" XDG_CONFIG_HOME="$config" XDG_RUNTIME_DIR="$config"
-                XDG_CURRENT_DESKTOP="$desktop" QT_LOGGING_RULES="*.info=false")
+                XDG_CURRENT_DESKTOP="$desktop" QT_LOGGING_RULES="*.info=false"
+                TKW_ENDPOINT_BASE="$endpoints")
   [[ "$case" == hidden ]] && env+=(TKW_CONFIG_ONLY=1)
   local -a command=("$binary")
   [[ "$case" == reference ]] && command=("$reference")
@@ -234,7 +253,7 @@ summary() {
     awk -v a="$mine" -v b="$theirs" -v c="$case" \
       'BEGIN { if (b > 0) printf "%s both/reference=%.2f\n", c, a / b }'
   fi
-  if [[ "$case" == glass || "$case" == liquid || "$case" == readings ]]; then
+  if [[ "$case" == glass || "$case" == liquid || "$case" == readings || "$case" == weather ]]; then
     for key in cpu both vcsw; do
       mine="$(median_of "$case" "$key")"; theirs="$(median_of first "$key")"
       [[ -n "$mine" && -n "$theirs" ]] || continue
@@ -243,6 +262,12 @@ summary() {
     done
   fi
 }
+
+# The weather's services answer from loopback; nothing reaches the internet.
+coproc ANSWERS { exec python3 "$(dirname "$0")/serve_answers.py"; }
+answers_pid=$ANSWERS_PID
+read -r endpoints <&"${ANSWERS[0]}"
+trap 'kill "$answers_pid" 2>/dev/null; rm -rf "$results" "$pictures"' EXIT
 
 echo "host: $binary; reference: $reference; settle ${settle}s, window ${window}s, $runs runs per case"
 cases="${CASES:-reference first glass liquid twenty readings hidden many300 many1000}"
