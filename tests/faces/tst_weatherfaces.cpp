@@ -35,13 +35,6 @@ namespace {
 const NullSymbolProvider kSymbols;
 const QDateTime kNoon(QDate(2026, 6, 3), QTime(12, 30));
 
-WxLive forecast(std::optional<WxAirQuality> air) {
-    WxLive live;
-    live.city = QStringLiteral("Llanfairpwllgwyngyll on a long day");
-    live.air = air;
-    return live;
-}
-
 WeatherPlace placeIn(WeatherState state, std::optional<WxLive> lastGood) {
     WeatherPlace place;
     place.state = std::move(state);
@@ -64,7 +57,10 @@ WeatherBoard board(const QString& state) {
     live.city = QString(60, QLatin1Char('W'));
     live.air = WxAirQuality{.index = 412, .pm25 = 1234.5, .pm10 = 0.04};
     live.approximate = is("approximate");
-    WeatherPlace place = placeIn(WeatherState::ready(live), std::nullopt);
+    WxLive before = live;
+    before.city = QString(60, QLatin1Char('M'));
+    before.air = WxAirQuality{.index = 0, .pm25 = 0, .pm10 = 0};
+    WeatherPlace place = placeIn(WeatherState::ready(live), before);
     if (is("polar")) {
         place.latitude = 78.22; // the moon circles without setting
     } else if (is("no air")) {
@@ -90,19 +86,17 @@ WeatherBoard board(const QString& state) {
         place.state = WeatherState::ready(live);
     } else if (is("failed") || is("stale")) {
         place.state = WeatherState::error(QStringLiteral("You\u2019re offline"));
-        if (is("stale")) {
-            live.air = WxAirQuality{.index = 0, .pm25 = 0, .pm10 = 0};
-            place.lastGood = live;
-        }
     } else if (is("denied") || is("deniedWithForecast")) {
         place.state = {WeatherState::Kind::permissionDenied, {}, {}};
-        if (is("deniedWithForecast")) {
-            place.lastGood = live;
-        }
     } else if (is("nolocation")) {
         place.state = {WeatherState::Kind::noLocation, {}, {}};
-    } else if (is("loading")) {
+    } else if (is("loading") || is("reloading")) {
         place.state = {WeatherState::Kind::loading, {}, {}};
+    } else if (is("idle")) {
+        place.state = {};
+    }
+    if (is("failed") || is("denied") || is("nolocation") || is("loading") || is("idle")) {
+        place.lastGood.reset();
     }
     return boardOf(place);
 }
@@ -151,21 +145,30 @@ class TestWeatherFaces : public QObject {
 private Q_SLOTS:
     void initTestCase() { QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates)); }
 
+    // The forecast while there is one, the last good one through a failure, else the words of
+    // the state: the city of the forecast drawn, else the notice's title.
     void showsThePlacesState_data() {
         QTest::addColumn<QString>("state");
         QTest::addColumn<bool>("boardKnown");
         QTest::addColumn<WeatherFace::Shown::Kind>("kind");
         QTest::addColumn<bool>("stale");
         QTest::addColumn<bool>("opensSettings");
-        row("no board yet", "ready", false, Kind::loading, false, false);
-        row("loading", "loading", true, Kind::loading, false, false);
-        row("ready", "ready", true, Kind::forecast, false, false);
-        row("failed with nothing to show", "failed", true, Kind::failed, false, false);
-        row("failed over an older forecast", "stale", true, Kind::forecast, true, false);
-        row("location off", "denied", true, Kind::denied, false, true);
+        QTest::addColumn<QString>("drawn");
+        const QString now(60, QLatin1Char('W'));
+        const QString before(60, QLatin1Char('M'));
+        row("no board yet", "ready", false, Kind::loading, false, false, "Loading Weather");
+        row("idle", "idle", true, Kind::loading, false, false, "Loading Weather");
+        row("loading", "loading", true, Kind::loading, false, false, "Loading Weather");
+        row("reloading over an older forecast", "reloading", true, Kind::forecast, false, false,
+            before);
+        row("ready, an older one kept", "ready", true, Kind::forecast, false, false, now);
+        row("failed with nothing to show", "failed", true, Kind::failed, false, false,
+            "Weather Unavailable");
+        row("failed over an older forecast", "stale", true, Kind::forecast, true, false, before);
+        row("location off", "denied", true, Kind::denied, false, true, "Location Off");
         row("location off, approximate forecast", "deniedWithForecast", true, Kind::forecast, false,
-            false);
-        row("no location", "nolocation", true, Kind::noLocation, false, true);
+            false, before);
+        row("no location", "nolocation", true, Kind::noLocation, false, true, "Location not found");
     }
     void showsThePlacesState() {
         QFETCH(QString, state);
@@ -179,6 +182,8 @@ private Q_SLOTS:
         QTEST(shown.stale, "stale");
         QCOMPARE(shown.live.has_value(), kind == Kind::forecast);
         QTEST(WeatherFace().opensSettingsOnClick(context), "opensSettings");
+        const WeatherPlace* place = boardKnown ? b.place({}) : nullptr;
+        QTEST(shown.live ? shown.live->city : WeatherNotice::of(place).title, "drawn");
     }
 
     void manualModeNeedsNoService() {
@@ -297,35 +302,6 @@ private Q_SLOTS:
     void particles() {
         QFETCH(double, value);
         QTEST(AirQualityFace::particles(value), "text");
-    }
-
-    // What a weather face draws: the forecast while there is one, the last good one through a
-    // failure, else the words of the state.
-    void notices_data() {
-        QTest::addColumn<WeatherBoard>("board");
-        QTest::addColumn<QString>("drawn"); // the city of the forecast drawn, else the title
-        const WxLive now = forecast(std::nullopt);
-        WxLive before = now;
-        before.city = QStringLiteral("Before");
-        using State = WeatherState::Kind;
-        row("nothing known yet", WeatherBoard(), "Loading Weather");
-        row("ready", boardOf(placeIn(WeatherState::ready(now), before)), now.city);
-        row("failed with a last good", boardOf(placeIn(WeatherState::error({}), before)), "Before");
-        row("reloading with a last good", boardOf(placeIn({State::loading, {}, {}}, before)),
-            "Before");
-        row("failed with nothing", boardOf(placeIn(WeatherState::error({}), std::nullopt)),
-            "Weather Unavailable");
-        row("idle", boardOf(placeIn({}, std::nullopt)), "Loading Weather");
-        row("denied", boardOf(placeIn({State::permissionDenied, {}, {}}, std::nullopt)),
-            "Location Off");
-        row("nowhere", boardOf(placeIn({State::noLocation, {}, {}}, std::nullopt)),
-            "Location not found");
-    }
-    void notices() {
-        QFETCH(WeatherBoard, board);
-        const WeatherPlace* place = board.place({});
-        const WxLive* live = WeatherNotice::forecast(place);
-        QTEST(live != nullptr ? live->city : WeatherNotice::of(place).title, "drawn");
     }
 
     void failureWords() {
