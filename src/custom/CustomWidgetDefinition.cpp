@@ -1,5 +1,6 @@
 #include "custom/CustomWidgetDefinition.h"
 
+#include "custom/CustomTokens.h"
 #include "custom/CustomWidgetDefinitionDecoding.h"
 #include "model/JsonCoding.h"
 
@@ -209,6 +210,24 @@ bool CustomWidgetDefinition::hasHeaders() const {
     const QList<CustomSource> all = allSources();
     return std::any_of(all.begin(), all.end(),
                        [](const CustomSource& s) { return s.headers && !s.headers->isEmpty(); });
+}
+
+bool CustomWidgetDefinition::needsSystemValues() const {
+    static const QStringList heads{QStringLiteral("battery"), QStringLiteral("cpu"),
+                                   QStringLiteral("ram"), QStringLiteral("disk")};
+    for (const CustomRow& row : rows) {
+        for (const CustomElement& element : row.elements) {
+            for (const auto& match : CustomTokens::scan(element.text.value_or(QString()))) {
+                for (const QString& head : heads) {
+                    if (match.token == head ||
+                        (match.token.startsWith(head) && match.token.mid(head.size(), 1) == u".")) {
+                        return true;
+                    }
+                }
+            }
+        }
+    }
+    return false;
 }
 
 } // namespace tw

@@ -65,6 +65,9 @@ struct CustomWidgetDefinition {
     WidgetSize largestSize() const;
     // True when some source carries request headers, which an export leaves out.
     bool hasHeaders() const;
+    // Some element's text shows the machine's readings: a token "battery", "cpu", "ram" or
+    // "disk", or one of theirs after a dot ("cpu.cores").
+    bool needsSystemValues() const;
 
     // 2 when a level-2 feature is used, else 1.
     int requiredSchema() const;

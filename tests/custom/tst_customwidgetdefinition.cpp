@@ -249,6 +249,26 @@ private Q_SLOTS:
         QCOMPARE(CustomWidgetDefinition::decode(json)->requiredSchema(), level);
     }
 
+    void needsSystemValues_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("needs");
+        row("cpu", "Load {cpu}", true);
+        row("a dotted reading", "{battery.state}", true);
+        row("disk among others", "{data:x} {time} {disk}", true);
+        row("a longer word", "{cpux} {ramp}", false);
+        row("data only", "{data:cpu}", false);
+        row("no tokens", "ram", false);
+    }
+    void needsSystemValues() {
+        QFETCH(QString, text);
+        QFETCH(bool, needs);
+        CustomWidgetDefinition definition;
+        definition.rows = {CustomRow()};
+        definition.rows[0].elements = {CustomElement(), CustomElement()};
+        definition.rows[0].elements[1].text = text;
+        QCOMPARE(definition.needsSystemValues(), needs);
+    }
+
     void keepsOrMakesIds() {
         const auto a = CustomWidgetDefinition::decode(QByteArray("{}"));
         const auto b = CustomWidgetDefinition::decode(QByteArray("{}"));
