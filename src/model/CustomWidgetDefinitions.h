@@ -4,6 +4,7 @@
 
 #include "model/WidgetDefinition.h"
 
+#include <QList>
 #include <QString>
 
 #include <optional>
@@ -18,6 +19,8 @@ public:
 
     // The definition of a kind that begins with "custom.", or nullopt when none exists.
     virtual std::optional<WidgetDefinition> widgetDefinition(const QString& kind) const = 0;
+    // Every custom kind, in the order the person made them, for the gallery.
+    virtual QList<WidgetDefinition> widgetDefinitions() const { return {}; }
 };
 
 } // namespace tw

@@ -15,6 +15,7 @@
 #include "platform/PowerSource.h"
 #include "platform/ProcessUsage.h"
 #include "platform/Relauncher.h"
+#include "platform/SecretStore.h"
 #include "platform/SensorSource.h"
 #include "platform/SymbolProvider.h"
 #include "platform/SystemSource.h"
@@ -61,6 +62,8 @@ struct PlatformServices {
     static std::unique_ptr<DesktopPictureSetter> makeDesktopPictureSetter();
     // The lock screen surface alone, for the probe mode, which runs without the host.
     static std::unique_ptr<LockScreenSurface> makeLockScreenSurface();
+    // The desktop's keychain; memory alone when $TKW_NO_KEYCHAIN is set (tests, kiosks).
+    static std::unique_ptr<SecretStore> makeSecretStore();
     // Why the host could not reach a display, as one sentence for a person; nullopt when it
     // can, or when the decision is better left to Qt. Asked before Qt starts, since Qt ends the
     // process with an abort when its platform cannot connect.

@@ -5,6 +5,7 @@
 #include "platform/linux/FreedesktopNotifications.h"
 #include "platform/linux/GeoClueLocationSource.h"
 #include "platform/linux/HwmonSensorSource.h"
+#include "platform/linux/KeychainSecretStore.h"
 #include "platform/linux/LinuxDesktopPicture.h"
 #include "platform/linux/LinuxLockScreenSurface.h"
 #include "platform/linux/LinuxPictureSetter.h"
@@ -18,6 +19,7 @@
 #include "platform/linux/UPowerPowerSource.h"
 #include "platform/linux/X11DesktopWindowing.h"
 #include "platform/linux/XdgAutostart.h"
+#include "platform/null/MemorySecretStore.h"
 
 namespace tw {
 
@@ -56,6 +58,13 @@ std::unique_ptr<SymbolProvider> PlatformServices::makeSymbolProvider() {
 
 std::unique_ptr<LockScreenSurface> PlatformServices::makeLockScreenSurface() {
     return std::make_unique<LinuxLockScreenSurface>();
+}
+
+std::unique_ptr<SecretStore> PlatformServices::makeSecretStore() {
+    if (qEnvironmentVariableIsSet("TKW_NO_KEYCHAIN")) {
+        return std::make_unique<MemorySecretStore>();
+    }
+    return std::make_unique<KeychainSecretStore>();
 }
 
 std::unique_ptr<Relauncher> PlatformServices::makeRelauncher() {
