@@ -8,6 +8,7 @@
 #include "config/ConfigRoot.h"
 #include "config/ConfigWindow.h"
 #include "config/GalleryView.h"
+#include "custom/CustomWidgetStore.h"
 #include "desktop/DesktopController.h"
 #include "desktop/DesktopGeometry.h"
 #include "desktop/DesktopWallpaper.h"
@@ -106,6 +107,8 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
                         qCInfo(lcApp, "%s", qPrintable(problem));
                     }
                 });
+        connect(m_instance.get(), &SingleInstance::openRequested, this,
+                &AppDelegate::openWidgetFile);
     }
 
     m_scheduler = std::make_unique<QtScheduler>();
@@ -138,7 +141,13 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .defaults = m_defaults,
         .location = m_platform.location.get(),
     });
-    m_registry = std::make_unique<WidgetRegistry>();
+    m_secrets = PlatformServices::makeSecretStore();
+    m_customWidgets = std::make_unique<CustomWidgetStore>(CustomWidgetStore::Services{
+        .clock = m_clocks.system,
+        .secrets = *m_secrets,
+        .directory = AppPaths::appSupportDir(),
+    });
+    m_registry = std::make_unique<WidgetRegistry>(m_customWidgets.get());
     m_theme = std::make_unique<ThemeStore>(m_defaults, m_clocks.system);
     m_ticker = std::make_unique<TickCoordinator>(*m_scheduler, m_clocks.system, m_clocks.current);
     m_minutes = std::make_unique<MinuteCoordinator>(*m_ticker);
@@ -148,6 +157,7 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .registry = *m_registry,
         .defaults = &m_defaults,
         .displays = m_platform.displays.get(),
+        .customHealth = m_customWidgets.get(),
     });
     m_watcher = std::make_unique<ScreenTopologyWatcher>(*m_platform.displays, *m_scheduler);
     m_memory = std::make_unique<TopologyMemory>(*m_watcher, m_clocks.system);
@@ -201,6 +211,10 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
     if (!m_configOnly) {
         m_controller->setVisibleFlag(true);
         m_controller->sync();
+    }
+    // Files the start was handed, as a file manager's double-click hands them.
+    for (const QString& file : SingleInstance::filesToOpen(m_arguments)) {
+        openWidgetFile(file);
     }
 
     // The status item and the window come once the panels are out: a person sees the desktop
@@ -282,6 +296,24 @@ void AppDelegate::showConfigWindow(const std::optional<ConfigSelection>& selecti
         if (auto* root = qobject_cast<ConfigRoot*>(m_configWindow->content())) {
             root->select(*selection);
         }
+    }
+}
+
+void AppDelegate::openWidgetFile(const QString& path) {
+    const auto imported = m_customWidgets->importWidget(path);
+    if (const auto* error = std::get_if<CustomWidgetStore::ImportError>(&imported)) {
+        qCInfo(lcApp, "cannot import %s: %s", qUtf8Printable(path),
+               qUtf8Printable(error->message()));
+        m_platform.notifications->notify(CustomWidgetStore::ImportError::title(), error->message());
+        return;
+    }
+    const QString kind = std::get<CustomWidgetDefinition>(imported).kind();
+    const std::optional<WidgetDefinition> definition = m_registry->definition(kind);
+    const WidgetSize size = definition ? definition->metadata.defaultSize : WidgetSize::small;
+    const auto spot = m_grid->freeSpot(kind, size, std::nullopt);
+    // Without room it waits in the gallery like any other kind.
+    if (const auto added = spot ? m_grid->addFree(kind, size, std::nullopt, spot) : std::nullopt) {
+        m_grid->highlight(added->id);
     }
 }
 

@@ -25,6 +25,7 @@ class Defaults;
 class DesktopController;
 class WallpaperBackdrop;
 class DesktopWallpaper;
+class CustomWidgetStore;
 class FaceRegistry;
 class GridStore;
 class LockScreenController;
@@ -89,6 +90,9 @@ private:
     ConfigContext makeConfigContext();
     // The desktop's look and time, still: for tiles drawn inside the window.
     FaceContext stillContext() const;
+    // Imports a ".twkwidget" file and puts its widget on the desktop; a file that cannot be used
+    // is told in a notification.
+    void openWidgetFile(const QString& path);
 
     Defaults& m_defaults;
     Clocks m_clocks;
@@ -105,6 +109,9 @@ private:
     std::unique_ptr<QtHttpClient> m_http;
     Endpoints m_endpoints;
     std::unique_ptr<WeatherServices> m_weather;
+    // The person's own widget kinds; before the catalogue and the grid, which ask it.
+    std::unique_ptr<SecretStore> m_secrets;
+    std::unique_ptr<CustomWidgetStore> m_customWidgets;
     std::unique_ptr<WidgetRegistry> m_registry;
     std::unique_ptr<ThemeStore> m_theme;
     std::unique_ptr<TickCoordinator> m_ticker;

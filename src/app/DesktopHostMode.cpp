@@ -21,7 +21,8 @@ std::optional<int> runDesktopHost(LaunchContext& context) {
     }
     auto instance = SingleInstance::claim(SingleInstance::serverName(AppPaths::appSupportDir()),
                                           qEnvironmentVariable("TKW_CONFIG_SECTION"),
-                                          qEnvironmentVariable("TKW_SETTINGS_PAGE"));
+                                          qEnvironmentVariable("TKW_SETTINGS_PAGE"),
+                                          SingleInstance::filesToOpen(context.arguments.all()));
     if (!instance) {
         context.out << QStringLiteral(
             "Tarnwick is already running; its window was brought forward.\n");

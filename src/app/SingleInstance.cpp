@@ -2,9 +2,11 @@
 
 #include <QCryptographicHash>
 #include <QDir>
+#include <QFileInfo>
 #include <QLocalSocket>
 #include <QLoggingCategory>
 #include <QRegularExpression>
+#include <QUrl>
 
 namespace tw {
 
@@ -15,8 +17,10 @@ namespace {
 constexpr int kConnectTimeoutMs = 500;
 // "show", then the section and the page the window should open at, if any: one line.
 const QByteArray kShow = QByteArrayLiteral("show");
-// A wish is a few words; anything longer is not one.
-constexpr qint64 kMaxMessage = 256;
+// "open" and a file's absolute path, percent-encoded so that blanks and line ends stay inside.
+const QByteArray kOpen = QByteArrayLiteral("open");
+// A line holds a few words or one path; anything longer is not one.
+constexpr qint64 kMaxLine = 8192;
 
 } // namespace
 
@@ -27,8 +31,20 @@ QString SingleInstance::serverName(const QString& appSupportDir) {
                QCryptographicHash::hash(key, QCryptographicHash::Sha256).toHex().left(16));
 }
 
+QStringList SingleInstance::filesToOpen(const QStringList& arguments) {
+    QStringList files;
+    for (const QString& argument : arguments.mid(1)) {
+        if (!argument.startsWith(QLatin1Char('-')) &&
+            argument.endsWith(QLatin1String(".twkwidget"), Qt::CaseInsensitive)) {
+            files.append(QFileInfo(argument).absoluteFilePath());
+        }
+    }
+    return files;
+}
+
 std::unique_ptr<SingleInstance> SingleInstance::claim(const QString& name, const QString& section,
-                                                      const QString& page) {
+                                                      const QString& page,
+                                                      const QStringList& files) {
     QLocalSocket probe;
     probe.connectToServer(name);
     if (probe.waitForConnected(kConnectTimeoutMs)) {
@@ -37,7 +53,12 @@ std::unique_ptr<SingleInstance> SingleInstance::claim(const QString& name, const
             return text.contains(QRegularExpression(QStringLiteral("\\s"))) ? QByteArray()
                                                                             : text.toUtf8();
         };
-        probe.write(kShow + ' ' + word(section) + ' ' + word(page) + '\n');
+        for (const QString& file : files) {
+            probe.write(kOpen + ' ' + QUrl::toPercentEncoding(file) + '\n');
+        }
+        if (files.isEmpty()) {
+            probe.write(kShow + ' ' + word(section) + ' ' + word(page) + '\n');
+        }
         probe.waitForBytesWritten(kConnectTimeoutMs);
         probe.disconnectFromServer();
         return nullptr;
@@ -61,18 +82,27 @@ SingleInstance::SingleInstance(std::unique_ptr<QLocalServer> server)
         while (QLocalSocket* socket = m_server->nextPendingConnection()) {
             connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
             connect(socket, &QLocalSocket::readyRead, this, [this, socket] {
-                if (!socket->canReadLine() && socket->bytesAvailable() < kMaxMessage) {
-                    return;
+                // Whole lines only; a line longer than any wish is dropped with the rest.
+                while (socket->canReadLine()) {
+                    handle(socket->readLine(kMaxLine));
                 }
-                const QList<QByteArray> words = socket->readLine(kMaxMessage).trimmed().split(' ');
-                socket->readAll();
-                if (words.value(0) == kShow) {
-                    Q_EMIT activationRequested(QString::fromUtf8(words.value(1)),
-                                               QString::fromUtf8(words.value(2)));
+                if (socket->bytesAvailable() >= kMaxLine) {
+                    socket->readAll();
+                    socket->abort();
                 }
             });
         }
     });
+}
+
+void SingleInstance::handle(const QByteArray& line) {
+    const QList<QByteArray> words = line.trimmed().split(' ');
+    if (words.value(0) == kShow) {
+        Q_EMIT activationRequested(QString::fromUtf8(words.value(1)),
+                                   QString::fromUtf8(words.value(2)));
+    } else if (words.value(0) == kOpen && words.size() == 2 && !words.value(1).isEmpty()) {
+        Q_EMIT openRequested(QUrl::fromPercentEncoding(words.value(1)));
+    }
 }
 
 } // namespace tw

@@ -127,6 +127,19 @@ private Q_SLOTS:
         QVERIFY(!SingleInstance::claim(name, QStringLiteral("a b"), QStringLiteral("look")));
         QTRY_COMPARE(asked.size(), 1);
         QCOMPARE(asked.takeFirst(), (QVariantList{QString(), QStringLiteral("look")}));
+        // Files are handed over whole, blanks and line ends in their names too, and raise no
+        // window of their own.
+        QSignalSpy opened(first.get(), &SingleInstance::openRequested);
+        const QStringList files = SingleInstance::filesToOpen(
+            {QStringLiteral("tarnwick"), QStringLiteral("--new-user"),
+             dir.filePath(QStringLiteral("My prices.twkwidget")), QStringLiteral("notes.txt"),
+             dir.filePath(QStringLiteral("two\nlines %41.TWKWIDGET"))});
+        QCOMPARE(files.size(), 2);
+        QVERIFY(!SingleInstance::claim(name, {}, {}, files));
+        QTRY_COMPARE(opened.size(), 2);
+        QCOMPARE(opened.at(0).value(0).toString(), files.at(0));
+        QCOMPARE(opened.at(1).value(0).toString(), files.at(1));
+        QCOMPARE(asked.size(), 0);
         // Another data directory is another host.
         QTemporaryDir other;
         QVERIFY(SingleInstance::serverName(other.path()) != name);

@@ -49,7 +49,7 @@ class Host:
         env = {"TKW_APP_SUPPORT_DIR": self.data_dir, "XDG_CONFIG_HOME": self.config_home,
                "XDG_DATA_HOME": os.path.join(self.config_home, "data"),
                "XDG_RUNTIME_DIR": self.config_home, "QT_LOGGING_RULES": "*.info=false",
-               **self.extra_env}
+               "TKW_NO_KEYCHAIN": "1", **self.extra_env}
         return subprocess.Popen([BINARY, *arguments], env=self.session.env(env),
                                 stdout=subprocess.DEVNULL, stderr=self.stderr,
                                 preexec_fn=dies_with_parent)
@@ -712,6 +712,42 @@ class WeatherTileTest(HostCase):
             self.assertTrue(self.session.wait_for(lambda: self.pixels(*rect) != before,
                                                   timeout=10), kind + " still shows it loading")
         self.screenshot("weather-tile.png")
+
+
+class CustomWidgetFileTest(HostCase):
+    """A ".twkwidget" file opened while the host runs, as a file manager's double-click opens it:
+    the second start hands it over and ends, and the widget joins the desktop as a tile."""
+
+    panel_count = 1
+
+    def before_launch(self):
+        tile = {"id": "D0000000-0000-4000-8000-000000000002", "kind": "clock", "size": "small",
+                "order": 0, "page": 0, "col": 0, "row": 0, "posX": 300, "posY": 700}
+        with open(os.path.join(self.data_dir, "grid.json"), "w", encoding="utf-8") as f:
+            json.dump({"instances": [tile], "pageCount": 1}, f)
+
+    def test_a_double_clicked_file_becomes_a_tile(self):
+        folder = tempfile.mkdtemp(prefix="tw-e2e-share-")
+        self.addCleanup(shutil.rmtree, folder, ignore_errors=True)
+        path = os.path.join(folder, "Good morning.twkwidget")
+        with open(path, "w", encoding="utf-8") as f:
+            json.dump({"schema": 1, "name": "Good morning", "symbol": "sun.max", "sizes": ["wide"],
+                       "rows": [{"elements": [{"type": "text", "text": "Hello {user}",
+                                               "style": "title"}]}]}, f)
+        second = self.host.start(path)
+        self.assertEqual(second.wait(timeout=20), 0, "the second start did not hand over")
+        panels = self.host.wait_for_panels(2)
+        self.assertTrue(panels, "no tile for the widget: %s" % self.host.panels())
+        custom = [i for i in self.host.grid()["instances"] if i["kind"].startswith("custom.")]
+        self.assertEqual(len(custom), 1, self.host.grid())
+        self.assertEqual(custom[0]["size"], "wide")
+        width, height = TILE["wide"]
+        self.assertEqual(self.panel_of(custom[0])[2:], (width + 2 * MARGIN, height + 2 * MARGIN))
+        with open(os.path.join(self.data_dir, "custom-widgets.json"), encoding="utf-8") as f:
+            widgets = json.load(f)["widgets"]
+        self.assertEqual([w["name"] for w in widgets], ["Good morning"])
+        self.assertEqual("custom." + widgets[0]["id"].upper(), custom[0]["kind"])
+        self.screenshot("custom-widget-file.png")
 
 
 def main():
