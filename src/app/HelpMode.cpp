@@ -1,4 +1,5 @@
 #include "app/LaunchModes.h"
+#include "custom/CustomWidgetTemplates.h"
 #include "faces/Wallpaper.h"
 #include "platform/PlatformServices.h"
 
@@ -34,6 +35,8 @@ Modes:
       --no-tray                as on a desktop without a tray
   --snapshot-widget OUT.png    draw one tile to a PNG file
       --kind KIND              the widget kind (required; --list-sizes names them)
+      --template NAME          instead of --kind, a custom widget template with sample
+                               values: %5
       --size SIZE              one of the kind's sizes (default: the kind's own)
       --style STYLE            a style the kind draws (clock: digital, analog)
       --set KEY=VALUE          one setting of the tile; may be repeated
@@ -89,13 +92,22 @@ QString wallpaperIds() {
     return ids.join(QLatin1String(", "));
 }
 
+QString templateIds() {
+    QStringList ids;
+    for (const CustomWidgetTemplates::Template& entry : CustomWidgetTemplates::all()) {
+        ids.append(entry.id);
+    }
+    return ids.join(QLatin1String(", "));
+}
+
 } // namespace
 
 std::optional<int> runHelpMode(LaunchContext& context) {
     const PlatformServices::Wording wording = PlatformServices::wording();
     context.out << "tarnwick " << QCoreApplication::applicationVersion() << "\n\n"
                 << QString::fromUtf8(kUsage).arg(wording.displayHelp, wording.dataDirectoryDefault,
-                                                 wording.preferencesHelp, wallpaperIds());
+                                                 wording.preferencesHelp, wallpaperIds(),
+                                                 templateIds());
     return 0;
 }
 

@@ -3,6 +3,8 @@
 #include "app/PictureWeather.h"
 #include "app/SnapshotReport.h"
 #include "app/SnapshotWidgetOptions.h"
+#include "custom/CustomBoard.h"
+#include "custom/CustomWidgetTemplates.h"
 #include "faces/FaceContext.h"
 #include "faces/FaceRegistry.h"
 #include "faces/TileRenderer.h"
@@ -67,16 +69,57 @@ QString styleProblem(const SnapshotWidgetOptions& options, const FaceRegistry& f
     return {};
 }
 
+// The catalogue entry of a template's widget, as the store would make it.
+WidgetDefinition catalogueEntry(const CustomWidgetDefinition& custom) {
+    WidgetDefinition entry;
+    entry.metadata.kind = custom.kind();
+    entry.metadata.displayName = custom.name;
+    entry.metadata.symbol = custom.symbol;
+    entry.metadata.allowedSizes = custom.sizes;
+    entry.metadata.defaultSize = custom.sizes.value(0, WidgetSize::small);
+    return entry;
+}
+
+// The board of a --template picture: only that template's widget, with a sample user.
+std::optional<CustomBoard> templateBoard(SnapshotWidgetOptions& options, QString& problem) {
+    if (options.templateId.isEmpty()) {
+        return std::nullopt;
+    }
+    const std::optional<CustomWidgetTemplates::Template> found =
+        CustomWidgetTemplates::byId(options.templateId);
+    if (!found) {
+        QStringList ids;
+        for (const CustomWidgetTemplates::Template& entry : CustomWidgetTemplates::all()) {
+            ids << entry.id;
+        }
+        problem = QStringLiteral("unknown --template \"%1\"; the templates are %2.")
+                      .arg(options.templateId, ids.join(QLatin1String(", ")));
+        return std::nullopt;
+    }
+    const CustomWidgetDefinition custom = found->make();
+    CustomBoard board;
+    board.definitions.insert(custom.kind(), custom);
+    board.user = QStringLiteral("robin");
+    options.kind = custom.kind();
+    return board;
+}
+
 } // namespace
 
 std::optional<int> runSnapshotWidgetMode(LaunchContext& context) {
     const QString path = context.values.value(0);
-    const SnapshotWidgetOptions options = SnapshotWidgetOptions::parse(context.arguments);
-    const std::optional<WidgetDefinition> definition = WidgetRegistry().definition(options.kind);
+    SnapshotWidgetOptions options = SnapshotWidgetOptions::parse(context.arguments);
+    QString templateProblem;
+    const std::optional<CustomBoard> custom = templateBoard(options, templateProblem);
+    const std::optional<WidgetDefinition> definition =
+        custom ? std::optional(catalogueEntry(*custom->definition(options.kind)))
+               : WidgetRegistry().definition(options.kind);
     const FaceRegistry faces;
     const std::variant<WidgetSize, QString> chosen = sizeToDraw(options, definition);
     const WidgetSize* size = std::get_if<WidgetSize>(&chosen);
-    QString problem = size == nullptr ? std::get<QString>(chosen) : styleProblem(options, faces);
+    QString problem = !templateProblem.isEmpty() ? templateProblem
+                      : size == nullptr          ? std::get<QString>(chosen)
+                                                 : styleProblem(options, faces);
     if (problem.isEmpty()) {
         problem = options.problem;
     }
@@ -95,6 +138,7 @@ std::optional<int> runSnapshotWidgetMode(LaunchContext& context) {
         face.readings = &readings;
         const WeatherBoard weather = pictureWeather(face.settings, face.now);
         face.weather = &weather;
+        face.custom = custom ? &*custom : nullptr;
         picture = renderer.picture(widgetFace, face);
     }
     return reportSnapshot(context, QStringLiteral("snapshot-widget"), path, picture, problem,

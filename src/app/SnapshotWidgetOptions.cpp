@@ -17,6 +17,7 @@ namespace tw {
 SnapshotWidgetOptions SnapshotWidgetOptions::parse(const LaunchArguments& arguments) {
     SnapshotWidgetOptions options;
     options.kind = arguments.value(QStringLiteral("--kind")).value_or(QString());
+    options.templateId = arguments.value(QStringLiteral("--template")).value_or(QString());
     options.size = arguments.value(QStringLiteral("--size")).value_or(QString());
     options.themeId = arguments.value(QStringLiteral("--theme")).value_or(QString());
     options.wallpaper = arguments.value(QStringLiteral("--wallpaper")).value_or(QString());

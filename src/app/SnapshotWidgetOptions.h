@@ -25,6 +25,8 @@ struct SceneLook {
 
 struct SnapshotWidgetOptions {
     QString kind;
+    // --template: a custom widget template drawn with sample values in place of --kind.
+    QString templateId;
     // The raw --size; empty means the kind's default size.
     QString size;
     QString themeId;

@@ -6,6 +6,7 @@
 #include "faces/BluetoothFace.h"
 #include "faces/ClockFace.h"
 #include "faces/CountdownFace.h"
+#include "faces/CustomWidgetFace.h"
 #include "faces/DayProgressFace.h"
 #include "faces/DiskFace.h"
 #include "faces/FlipClockFace.h"
@@ -24,7 +25,8 @@
 namespace tw {
 
 FaceRegistry::FaceRegistry()
-    : m_generic(std::make_unique<GenericFace>()) {
+    : m_generic(std::make_unique<GenericFace>())
+    , m_custom(std::make_unique<CustomWidgetFace>()) {
     add(QStringLiteral("clock"), std::make_unique<ClockFace>());
     add(QStringLiteral("simpleclock"), std::make_unique<SimpleClockFace>());
     add(QStringLiteral("flipclock"), std::make_unique<FlipClockFace>());
@@ -54,7 +56,10 @@ void FaceRegistry::add(const QString& kind, std::unique_ptr<WidgetFace> face) {
 
 const WidgetFace& FaceRegistry::face(const QString& kind) const {
     const auto found = m_faces.find(kind);
-    return found != m_faces.end() ? *found->second : *m_generic;
+    if (found != m_faces.end()) {
+        return *found->second;
+    }
+    return CustomWidgetDefinition::isCustom(kind) ? *m_custom : *m_generic;
 }
 
 QStringList FaceRegistry::kinds() const {

@@ -22,8 +22,8 @@ public:
     // Replaces any face registered for `kind`.
     void add(const QString& kind, std::unique_ptr<WidgetFace> face);
 
-    // The face of `kind` (a catalogue kind, so "clock" for an old "analogclock"), or the
-    // generic face when the kind has none of its own.
+    // The face of `kind` (a catalogue kind, so "clock" for an old "analogclock"), the custom
+    // widgets' face for every "custom." kind, or the generic face when the kind has none.
     const WidgetFace& face(const QString& kind) const;
     bool hasOwnFace(const QString& kind) const { return m_faces.count(kind) > 0; }
     // The kinds with a face of their own, sorted.
@@ -32,6 +32,7 @@ public:
 private:
     std::map<QString, std::unique_ptr<WidgetFace>> m_faces;
     std::unique_ptr<WidgetFace> m_generic;
+    std::unique_ptr<WidgetFace> m_custom;
 };
 
 } // namespace tw
