@@ -62,6 +62,10 @@ const WidgetFace& FaceRegistry::face(const QString& kind) const {
     return CustomWidgetDefinition::isCustom(kind) ? *m_custom : *m_generic;
 }
 
+bool FaceRegistry::hasOwnFace(const QString& kind) const {
+    return m_faces.count(kind) > 0 || CustomWidgetDefinition::isCustom(kind);
+}
+
 QStringList FaceRegistry::kinds() const {
     QStringList out;
     for (const auto& [kind, face] : m_faces) {

@@ -25,7 +25,8 @@ public:
     // The face of `kind` (a catalogue kind, so "clock" for an old "analogclock"), the custom
     // widgets' face for every "custom." kind, or the generic face when the kind has none.
     const WidgetFace& face(const QString& kind) const;
-    bool hasOwnFace(const QString& kind) const { return m_faces.count(kind) > 0; }
+    // True for every custom kind too.
+    bool hasOwnFace(const QString& kind) const;
     // The kinds with a face of their own, sorted.
     QStringList kinds() const;
 

@@ -79,7 +79,7 @@ private Q_SLOTS:
         row("moon", "moon", WidgetSize::small, none, "minutes");
         row("world map", "worldmap", WidgetSize::panorama, none, "minutes");
 
-        row("a custom widget", "custom.0000", WidgetSize::large, none, "none");
+        row("a custom widget", "custom.0000", WidgetSize::large, none, "minutes");
         row("no kind", "", WidgetSize::large, none, "none");
     }
     void grains() {
