@@ -24,6 +24,8 @@ Modes:
   --sizes                      table of the sizes each widget kind allows
   --counts                     one line: "widgets=N sizes=N themes=N"
   --icon OUT.png               the program's icon, 512 points a side
+  --snapshot-aiprompt OUT.txt [LANG]  the prompt that asks an AI assistant for a custom widget,
+                               in English or German (LANG de...; default: en)
   --snapshot-browse OUT.png    draw the gallery page of the configuration window
   --snapshot-kit OUT.png       every control of the configuration window on one sheet
   --snapshot-general OUT.png   the configuration window's General section

@@ -75,6 +75,7 @@ const QList<LaunchStep>& LaunchChain::steps() {
         {"--sizes", 0, core, &runSizesMode},
         {"--counts", 0, core, &runCountsMode},
         {"--icon", 1, offscreen, &runIconMode},
+        {"--snapshot-aiprompt", 1, core, &runSnapshotAIPromptMode},
         {"--snapshot-browse", 1, offscreenWidgets, &runSnapshotBrowseMode},
         {"--snapshot-kit", 1, offscreenWidgets, &runSnapshotKitMode},
         {"--snapshot-general", 1, offscreenWidgets, &runSnapshotGeneralMode},

@@ -19,6 +19,8 @@ std::optional<int> runSizesMode(LaunchContext& context);
 // --counts: "widgets=… sizes=… themes=…".
 std::optional<int> runCountsMode(LaunchContext& context);
 // --icon <out.png> [--scale X]: the program's icon, 512 points a side.
+// The assistant prompt as UTF-8 text, in English or, for a language beginning with "de", German.
+std::optional<int> runSnapshotAIPromptMode(LaunchContext& context);
 std::optional<int> runIconMode(LaunchContext& context);
 // --snapshot-browse <out.png> [--dark|--light] [--scale X] [--theme T]: the configuration
 // window's gallery page at 980 × 680 points in the house style.
