@@ -6,6 +6,7 @@
 #include <QByteArray>
 #include <QSet>
 
+#include <cmath>
 #include <cstdint>
 
 using tw::fuzz::require;
@@ -24,6 +25,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                     memory->wired >= 0 && memory->compressed >= 0 && memory->cached >= 0 &&
                     memory->swapUsed >= 0,
                 "memory figures are not negative");
+    }
+    if (const auto uptime = ProcCounters::uptimeSeconds(text)) {
+        require(std::isfinite(*uptime) && *uptime >= 0, "an uptime is a finite duration");
     }
     if (const auto stall = ProcCounters::pressureStall(text)) {
         require(*stall >= 0 && *stall <= 100, "a stall is a percentage");

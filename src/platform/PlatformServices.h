@@ -11,6 +11,7 @@
 #include "platform/LocationSource.h"
 #include "platform/LockScreenSurface.h"
 #include "platform/LoginItem.h"
+#include "platform/MachineIdentity.h"
 #include "platform/Notifications.h"
 #include "platform/PowerSource.h"
 #include "platform/ProcessUsage.h"
@@ -46,6 +47,8 @@ struct PlatformServices {
     std::unique_ptr<BluetoothSource> bluetooth;
     // Where the machine is; null where the system has no location service at all.
     std::unique_ptr<LocationSource> location;
+    // The machine's name, the user and the boot time custom widgets show.
+    std::unique_ptr<MachineIdentity> machine;
 
     // The desktop host's services, every one set; needs the running QApplication.
     static PlatformServices make();

@@ -1,5 +1,6 @@
 #include "Files.h"
 #include "TestRows.h"
+#include "platform/linux/LinuxMachineIdentity.h"
 #include "platform/linux/LinuxSystemSource.h"
 #include "platform/linux/ProcCounters.h"
 
@@ -166,6 +167,29 @@ private Q_SLOTS:
             plant(m_proc, {{QStringLiteral("pressure/memory"), pressure}});
         }
         QCOMPARE(text(LinuxSystemSource(m_proc, m_sys).memory()), expected);
+    }
+
+    // The machine's boot time from /proc/uptime, seen from a fixed moment.
+    void bootedAt_data() {
+        QTest::addColumn<QByteArray>("uptime");
+        QTest::addColumn<qint64>("msecsBefore");
+        using test::row;
+        row("uptime and idle", QByteArray("12345.67 40000.12\n"), qint64(12345670));
+        row("just booted", QByteArray("0.00 0.00\n"), qint64(0));
+        row("negative", QByteArray("-5.0 1.0\n"), qint64(-1));
+        row("garbage", QByteArray("up a while\n"), qint64(-1));
+        row("not finite", QByteArray("inf 1\n"), qint64(-1));
+        row("empty", QByteArray(""), qint64(-1));
+        row("read error", QByteArray("<dir>"), qint64(-1));
+    }
+    void bootedAt() {
+        QFETCH(QByteArray, uptime);
+        QFETCH(qint64, msecsBefore);
+        plant(m_proc, {{QStringLiteral("uptime"), uptime}});
+        const QDateTime now(QDate(2026, 3, 14), QTime(9, 0));
+        const auto booted = LinuxMachineIdentity(m_proc).bootedAt(now);
+        QCOMPARE(booted ? booted->msecsTo(now) : -1, msecsBefore);
+        QVERIFY(!LinuxMachineIdentity().userName().isEmpty());
     }
 
     void graphicsBusy_data() {

@@ -8,6 +8,7 @@
 #include "platform/linux/KeychainSecretStore.h"
 #include "platform/linux/LinuxDesktopPicture.h"
 #include "platform/linux/LinuxLockScreenSurface.h"
+#include "platform/linux/LinuxMachineIdentity.h"
 #include "platform/linux/LinuxPictureSetter.h"
 #include "platform/linux/LinuxSystemSource.h"
 #include "platform/linux/LinuxWorkspace.h"
@@ -45,6 +46,7 @@ PlatformServices PlatformServices::makeReadingSources() {
     services.system = std::make_unique<LinuxSystemSource>();
     services.bluetooth = BluezBluetoothSource::create();
     services.sensors = std::make_unique<HwmonSensorSource>();
+    services.machine = std::make_unique<LinuxMachineIdentity>();
     return services;
 }
 

@@ -194,6 +194,16 @@ std::optional<double> ProcCounters::pressureStall(const QByteArray& pressure) {
     return std::nullopt;
 }
 
+std::optional<double> ProcCounters::uptimeSeconds(const QByteArray& uptime) {
+    const QList<QByteArray> fields = words(lines(uptime).value(0));
+    bool ok = false;
+    const double seconds = fields.value(0).toDouble(&ok);
+    if (!ok || !std::isfinite(seconds) || seconds < 0) {
+        return std::nullopt;
+    }
+    return seconds;
+}
+
 QByteArray ProcCounters::decodeMountEscapes(const QByteArray& field) {
     QByteArray decoded;
     decoded.reserve(field.size());

@@ -29,6 +29,8 @@ struct ProcCounters {
     static std::optional<MemoryCounters> memory(const QByteArray& meminfo);
     // The "some avg10" percentage.
     static std::optional<double> pressureStall(const QByteArray& pressure);
+    // /proc/uptime: the seconds since boot, its first figure.
+    static std::optional<double> uptimeSeconds(const QByteArray& uptime);
 
     struct Mount {
         QByteArray device;
