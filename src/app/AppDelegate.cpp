@@ -8,6 +8,7 @@
 #include "config/ConfigRoot.h"
 #include "config/ConfigWindow.h"
 #include "config/GalleryView.h"
+#include "custom/CustomWidgetRuntime.h"
 #include "custom/CustomWidgetStore.h"
 #include "desktop/DesktopController.h"
 #include "desktop/DesktopGeometry.h"
@@ -147,6 +148,23 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .secrets = *m_secrets,
         .directory = AppPaths::appSupportDir(),
     });
+    m_custom =
+        std::make_unique<CustomWidgetRuntime>(*m_http, m_clocks.system, &m_readings->board());
+    if (const MachineIdentity* machine = m_platform.machine.get()) {
+        m_custom->setMachine(machine->hostName(), machine->userName(),
+                             machine->bootedAt(m_clocks.system.now()));
+    }
+    // The runtime feeds the store's widgets; a deleted one's histories go with it.
+    const auto feedDefinitions = [this] { m_custom->setDefinitions(m_customWidgets->widgets()); };
+    feedDefinitions();
+    connect(m_customWidgets.get(), &CustomWidgetStore::widgetsChanged, m_custom.get(),
+            feedDefinitions);
+    connect(m_customWidgets.get(), &CustomWidgetStore::widgetRemoved, m_custom.get(),
+            [this](const QString& kind) {
+                if (const auto id = CustomWidgetDefinition::idFromKind(kind)) {
+                    m_custom->discard(*id);
+                }
+            });
     m_registry = std::make_unique<WidgetRegistry>(m_customWidgets.get());
     m_theme = std::make_unique<ThemeStore>(m_defaults, m_clocks.system);
     m_ticker = std::make_unique<TickCoordinator>(*m_scheduler, m_clocks.system, m_clocks.current);
@@ -202,6 +220,7 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .backdrop = m_backdrop.get(),
         .readings = m_readings.get(),
         .weather = m_weather.get(),
+        .custom = m_custom.get(),
     });
     m_controller->widgetSettingsOpener = [this](const QUuid& id) {
         showConfigWindow(ConfigSelection{.widget = id});
@@ -326,6 +345,7 @@ FaceContext AppDelegate::stillContext() const {
     base.symbols = m_platform.symbols.get();
     base.readings = &m_readings->board();
     base.weather = &m_weather->board();
+    base.custom = &m_custom->board();
     return base;
 }
 

@@ -32,6 +32,7 @@ class LockScreenController;
 class MinuteCoordinator;
 class PowerWatcher;
 class QtHttpClient;
+class CustomWidgetRuntime;
 class QtScheduler;
 class Readings;
 class ScreenTopologyWatcher;
@@ -112,6 +113,8 @@ private:
     // The person's own widget kinds; before the catalogue and the grid, which ask it.
     std::unique_ptr<SecretStore> m_secrets;
     std::unique_ptr<CustomWidgetStore> m_customWidgets;
+    // What feeds custom widgets, over the same client and readings.
+    std::unique_ptr<CustomWidgetRuntime> m_custom;
     std::unique_ptr<WidgetRegistry> m_registry;
     std::unique_ptr<ThemeStore> m_theme;
     std::unique_ptr<TickCoordinator> m_ticker;

@@ -1,5 +1,6 @@
 #include "desktop/DesktopController.h"
 
+#include "custom/CustomWidgetRuntime.h"
 #include "desktop/PanelContextMenu.h"
 #include "faces/ActivityFace.h"
 #include "faces/FaceRegistry.h"
@@ -49,6 +50,7 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
                  .colorScheme = services.colorScheme,
                  .readings = services.readings ? &services.readings->board() : nullptr,
                  .weather = services.weather ? &services.weather->board() : nullptr,
+                 .custom = services.custom ? &services.custom->board() : nullptr,
                  .scheduler = &services.scheduler,
                  .clock = &services.clock})
     , m_follower({.displays = services.displays,
@@ -97,6 +99,25 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
                 if (tile.panel->isVisible() && !tile.state->occluded()) {
                     tile.panel->contentChanged();
                 }
+            }
+        });
+    }
+    if (CustomWidgetRuntime* custom = m_services.custom) {
+        connect(&m_services.ticker, &TickCoordinator::nowChanged, custom,
+                [this] { refreshCustom(); });
+        connect(custom, &CustomWidgetRuntime::boardChanged, this, [this] {
+            bool feedsChanged = false;
+            for (auto& [id, tile] : m_tiles) {
+                if (!CustomWidgetDefinition::isCustom(tile.instance.kind)) {
+                    continue;
+                }
+                feedsChanged = m_content.takeCustomFeeds(tile) || feedsChanged;
+                if (tile.panel->isVisible() && !tile.state->occluded()) {
+                    tile.panel->contentChanged();
+                }
+            }
+            if (feedsChanged) {
+                updateDemand();
             }
         });
     }
@@ -347,8 +368,9 @@ void DesktopController::refreshOcclusion() {
 }
 
 void DesktopController::updateDemand() {
-    // A weather tile just come into view is served without waiting for the next tick.
+    // A weather or custom tile just come into view is served without waiting for the next tick.
     refreshWeather();
+    refreshCustom();
     Readings* readings = m_services.readings;
     if (readings == nullptr) {
         return;
@@ -380,6 +402,23 @@ void DesktopController::refreshWeather() {
     }
     // Weather goes by the system's clock, as the readings do.
     weather->refresh(m_services.clock.now(), inView);
+}
+
+void DesktopController::refreshCustom() {
+    CustomWidgetRuntime* custom = m_services.custom;
+    if (custom == nullptr) {
+        return;
+    }
+    QStringList inView;
+    for (const auto& [id, tile] : m_tiles) {
+        if (CustomWidgetDefinition::isCustom(tile.instance.kind) && tile.panel->isVisible() &&
+            !tile.state->occluded()) {
+            inView.append(tile.instance.kind);
+        }
+    }
+    if (!inView.isEmpty()) {
+        custom->refresh(m_services.clock.now(), inView);
+    }
 }
 
 void DesktopController::handleDragEnded(const QUuid& draggedID) {

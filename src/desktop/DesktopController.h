@@ -33,6 +33,7 @@ namespace tw {
 class AppSettings;
 class Clock;
 class ColorSchemeWatcher;
+class CustomWidgetRuntime;
 class DesktopWindowing;
 class Displays;
 class FaceRegistry;
@@ -82,6 +83,9 @@ public:
         // The weather of the places tiles show, fetched for the tiles in view; without it weather
         // faces show it loading.
         WeatherServices* weather = nullptr;
+        // What feeds custom widgets, driven on the tick for the custom tiles in view; without it
+        // custom faces show their loading state.
+        CustomWidgetRuntime* custom = nullptr;
     };
 
     static constexpr std::chrono::milliseconds occlusionDebounce{150};
@@ -144,6 +148,8 @@ private:
     void updateDemand();
     // Refreshes, where stale, the weather of the places the tiles in view show.
     void refreshWeather();
+    // Fetches, where due, the sources of the custom tiles in view and records their histories.
+    void refreshCustom();
     QList<DropDecision::Tile> shownTiles(const QUuid& except) const;
 
     Services m_services;

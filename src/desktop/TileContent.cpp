@@ -1,5 +1,6 @@
 #include "desktop/TileContent.h"
 
+#include "custom/CustomBoard.h"
 #include "desktop/DesktopTile.h"
 #include "desktop/PanelPace.h"
 #include "faces/FaceRegistry.h"
@@ -51,7 +52,8 @@ void TileContent::refresh(DesktopTile& tile) const {
     context.symbols = m_services.symbols;
     context.readings = m_services.readings;
     context.weather = m_services.weather;
-    tile.feeds = face.feeds(tile.instance.size, context.settings);
+    context.custom = m_services.custom;
+    tile.feeds = feedsOf(tile, face, context.settings);
     tile.showsWeather = face.showsWeather(context.settings);
 
     const auto grain = face.grain(tile.instance.size, context.settings);
@@ -73,6 +75,25 @@ void TileContent::refresh(DesktopTile& tile) const {
     context.sceneTime = tile.scene ? tile.scene->sceneTime() : 0;
     tile.panel->setContent(face, context);
     driveScene(tile, face, context.pace);
+}
+
+ReadingFeeds TileContent::feedsOf(const DesktopTile& tile, const WidgetFace& face,
+                                  const WidgetSettings& settings) const {
+    ReadingFeeds feeds = face.feeds(tile.instance.size, settings);
+    // A custom widget's tokens read the readings hub: it samples while such a tile is in view.
+    const CustomWidgetDefinition* definition =
+        m_services.custom != nullptr ? m_services.custom->definition(tile.instance.kind) : nullptr;
+    if (definition != nullptr && definition->needsSystemValues()) {
+        feeds |= ReadingFeeds(ReadingFeed::system) | ReadingFeed::battery;
+    }
+    return feeds;
+}
+
+bool TileContent::takeCustomFeeds(DesktopTile& tile) const {
+    const ReadingFeeds before = tile.feeds;
+    tile.feeds =
+        feedsOf(tile, m_services.faces.face(tile.instance.kind), tile.panel->context().settings);
+    return tile.feeds != before;
 }
 
 void TileContent::applyPace(DesktopTile& tile) const {

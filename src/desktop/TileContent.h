@@ -3,6 +3,8 @@
 #pragma once
 
 #include "look/ThemeStore.h"
+#include "model/WidgetInstance.h"
+#include "readings/ReadingFeed.h"
 #include "tick/AnimationPace.h"
 
 #include <QObject>
@@ -19,6 +21,7 @@ class MinuteCoordinator;
 class SymbolProvider;
 class TickCoordinator;
 class WidgetRegistry;
+struct CustomBoard;
 struct ReadingsBoard;
 struct WeatherBoard;
 struct DesktopTile;
@@ -40,6 +43,9 @@ public:
         const ColorSchemeWatcher* colorScheme = nullptr;
         const ReadingsBoard* readings = nullptr;
         const WeatherBoard* weather = nullptr;
+        // The custom widgets' definitions and data; without it custom faces show their loading
+        // state.
+        const CustomBoard* custom = nullptr;
         // What runs animated scenes; without them every scene stands still.
         Scheduler* scheduler = nullptr;
         const Clock* clock = nullptr;
@@ -59,12 +65,16 @@ public:
     // Takes in whether the window system has the tile covered; a covered tile is not repainted,
     // and one uncovered shows the time of now.
     void takeCovered(DesktopTile& tile) const;
+    // A custom tile's feeds after its definition may have changed; true when they did.
+    bool takeCustomFeeds(DesktopTile& tile) const;
 
 Q_SIGNALS:
     void lookChanged();
 
 private:
     void driveScene(DesktopTile& tile, const WidgetFace& face, AnimationPace pace) const;
+    ReadingFeeds feedsOf(const DesktopTile& tile, const WidgetFace& face,
+                         const WidgetSettings& settings) const;
 
     Services m_services;
 };
