@@ -4,12 +4,14 @@
 #include "ManualClock.h"
 #include "ManualScheduler.h"
 #include "ScriptedReadings.h"
+#include "custom/CustomWidgetRuntime.h"
 #include "desktop/DesktopController.h"
 #include "faces/FaceRegistry.h"
 #include "grid/GridStore.h"
 #include "grid/OverlapResolver.h"
 #include "grid/RectEdges.h"
 #include "look/ThemeStore.h"
+#include "model/CustomWidgetDefinitions.h"
 #include "model/WidgetAction.h"
 #include "model/WidgetRegistry.h"
 #include "net/QtHttpClient.h"
@@ -34,6 +36,7 @@
 
 using namespace tw;
 using namespace tw::test;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -64,6 +67,23 @@ public:
     bool opensSettingsOnClick(const FaceContext&) const override { return true; }
 };
 
+// The catalogue entries of the custom kinds the runtime knows, as the store would give them.
+class BoardDefinitions final : public CustomWidgetDefinitions {
+public:
+    const CustomBoard* board = nullptr;
+    std::optional<WidgetDefinition> widgetDefinition(const QString& kind) const override {
+        const CustomWidgetDefinition* custom = board ? board->definition(kind) : nullptr;
+        if (custom == nullptr) {
+            return std::nullopt;
+        }
+        WidgetDefinition definition{WidgetRegistry::builtInDefinition(u"clock"_s)->metadata};
+        definition.metadata.kind = kind;
+        definition.metadata.allowedSizes = {WidgetSize::small};
+        definition.metadata.defaultSize = WidgetSize::small;
+        return definition;
+    }
+};
+
 struct Fixture {
     QTemporaryDir dir;
     ManualClock clock;
@@ -71,7 +91,8 @@ struct Fixture {
     MemoryDefaults defaults;
     FixedDisplays displays{
         {ScreenInfo{QStringLiteral("main"), QStringLiteral("Main"), kScreen, kScreen, true}}};
-    WidgetRegistry registry;
+    BoardDefinitions customDefinitions;
+    WidgetRegistry registry{&customDefinitions};
     NullDesktopWindowing windowing;
     NullWorkspace workspace;
     NullNotifications notifications;
@@ -90,6 +111,7 @@ struct Fixture {
                              .scheduler = scheduler,
                              .defaults = defaults,
                              .location = nullptr}};
+    CustomWidgetRuntime custom{http, clock, &readings.board()};
     std::unique_ptr<ThemeStore> theme;
     std::unique_ptr<TickCoordinator> ticker;
     std::unique_ptr<MinuteCoordinator> minutes;
@@ -98,6 +120,7 @@ struct Fixture {
 
     Fixture() {
         qputenv("TKW_APP_SUPPORT_DIR", dir.path().toUtf8());
+        customDefinitions.board = &custom.board();
         theme = std::make_unique<ThemeStore>(defaults, clock,
                                              dir.filePath(QStringLiteral("theme.json")));
         ticker = std::make_unique<TickCoordinator>(scheduler, clock, clock);
@@ -121,6 +144,7 @@ struct Fixture {
             .colorScheme = &colorScheme,
             .readings = &readings,
             .weather = &weather,
+            .custom = &custom,
         });
         controller->show();
     }
@@ -630,6 +654,50 @@ private Q_SLOTS:
         QCOMPARE(f.readings.demand(), ReadingFeeds(ReadingFeed::network));
         f.controller->hide();
         QCOMPARE(f.readings.demand(), ReadingFeeds());
+    }
+
+    // A custom tile's source is fetched when it comes into view and on the tick while it is in
+    // view; tokens of the machine's readings make the tile ask for them.
+    void customTilesFollowTheView() {
+        Fixture f;
+        f.server.route("/feed", LoopbackHttpServer::ok(R"({"v": 1})"));
+        CustomWidgetDefinition definition;
+        CustomSource source;
+        source.url = f.server.url(u"/feed"_s).toString();
+        source.refreshSeconds = 60;
+        definition.source = source;
+        definition.rows = {CustomRow()};
+        definition.rows[0].elements = {CustomElement()};
+        definition.rows[0].elements[0].text = u"{data:v}"_s;
+        f.custom.setDefinitions({definition});
+        const auto fetches = [&] {
+            return std::count_if(f.server.requests().cbegin(), f.server.requests().cend(),
+                                 [](const auto& request) { return request.target == "/feed"; });
+        };
+
+        const auto tile =
+            f.grid->addFree(definition.kind(), WidgetSize::small, std::nullopt, QPointF(1500, 900));
+        QVERIFY(tile);
+        QCOMPARE(f.controller->panel(tile->id)->context().custom, &f.custom.board());
+        QVERIFY(QTest::qWaitFor(
+            [&] { return f.custom.board().sourceState(definition)->json.has_value(); }, 5000));
+        QCOMPARE(fetches(), 1);
+        QCOMPARE(f.readings.demand(), ReadingFeeds());
+
+        definition.rows[0].elements[0].text = u"{data:v} {cpu}"_s;
+        f.custom.setDefinitions({definition});
+        QVERIFY(f.readings.demand().testFlags(ReadingFeeds(ReadingFeed::system) |
+                                              ReadingFeed::battery));
+
+        QObject* window = f.controller->panel(tile->id)->windowHandle();
+        Q_EMIT f.windowing.coveredChanged(window, true);
+        f.scheduler.advance(DesktopController::occlusionDebounce);
+        f.scheduler.advance(std::chrono::seconds(61));
+        QTest::qWait(50);
+        QCOMPARE(fetches(), 1);
+        Q_EMIT f.windowing.coveredChanged(window, false);
+        f.scheduler.advance(DesktopController::occlusionDebounce);
+        QVERIFY(QTest::qWaitFor([&] { return fetches() == 2; }, 5000));
     }
 
     // A place's weather is fetched when a tile showing it comes into view and kept fresh only

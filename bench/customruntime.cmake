@@ -1,0 +1,1 @@
+tw_add_bench(bench_customruntime LIBS tw_custom)
