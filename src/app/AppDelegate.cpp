@@ -367,7 +367,8 @@ ConfigContext AppDelegate::makeConfigContext() {
         context.displays.append({screen.id, screen.name});
     }
     context.makeGallery = [this]() -> QWidget* {
-        auto* gallery = new GalleryView(*m_faces, *m_platform.symbols, m_clocks.system);
+        auto* gallery = new GalleryView(*m_faces, *m_platform.symbols, m_clocks.system, nullptr,
+                                        m_registry.get());
         gallery->setTheme(m_theme->themed());
         // Previews wear the glass the desktop's tiles wear.
         gallery->setGlass(GlassLook::from(*m_theme, m_controller->systemAppearance()));

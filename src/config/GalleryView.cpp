@@ -62,8 +62,9 @@ void repolish(QWidget* widget) {
 } // namespace
 
 GalleryView::GalleryView(const FaceRegistry& faces, const SymbolProvider& symbols,
-                         const Clock& clock, QWidget* parent)
+                         const Clock& clock, QWidget* parent, const WidgetRegistry* registry)
     : QWidget(parent)
+    , m_registry(registry)
     , m_source(std::make_unique<GalleryPreviewSource>(faces))
     , m_search(new QLineEdit(this))
     , m_scroll(new QScrollArea(this))
@@ -102,7 +103,9 @@ GalleryView::GalleryView(const FaceRegistry& faces, const SymbolProvider& symbol
     auto* column = new QVBoxLayout(content);
     column->setContentsMargins(kSideMargin, 0, kSideMargin, kSideMargin);
     column->setSpacing(6);
-    for (const WidgetRegistry::CategoryGroup& group : WidgetRegistry::grouped()) {
+    const QList<WidgetRegistry::CategoryGroup> groups =
+        m_registry != nullptr ? m_registry->groupedWithCustom() : WidgetRegistry::grouped();
+    for (const WidgetRegistry::CategoryGroup& group : groups) {
         const WidgetCategory category = group.category;
         QPushButton* chip = makeChip(title(category), rawValue(category), this);
         connect(chip, &QPushButton::toggled, this, [this, category](bool on) {
@@ -327,7 +330,10 @@ void GalleryView::focusSearch() {
 
 void GalleryView::apply() {
     QSet<QString> matching;
-    for (const WidgetDefinition& definition : WidgetRegistry::search(m_search->text())) {
+    const QString query = m_search->text();
+    for (const WidgetDefinition& definition : m_registry != nullptr
+                                                  ? m_registry->searchWithCustom(query)
+                                                  : WidgetRegistry::search(query)) {
         matching.insert(definition.metadata.kind);
     }
     bool any = false;

@@ -31,6 +31,7 @@ class FaceRegistry;
 class GalleryCard;
 class GalleryPreviewSource;
 class SymbolProvider;
+class WidgetRegistry;
 class TickCoordinator;
 
 class GalleryView final : public QWidget {
@@ -44,8 +45,9 @@ public:
     using PlacedCount = std::function<int(const QString& kind)>;
 
     // The previews start at `clock`'s time until they follow a ticker.
+    // With `registry`, the person's own custom kinds are offered too.
     GalleryView(const FaceRegistry& faces, const SymbolProvider& symbols, const Clock& clock,
-                QWidget* parent = nullptr);
+                QWidget* parent = nullptr, const WidgetRegistry* registry = nullptr);
     ~GalleryView() override;
 
     // Without a handler the Add buttons are disabled.
@@ -107,6 +109,7 @@ private:
     void readingsChanged(ReadingFeeds changed);
     void askForReadings();
 
+    const WidgetRegistry* m_registry;
     std::unique_ptr<GalleryPreviewSource> m_source;
     AddHandler m_addHandler;
     PlacedCount m_placedCount;

@@ -166,4 +166,36 @@ QList<WidgetRegistry::CategoryGroup> WidgetRegistry::grouped() {
     return groups;
 }
 
+QList<WidgetRegistry::CategoryGroup> WidgetRegistry::groupedWithCustom() const {
+    QList<CategoryGroup> groups = grouped();
+    const QList<WidgetDefinition> custom =
+        m_custom != nullptr ? m_custom->widgetDefinitions() : QList<WidgetDefinition>();
+    if (custom.isEmpty()) {
+        return groups;
+    }
+    const auto tools = std::find_if(groups.begin(), groups.end(), [](const CategoryGroup& group) {
+        return group.category == WidgetCategory::tools;
+    });
+    if (tools == groups.end()) {
+        groups.append(CategoryGroup{WidgetCategory::tools, custom});
+    } else {
+        tools->widgets.append(custom);
+    }
+    return groups;
+}
+
+QList<WidgetDefinition> WidgetRegistry::searchWithCustom(const QString& query) const {
+    QList<WidgetDefinition> found = search(query);
+    if (m_custom == nullptr) {
+        return found;
+    }
+    const QStringList wanted = WidgetSearch::words(query);
+    for (const WidgetDefinition& definition : m_custom->widgetDefinitions()) {
+        if (WidgetSearch::matches(wanted, WidgetSearch::words(definition.metadata.displayName))) {
+            found.append(definition);
+        }
+    }
+    return found;
+}
+
 } // namespace tw

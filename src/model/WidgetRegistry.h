@@ -53,6 +53,10 @@ public:
     static QList<WidgetDefinition> search(const QString& query);
     // One group per category in case order, empty categories left out.
     static QList<CategoryGroup> grouped();
+    // grouped() and search() with the custom kinds too, at the end of `tools`, where every
+    // custom kind belongs; a custom kind is found by the words of its name.
+    QList<CategoryGroup> groupedWithCustom() const;
+    QList<WidgetDefinition> searchWithCustom(const QString& query) const;
 
 private:
     const CustomWidgetDefinitions* m_custom;

@@ -263,7 +263,14 @@ private Q_SLOTS:
         QCOMPARE(found->metadata.allowedSizes,
                  (QList<WidgetSize>{WidgetSize::small, WidgetSize::wide}));
         QCOMPARE(found->metadata.defaultSize, WidgetSize::small);
-        QCOMPARE(store->widgetDefinitions(), QList<WidgetDefinition>{*found});
+        // The gallery offers it among the tools and finds it by its name.
+        QCOMPARE(registry.groupedWithCustom().size(), WidgetRegistry::grouped().size());
+        for (const WidgetRegistry::CategoryGroup& group : registry.groupedWithCustom()) {
+            QCOMPARE(group.widgets.last() == *found, group.category == WidgetCategory::tools);
+        }
+        QVERIFY(registry.searchWithCustom(QStringLiteral("pri")).contains(*found));
+        QVERIFY(!registry.searchWithCustom(QStringLiteral("rates")).contains(*found));
+        QVERIFY(registry.searchWithCustom(QString()).contains(*found));
         QCOMPARE(registry.definition(QStringLiteral("custom.not-a-uuid")), std::nullopt);
         // A renamed widget is not served from the cache.
         CustomWidgetDefinition renamed = original;
