@@ -747,6 +747,11 @@ class CustomWidgetFileTest(HostCase):
             widgets = json.load(f)["widgets"]
         self.assertEqual([w["name"] for w in widgets], ["Good morning"])
         self.assertEqual("custom." + widgets[0]["id"].upper(), custom[0]["kind"])
+        # The tile is drawn, not left blank: light letters on the dark glass.
+        rect = self.panel_of(custom[0])
+        self.assertTrue(self.session.wait_for(
+            lambda: any(min(p) > 200 for row in self.pixels(*rect) for p in row), timeout=10),
+            "the tile shows no text")
         self.screenshot("custom-widget-file.png")
 
 
