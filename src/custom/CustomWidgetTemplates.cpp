@@ -173,7 +173,12 @@ CustomWidgetDefinition CustomWidgetTemplates::crypto() {
                     value(id + QStringLiteral(".usd"), Style::headline, 0, {}, QStringLiteral("$")),
                     change(id + QStringLiteral(".usd_24h_change"))});
     };
-    const QList<CustomRow> rows{coin(QStringLiteral("Bitcoin"),
+    const QList<CustomRow> rows{row({text(L("custom.tpl.crypto.title", QStringLiteral("Prices")),
+                                          Style::caption, kSecondary),
+                                     spacer(),
+                                     text(L("custom.tpl.crypto.change", QStringLiteral("24 h")),
+                                          Style::caption, kSecondary)}),
+                                coin(QStringLiteral("Bitcoin"),
                                      QStringLiteral("bitcoinsign.circle.fill"),
                                      QStringLiteral("#F7931A"), QStringLiteral("bitcoin")),
                                 row({element(Type::divider)}),

@@ -222,12 +222,13 @@ void CustomElementPainter::paint(QPainter& painter, const QRectF& rect, qreal sc
     const CustomTextStyle s = style();
     switch (m_element->type) {
     case Type::text: {
-        // Large type gives a little before it is cut.
         const StyleFace face = styleFace(s);
         const qreal fitted =
             FaceKit::fittingPixelSize(m_text, rect.size(), face.weight, face.size * scale);
+        // Large type gives a lot before it is cut, body type little.
+        const qreal least = face.size >= 20 ? 0.4 : 0.7;
         FaceKit::drawElided(painter, *m_context, rect, m_text,
-                            FaceKit::font(std::max(fitted, face.size * scale * 0.8), face.weight),
+                            FaceKit::font(std::max(fitted, face.size * scale * least), face.weight),
                             ink(s == CustomTextStyle::caption || s == CustomTextStyle::micro
                                     ? m_context->secondary()
                                     : m_context->primary()),

@@ -97,8 +97,10 @@ void placeRow(const CustomRow& row, const QList<CustomElementPainter>& painters,
     qreal fixed = spacing * double(count - 1);
     int growing = 0;
     for (qsizetype i = 0; i < count; ++i) {
+        // A ring beside other elements leaves them at least half the row.
         const qreal w = row.elements[i].type == CustomElementType::gauge
-                            ? painters[i].widthAt(band.height(), scale)
+                            ? std::min(painters[i].widthAt(band.height(), scale),
+                                       count > 1 ? band.width() / 2 - spacing : band.width())
                             : plan.needs[i].width;
         widths << w;
         fixed += w;

@@ -104,6 +104,16 @@ constexpr std::array kMappings{
     Mapping{"cloud.bolt.rain.fill", "thunderstorm", 0xebdb},
     Mapping{"location.fill", "near_me", 0xe569},
     Mapping{"clock.arrow.circlepath", "update", 0xe923},
+    // Custom widgets: their states and the templates' symbols.
+    Mapping{"square.dashed", "crop_free", 0xe3c2},
+    Mapping{"antenna.radiowaves.left.and.right.slash", "cloud_off", 0xe2c1},
+    Mapping{"exclamationmark.triangle.fill", "warning", 0xe002},
+    Mapping{"star.fill", "star", 0xe838},
+    Mapping{"textformat", "text_fields", 0xe262},
+    Mapping{"number", "tag", 0xe9ef},
+    Mapping{"diamond.fill", "diamond", 0xead5},
+    Mapping{"newspaper", "newspaper", 0xeb81},
+    Mapping{"shippingbox", "inventory_2", 0xe1a1},
 };
 
 const Mapping* find(const QString& symbol) {

@@ -1,0 +1,1 @@
+tw_add_bench(bench_customface LIBS tw_faces tw_platform_os)
