@@ -74,18 +74,20 @@ void CustomWidgetRuntime::setMachine(const QString& host, const QString& user,
 }
 
 void CustomWidgetRuntime::refresh(const QDateTime& now, const QStringList& kinds) {
+    // Times are kept and compared in UTC: local ones ask the time zone at every comparison.
+    const QDateTime at = now.toUTC();
     m_batching = true;
     for (const QString& kind : kinds) {
-        // Copied: a synchronous answer may change the board under a reference.
+        // Answers change only the sources, never the definitions, so the reference holds.
         const CustomWidgetDefinition* found = m_board.definition(kind);
         if (found == nullptr) {
             continue;
         }
-        const CustomWidgetDefinition definition = *found;
+        const CustomWidgetDefinition& definition = *found;
         for (const CustomSource& source : definition.allSources()) {
-            fetchIfDue(source, now);
+            fetchIfDue(source, at);
         }
-        recordHistory(definition, now);
+        recordHistory(definition, at);
     }
     m_batching = false;
     if (std::exchange(m_pending, false)) {
@@ -93,7 +95,8 @@ void CustomWidgetRuntime::refresh(const QDateTime& now, const QStringList& kinds
     }
 }
 
-void CustomWidgetRuntime::fetchIfDue(const CustomSource& source, const QDateTime& now) {
+void CustomWidgetRuntime::fetchIfDue(const CustomSource& source, const QDateTime& time) {
+    const QDateTime now = time.toUTC();
     const QString key = source.cacheKey();
     CustomSourceState state = m_board.sources.value(key);
     if (state.startedAt && state.startedAt->msecsTo(now) <= requestTimeout.count() * 1000) {
@@ -129,7 +132,7 @@ void CustomWidgetRuntime::finish(const QString& cacheKey, const HttpResponse& re
     CustomSourceState state = m_board.sources.value(cacheKey);
     state.loading = false;
     state.startedAt.reset();
-    state.fetchedAt = m_clock.now();
+    state.fetchedAt = m_clock.now().toUTC();
     std::optional<CustomJSON> document;
     if (response.isSuccess()) {
         document = CustomJSON::parse(response.body);
@@ -146,7 +149,8 @@ void CustomWidgetRuntime::finish(const QString& cacheKey, const HttpResponse& re
 }
 
 void CustomWidgetRuntime::recordHistory(const CustomWidgetDefinition& definition,
-                                        const QDateTime& now) {
+                                        const QDateTime& time) {
+    const QDateTime now = time.toUTC();
     std::optional<CustomValueBag> bag;
     for (qsizetype row = 0; row < definition.rows.size(); ++row) {
         const QList<CustomElement>& elements = definition.rows[row].elements;
