@@ -141,9 +141,12 @@ std::optional<int> runSnapshotWidgetMode(LaunchContext& context) {
         face.custom = custom ? &*custom : nullptr;
         picture = renderer.picture(widgetFace, face);
     }
-    return reportSnapshot(context, QStringLiteral("snapshot-widget"), path, picture, problem,
-                          QStringLiteral(" kind=%1 size=%2")
-                              .arg(options.kind, size ? rawValue(*size) : options.size));
+    return reportSnapshot(
+        context, QStringLiteral("snapshot-widget"), path, picture, problem,
+        QStringLiteral(" %1=%2 size=%3")
+            .arg(options.templateId.isEmpty() ? QStringLiteral("kind") : QStringLiteral("template"),
+                 options.templateId.isEmpty() ? options.kind : options.templateId,
+                 size ? rawValue(*size) : options.size));
 }
 
 } // namespace tw

@@ -69,6 +69,10 @@ private Q_SLOTS:
         row("no such size", "--kind clock --size Large", " kind=clock size=Large", no,
             "tarnwick: unknown --size \"Large\"; the sizes are small, …", none);
         row("no kind", "", " kind= size=", no, "tarnwick: --kind is missing; …", none);
+        row("a custom widget template with sample values", "--template crypto --scale 1",
+            " template=crypto size=wide", QSize(248, 140), "", none);
+        row("unknown template", "--template nope", " template=nope size=", no,
+            "tarnwick: unknown --template \"nope\"; the templates are blank, system, …", none);
     }
     void widgetPictures() {
         QFETCH(QString, modifiers);
