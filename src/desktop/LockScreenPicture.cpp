@@ -164,8 +164,9 @@ QList<QRectF> LockScreenPicture::paint(QPainter& painter, const QList<WidgetInst
     paintFooter(painter, regionRect(QStringLiteral("footer"), screen));
     QList<QRectF> tiles;
     for (const auto& [id, centre] : LockScreenLayout::resolvedPositions(widgets, screen)) {
-        const auto widget = std::find_if(widgets.begin(), widgets.end(),
-                                         [&](const WidgetInstance& w) { return w.id == id; });
+        const auto widget =
+            std::find_if(widgets.begin(), widgets.end(),
+                         [&wanted = id](const WidgetInstance& w) { return w.id == wanted; });
         if (widget == widgets.end()) {
             continue;
         }

@@ -333,12 +333,13 @@ void CustomElementPainter::paintLine(QPainter& painter, const QRectF& rect, qrea
     if (m_points.size() < 2) {
         return;
     }
-    const auto [low, high] = std::minmax_element(m_points.begin(), m_points.end());
-    const double span = *high - *low;
+    const auto extremes = std::minmax_element(m_points.begin(), m_points.end());
+    const double low = *extremes.first;
+    const double span = *extremes.second - low;
     const qreal stroke = 2 * scale;
     const QRectF area = rect.adjusted(stroke, stroke * 2, -stroke * 2, -stroke);
     const auto point = [&](qsizetype i) {
-        const double t = span > 0 ? (m_points[i] - *low) / span : 0.5;
+        const double t = span > 0 ? (m_points[i] - low) / span : 0.5;
         return QPointF(area.left() + area.width() * double(i) / double(m_points.size() - 1),
                        area.bottom() - t * area.height());
     };

@@ -570,12 +570,14 @@ QList<qsizetype> WeatherFace::extremes(const QList<WxHourEntry>& hours) {
     }
     const auto less = [](const WxHourEntry& a, const WxHourEntry& b) { return a.temp < b.temp; };
     const auto [lo, hi] = std::minmax_element(hours.cbegin(), hours.cend(), less);
-    if (lo->temp == hi->temp) {
+    const int highest = hi->temp;
+    if (lo->temp == highest) {
         return {};
     }
     // minmax_element gives the last of equal maxima; the first reads better.
-    const auto firstHi = std::find_if(hours.cbegin(), hours.cend(),
-                                      [&](const WxHourEntry& h) { return h.temp == hi->temp; });
+    const auto firstHi =
+        std::find_if(hours.cbegin(), hours.cend(),
+                     [highest](const WxHourEntry& h) { return h.temp == highest; });
     return {firstHi - hours.cbegin(), lo - hours.cbegin()};
 }
 
