@@ -498,8 +498,15 @@ class WidgetSettingsTest(HostCase):
         window = self.config_window()
         self.assertTrue(window, "the window did not open")
         self.session.xdotool("windowactivate", "--sync", window[0])
-        # The page starts on the tile's size; the arrow takes the next one.
-        self.session.xdotool("key", "--clearmodifiers", "Right")
+        # The page starts on the tile's size; the arrow takes the next one. The size row takes the
+        # focus once the page has been laid out, which can come after the window is active on a
+        # busy machine: an arrow that came too early is sent again.
+        for _ in range(3):
+            self.session.xdotool("key", "--clearmodifiers", "Right")
+            if self.session.wait_for(
+                    lambda: self.instances()[clock["id"].lower()]["size"] != clock["size"],
+                    timeout=3):
+                break
         self.settle(lambda: self.instances()[clock["id"].lower()]["size"] != clock["size"],
                     "the size chosen on the page did not reach the tile")
         self.settle(lambda: self.panel_of(clock)[2] > width, "the tile on the desktop kept its size")
