@@ -150,8 +150,9 @@ class HostCase(unittest.TestCase):
         return self.host.panels()[instance["id"].lower()][1]
 
     def settle(self, predicate, message):
-        self.assertTrue(self.session.wait_for(predicate, timeout=10),
-                        message + ": " + json.dumps(self.host.grid()["instances"]))
+        if not self.session.wait_for(predicate, timeout=10):
+            self.screenshot("failed-" + self.id().rsplit(".", 1)[-1] + ".png")
+            self.fail(message + ": " + json.dumps(self.host.grid()["instances"]))
 
     def config_window(self, timeout=15):
         """The configuration window once it has its size; the title comes a moment earlier."""
@@ -478,6 +479,10 @@ class SystemTileTest(HostCase):
         self.screenshot("system-tile.png")
 
 
+# The accent of a chosen segment in the window's light look.
+SEGMENT_ACCENT = (0x0A, 0x6C, 0xE6)
+
+
 class WidgetSettingsTest(HostCase):
     """"Widget Settings…" on a tile opens that tile's own page, and what is set there reaches the
     tile on the desktop."""
@@ -497,16 +502,27 @@ class WidgetSettingsTest(HostCase):
         self.session.xdotool("key", "Return")
         window = self.config_window()
         self.assertTrue(window, "the window did not open")
-        self.session.xdotool("windowactivate", "--sync", window[0])
-        # The page starts on the tile's size; the arrow takes the next one. The size row takes the
-        # focus once the page has been laid out, which can come after the window is active on a
-        # busy machine: an arrow that came too early is sent again.
-        for _ in range(3):
-            self.session.xdotool("key", "--clearmodifiers", "Right")
-            if self.session.wait_for(
-                    lambda: self.instances()[clock["id"].lower()]["size"] != clock["size"],
-                    timeout=3):
-                break
+        # The window may already stand open from the first start, so the page is awaited on
+        # screen: its size row marks the tile's size in the accent, and the next size is clicked.
+        x, y, w, h = self.session.geometry(int(window[0]))
+
+        def checked_segment():
+            rows = self.pixels(x + w // 2, y, w - w // 2, h)
+            spots = [(i, j) for j, row in enumerate(rows) for i, p in enumerate(row)
+                     if p == SEGMENT_ACCENT]
+            if len(spots) < 400:
+                return None
+            # The topmost block only: the options further down have switches in the accent.
+            spots = [(i, j) for i, j in spots if j < spots[0][1] + 40]
+            xs = [i for i, _ in spots]
+            ys = [j for _, j in spots]
+            return (x + w // 2 + min(xs), y + min(ys), max(xs) - min(xs) + 1,
+                    max(ys) - min(ys) + 1)
+        segment = self.session.wait_for(checked_segment, timeout=15)
+        self.assertTrue(segment, "the tile's page did not show its size")
+        self.session.xdotool("mousemove", "--sync", segment[0] + segment[2] * 3 // 2,
+                             segment[1] + segment[3] // 2)
+        self.session.xdotool("click", 1)
         self.settle(lambda: self.instances()[clock["id"].lower()]["size"] != clock["size"],
                     "the size chosen on the page did not reach the tile")
         self.settle(lambda: self.panel_of(clock)[2] > width, "the tile on the desktop kept its size")
