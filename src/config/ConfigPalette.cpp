@@ -143,6 +143,8 @@ QPushButton#segment:hover { background: @hover; }
 QPushButton#segment[dense="true"] { font-size: 10px; }
 QPushButton#segment[roomy="true"] { padding: 5px 16px; font-size: 12px; }
 QPushButton#segment:checked { background: @accent; color: @accentText; border-color: @accent; }
+QPushButton#segment:focus { border: 1px solid @accent; }
+QPushButton#segment:checked:focus { border: 2px solid rgba(255, 255, 255, 150); }
 )");
     const QColor accentHover = accent.lighter(110);
     const std::pair<const char*, QColor> names[] = {
