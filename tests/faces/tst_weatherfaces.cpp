@@ -231,7 +231,15 @@ private Q_SLOTS:
             "de", Region::elsewhere, true);
         row("auto: the place's country", "auto", std::optional<QString>(QStringLiteral("us")), "de",
             Region::elsewhere, true);
+        row("auto: Puerto Rico", "auto", std::optional<QString>(QStringLiteral("PR")), "es",
+            Region::elsewhere, true);
+        row("auto: a known country decides", "auto", std::optional<QString>(QStringLiteral("DE")),
+            "en", Region::us, false);
         row("auto without a country: English in the US", "auto", none, "en", Region::us, true);
+        row("auto: an empty country is none", "auto", std::optional<QString>(QString()), "en",
+            Region::us, true);
+        row("auto without a country: English elsewhere", "auto", none, "en", Region::elsewhere,
+            false);
         row("an unknown setting reads as auto", "kelvin", none, "de", Region::us, false);
     }
     void units() {

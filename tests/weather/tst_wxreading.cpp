@@ -1,9 +1,8 @@
 // A tile's forecast: conditions and scenes from the service's codes, the reading a face draws,
-// Fahrenheit, night, and the units a place prefers.
+// Fahrenheit and night.
 #include "TestRows.h"
 #include "settings/Localization.h"
 #include "weather/MockForecast.h"
-#include "weather/WeatherUnits.h"
 #include "weather/WxCondition.h"
 #include "weather/WxReading.h"
 #include "weather/WxScene.h"
@@ -14,9 +13,6 @@
 using namespace tw;
 using namespace tw::test;
 using namespace Qt::StringLiterals;
-
-using Region = WeatherUnits::SystemRegion;
-using Country = std::optional<QString>;
 
 namespace {
 
@@ -173,26 +169,6 @@ private Q_SLOTS:
             data->sunset = at(sunset);
         }
         QTEST(isNight(data, *at(now), mode), "night");
-    }
-
-    void prefersFahrenheit_data() {
-        QTest::addColumn<Country>("country");
-        QTest::addColumn<QString>("language");
-        QTest::addColumn<Region>("region");
-        QTest::addColumn<bool>("fahrenheit");
-        row("us in lower case", Country(u"us"_s), u"de"_s, Region::elsewhere, true);
-        row("Puerto Rico", Country(u"PR"_s), u"es"_s, Region::elsewhere, true);
-        row("a known country decides", Country(u"DE"_s), u"en"_s, Region::us, false);
-        row("no country, English in the US", Country(), u"en"_s, Region::us, true);
-        row("an empty country is none", Country(u""_s), u"en"_s, Region::us, true);
-        row("no country, German in the US", Country(), u"de"_s, Region::us, false);
-        row("no country, English elsewhere", Country(), u"en"_s, Region::elsewhere, false);
-    }
-    void prefersFahrenheit() {
-        QFETCH(Country, country);
-        QFETCH(QString, language);
-        QFETCH(Region, region);
-        QTEST(WeatherUnits::prefersFahrenheit(country, language, region), "fahrenheit");
     }
 };
 
