@@ -18,7 +18,6 @@ using tw::test::row;
 using tw::test::writeFile;
 using GlassStyle = ThemeStore::GlassStyle;
 using GlassTint = ThemeStore::GlassTint;
-using SystemAppearance = ThemeStore::SystemAppearance;
 
 namespace {
 
@@ -274,14 +273,6 @@ private Q_SLOTS:
         QCOMPARE(store.tint(given, shade), given);
         store.setUniformColors(true);
         QTEST(fractions(store.tint(given, shade)), "expected");
-    }
-
-    void prefersLightGlass() {
-        QVERIFY(ThemeStore::prefersLightGlass(GlassTint::Light, SystemAppearance::Dark));
-        QVERIFY(!ThemeStore::prefersLightGlass(GlassTint::Dark, SystemAppearance::Dark));
-        // Automatic glass is the opposite of the system's look, so it stands out.
-        QVERIFY(ThemeStore::prefersLightGlass(GlassTint::Auto, SystemAppearance::Dark));
-        QVERIFY(!ThemeStore::prefersLightGlass(GlassTint::Auto, SystemAppearance::Light));
     }
 };
 
