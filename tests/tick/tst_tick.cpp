@@ -1,12 +1,16 @@
 #include "ManualClock.h"
 #include "ManualScheduler.h"
 #include "TestRows.h"
+#include "tick/AnimationPace.h"
 #include "tick/Cadence.h"
 #include "tick/MinuteCoordinator.h"
+#include "tick/PaintLedger.h"
+#include "tick/SceneClock.h"
 #include "tick/SnapshotClock.h"
 #include "tick/TickCoordinator.h"
 #include "tick/TimeSource.h"
 
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimeZone>
@@ -14,6 +18,10 @@
 using tw::test::row;
 using namespace std::chrono_literals;
 using namespace tw;
+using Seconds = SceneClock::Seconds;
+using Paused = SceneClock::Paused;
+
+Q_DECLARE_METATYPE(tw::AnimationPace)
 
 namespace {
 
@@ -37,8 +45,8 @@ QDateTime at(int day, int hour, int minute, int second, int msec = 0) {
 } // namespace
 
 // The one tick timer, the cadence it feeds, the views' time sources it wakes and the clock that
-// may pin their time.
-class TestTickCoordinator : public QObject {
+// may pin their time; how fast a scene may run and the time it runs on; what painting cost.
+class TestTick : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     // Steps: D/d the desktop shows/goes, P/p the preview, "i<ms>" a new interval, "+<ms>" time
@@ -273,7 +281,93 @@ private Q_SLOTS:
         QTEST(pin ? pin->toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")) : QString(), "pinned");
         QVERIFY(!pin || pin->timeZone() == now.timeZone());
     }
+
+    void pace_data() {
+        QTest::addColumn<AnimationPace>("pace");
+        QTest::addColumn<double>("requested");
+        QTest::addColumn<double>("expected");
+        QTest::newRow("efficient caps at 8") << AnimationPace::efficient() << 30.0 << 8.0;
+        QTest::newRow("capped lower") << AnimationPace::capped(12) << 30.0 << 12.0;
+        QTest::newRow("capped above request") << AnimationPace::capped(60) << 30.0 << 30.0;
+        QTest::newRow("capped negative") << AnimationPace::capped(-1) << 30.0 << 0.0;
+        QTest::newRow("paused") << AnimationPace::paused() << 30.0 << 0.0;
+        QTest::newRow("smooth") << AnimationPace::smooth() << 120.0 << 120.0;
+        QTest::newRow("default is smooth") << AnimationPace() << 60.0 << 60.0;
+    }
+    void pace() {
+        QFETCH(AnimationPace, pace);
+        QFETCH(double, requested);
+        QTEST(pace.fps(requested), "expected");
+    }
+
+    // Calls at wall times in seconds: "p" before one marks it paused, "@" after it gives a pin.
+    // The scene times they answer, in order.
+    void sceneTime_data() {
+        QTest::addColumn<QString>("calls");
+        QTest::addColumn<QString>("times");
+        row("a frame", "100 100.25", "0 0.25");
+        row("a sleep moves one second", "100 3700", "0 1");
+        row("a step back moves nothing", "100 40", "0 0");
+        row("not a number moves nothing", "100 nan", "0 0");
+        row("a pause holds, and its first call after adds nothing",
+            "10 10.5 p11 p3611 3611.2 3611.7", "0 0.5 0.5 0.5 0.5 1");
+        row("a pin stands and moves neither the scene nor the last wall time", "10 10.5@42 10.75",
+            "0 42 0.75");
+    }
+    void sceneTime() {
+        QFETCH(QString, calls);
+        SceneClock clock;
+        QStringList times;
+        for (QString call : calls.split(QLatin1Char(' '))) {
+            const Paused paused = call.startsWith(u'p') ? Paused::Yes : Paused::No;
+            call.remove(u'p');
+            std::optional<Seconds> pin;
+            if (const qsizetype at = call.indexOf(u'@'); at >= 0) {
+                pin = Seconds(call.mid(at + 1).toDouble());
+                call.truncate(at);
+            }
+            const double wall = call == QLatin1String("nan") ? qQNaN() : call.toDouble();
+            times << QString::number(clock.time(Seconds(wall), paused, pin).count());
+        }
+        QTEST(times.join(QLatin1Char(' ')), "times");
+    }
+
+    // Paints written "tile:ms@s", read at a second: "tile=ms/paints", the costliest first.
+    void lastMinute_data() {
+        QTest::addColumn<QString>("paints");
+        QTest::addColumn<int>("at");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("nothing") << "" << 0 << "";
+        QTest::newRow("summed per tile, costliest first")
+            << "a:2@1 b:5@2 a:4@3" << 3 << "a=6/2 b=5/1";
+        QTest::newRow("a paint exactly a minute old is gone") << "a:2@0 b:1@1" << 60 << "b=1/1";
+        QTest::newRow("everything older than a minute") << "a:2@0 b:1@1" << 200 << "";
+        QTest::newRow("ties by id") << "b:3@1 a:3@1" << 1 << "a=3/1 b=3/1";
+    }
+    void lastMinute() {
+        QFETCH(QString, paints);
+        QFETCH(int, at);
+        const auto id = [](QStringView name) {
+            return QUuid::fromString(QStringLiteral("{00000000-0000-0000-0000-00000000000%1}")
+                                         .arg(name == u"a" ? 1 : 2));
+        };
+        PaintLedger ledger;
+        for (const QString& paint : paints.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+            const QStringList parts = paint.split(QRegularExpression(QStringLiteral("[:@]")));
+            ledger.record(id(parts[0]), std::chrono::milliseconds(parts[1].toInt()),
+                          std::chrono::seconds(parts[2].toInt()));
+        }
+        QStringList got;
+        for (const PaintLedger::Cost& cost : ledger.lastMinute(std::chrono::seconds(at))) {
+            got << QStringLiteral("%1=%2/%3")
+                       .arg(cost.id == id(u"a") ? u"a" : u"b")
+                       .arg(std::chrono::duration_cast<std::chrono::milliseconds>(cost.spent)
+                                .count())
+                       .arg(cost.paints);
+        }
+        QTEST(got.join(QLatin1Char(' ')), "expected");
+    }
 };
 
-QTEST_GUILESS_MAIN(TestTickCoordinator)
-#include "tst_tickcoordinator.moc"
+QTEST_GUILESS_MAIN(TestTick)
+#include "tst_tick.moc"
