@@ -1,5 +1,7 @@
+#include "GoldenFile.h"
 #include "TestRows.h"
 #include "model/CustomWidgetDefinitions.h"
+#include "model/SizeReport.h"
 #include "model/WidgetOption.h"
 #include "model/WidgetRegistry.h"
 
@@ -43,8 +45,9 @@ public:
 
 } // namespace
 
-// The table's cells are in the catalogue's golden copy (tests/look); here the rules they keep and
-// the look-ups around them.
+// The table's cells, and each size's span, words and points, are in the catalogue's golden copy
+// (tests/look); here the rules they keep, the look-ups around them and the command line's two
+// reports of the sizes.
 class TestWidgetRegistry : public QObject {
     Q_OBJECT
     // A language table with keywords of its own for one kind.
@@ -222,6 +225,29 @@ private Q_SLOTS:
         QCOMPARE(found, kinds == QLatin1String("*")
                             ? kindsOf(WidgetRegistry::all()).join(QLatin1Char(','))
                             : kinds);
+    }
+
+    void sizeWordsReadBackAndSpansDiffer() {
+        QSet<QString> spans;
+        for (const WidgetSize size : tw::allWidgetSizes) {
+            QCOMPARE(tw::widgetSizeFromRawValue(tw::rawValue(size)), size);
+            spans.insert(tw::spanHint(size));
+        }
+        QCOMPARE(spans.size(), qsizetype(tw::allWidgetSizes.size()));
+        // Words are matched exactly; retired ones are gone.
+        for (const char* raw : {"", "Large", "widetall", " small", "medium"}) {
+            QCOMPARE(tw::widgetSizeFromRawValue(QString::fromLatin1(raw)), std::nullopt);
+        }
+    }
+
+    // The size reports compared whole with a reviewed copy under golden/.
+    void sizeReportsMatchTheReviewedCopy() {
+        const QString table = tw::SizeReport::table();
+        const QString list = tw::SizeReport::listSizes();
+        QVERIFY(table.endsWith(QLatin1Char('\n')) && list.endsWith(QLatin1Char('\n')));
+        QStringList lines = QString(table + list).split(QLatin1Char('\n'));
+        lines.removeLast();
+        tw::test::compareWithGolden(QStringLiteral(TW_GOLDEN_DIR "/size-reports.txt"), lines);
     }
 };
 
