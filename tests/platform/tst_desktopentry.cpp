@@ -2,7 +2,9 @@
 #include "NotAFile.h"
 #include "TestRows.h"
 #include "platform/linux/DesktopEntry.h"
+#include "platform/linux/XdgAutostart.h"
 
+#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -104,6 +106,42 @@ private Q_SLOTS:
             QVERIFY(tw::test::placeNotAFile(kind, path));
         }
         QCOMPARE(DesktopEntry::read(path).has_value(), read);
+    }
+
+    // The login entry: written into a folder that does not exist yet, read back as one that starts
+    // this program with the login flag, turned off by the session's Hidden, and removed.
+    void autostartWrittenReadAndRemoved() {
+        QTemporaryDir home;
+        const QString program = home.filePath(QStringLiteral("odd \"dir\" $HOME/tarnwick"));
+        tw::XdgAutostart item(home.filePath(QStringLiteral("autostart")), program);
+        QVERIFY(!item.isEnabled());
+        QVERIFY(item.setEnabled(true));
+        QVERIFY(item.isEnabled());
+        const std::optional<DesktopEntry> entry = DesktopEntry::read(item.entryPath());
+        QVERIFY(entry);
+        QCOMPARE(entry->commandLine(),
+                 (QStringList{program, QLatin1String(tw::XdgAutostart::loginFlag)}));
+        QVERIFY(item.startedAtLogin(entry->commandLine()));
+        QVERIFY(!item.startedAtLogin({program}));
+
+        QFile file(item.entryPath());
+        QVERIFY(file.open(QIODevice::Append));
+        file.write("Hidden=true\n");
+        file.close();
+        QVERIFY(!item.isEnabled());
+
+        QVERIFY(item.setEnabled(false));
+        QVERIFY(!QFile::exists(item.entryPath()));
+        QVERIFY(item.setEnabled(false));
+    }
+
+    void autostartInAnUnwritableFolderSaysSo() {
+        QTemporaryDir home;
+        const QString blocker = home.filePath(QStringLiteral("autostart"));
+        QVERIFY(writeFile(blocker, {}));
+        tw::XdgAutostart item(blocker, QStringLiteral("/usr/bin/tarnwick"));
+        QVERIFY(!item.setEnabled(true));
+        QVERIFY(!item.isEnabled());
     }
 };
 

@@ -5,6 +5,7 @@
 #include "TestRows.h"
 #include "platform/linux/GSettingsPicture.h"
 #include "platform/linux/LinuxDesktopPicture.h"
+#include "platform/linux/PictureUri.h"
 
 #include <QDir>
 #include <QFile>
@@ -422,6 +423,28 @@ private Q_SLOTS:
         QFETCH(QString, desktops);
         QTEST(LinuxDesktopPicture::sourcesFor(desktops.split(QLatin1Char(':'), Qt::SkipEmptyParts)),
               "expected");
+    }
+
+    // The settings' URIs: only local files, decoded.
+    void localFile_data() {
+        QTest::addColumn<QString>("uri");
+        QTest::addColumn<QString>("expected");
+        row("plain path", "/home/a/b.jpg", "/home/a/b.jpg");
+        row("escaped space", "file:///home/a/my%20picture.jpg", "/home/a/my picture.jpg");
+        row("escaped UTF-8", "file:///p/caf%C3%A9.png", "/p/café.png");
+        row("escaped hash and percent", "file:///p/a%23b%25c.png", "/p/a#b%c.png");
+        row("localhost", "file://localhost/p/a.png", "/p/a.png");
+        row("upper-case scheme, spaces around", "  FILE:///p/a.png\n", "/p/a.png");
+        row("another host", "file://server/p/a.png", QString());
+        row("another scheme", "resource:///org/gnome/a.png", QString());
+        row("relative", "pictures/a.png", QString());
+        row("encoded NUL", "file:///p/a%00.png", QString());
+        row("empty", "", QString());
+        row("scheme alone", "file://", QString());
+    }
+    void localFile() {
+        QFETCH(QString, uri);
+        QTEST(PictureUri::localFile(uri), "expected");
     }
 };
 

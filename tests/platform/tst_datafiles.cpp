@@ -3,12 +3,15 @@
 #include "NotAFile.h"
 #include "PrivateMount.h"
 #include "TestRows.h"
+#include "platform/AppPaths.h"
 #include "platform/AtomicFile.h"
 #include "platform/DataFile.h"
+#include "platform/JsonRepair.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QJsonDocument>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -28,6 +31,10 @@ QStringList strays(const QString& dir, const QString& keep) {
     return names;
 }
 
+QByteArray nested(int depth, const QByteArray& inner) {
+    return QByteArray(depth, '[') + inner + QByteArray(depth, ']');
+}
+
 QByteArray payload(int size, char fill) {
     QByteArray bytes(size, fill);
     bytes.front() = '{';
@@ -44,7 +51,9 @@ using tw::test::readFile;
 using tw::test::row;
 using tw::test::writeFile;
 
-class TestAtomicFile : public QObject {
+// A data file's life: written whole or not at all, read only where a file is, mended where the
+// parser would refuse it, set aside when unreadable.
+class TestDataFiles : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void cleanup() { twfault_disarm(); }
@@ -270,7 +279,118 @@ private Q_SLOTS:
         QCOMPARE(strays(dir.path(), QStringLiteral("grid.json")), QStringList());
         QCOMPARE(strays(QFileInfo(elsewhere).path(), QStringLiteral("grid.json")), QStringList());
     }
+
+    void mendsWhatTheParserRefuses_data() {
+        QTest::addColumn<QByteArray>("in");
+        QTest::addColumn<QByteArray>("out");
+        QTest::addColumn<QString>("summary");
+        const QByteArray fffd("\xEF\xBF\xBD");
+        const QByteArray sound("{\"a\":[1e308,-2.5E-3,\"\\\"1e400\\\"\"]}");
+        row("sound", sound, sound, "");
+        row("numbers out of range", QByteArray(R"({"a":1e400,"b":[-1E999,2e-400],"c":3})"),
+            QByteArray(R"({"a":null,"b":[null,null],"c":3})"), "3 numbers out of range made null");
+        row("a stray byte in a key and a value", QByteArray("{\"k\xff\":\"v\xfe\"}"),
+            "{\"k" + fffd + "\":\"v" + fffd + "\"}", "2 invalid UTF-8 sequences replaced");
+        row("valid sequences stay", QByteArray("[\"\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80\"]"),
+            QByteArray("[\"\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80\"]"), "");
+        row("overlong, surrogate, cut short: one each",
+            QByteArray("[\"\xC0\x80|\xED\xA0\x80|\xE2\x82\"]"),
+            "[\"" + fffd + fffd + "|" + fffd + fffd + fffd + "|" + fffd + "\"]",
+            "6 invalid UTF-8 sequences replaced");
+        row("an escape takes one byte, whatever it is",
+            QByteArray("[\"\\\"\xff\\\xde\xd3\x84\xda\"]"),
+            "[\"\\\"" + fffd + "\\\xde\xd3\x84" + fffd + "\"]",
+            "2 invalid UTF-8 sequences replaced");
+        row("nesting at the limit stays", nested(tw::JsonRepair::maxDepth, "1"),
+            nested(tw::JsonRepair::maxDepth, "1"), "");
+        row("one level more is cut, its neighbour stays",
+            "[" + nested(tw::JsonRepair::maxDepth, "\"]]\"") + ",2]",
+            "[" + nested(tw::JsonRepair::maxDepth - 1, "null") + ",2]",
+            "1 branch nested too deep cut");
+    }
+    void mendsWhatTheParserRefuses() {
+        QFETCH(QByteArray, in);
+        QFETCH(QString, summary);
+        const tw::JsonRepair repair = tw::repairJson(in);
+        QTEST(repair.bytes, "out");
+        QCOMPARE(repair.summary(), summary);
+        QCOMPARE(repair.changed(), !summary.isEmpty());
+        QJsonParseError error{};
+        QJsonDocument::fromJson(repair.bytes, &error);
+        QCOMPARE(error.error, QJsonParseError::NoError);
+    }
+
+    void usesAndCreatesTheEnvironmentDirectory() {
+        QTemporaryDir dir;
+        const QString wanted = dir.filePath(QStringLiteral("a/b/Tarnwick"));
+        qputenv("TKW_APP_SUPPORT_DIR", QFile::encodeName(wanted));
+        QCOMPARE(tw::AppPaths::appSupportDir(), wanted);
+        QVERIFY(QFileInfo(wanted).isDir());
+        qunsetenv("TKW_APP_SUPPORT_DIR");
+        QVERIFY(tw::AppPaths::appSupportDir().endsWith(QStringLiteral("/Tarnwick")));
+    }
+
+    void quarantineNames_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("expected");
+        row("json", "grid.json", "grid.2026-03-14-092653.corrupt");
+        row("two dots", "topology.homes.json", "topology.homes.2026-03-14-092653.corrupt");
+        row("no extension", "grid", "grid.2026-03-14-092653.corrupt");
+    }
+    void quarantineNames() {
+        QFETCH(QString, name);
+        QFETCH(QString, expected);
+        QTemporaryDir dir;
+        QVERIFY(writeFile(dir.filePath(name), "not json"));
+        const QDateTime at(QDate(2026, 3, 14), QTime(9, 26, 53, 700));
+        QCOMPARE(tw::AppPaths::quarantineUnreadable(dir.filePath(name), at),
+                 dir.filePath(expected));
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{expected});
+        QCOMPARE(readFile(dir.filePath(expected)), QByteArrayLiteral("not json"));
+    }
+
+    void nothingToSetAside() {
+        QTemporaryDir dir;
+        QCOMPARE(tw::AppPaths::quarantineUnreadable(dir.filePath(QStringLiteral("grid.json"))),
+                 QString());
+        QVERIFY(QDir(dir.path()).isEmpty());
+    }
+
+    // Three unreadable files within one second: every one of them is kept.
+    void quarantinesWithinOneSecondKeepEveryFile() {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("grid.json"));
+        const QDateTime at(QDate(2026, 3, 14), QTime(9, 26, 53));
+        QStringList targets;
+        for (int i = 0; i < 3; ++i) {
+            QVERIFY(writeFile(path, QByteArray::number(i)));
+            targets << tw::AppPaths::quarantineUnreadable(path, at.addMSecs(i * 300));
+        }
+        QCOMPARE(targets,
+                 (QStringList{dir.filePath(QStringLiteral("grid.2026-03-14-092653.corrupt")),
+                              dir.filePath(QStringLiteral("grid.2026-03-14-092653-2.corrupt")),
+                              dir.filePath(QStringLiteral("grid.2026-03-14-092653-3.corrupt"))}));
+        for (int i = 0; i < 3; ++i) {
+            QCOMPARE(readFile(targets.at(i)), QByteArray::number(i));
+        }
+        QVERIFY(!QFileInfo::exists(path));
+    }
+
+    // A directory that refuses the rename, root or not: the file stays whole where it was.
+    void aFailedMoveKeepsTheFile() {
+        if (!tw::test::enterPrivateMountNamespace()) {
+            QSKIP("no mount namespace here to make a directory read-only");
+        }
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("grid.json"));
+        QVERIFY(writeFile(path, "x"));
+        QVERIFY(tw::test::mountReadOnly(dir.path()));
+        const QString target = tw::AppPaths::quarantineUnreadable(path);
+        QCOMPARE(umount(QFile::encodeName(dir.path()).constData()), 0);
+        QCOMPARE(target, QString());
+        QCOMPARE(readFile(path), QByteArrayLiteral("x"));
+    }
 };
 
-QTEST_GUILESS_MAIN(TestAtomicFile)
-#include "tst_atomicfile.moc"
+QTEST_GUILESS_MAIN(TestDataFiles)
+#include "tst_datafiles.moc"
