@@ -3,6 +3,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 
 namespace tw {
@@ -15,6 +16,8 @@ public:
     // The stored value, or an invalid QVariant when the key was never written.
     virtual QVariant value(const QString& key) const = 0;
     virtual bool contains(const QString& key) const = 0;
+    // Every stored key, for carrying preferences to another machine.
+    virtual QStringList keys() const = 0;
     virtual void setValue(const QString& key, const QVariant& value) = 0;
     virtual void remove(const QString& key) = 0;
     // Writes pending changes through to permanent storage now, for a process started next to read.

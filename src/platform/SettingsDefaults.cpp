@@ -19,6 +19,10 @@ bool SettingsDefaults::contains(const QString& key) const {
     return m_settings->contains(key);
 }
 
+QStringList SettingsDefaults::keys() const {
+    return m_settings->allKeys();
+}
+
 void SettingsDefaults::setValue(const QString& key, const QVariant& value) {
     if (m_settings->contains(key) && m_settings->value(key) == value) {
         return;

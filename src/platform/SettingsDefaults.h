@@ -21,6 +21,7 @@ public:
     using Defaults::value;
     QVariant value(const QString& key) const override;
     bool contains(const QString& key) const override;
+    QStringList keys() const override;
     void setValue(const QString& key, const QVariant& value) override;
     void remove(const QString& key) override;
     void sync() override;

@@ -16,6 +16,7 @@ public:
     using Defaults::value;
     QVariant value(const QString& key) const override { return m_values.value(key); }
     bool contains(const QString& key) const override { return m_values.contains(key); }
+    QStringList keys() const override { return m_values.keys(); }
     void setValue(const QString& key, const QVariant& value) override;
     void remove(const QString& key) override;
     bool isWritable() const override { return m_writable; }

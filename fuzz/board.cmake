@@ -1,0 +1,1 @@
+tw_add_fuzzer(fuzz_board LIBS tw_backup)
