@@ -2,10 +2,13 @@
 #include "TestRows.h"
 #include "model/WidgetAction.h"
 #include "platform/linux/LinuxWorkspace.h"
+#include "platform/linux/ShellRelauncher.h"
 #include "platform/null/NullNotifications.h"
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -28,7 +31,8 @@ void writeRecorder(const QString& path) {
 } // namespace
 
 // Runs the real implementation against stand-ins for xdg-open and applications, found through
-// PATH and the XDG data directories of a temporary home.
+// PATH and the XDG data directories of a temporary home; and the shell that starts the program
+// again once it has gone.
 class TestLinuxWorkspace : public QObject {
     Q_OBJECT
 private Q_SLOTS:
@@ -216,6 +220,35 @@ private Q_SLOTS:
         qputenv("PATH", QFile::encodeName(m_root.filePath(QStringLiteral("empty"))));
         QCOMPARE(WidgetAction::openURL(workspace, QStringLiteral("example.com")).error(),
                  QStringLiteral("could not start xdg-open"));
+    }
+
+    // The waiting shell takes the command line as data: spaces, quotes and "$(…)" arrive as
+    // written, and it runs the program at once when the process it waits for is gone.
+    void relaunchPassesArgumentsUntouched() {
+        QProcess finished;
+        finished.start(QStringLiteral("/bin/true"));
+        QVERIFY(finished.waitForFinished(5000));
+        const qint64 gonePid = finished.processId() > 0 ? finished.processId() : 999999;
+        QTemporaryDir dir;
+        const QStringList words{QStringLiteral("a b"), QStringLiteral("$(touch pwned)"),
+                                QStringLiteral("'q\""), QStringLiteral("*")};
+        QProcess shell;
+        shell.setWorkingDirectory(dir.path());
+        shell.start(QStringLiteral("/bin/sh"), tw::ShellRelauncher::shellArguments(
+                                                   gonePid, QStringLiteral("/usr/bin/printf"),
+                                                   QStringList{QStringLiteral("[%s]")} + words));
+        QVERIFY(shell.waitForFinished(10000));
+        QCOMPARE(QString::fromUtf8(shell.readAllStandardOutput()),
+                 QStringLiteral("[a b][$(touch pwned)]['q\"][*]"));
+        QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("pwned"))));
+    }
+
+    void relaunchWithoutAShellFails() {
+        QTest::ignoreMessage(QtWarningMsg,
+                             QRegularExpression(QStringLiteral("could not start /nonexistent/sh")));
+        tw::ShellRelauncher relauncher(QStringLiteral("/nonexistent/sh"));
+        QVERIFY(!relauncher.startAfterExit(QCoreApplication::applicationPid(),
+                                           QStringLiteral("/bin/true"), {}));
     }
 
 private:

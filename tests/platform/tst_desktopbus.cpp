@@ -1,7 +1,9 @@
 #include "SessionBusMock.h"
 #include "TestRows.h"
+#include "platform/linux/FreedesktopNotifications.h"
 #include "platform/linux/PortalColorScheme.h"
 
+#include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QGuiApplication>
@@ -31,9 +33,36 @@ void setPaletteDark(bool dark) {
 
 } // namespace
 
-// The real watcher against a portal served by python3-dbusmock on a private session bus.
-class TestPortalColorScheme : public QObject {
+// The real colour-scheme watcher and notification sender against a portal and a notification
+// server served by python3-dbusmock on a private session bus.
+class TestDesktopBus : public QObject {
     Q_OBJECT
+
+    // Summary and body of every Notify call the mocked server received.
+    static QStringList notified() {
+        const QDBusMessage reply =
+            SessionBusMock::mockCall(QStringLiteral("org.freedesktop.Notifications"),
+                                     QStringLiteral("/org/freedesktop/Notifications"),
+                                     QStringLiteral("GetMethodCalls"), {QStringLiteral("Notify")});
+        QStringList lines;
+        if (reply.type() != QDBusMessage::ReplyMessage) {
+            return {reply.errorMessage()};
+        }
+        // a(tav): a time stamp and the arguments of each call.
+        const auto calls = reply.arguments().value(0).value<QDBusArgument>();
+        calls.beginArray();
+        while (!calls.atEnd()) {
+            quint64 stamp = 0;
+            QVariantList arguments;
+            calls.beginStructure();
+            calls >> stamp >> arguments;
+            calls.endStructure();
+            lines.append(arguments.value(3).toString() + QLatin1String(" | ") +
+                         arguments.value(4).toString());
+        }
+        calls.endArray();
+        return lines;
+    }
 
     // A portal whose Settings interface has `method` ("ReadOne" or "Read") answering with the
     // Python expression `value`; an empty method leaves the bus without a portal.
@@ -122,11 +151,35 @@ private Q_SLOTS:
         QCOMPARE(changes.count(), 3);
     }
 
+    void aMessageReachesTheServer() {
+        QVERIFY(m_bus.startService(
+            QStringLiteral("org.freedesktop.Notifications"),
+            {QStringLiteral("--template"), QStringLiteral("notification_daemon")}));
+        FreedesktopNotifications notifications;
+        notifications.notify(QStringLiteral("Nothing opens calendars"),
+                             QStringLiteral("Install a calendar app."));
+        QTRY_COMPARE_WITH_TIMEOUT(
+            notified(),
+            QStringList{QStringLiteral("Nothing opens calendars | Install a calendar app.")}, 5000);
+    }
+
+    void noServerCostsOneLogLine() {
+        static QStringList logged;
+        const QtMessageHandler previous = qInstallMessageHandler(
+            [](QtMsgType, const QMessageLogContext&, const QString& text) { logged.append(text); });
+        FreedesktopNotifications notifications;
+        notifications.notify(QStringLiteral("Lost"), QString());
+        QTRY_COMPARE_WITH_TIMEOUT(logged.size(), 1, 5000);
+        qInstallMessageHandler(previous);
+        QVERIFY2(logged.first().startsWith(QLatin1String("could not show \"Lost\": ")),
+                 qPrintable(logged.first()));
+    }
+
 private:
     SessionBusMock m_bus;
 };
 
 } // namespace tw
 
-QTEST_MAIN(tw::TestPortalColorScheme)
-#include "tst_portalcolorscheme.moc"
+QTEST_MAIN(tw::TestDesktopBus)
+#include "tst_desktopbus.moc"

@@ -1,15 +1,22 @@
-// The production scheduler on a real event loop (short real waits) and the tests' manual one on
-// virtual time keep the same contract; the manual one also moves its clock as time passes.
+// The fakes keep their real counterparts' contracts: the production scheduler on a real event loop
+// (short real waits) and the tests' manual one on virtual time, which also moves its clock as time
+// passes; the defaults in memory and in a settings file.
 #include "ManualScheduler.h"
 #include "platform/QtScheduler.h"
+#include "platform/SettingsDefaults.h"
+#include "platform/null/MemoryDefaults.h"
 
+#include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
+
+#include <memory>
 
 using namespace std::chrono_literals;
 using tw::test::ManualClock;
 using tw::test::ManualScheduler;
 
-class TestSchedulers : public QObject {
+class TestFakes : public QObject {
     Q_OBJECT
 
     ManualClock m_clock;
@@ -36,8 +43,8 @@ private Q_SLOTS:
     }
     void initTestCase_data() {
         QTest::addColumn<bool>("real");
-        QTest::newRow("manual") << false;
-        QTest::newRow("Qt") << true;
+        QTest::newRow("fake") << false;
+        QTest::newRow("real") << true;
     }
 
     void singleShotFiresOnceInDueOrder() {
@@ -112,7 +119,31 @@ private Q_SLOTS:
         task.cancel();
         QVERIFY(!task.isActive());
     }
+
+    // A change signal only on a real change.
+    void defaultsSignalOnlyRealChanges() {
+        QTemporaryDir dir;
+        std::unique_ptr<tw::Defaults> defaults;
+        if (m_real) {
+            defaults =
+                std::make_unique<tw::SettingsDefaults>(dir.filePath(QStringLiteral("d.ini")));
+        } else {
+            defaults = std::make_unique<tw::MemoryDefaults>();
+        }
+        const QString key = QStringLiteral("tarnwick.tileScale");
+        QSignalSpy spy(defaults.get(), &tw::Defaults::valueChanged);
+        QVERIFY(!defaults->contains(key));
+        QCOMPARE(defaults->value(key, 1.0).toDouble(), 1.0);
+        defaults->setValue(key, 1.5);
+        defaults->setValue(key, 1.5);
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(defaults->value(key).toDouble(), 1.5);
+        defaults->remove(key);
+        defaults->remove(key);
+        QCOMPARE(spy.count(), 2);
+        QVERIFY(!defaults->contains(key));
+    }
 };
 
-QTEST_GUILESS_MAIN(TestSchedulers)
-#include "tst_schedulers.moc"
+QTEST_GUILESS_MAIN(TestFakes)
+#include "tst_fakes.moc"
