@@ -153,8 +153,8 @@ QString CustomWidgetDefinition::fileJSON(Secrets secrets) const {
 QString CustomWidgetDefinition::exportFilename() const {
     QString kept;
     for (const char32_t c : name.toUcs4()) {
-        const bool alphanumeric = QChar::isLetterOrNumber(c) || QChar::isMark(c);
-        if (alphanumeric || c == U' ' || c == U'-' || c == U'_') {
+        // Marks stay with their letters: a decomposed "é" keeps its accent.
+        if (QChar::isLetterOrNumber(c) || QChar::isMark(c) || c == U' ') {
             kept.append(QString::fromUcs4(&c, 1));
         }
     }

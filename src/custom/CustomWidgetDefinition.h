@@ -51,7 +51,7 @@ struct CustomWidgetDefinition {
     QJsonObject toJson(Secrets secrets) const;
     // Indented, keys sorted, slashes as they are; "{}" should encoding fail.
     QString fileJSON(Secrets secrets) const;
-    // The name's letters, digits, blanks, "-" and "_", trimmed, or "widget"; then ".twkwidget".
+    // The name's letters, digits and blanks, trimmed, or "widget"; then ".twkwidget".
     QString exportFilename() const;
 
     // "custom." and the UUID in upper case.

@@ -392,8 +392,8 @@ private Q_SLOTS:
         row("plain", "Bitcoin price", "Bitcoin price.twkwidget");
         row("punctuation dropped, blanks trimmed", " Tokyo: weather / now! ",
             "Tokyo weather  now.twkwidget");
-        row("dash, underscore and letters of any script", "Café_Zürich-東京",
-            "Café_Zürich-東京.twkwidget");
+        row("dash and underscore dropped, letters of any script kept", "Café_Zürich-東京 2",
+            "CaféZürich東京 2.twkwidget");
         row("nothing left", "?!/", "widget.twkwidget");
     }
     void namesExportFiles() {
