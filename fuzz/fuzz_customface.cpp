@@ -1,10 +1,11 @@
 // An assistant's answer, whatever it holds, read back as a custom widget and drawn: the JSON read
 // out of it stands between braces inside it, and a widget that decodes is drawn at its smallest
 // and largest size, from the sample values and from the answer itself as its source's document,
-// in a failed and a stale state, without breaking.
+// in a failed and a stale state, without breaking; a click on it opens nothing but a web page.
 #include "Require.h"
 #include "custom/CustomAIPrompt.h"
 #include "custom/CustomBoard.h"
+#include "faces/CustomWidgetFace.h"
 #include "faces/FaceContext.h"
 #include "faces/FaceRegistry.h"
 #include "faces/TileRenderer.h"
@@ -40,7 +41,16 @@ void draw(const CustomWidgetDefinition& definition, const CustomBoard& board, Wi
     QImage image(context.points.toSize(), QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
-    faces.face(metadata.kind).paint(painter, QRectF(QPointF(0, 0), context.points), context);
+    const QRectF whole(QPointF(0, 0), context.points);
+    const WidgetFace& face = faces.face(metadata.kind);
+    face.paint(painter, whole, context);
+    for (const QPointF point : {whole.center(), CustomWidgetFace::markerRect(whole).center()}) {
+        const QString scheme = face.spotAt(whole, point, context).link.value_or(QUrl()).scheme();
+        require(scheme.isEmpty() ||
+                    scheme.compare(QLatin1String("http"), Qt::CaseInsensitive) == 0 ||
+                    scheme.compare(QLatin1String("https"), Qt::CaseInsensitive) == 0,
+                "a click would open something other than a web page");
+    }
 }
 
 } // namespace

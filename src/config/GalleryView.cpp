@@ -230,6 +230,15 @@ void GalleryView::setReadings(Readings* readings) {
     readingsChanged(Readings::allFeeds);
 }
 
+void GalleryView::setCustomBoard(const CustomBoard* board) {
+    m_source->base().custom = board;
+    for (const Section& section : m_sections) {
+        for (GalleryCard* card : section.cards) {
+            card->update();
+        }
+    }
+}
+
 ReadingFeeds GalleryView::previewFeeds() const {
     ReadingFeeds feeds;
     for (const Section& section : m_sections) {

@@ -26,6 +26,7 @@ class QScrollArea;
 namespace tw {
 
 class Clock;
+struct CustomBoard;
 class Readings;
 class FaceRegistry;
 class GalleryCard;
@@ -62,6 +63,9 @@ public:
     // only for the previews shown; without them the previews show their figures as missing.
     // They must outlive the gallery.
     void setReadings(Readings* readings);
+    // The person's custom widgets, which their cards draw with sample values; without them a
+    // custom card shows only its symbol. It must outlive the gallery.
+    void setCustomBoard(const CustomBoard* board);
     // What the previews shown need.
     ReadingFeeds previewFeeds() const;
     // The time the previews show; faces repaint only when their grain moved.

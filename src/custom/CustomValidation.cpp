@@ -147,6 +147,15 @@ bool CustomWidgetDefinition::isWebLink(QStringView text) {
            !url.host().isEmpty();
 }
 
+std::optional<QUrl> CustomWidgetDefinition::openedLink(const CustomValueBag& values) const {
+    const QString target =
+        CustomTokens::render(link.value_or(QString()).trimmed(), values).trimmed();
+    if (!isWebLink(target)) {
+        return std::nullopt;
+    }
+    return QUrl(target, QUrl::TolerantMode);
+}
+
 QList<CustomWidgetIssue> CustomWidgetDefinition::issues() const {
     QList<Issue> found;
     if (schema > currentSchema) {

@@ -12,11 +12,14 @@
 #include <QList>
 #include <QString>
 #include <QStringView>
+#include <QUrl>
 #include <QUuid>
 
 #include <optional>
 
 namespace tw {
+
+struct CustomValueBag;
 
 struct CustomWidgetDefinition {
     static constexpr int currentSchema = 2;
@@ -81,6 +84,9 @@ struct CustomWidgetDefinition {
 
     // The rule for `link`: http or https and a host.
     static bool isWebLink(QStringView text);
+    // What a click opens: `link` trimmed and filled from `values`, when that is a web link; never
+    // a file or anything else a click could start.
+    std::optional<QUrl> openedLink(const CustomValueBag& values) const;
 
     bool operator==(const CustomWidgetDefinition&) const = default;
 };

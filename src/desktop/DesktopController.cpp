@@ -12,11 +12,13 @@
 #include "platform/DesktopWindowing.h"
 #include "platform/Displays.h"
 #include "platform/Scheduler.h"
+#include "platform/Workspace.h"
 #include "readings/Readings.h"
 #include "settings/AppSettings.h"
 #include "tick/TickCoordinator.h"
 #include "weather/WeatherServices.h"
 
+#include <QLoggingCategory>
 #include <QScopedValueRollback>
 #include <QSet>
 #include <QWindow>
@@ -27,6 +29,8 @@
 namespace tw {
 
 namespace {
+
+Q_LOGGING_CATEGORY(lcClicks, "Desktop")
 
 using namespace std::chrono_literals;
 
@@ -459,6 +463,19 @@ bool DesktopController::handlePlainClick(const QUuid& id, QPointF point) {
             .opensSettingsOnClick(shown->second.panel->context())) {
         widgetSettingsOpener(id);
         return true;
+    }
+    // A link the face shows opens in the browser; only a web page, whatever the face says.
+    if (shown != m_tiles.end() && m_services.workspace != nullptr) {
+        if (const auto link = shown->second.panel->spotAt(point).link) {
+            const QString scheme = link->scheme().toLower();
+            if (scheme == QLatin1String("http") || scheme == QLatin1String("https")) {
+                const LaunchResult opened = m_services.workspace->open(*link);
+                if (!opened.isSuccess()) {
+                    qCWarning(lcClicks, "link not opened: %s", qUtf8Printable(opened.error()));
+                }
+                return true;
+            }
+        }
     }
     // The activity tile's click switches its list of programs, unless the person gave the click
     // something else to do (or nothing at all).

@@ -17,6 +17,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPropertyAnimation>
+#include <QToolTip>
 #include <QWheelEvent>
 #include <QWindow>
 
@@ -34,6 +35,8 @@ DesktopPanel::DesktopPanel(const QUuid& instanceID, DesktopWindowing& windowing,
     , m_clock(clock) {
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_ShowWithoutActivating);
+    // A panel is never the active window, and its face's help should show all the same.
+    setAttribute(Qt::WA_AlwaysShowToolTips);
     setAttribute(Qt::WA_DeleteOnClose, false);
     setMouseTracking(false);
     setWindowTitle(QStringLiteral("Tarnwick"));
@@ -424,6 +427,32 @@ void DesktopPanel::wheelEvent(QWheelEvent* event) {
     }
     scroll.at = m_clock.uptime();
     event->setAccepted(onScroll(scroll));
+}
+
+WidgetFace::Spot DesktopPanel::spotAt(QPointF point) const {
+    if (m_face == nullptr) {
+        return {};
+    }
+    return TileRenderer::spotAt(QRectF(tileRectInWidget()),
+                                QPointF(point.x(), height() - point.y()), *m_face, m_context);
+}
+
+bool DesktopPanel::event(QEvent* event) {
+    if (event->type() != QEvent::ToolTip) {
+        return QWidget::event(event);
+    }
+    const auto* help = static_cast<QHelpEvent*>(event);
+    const QString text = m_face == nullptr ? QString()
+                                           : TileRenderer::spotAt(QRectF(tileRectInWidget()),
+                                                                  help->pos(), *m_face, m_context)
+                                                 .help;
+    if (text.isEmpty() || m_drag.isPressed()) {
+        QToolTip::hideText();
+        event->ignore();
+    } else {
+        QToolTip::showText(help->globalPos(), text, this);
+    }
+    return true;
 }
 
 void DesktopPanel::enterEvent(QEnterEvent* event) {

@@ -5,6 +5,7 @@
 
 #include "desktop/DragTracker.h"
 #include "faces/FaceContext.h"
+#include "faces/WidgetFace.h"
 #include "grid/StackScrollGesture.h"
 #include "model/Metrics.h"
 #include "platform/DesktopWindowing.h"
@@ -27,7 +28,6 @@ class TileRenderer;
 class LiquidRenderQueue;
 struct GlassBackdrop;
 class WallpaperBackdrop;
-class WidgetFace;
 
 class DesktopPanel final : public QWidget {
     Q_OBJECT
@@ -62,6 +62,9 @@ public:
 
     void setContent(const WidgetFace& face, const FaceContext& context);
     const FaceContext& context() const { return m_context; }
+    // What the face offers at a point of the panel in internal orientation, as onPlainClick
+    // gives it.
+    WidgetFace::Spot spotAt(QPointF point) const;
     // A new time for the face: repaints only the part of the tile the face says changed.
     void setNow(const QDateTime& now);
     // How fast the face's scenes may run and whether its content may change with a transition;
@@ -106,6 +109,7 @@ Q_SIGNALS:
     void slideFinished();
 
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;

@@ -209,6 +209,33 @@ CustomValueBag CustomWidgetFace::values(const CustomWidgetDefinition& definition
     return context.custom->bag(definition, now, context.readings);
 }
 
+QRectF CustomWidgetFace::markerRect(const QRectF& rect) {
+    constexpr qreal side = 12;
+    return QRectF(rect.right() - side, rect.top(), side, side);
+}
+
+WidgetFace::Spot CustomWidgetFace::spotAt(const QRectF& rect, QPointF point,
+                                          const FaceContext& context) const {
+    const CustomWidgetDefinition* definition =
+        context.custom == nullptr ? nullptr : context.custom->definition(context.kind());
+    if (definition == nullptr) {
+        return {};
+    }
+    Spot spot;
+    spot.link = definition->openedLink(values(*definition, context));
+    if (spot.link) {
+        spot.help = L("custom.link.help", QStringLiteral("Click to open the linked page"));
+    }
+    bool stale = false;
+    // The marker is small: the pointer need not hit it exactly.
+    if (state(*definition, context, &stale) == State::rows && stale &&
+        markerRect(rect).adjusted(-6, -6, 6, 6).contains(point)) {
+        spot.help = L("custom.stale", QStringLiteral("Showing the last value because the source "
+                                                     "can’t be reached."));
+    }
+    return spot;
+}
+
 QList<CustomWidgetFace::Placed> CustomWidgetFace::layout(const CustomWidgetDefinition& definition,
                                                          const QRectF& rect,
                                                          const CustomValueBag& values,
@@ -303,7 +330,7 @@ void CustomWidgetFace::paint(QPainter& painter, const QRectF& rect,
     }
     const CustomValueBag bag = values(*definition, context);
     // The marker of a stale source keeps a corner of its own.
-    const qreal marker = stale ? 12 : 0;
+    const qreal marker = stale ? markerRect(rect).width() : 0;
     QList<Placed> placed = layout(*definition, rect, bag, context);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
@@ -322,8 +349,7 @@ void CustomWidgetFace::paint(QPainter& painter, const QRectF& rect,
     }
     if (marker > 0) {
         FaceKit::drawSymbol(
-            painter, context, QStringLiteral("exclamationmark.triangle.fill"),
-            QRectF(rect.right() - marker, rect.top(), marker, marker),
+            painter, context, QStringLiteral("exclamationmark.triangle.fill"), markerRect(rect),
             CustomElementPainter::color(QStringLiteral("warning"), context, accent, accent),
             QStringLiteral("!"));
     }

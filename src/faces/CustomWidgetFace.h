@@ -27,6 +27,8 @@ public:
 
     std::optional<TimeGrain> grain(WidgetSize size, const WidgetSettings& settings) const override;
     void paint(QPainter& painter, const QRectF& rect, const FaceContext& context) const override;
+    // The definition's link anywhere on the tile; the stale marker tells why it is there.
+    Spot spotAt(const QRectF& rect, QPointF point, const FaceContext& context) const override;
 
     // The state a definition shows from the board in `context`; a sample drawing knows only the
     // empty one. `stale` says whether the rows should carry the marker of a failed source.
@@ -35,6 +37,8 @@ public:
     // The values the rows read: the sample values for a sample drawing, else the board's.
     static CustomValueBag values(const CustomWidgetDefinition& definition,
                                  const FaceContext& context);
+    // Where the marker of a stale source stands in `rect`.
+    static QRectF markerRect(const QRectF& rect);
     // Where each element goes inside `rect`; rows that find no room even at the smallest type
     // are left out, from the bottom.
     static QList<Placed> layout(const CustomWidgetDefinition& definition, const QRectF& rect,

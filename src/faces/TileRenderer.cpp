@@ -284,6 +284,14 @@ void TileRenderer::paintFace(QPainter& painter, const QRectF& tile, const Widget
     painter.restore();
 }
 
+WidgetFace::Spot TileRenderer::spotAt(const QRectF& tile, QPointF point, const WidgetFace& face,
+                                      const FaceContext& context) {
+    const double scale = context.scale > 0 ? context.scale : 1.0;
+    const QRectF content = contentRect(tile.size() / scale, TileShape::of(context.metadata))
+                               .marginsRemoved(context.reserved);
+    return face.spotAt(content, (point - tile.topLeft()) / scale, context);
+}
+
 QRectF TileRenderer::changedRect(const QRectF& tile, const WidgetFace& face,
                                  const FaceContext& context, const QDateTime& before,
                                  const QDateTime& after) {

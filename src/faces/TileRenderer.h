@@ -6,6 +6,7 @@
 
 #include "faces/PictureCache.h"
 #include "faces/TileShape.h"
+#include "faces/WidgetFace.h"
 #include "model/Metrics.h"
 
 #include <QColor>
@@ -20,7 +21,6 @@ namespace tw {
 
 struct FaceContext;
 struct GlassBackdrop;
-class WidgetFace;
 
 class TileRenderer {
 public:
@@ -61,6 +61,11 @@ public:
                    const FaceContext& context);
     static void paintHighlight(QPainter& painter, const QRectF& tile, const QColor& color,
                                double opacity);
+
+    // What the face offers at `point`, both in the coordinates `tile` is given in, mapped as
+    // paintFace places the face.
+    static WidgetFace::Spot spotAt(const QRectF& tile, QPointF point, const WidgetFace& face,
+                                   const FaceContext& context);
 
     // The part of `tile` (in the painter's coordinates of `paint`) that may look different at
     // `after` than at `before`: the face's changed part placed as paintFace places it, or the

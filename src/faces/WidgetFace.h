@@ -9,6 +9,7 @@
 #include <QDateTime>
 #include <QRectF>
 #include <QStringList>
+#include <QUrl>
 
 #include <optional>
 
@@ -20,6 +21,13 @@ struct FaceContext;
 
 class WidgetFace {
 public:
+    // What one point of the face offers: a web page a click there opens, and a line of help for
+    // the pointer resting there.
+    struct Spot {
+        std::optional<QUrl> link;
+        QString help;
+    };
+
     virtual ~WidgetFace() = default;
 
     // The coarsest grain at which the face's picture changes, so the host wakes it only then;
@@ -61,6 +69,15 @@ public:
     virtual bool opensSettingsOnClick(const FaceContext& context) const {
         Q_UNUSED(context)
         return false;
+    }
+
+    // What `point` offers, both in the coordinates of `rect` as given to paint; nothing unless
+    // the face knows better.
+    virtual Spot spotAt(const QRectF& rect, QPointF point, const FaceContext& context) const {
+        Q_UNUSED(rect)
+        Q_UNUSED(point)
+        Q_UNUSED(context)
+        return {};
     }
 
     // The values of the "style" setting the face draws differently, the default first; empty

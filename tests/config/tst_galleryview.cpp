@@ -5,7 +5,11 @@
 #include "ScriptedReadings.h"
 #include "config/GalleryCard.h"
 #include "config/GalleryView.h"
+#include "custom/CustomBoard.h"
+#include "custom/CustomWidgetStore.h"
+#include "custom/CustomWidgetTemplates.h"
 #include "faces/FaceRegistry.h"
+#include "look/Theme.h"
 #include "model/WidgetRegistry.h"
 #include "platform/null/NullSymbolProvider.h"
 #include "readings/Readings.h"
@@ -19,6 +23,23 @@
 #include <QTest>
 
 using namespace tw;
+
+namespace {
+
+class OneCustomWidget final : public CustomWidgetDefinitions {
+public:
+    explicit OneCustomWidget(const CustomWidgetDefinition& widget)
+        : m_entry(CustomWidgetStore::makeWidgetDefinition(widget)) {}
+    std::optional<WidgetDefinition> widgetDefinition(const QString& kind) const override {
+        return kind == m_entry.metadata.kind ? std::optional(m_entry) : std::nullopt;
+    }
+    QList<WidgetDefinition> widgetDefinitions() const override { return {m_entry}; }
+
+private:
+    WidgetDefinition m_entry;
+};
+
+} // namespace
 
 class TestGalleryView : public QObject {
     Q_OBJECT
@@ -48,6 +69,24 @@ private Q_SLOTS:
             view.show();
         }
         QCOMPARE(readings.demand(), ReadingFeeds());
+    }
+
+    // A custom kind's card draws its widget with sample values once it knows the person's
+    // widgets, not only its symbol.
+    void customCardsDrawWithSampleValues() {
+        const CustomWidgetDefinition widget = CustomWidgetTemplates::apiValue();
+        OneCustomWidget custom(widget);
+        WidgetRegistry registry(&custom);
+        GalleryView view(m_faces, m_symbols, m_clock, nullptr, &registry);
+        view.setTheme(Theme::defaultTheme());
+        GalleryCard* card = view.card(widget.kind());
+        QVERIFY(card);
+        card->resize(260, card->heightForWidth(260));
+        const QImage symbolOnly = card->grab().toImage();
+        CustomBoard board;
+        board.definitions.insert(widget.kind(), widget);
+        view.setCustomBoard(&board);
+        QVERIFY(card->grab().toImage() != symbolOnly);
     }
 
     // Every kind once, category after category, each category in catalogue order.

@@ -1,4 +1,5 @@
 #include "TestRows.h"
+#include "custom/CustomValueBag.h"
 #include "custom/CustomWidgetDefinition.h"
 
 #include <QJsonDocument>
@@ -137,6 +138,33 @@ private Q_SLOTS:
         const CustomWidgetDefinition definition = widget(patch);
         QCOMPARE(messages(definition.issues()), expected);
         QCOMPARE(definition.isRenderable(), renderable);
+    }
+
+    // A click opens only a web page, filled from the values of the moment.
+    void opensOnlyWebLinks_data() {
+        QTest::addColumn<QString>("link");
+        QTest::addColumn<QString>("opened");
+        row("plain, trimmed", " https://news.example/ \n", "https://news.example/");
+        row("filled from the document", "{data:html_url}", "https://example.com/r/1");
+        row("http anywhere", "http://example.com/a b", "http://example.com/a%20b");
+        row("a missing value", "{data:nothing}", "");
+        row("a file", "file:///etc/passwd", "");
+        row("a file from the document", "{data:file}", "");
+        row("a command", "sh -c 'rm -rf ~'", "");
+        row("no link", "", "");
+    }
+    void opensOnlyWebLinks() {
+        QFETCH(QString, link);
+        QFETCH(QString, opened);
+        CustomWidgetDefinition definition;
+        if (!link.isEmpty()) {
+            definition.link = link;
+        }
+        CustomValueBag values;
+        values.data =
+            CustomJSON::parse(j("{'html_url':'https://example.com/r/1','file':'file:///etc/x'}"));
+        QCOMPARE(definition.openedLink(values).value_or(QUrl()).toString(QUrl::FullyEncoded),
+                 opened);
     }
 
     void resolvesAddresses_data() {

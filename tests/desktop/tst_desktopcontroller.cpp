@@ -7,6 +7,7 @@
 #include "custom/CustomWidgetRuntime.h"
 #include "desktop/DesktopController.h"
 #include "faces/FaceRegistry.h"
+#include "faces/TileRenderer.h"
 #include "grid/GridStore.h"
 #include "grid/OverlapResolver.h"
 #include "grid/RectEdges.h"
@@ -65,6 +66,26 @@ public:
     }
     void paint(QPainter&, const QRectF&, const FaceContext&) const override {}
     bool opensSettingsOnClick(const FaceContext&) const override { return true; }
+};
+
+// A face whose top-left quarter links to `link`.
+class LinkFace final : public WidgetFace {
+public:
+    explicit LinkFace(QUrl link)
+        : m_link(std::move(link)) {}
+    std::optional<TimeGrain> grain(WidgetSize, const WidgetSettings&) const override {
+        return std::nullopt;
+    }
+    void paint(QPainter&, const QRectF&, const FaceContext&) const override {}
+    Spot spotAt(const QRectF& rect, QPointF point, const FaceContext&) const override {
+        if (!QRectF(rect.topLeft(), rect.size() / 2).contains(point)) {
+            return {};
+        }
+        return {m_link, QStringLiteral("help")};
+    }
+
+private:
+    QUrl m_link;
 };
 
 // The catalogue entries of the custom kinds the runtime knows, as the store would give them.
@@ -607,6 +628,36 @@ private Q_SLOTS:
         f.controller->widgetSettingsOpener = [&](const QUuid& id) { opened << id; };
         QVERIFY(f.controller->handlePlainClick(tile->id, {60, 60}));
         QCOMPARE(opened, QList<QUuid>{tile->id});
+    }
+
+    // A click opens the web page the face offers at that point, and nothing but a web page.
+    void aClickOpensTheLinkAtItsPoint_data() {
+        QTest::addColumn<QString>("link");
+        QTest::addColumn<bool>("topLeft");
+        QTest::addColumn<QStringList>("opened");
+        QTest::newRow("a web page")
+            << "https://x.example/a" << true << QStringList{u"open https://x.example/a"_s};
+        QTest::newRow("elsewhere on the tile") << "https://x.example/a" << false << QStringList();
+        QTest::newRow("a file") << "file:///etc/passwd" << true << QStringList();
+    }
+    void aClickOpensTheLinkAtItsPoint() {
+        QFETCH(QString, link);
+        QFETCH(bool, topLeft);
+        Fixture f;
+        f.useFace("worldmap", std::make_unique<LinkFace>(QUrl(link)));
+        const auto tile =
+            f.grid->addFree(u"worldmap"_s, WidgetSize::small, std::nullopt, QPointF(1500, 900));
+        QVERIFY(tile);
+        const QRectF inside = TileRenderer::contentRect(
+            QSizeF(96, 96), TileShape::of(f.registry.definition(u"worldmap"_s)->metadata));
+        // Internal orientation: y up from the panel's bottom edge, 22 points of margin.
+        const QPointF at =
+            topLeft ? inside.topLeft() + QPointF(4, 4) : inside.bottomRight() - QPointF(4, 4);
+        const bool used = f.controller->handlePlainClick(tile->id, {22 + at.x(), 118 - at.y()});
+        QCOMPARE(used, topLeft && link.startsWith(u"https"_s));
+        QTEST(f.workspace.requests(), "opened");
+        QCOMPARE(f.controller->panel(tile->id)->spotAt({22 + at.x(), 118 - at.y()}).help,
+                 topLeft ? u"help"_s : QString());
     }
 
     // The veil lifts 8 s after it fell at the latest, the panels 0.35 s later; a panel covered

@@ -63,6 +63,8 @@ private Q_SLOTS:
     void stateFollowsTheSources_data();
     void stateFollowsTheSources();
     void everyCustomKindHasTheFace();
+    void spotsOfferTheLinkAndTheMarkersHelp_data();
+    void spotsOfferTheLinkAndTheMarkersHelp();
 };
 
 void TestCustomWidgetFace::templatesDrawEveryRowInsideTheirTile_data() {
@@ -169,6 +171,51 @@ void TestCustomWidgetFace::everyCustomKindHasTheFace() {
         spillOf(faces.face(kind), contextFor(empty, CustomWidgetTemplates::blank(),
                                              WidgetSize::small, SurfaceFlags::desktop()));
     QVERIFY2(spill.isEmpty(), qPrintable(spill));
+}
+
+void TestCustomWidgetFace::spotsOfferTheLinkAndTheMarkersHelp_data() {
+    QTest::addColumn<QString>("id");
+    // -1 no state, else json and error as bits.
+    QTest::addColumn<int>("source");
+    QTest::addColumn<bool>("onMarker");
+    QTest::addColumn<QString>("link");
+    QTest::addColumn<QString>("help");
+    const QString opens = QStringLiteral("Click to open the linked page");
+    const QString stale =
+        QStringLiteral("Showing the last value because the source can’t be reached.");
+    row("a plain link", "headlines", -1, false, "https://news.ycombinator.com", opens);
+    row("filled from the document", "release", 1, false, "https://example.com/r/1", opens);
+    row("not before the document", "release", -1, false, "", "");
+    row("no link", "api", 1, false, "", "");
+    row("the stale marker", "headlines", 3, true, "https://news.ycombinator.com", stale);
+    row("beside the stale marker", "headlines", 3, false, "https://news.ycombinator.com", opens);
+    row("no marker when fresh", "api", 1, true, "", "");
+}
+
+void TestCustomWidgetFace::spotsOfferTheLinkAndTheMarkersHelp() {
+    QFETCH(QString, id);
+    QFETCH(int, source);
+    QFETCH(bool, onMarker);
+    const CustomWidgetDefinition definition = CustomWidgetTemplates::byId(id)->make();
+    CustomBoard board;
+    board.definitions.insert(definition.kind(), definition);
+    if (source >= 0) {
+        CustomSourceState state = sourceState(false, (source & 2) != 0);
+        if ((source & 1) != 0) {
+            state.json = CustomJSON::parse("{\"html_url\": \"https://example.com/r/1\"}");
+        }
+        board.sources.insert(definition.source->cacheKey(), state);
+    }
+    const FaceContext context =
+        contextFor(board, definition, definition.sizes.first(), SurfaceFlags::desktop());
+    const QRectF inside =
+        TileRenderer::contentRect(context.points, TileShape::of(context.metadata));
+    const QPointF point =
+        onMarker ? CustomWidgetFace::markerRect(inside).center() : inside.center();
+    const WidgetFace::Spot spot =
+        FaceRegistry().face(context.kind()).spotAt(inside, point, context);
+    QTEST(spot.link.value_or(QUrl()).toString(), "link");
+    QTEST(spot.help, "help");
 }
 
 QTEST_MAIN(TestCustomWidgetFace)
