@@ -148,8 +148,8 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .secrets = *m_secrets,
         .directory = AppPaths::appSupportDir(),
     });
-    m_custom =
-        std::make_unique<CustomWidgetRuntime>(*m_http, m_clocks.system, &m_readings->board());
+    m_custom = std::make_unique<CustomWidgetRuntime>(*m_http, m_clocks.system, &m_readings->board(),
+                                                     m_endpoints);
     if (const MachineIdentity* machine = m_platform.machine.get()) {
         m_custom->setMachine(machine->hostName(), machine->userName(),
                              machine->bootedAt(m_clocks.system.now()));
@@ -374,6 +374,7 @@ ConfigContext AppDelegate::makeConfigContext() {
         gallery->setGlass(GlassLook::from(*m_theme, m_controller->systemAppearance()));
         gallery->followTicker(*m_ticker);
         gallery->setReadings(m_readings.get());
+        gallery->setCustomBoard(&m_custom->board());
         gallery->setAddHandler([this](const QString& kind, WidgetSize size) {
             const auto spot = m_grid->freeSpot(kind, size, std::nullopt);
             if (!spot) {

@@ -81,7 +81,8 @@ Environment:
                                layouts, updates or about
   TKW_ENDPOINT_BASE=URL        send every web request to URL/<service> instead of the
                                public services (forecast, geocoding, air-quality, ipapi,
-                               ipwho, ipinfo), for tests against a local server
+                               ipwho, ipinfo), and a custom widget's addresses to
+                               URL/web/<host><path>, for tests against a local server
 %3
 Exit status: 0 on success; 1 when a mode fails or no display can be opened.
 )";

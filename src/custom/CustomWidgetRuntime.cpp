@@ -48,11 +48,13 @@ QList<HttpHeader> requestHeaders(const CustomSource& source) {
 } // namespace
 
 CustomWidgetRuntime::CustomWidgetRuntime(HttpClient& http, const Clock& clock,
-                                         const ReadingsBoard* readings, QObject* parent)
+                                         const ReadingsBoard* readings, Endpoints endpoints,
+                                         QObject* parent)
     : QObject(parent)
     , m_http(http)
     , m_clock(clock)
-    , m_readings(readings) {}
+    , m_readings(readings)
+    , m_endpoints(std::move(endpoints)) {}
 
 void CustomWidgetRuntime::setDefinitions(const QList<CustomWidgetDefinition>& definitions) {
     QHash<QString, CustomWidgetDefinition> byKind;
@@ -121,7 +123,7 @@ void CustomWidgetRuntime::fetchIfDue(const CustomSource& source, const QDateTime
     changed();
 
     HttpRequest request;
-    request.url = std::get<QUrl>(resolved);
+    request.url = m_endpoints.web(std::get<QUrl>(resolved));
     request.headers = requestHeaders(source);
     request.timeout = requestTimeout;
     request.maxBytes = CustomJSON::maximumBytes;

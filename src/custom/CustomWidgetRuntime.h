@@ -4,6 +4,7 @@
 #pragma once
 
 #include "custom/CustomBoard.h"
+#include "net/Endpoints.h"
 
 #include <QObject>
 #include <QStringList>
@@ -25,9 +26,10 @@ public:
     static constexpr std::chrono::seconds historyInterval{15};
     static constexpr qsizetype historyLength = 48;
 
-    // The client, the clock and the readings (may be null) must outlive this.
+    // The client, the clock and the readings (may be null) must outlive this. Requests go where
+    // `endpoints` sends a widget's addresses.
     CustomWidgetRuntime(HttpClient& http, const Clock& clock, const ReadingsBoard* readings,
-                        QObject* parent = nullptr);
+                        Endpoints endpoints = {}, QObject* parent = nullptr);
 
     const CustomBoard& board() const { return m_board; }
     // The definitions tiles draw, each under its kind; source states and histories stay.
@@ -58,6 +60,7 @@ private:
     HttpClient& m_http;
     const Clock& m_clock;
     const ReadingsBoard* m_readings;
+    Endpoints m_endpoints;
     CustomBoard m_board;
     QHash<QString, QDateTime> m_lastHistorySample;
     quint64 m_historyRevision = 0;

@@ -83,4 +83,23 @@ QUrl Endpoints::url(Service service, const QString& path) const {
     return url;
 }
 
+QUrl Endpoints::web(const QUrl& address) const {
+    if (m_commonBase.isEmpty()) {
+        return address;
+    }
+    QString authority = address.host(QUrl::FullyEncoded);
+    if (address.port() >= 0) {
+        authority += QLatin1Char(':') + QString::number(address.port());
+    }
+    QUrl url = m_commonBase;
+    // Already encoded pieces: tolerant mode keeps their escapes as they are.
+    url.setPath(withoutTrailingSlashes(url.path(QUrl::FullyEncoded)) + QLatin1String("/web/") +
+                    authority + address.path(QUrl::FullyEncoded),
+                QUrl::TolerantMode);
+    if (address.hasQuery()) {
+        url.setQuery(address.query(QUrl::FullyEncoded), QUrl::TolerantMode);
+    }
+    return url;
+}
+
 } // namespace tw

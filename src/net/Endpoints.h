@@ -35,6 +35,9 @@ public:
     QUrl base(Service service) const;
     // `path` ("/v1/forecast") appended to the service's base, which may have a path of its own.
     QUrl url(Service service, const QString& path) const;
+    // Any other address a widget names: itself, or under a common base at
+    // `<base>/web/<host>[:port]<path>?<query>`, so that a test serves every web address too.
+    QUrl web(const QUrl& address) const;
 
     bool operator==(const Endpoints&) const = default;
 

@@ -11,6 +11,7 @@
 
 using namespace tw;
 using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
 using tw::test::LoopbackHttpServer;
 using tw::test::row;
 
@@ -211,6 +212,19 @@ private Q_SLOTS:
         QCOMPARE(state(source)->error, QStringLiteral("The address isn’t valid."));
         QCOMPARE(state(source)->fetchedAt, m_clock.now());
         QVERIFY(!state(source)->loading);
+    }
+
+    // Under a common base (TKW_ENDPOINT_BASE) a public address is asked of the local server.
+    void aCommonBaseServesEveryAddress() {
+        m_server.route("/stub/web/api.example.com/v1/x", LoopbackHttpServer::ok("5"));
+        CustomWidgetRuntime runtime(*m_http, m_clock, &m_readings,
+                                    Endpoints::under(m_server.url(u"/stub"_s).toString()));
+        const CustomSource source = sourceAt(QUrl(u"https://api.example.com/v1/x?a=1"_s));
+        runtime.forceReload(source);
+        QVERIFY(QTest::qWaitFor([&] { return !runtime.board().sources[source.cacheKey()].loading; },
+                                10000));
+        QCOMPARE(runtime.board().sources[source.cacheKey()].json, doc("5"));
+        QCOMPARE(m_server.requests().last().target, "/stub/web/api.example.com/v1/x?a=1");
     }
 
     // One source failing among several: the rows still draw, marked stale, and the failed one's

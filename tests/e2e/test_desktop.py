@@ -21,6 +21,7 @@ sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from xsession import XSession, dies_with_parent, missing_tools  # noqa: E402
 
 BINARY = None
+TEMPLATES = None
 ARTIFACTS = None
 VERSION = None
 SCREEN = (1920, 1080)
@@ -663,12 +664,12 @@ class WeatherServer(http.server.ThreadingHTTPServer):
             def do_GET(self):
                 server.requests.append(self.path)
                 server.released.wait(30)
-                name = server.FILES.get(self.path.split("/")[1])
+                path = server.answer(self.path)
                 body = b""
-                if name:
-                    with open(os.path.join(server.ANSWERS, name), "rb") as f:
+                if path and os.path.exists(path):
+                    with open(path, "rb") as f:
                         body = f.read()
-                self.send_response(200 if name else 503)
+                self.send_response(200 if body else 503)
                 self.send_header("Content-Type", "application/json")
                 self.send_header("Content-Length", str(len(body)))
                 self.end_headers()
@@ -679,6 +680,11 @@ class WeatherServer(http.server.ThreadingHTTPServer):
 
         super().__init__(("127.0.0.1", 0), Handler)
         threading.Thread(target=self.serve_forever, daemon=True).start()
+
+    def answer(self, path):
+        """The file that answers `path`, or None for a 503."""
+        name = self.FILES.get(path.split("/")[1])
+        return os.path.join(self.ANSWERS, name) if name else None
 
     def base(self):
         return "http://127.0.0.1:%d" % self.server_address[1]
@@ -778,14 +784,106 @@ class CustomWidgetFileTest(HostCase):
         self.screenshot("custom-widget-file.png")
 
 
+class WebTemplatesTest(HostCase):
+    """Every template that reads the web, opened as a file in the running host: each tile asks
+    the loopback server for its sources, where TKW_ENDPOINT_BASE sends every address, and draws
+    the recorded answer in place of its loading state; a click opens the headlines' page."""
+
+    panel_count = 1
+    ANSWERS = {"api.open-meteo.com": "forecast.json"}
+
+    def before_launch(self):
+        tile = {"id": "D0000000-0000-4000-8000-000000000003", "kind": "clock", "size": "small",
+                "order": 0, "page": 0, "col": 0, "row": 0, "posX": 100, "posY": 1000}
+        with open(os.path.join(self.data_dir, "grid.json"), "w", encoding="utf-8") as f:
+            json.dump({"instances": [tile], "pageCount": 1}, f)
+        self.folder = tempfile.mkdtemp(prefix="tw-e2e-web-")
+        self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
+        self.ids = subprocess.run([TEMPLATES, self.folder], capture_output=True, text=True,
+                                  check=True).stdout.split()
+        self.server = WeatherServer()
+        self.addCleanup(self.server.server_close)
+        self.addCleanup(self.server.shutdown)
+        self.addCleanup(self.server.released.set)
+        self.server.answer = self.answer
+        # No browser here: xdg-open writes down what it was asked to open.
+        self.opened = os.path.join(self.folder, "opened")
+        with open(os.path.join(self.folder, "xdg-open"), "w", encoding="utf-8") as f:
+            f.write('#!/bin/sh\necho "$1" >> "%s"\n' % self.opened)
+        os.chmod(os.path.join(self.folder, "xdg-open"), 0o755)
+        self.log = os.path.join(self.config_home, "host.log")
+
+    def answer(self, path):
+        host = path.split("/")[2] if path.startswith("/web/") else ""
+        name = self.ANSWERS.get(host, os.path.join("web", host + ".json"))
+        return os.path.join(WeatherServer.ANSWERS, name) if host else None
+
+    def environment(self):
+        self.host.stderr = open(self.log, "w", encoding="utf-8")
+        self.addCleanup(self.host.stderr.close)
+        return {"TKW_ENDPOINT_BASE": self.server.base(),
+                "PATH": self.folder + os.pathsep + os.environ.get("PATH", ""),
+                "QT_LOGGING_RULES": "*.info=false;Custom.info=true"}
+
+    def test_each_web_template_shows_its_answer(self):
+        self.assertIn("headlines", self.ids)
+        for n, ident in enumerate(self.ids):
+            path = os.path.join(self.folder, ident + ".twkwidget")
+            with open(path, encoding="utf-8") as f:
+                widget = json.load(f)
+            asked = len(set(self.server.requests))
+            placed = set(self.instances())
+            self.server.released.clear()
+            second = self.host.start(path)
+            self.assertEqual(second.wait(timeout=20), 0, ident + " was not handed over")
+            self.assertTrue(self.host.wait_for_panels(n + 2), "no tile for " + ident)
+            sources = [widget["source"]] if "source" in widget else widget["sources"]
+            self.assertTrue(self.session.wait_for(
+                lambda: len(set(self.server.requests)) >= asked + len(sources), timeout=15),
+                "%s asked nothing: %s" % (ident, self.server.requests))
+            (tile,) = [i for key, i in self.instances().items() if key not in placed]
+            rect = self.panel_of(tile)
+            loading = self.stable_pixels(rect)
+            self.server.released.set()
+            self.assertTrue(self.session.wait_for(lambda: self.pixels(*rect) != loading,
+                                                  timeout=15), ident + " still shows it loading")
+            if ident == "headlines":
+                headlines = rect
+        with open(self.log, encoding="utf-8") as f:
+            self.assertNotIn("custom source failed", f.read())
+        for request in self.server.requests:
+            self.assertTrue(os.path.exists(self.answer(request) or ""), request)
+        self.screenshot("web-templates.png")
+        self.session.xdotool("mousemove", "--sync", *centre(headlines))
+        self.session.xdotool("click", 1)
+        self.assertTrue(self.session.wait_for(lambda: os.path.exists(self.opened), timeout=10),
+                        "the click opened nothing")
+        with open(self.opened, encoding="utf-8") as f:
+            self.assertEqual(f.read().split(), ["https://news.ycombinator.com"])
+
+    def stable_pixels(self, rect):
+        """The tile's picture once two looks in a row agree: drawn, not half-way there."""
+        seen = [self.pixels(*rect)]
+
+        def settled():
+            seen.append(self.pixels(*rect))
+            return seen[-1] == seen[-2]
+        self.assertTrue(self.session.wait_for(settled), "the tile keeps changing")
+        return seen[-1]
+
+
 def main():
-    global BINARY, ARTIFACTS, VERSION
+    global BINARY, ARTIFACTS, VERSION, TEMPLATES
     parser = argparse.ArgumentParser()
     parser.add_argument("--binary", required=True)
     parser.add_argument("--artifacts")
     parser.add_argument("--version", required=True, help="the project version of the build")
+    parser.add_argument("--templates", help="the build's tw_write_web_templates (default: beside "
+                        "the binary, in tests/e2e)")
     args, rest = parser.parse_known_args()
     BINARY = os.path.abspath(args.binary)
+    TEMPLATES = os.path.abspath(args.templates or os.path.join(
+        os.path.dirname(BINARY), "tests", "e2e", "tw_write_web_templates"))
     VERSION = args.version
     ARTIFACTS = args.artifacts
     missing = missing_tools()

@@ -38,6 +38,27 @@ private Q_SLOTS:
         QCOMPARE(endpoints.url(service, path).toString(), expected);
     }
 
+    void web_data() {
+        QTest::addColumn<QString>("base");
+        QTest::addColumn<QString>("address");
+        QTest::addColumn<QString>("expected");
+        row("public stays", "", "https://api.example.com/v1/x?a=1",
+            "https://api.example.com/v1/x?a=1");
+        row("host, path and query under the base", "http://127.0.0.1:8080/stub/",
+            "https://api.example.com/v1/x?ids=a,b&c=d",
+            "http://127.0.0.1:8080/stub/web/api.example.com/v1/x?ids=a,b&c=d");
+        row("port and escapes kept", "http://h", "https://h.example:8443/a%20b?q=%26",
+            "http://h/web/h.example:8443/a%20b?q=%26");
+        row("no path", "http://h", "https://h.example", "http://h/web/h.example");
+    }
+    void web() {
+        QFETCH(QString, base);
+        QFETCH(QString, address);
+        QFETCH(QString, expected);
+        const Endpoints endpoints = base.isEmpty() ? Endpoints() : Endpoints::under(base);
+        QCOMPARE(endpoints.web(QUrl(address)).toString(QUrl::FullyEncoded), expected);
+    }
+
     void everyServiceHasItsOwnName() {
         QSet<QString> names;
         const Endpoints local = Endpoints::under(QStringLiteral("http://127.0.0.1:1"));
