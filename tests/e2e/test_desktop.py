@@ -854,7 +854,10 @@ class WebTemplatesTest(HostCase):
         for request in self.server.requests:
             self.assertTrue(os.path.exists(self.answer(request) or ""), request)
         self.screenshot("web-templates.png")
+        before = self.session.override_windows()
         self.session.xdotool("mousemove", "--sync", *centre(headlines))
+        self.assertTrue(self.session.wait_for(lambda: self.session.override_windows() - before,
+                                              timeout=5), "no tooltip over the link")
         self.session.xdotool("click", 1)
         self.assertTrue(self.session.wait_for(lambda: os.path.exists(self.opened), timeout=10),
                         "the click opened nothing")
