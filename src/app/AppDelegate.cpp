@@ -464,6 +464,10 @@ ConfigContext AppDelegate::makeConfigContext() {
     context.undo = [this] { m_grid->undo(); };
     context.redo = [this] { m_grid->redo(); };
     context.open = [this](const QUrl& url) { return m_platform.workspace->open(url).isSuccess(); };
+    context.customWidgets = m_customWidgets.get();
+    context.customRuntime = m_custom.get();
+    context.faces = m_faces.get();
+    context.faceBase = [this] { return stillContext(); };
     return context;
 }
 

@@ -35,6 +35,8 @@ Modes:
                                energy, language, ... (default: look)
   --snapshot-tutorial OUT.png [STEP]  the window with the first-start guide at step 1, 2 or 3
       --no-tray                as on a desktop without a tray
+  --snapshot-customeditor OUT.png  the custom widget editor with a template loaded
+      --template ID            which one (default: crypto)
   --snapshot-widget OUT.png    draw one tile to a PNG file
       --kind KIND              the widget kind (required; --list-sizes names them)
       --template NAME          instead of --kind, a custom widget template with sample

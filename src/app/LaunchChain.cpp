@@ -82,6 +82,7 @@ const QList<LaunchStep>& LaunchChain::steps() {
         {"--snapshot-config", 1, offscreenWidgets, &runSnapshotConfigMode},
         {"--snapshot-settings", 1, offscreenWidgets, &runSnapshotSettingsMode},
         {"--snapshot-tutorial", 1, offscreenWidgets, &runSnapshotTutorialMode},
+        {"--snapshot-customeditor", 1, offscreenWidgets, &runSnapshotCustomEditorMode},
         {nullptr, 0, core, &runSnapshotTimeStep},
         {"--snapshot-widget", 1, offscreen, &runSnapshotWidgetMode},
         {"--snapshot-gallery", 1, offscreen, &runSnapshotGalleryMode},

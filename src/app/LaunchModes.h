@@ -68,6 +68,9 @@ std::optional<int> runSnapshotGeneralMode(LaunchContext& context);
 // --snapshot-kit <out.png> [--dark|--light] [--scale X]: every control of the window in each of
 // its states, on one sheet.
 std::optional<int> runSnapshotKitMode(LaunchContext& context);
+// --snapshot-customeditor <out.png> [--template ID] [--dark|--light] [--scale X] [--theme T]: the
+// configuration window's custom widget editor with a template loaded (default: crypto).
+std::optional<int> runSnapshotCustomEditorMode(LaunchContext& context);
 // --snapshot-tutorial <out.png> [step] [--no-tray] [--dark|--light] [--scale X]: the window with
 // the first-start guide over it at step 1 to 3 (default 1); --no-tray as on a desktop without one.
 std::optional<int> runSnapshotTutorialMode(LaunchContext& context);

@@ -23,6 +23,9 @@ namespace tw {
 
 class AppEnergyMeter;
 class AppSettings;
+class CustomWidgetRuntime;
+class CustomWidgetStore;
+class FaceRegistry;
 class Defaults;
 class GridStore;
 class LoginItem;
@@ -31,6 +34,7 @@ class Scheduler;
 class ThemeStore;
 class TickCoordinator;
 class WidgetRegistry;
+struct FaceContext;
 struct GeoSuggestion;
 struct WidgetInstance;
 
@@ -109,6 +113,15 @@ struct ConfigContext {
     using CitySearch =
         std::function<void(const QString& text, const QObject* requester, CitiesFound done)>;
     CitySearch searchCities = {};
+
+    // The person's custom widgets; without them the window leaves their editor out. Without the
+    // runtime (what fetches their sources) the editor cannot test a source.
+    CustomWidgetStore* customWidgets = nullptr;
+    CustomWidgetRuntime* customRuntime = nullptr;
+    // The faces and the look, time and symbols tiles are drawn with now, for the editor's
+    // previews; without both it shows none.
+    const FaceRegistry* faces = nullptr;
+    std::function<FaceContext()> faceBase = {};
 
     // Whether a change can be kept; the page says so when it cannot.
     bool canSave() const;

@@ -4,6 +4,7 @@
 #include "config/AppearancePage.h"
 #include "config/ConfigContext.h"
 #include "config/ConfigPalette.h"
+#include "config/CustomWidgetsPage.h"
 #include "config/DesktopWidgetsPage.h"
 #include "config/GalleryView.h"
 #include "config/GeneralPage.h"
@@ -73,6 +74,12 @@ ConfigRoot::ConfigRoot(ConfigContext& context, ColorScheme scheme, QWidget* pare
     if (m_context.grid && m_context.registry) {
         m_desktopRow = 1;
         m_sidebar->addItem(L("config.onDesktop", QStringLiteral("On the desktop")));
+        ++m_extraRows;
+    }
+    if (m_context.customWidgets) {
+        m_customRow = 1 + m_extraRows;
+        m_sidebar->addItem(L("config.customWidgets", QStringLiteral("Custom widgets")));
+        ++m_extraRows;
     }
     for (const ConfigSection section : rowSections) {
         m_sidebar->addItem(sectionTitle(section));
@@ -125,6 +132,17 @@ ConfigRoot::ConfigRoot(ConfigContext& context, ColorScheme scheme, QWidget* pare
 void ConfigRoot::setColorScheme(ColorScheme scheme) {
     m_scheme = scheme;
     applyColors();
+    if (m_customPage) {
+        m_customPage->setColorScheme(scheme);
+    }
+}
+
+CustomWidgetsPage* ConfigRoot::customWidgets() {
+    if (m_customRow < 0) {
+        return nullptr;
+    }
+    m_sidebar->setCurrentRow(m_customRow);
+    return m_customPage;
 }
 
 void ConfigRoot::applyColors() {
@@ -175,12 +193,13 @@ QWidget* ConfigRoot::page(std::optional<ConfigSection> section) {
 }
 
 int ConfigRoot::rowOf(std::optional<ConfigSection> section) const {
-    return section ? static_cast<int>(*section) + 1 + (m_desktopRow > 0 ? 1 : 0) : 0;
+    return section ? static_cast<int>(*section) + 1 + m_extraRows : 0;
 }
 
 std::optional<ConfigSection> ConfigRoot::sectionOf(int row) const {
-    const int index = row - 1 - (m_desktopRow > 0 ? 1 : 0);
-    if (row <= 0 || row == m_desktopRow || index >= static_cast<int>(std::size(rowSections))) {
+    const int index = row - 1 - m_extraRows;
+    if (row <= 0 || row == m_desktopRow || row == m_customRow ||
+        index >= static_cast<int>(std::size(rowSections))) {
         return std::nullopt;
     }
     return rowSections[index];
@@ -197,6 +216,14 @@ void ConfigRoot::showRow(int row) {
             m_stack->addWidget(m_desktopPage);
         }
         m_stack->setCurrentWidget(m_desktopPage);
+        return;
+    }
+    if (row == m_customRow) {
+        if (!m_customPage) {
+            m_customPage = new CustomWidgetsPage(m_context, m_scheme);
+            m_stack->addWidget(m_customPage);
+        }
+        m_stack->setCurrentWidget(m_customPage);
         return;
     }
     m_stack->setCurrentWidget(page(sectionOf(row)));

@@ -19,6 +19,7 @@ namespace tw {
 struct ConfigContext;
 class SettingsPage;
 
+class CustomWidgetsPage;
 class DesktopWidgetsPage;
 class WidgetSettingsPage;
 
@@ -32,6 +33,8 @@ public:
     // The view of a section (none: the gallery), made if needed.
     QWidget* page(std::optional<ConfigSection> section);
     void setColorScheme(ColorScheme scheme);
+    // Shows the person's custom widgets and gives their page; null where the host keeps none.
+    CustomWidgetsPage* customWidgets();
     ColorScheme colorScheme() const { return m_scheme; }
 
 public Q_SLOTS:
@@ -59,6 +62,11 @@ private:
     // "On the desktop" where the host lists its tiles; -1 without.
     int m_desktopRow = -1;
     DesktopWidgetsPage* m_desktopPage = nullptr;
+    // "Custom widgets" where the host keeps them; -1 without.
+    int m_customRow = -1;
+    CustomWidgetsPage* m_customPage = nullptr;
+    // Rows between the gallery and the sections.
+    int m_extraRows = 0;
     QPointer<WidgetSettingsPage> m_widgetPage;
     QUuid m_widget;
 };

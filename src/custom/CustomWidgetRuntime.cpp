@@ -7,6 +7,7 @@
 #include "text/L.h"
 
 #include <QLoggingCategory>
+#include <QPointer>
 
 namespace tw {
 
@@ -99,8 +100,7 @@ void CustomWidgetRuntime::refresh(const QDateTime& now, const QStringList& kinds
 
 void CustomWidgetRuntime::fetchIfDue(const CustomSource& source, const QDateTime& time) {
     const QDateTime now = time.toUTC();
-    const QString key = source.cacheKey();
-    CustomSourceState state = m_board.sources.value(key);
+    const CustomSourceState state = m_board.sources.value(source.cacheKey());
     if (state.startedAt && state.startedAt->msecsTo(now) <= requestTimeout.count() * 1000) {
         return;
     }
@@ -108,6 +108,13 @@ void CustomWidgetRuntime::fetchIfDue(const CustomSource& source, const QDateTime
         state.fetchedAt->msecsTo(now) < qint64(source.interval().count() * 1000)) {
         return;
     }
+    fetch(source, now, nullptr, {});
+}
+
+void CustomWidgetRuntime::fetch(const CustomSource& source, const QDateTime& now,
+                                const QObject* listener, Answered answered) {
+    const QString key = source.cacheKey();
+    CustomSourceState state = m_board.sources.value(key);
     const auto resolved = CustomSource::resolve(source.url);
     if (!std::holds_alternative<QUrl>(resolved)) {
         state.error = L("custom.error.address", QStringLiteral("The address isn’t valid."));
@@ -127,7 +134,14 @@ void CustomWidgetRuntime::fetchIfDue(const CustomSource& source, const QDateTime
     request.headers = requestHeaders(source);
     request.timeout = requestTimeout;
     request.maxBytes = CustomJSON::maximumBytes;
-    m_http.get(request, this, [this, key](const HttpResponse& response) { finish(key, response); });
+    m_http.get(request, this,
+               [this, key, listener = QPointer<const QObject>(listener),
+                answered = std::move(answered)](const HttpResponse& response) {
+                   finish(key, response);
+                   if (answered && listener) {
+                       answered(response);
+                   }
+               });
 }
 
 void CustomWidgetRuntime::finish(const QString& cacheKey, const HttpResponse& response) {
@@ -187,14 +201,15 @@ void CustomWidgetRuntime::recordHistory(const CustomWidgetDefinition& definition
     }
 }
 
-void CustomWidgetRuntime::forceReload(const CustomSource& source) {
+void CustomWidgetRuntime::forceReload(const CustomSource& source, const QObject* listener,
+                                      Answered answered) {
     const QString key = source.cacheKey();
     const auto state = m_board.sources.find(key);
     if (state != m_board.sources.end()) {
         state->fetchedAt.reset();
         state->startedAt.reset();
     }
-    fetchIfDue(source, m_clock.now());
+    fetch(source, m_clock.now().toUTC(), listener, std::move(answered));
 }
 
 void CustomWidgetRuntime::discard(const QUuid& id) {

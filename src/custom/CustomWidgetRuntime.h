@@ -11,6 +11,7 @@
 #include <QUuid>
 
 #include <chrono>
+#include <functional>
 
 namespace tw {
 
@@ -42,8 +43,12 @@ public:
     void refresh(const QDateTime& now, const QStringList& kinds);
     void fetchIfDue(const CustomSource& source, const QDateTime& now);
     void recordHistory(const CustomWidgetDefinition& definition, const QDateTime& now);
-    // Fetches now, even beside a request in flight; the editor's test button.
-    void forceReload(const CustomSource& source);
+    // What a test of a source is told: the whole answer, status and body as they came.
+    using Answered = std::function<void(const HttpResponse&)>;
+    // Fetches now, even beside a request in flight; the editor's test button, which also hears
+    // the answer (unless `listener` is gone by then).
+    void forceReload(const CustomSource& source, const QObject* listener = nullptr,
+                     Answered answered = {});
     // The histories of a deleted definition go; its sources' states stay, others may share them.
     void discard(const QUuid& id);
 
@@ -54,6 +59,8 @@ Q_SIGNALS:
     void boardChanged();
 
 private:
+    void fetch(const CustomSource& source, const QDateTime& now, const QObject* listener,
+               Answered answered);
     void finish(const QString& cacheKey, const HttpResponse& response);
     void changed();
 

@@ -213,6 +213,13 @@ private Q_SLOTS:
             Points{{262, 530}, {100, 530}});
         row("tutorial: no such step", "--snapshot-tutorial OUT 4",
             "snapshot-tutorial ok=false path=OUT dark=true step=4", QSize(), Points{}, Points{});
+        row("custom editor: the text beside the previews over a piece of desktop",
+            "--snapshot-customeditor OUT --template system --light --scale 1",
+            "snapshot-customeditor ok=true path=OUT dark=false template=system", QSize(980, 680),
+            Points{}, Points{{300, 300}, {800, 200}, {10, 300}, {800, 200}});
+        row("custom editor: no such template", "--snapshot-customeditor OUT --template nope",
+            "snapshot-customeditor ok=false path=OUT dark=true template=nope", QSize(), Points{},
+            Points{});
         row("config: unknown section", "--snapshot-config OUT nowhere",
             "snapshot-config ok=false path=OUT dark=true page=nowhere", QSize(), Points{},
             Points{});
