@@ -63,7 +63,7 @@ function(tw_add_library name)
 endfunction()
 
 # tw_add_test(<name> [SOURCES <files>...] [LIBS <targets>...] [LABELS <labels>...] [TIMEOUT <s>])
-# One QtTest executable per class; the source defaults to <name>.cpp.
+# One QtTest executable per family of classes; the source defaults to <name>.cpp.
 function(tw_add_test name)
   cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LIBS;LABELS" ${ARGN})
   if(NOT ARG_SOURCES)
