@@ -125,6 +125,9 @@ QMenu::item:selected { background: @accent; color: @accentText; }
 QToolTip { background: @card; color: @text; border: 1px solid @cardBorder; padding: 4px; }
 QPlainTextEdit#jsonEditor { background: @field; border: 1px solid @fieldBorder; border-radius: 8px; padding: 6px; selection-background-color: @accent; selection-color: @accentText; }
 QPlainTextEdit#jsonEditor:focus { border: 1px solid @accent; }
+QPlainTextEdit#jsonEditor QScrollBar:horizontal { background: transparent; height: 10px; margin: 2px; }
+QPlainTextEdit#jsonEditor QScrollBar::handle:horizontal { background: @handle; border-radius: 3px; min-width: 30px; }
+QPlainTextEdit#jsonEditor QAbstractScrollArea::corner { background: transparent; }
 QListWidget#issues { background: @card; border: 1px solid @cardBorder; border-radius: 8px; padding: 4px; outline: none; }
 QListWidget#issues::item { padding: 3px 4px; border-radius: 5px; color: @text; }
 QListWidget#issues::item:hover { background: @hover; }
@@ -136,9 +139,6 @@ QPushButton#menuButton { padding-right: 26px; }
 QPushButton#menuButton::menu-indicator { image: url(@chevron); width: 10px; height: 6px; subcontrol-position: right center; subcontrol-origin: padding; right: 9px; }
 QPushButton#flat { background: transparent; border: none; color: @accent; padding: 5px 6px; }
 QPushButton#flat:hover { background: @hover; }
-QPushButton#templateTile { background: @card; border: 1px solid @cardBorder; border-radius: 10px; padding: 0; text-align: left; }
-QPushButton#templateTile:hover { background: @hover; border-color: @accent; }
-QPushButton#templateTile:focus { border: 1px solid @accent; }
 QLineEdit#gallery-search { padding: 7px 10px; border-radius: 9px; font-size: 14px; }
 QLineEdit#gallery-search:focus { padding: 6px 9px; }
 QLabel#cardName { font-size: 14px; font-weight: 600; }

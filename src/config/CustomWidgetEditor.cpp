@@ -176,9 +176,9 @@ CustomWidgetEditor::CustomWidgetEditor(ConfigContext& context,
     m_editor->setAccessibleName(L("custom.editor.json", QStringLiteral("Widget JSON")));
     m_issues->setObjectName(QStringLiteral("issues"));
     m_issues->setAccessibleName(L("custom.editor.issues", QStringLiteral("Issues")));
-    m_issues->setWordWrap(true);
+    m_issues->setTextElideMode(Qt::ElideRight);
+    m_issues->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     leftColumn->addWidget(m_editor, 1);
-    leftColumn->addWidget(m_issues);
     connect(m_issues, &QListWidget::itemActivated, this, [this](QListWidgetItem* item) {
         const QTextBlock block =
             m_editor->document()->findBlockByNumber(item->data(Qt::UserRole).toInt());
@@ -215,6 +215,7 @@ CustomWidgetEditor::CustomWidgetEditor(ConfigContext& context,
     split->setStretchFactor(1, 2);
     right->setMinimumWidth(260);
     column->addWidget(split, 1);
+    column->addWidget(m_issues);
 
     m_testButton->setEnabled(m_context.customRuntime != nullptr);
     m_editor->setPlainText(
@@ -320,7 +321,7 @@ void CustomWidgetEditor::showIssues() {
     m_editor->setExtraSelections(selections);
     // As tall as its lines, up to four.
     const int shown = std::clamp(int(m_issues->count()), 1, 4);
-    m_issues->setFixedHeight(shown * (m_issues->fontMetrics().height() + 8) + 12);
+    m_issues->setFixedHeight(shown * (m_issues->fontMetrics().height() + 8) + 14);
 }
 
 void CustomWidgetEditor::refreshPreview() {

@@ -1,6 +1,7 @@
 #include "config/CustomWidgetsPage.h"
 
 #include "config/ConfigContext.h"
+#include "config/ConfigPalette.h"
 #include "config/CustomWidgetEditor.h"
 #include "config/FlowLayout.h"
 #include "config/SettingsCard.h"
@@ -12,6 +13,7 @@
 #include "platform/SymbolProvider.h"
 #include "text/L.h"
 
+#include <QAbstractButton>
 #include <QFileDialog>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -57,36 +59,65 @@ QPixmap symbolPixmap(const ConfigContext& context, const QString& name, const QC
     return pixmap;
 }
 
-// A template to start from: its symbol, its title and what it shows.
-QPushButton* templateTile(const ConfigContext& context, const CustomWidgetTemplates::Template& t,
-                          const QColor& accent) {
-    auto* tile = new QPushButton();
-    tile->setObjectName(QStringLiteral("templateTile"));
-    tile->setCursor(Qt::PointingHandCursor);
-    tile->setAccessibleName(t.title);
-    tile->setAccessibleDescription(t.detail);
-    auto* row = new QHBoxLayout(tile);
-    row->setContentsMargins(12, 10, 12, 10);
-    row->setSpacing(10);
-    auto* icon = new QLabel(tile);
-    icon->setPixmap(symbolPixmap(context, t.symbol, accent));
-    icon->setFixedSize(28, 28);
-    auto* words = new QVBoxLayout();
-    words->setSpacing(2);
-    auto* title = new QLabel(t.title, tile);
-    title->setObjectName(QStringLiteral("cardName"));
-    auto* detail = caption(t.detail, tile);
-    for (QLabel* l : {icon, title, detail}) {
-        l->setAttribute(Qt::WA_TransparentForMouseEvents);
+// A template to start from: its symbol, its title and what it shows, on a tile of its own.
+class TemplateTile final : public QAbstractButton {
+public:
+    TemplateTile(const CustomWidgetTemplates::Template& t, QPixmap symbol, ConfigPalette colors)
+        : m_colors(std::move(colors))
+        , m_title(t.title)
+        , m_detail(t.detail)
+        , m_symbol(std::move(symbol)) {
+        setCursor(Qt::PointingHandCursor);
+        setFocusPolicy(Qt::StrongFocus);
+        setAccessibleName(t.title);
+        setAccessibleDescription(t.detail);
+        setAttribute(Qt::WA_Hover);
     }
-    words->addWidget(title);
-    words->addWidget(detail);
-    words->addStretch(1);
-    row->addWidget(icon, 0, Qt::AlignTop);
-    row->addLayout(words, 1);
-    tile->setMinimumHeight(70);
-    return tile;
-}
+    QSize sizeHint() const override { return {260, 94}; }
+    QSize minimumSizeHint() const override { return {200, 94}; }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter p(this);
+        p.setRenderHint(QPainter::Antialiasing);
+        const QColor accent = m_colors.accent;
+        const bool lit = underMouse() || hasFocus();
+        const QRectF box = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+        p.setPen(QPen(lit ? accent : m_colors.fieldBorder, lit ? 1.5 : 1));
+        p.setBrush(isDown() ? m_colors.separator : m_colors.window);
+        p.drawRoundedRect(box, 10, 10);
+
+        const QRectF badge(12, 14, 38, 38);
+        QColor wash = accent;
+        wash.setAlpha(36);
+        p.setPen(Qt::NoPen);
+        p.setBrush(wash);
+        p.drawRoundedRect(badge, 9, 9);
+        p.drawPixmap(QPointF(badge.center().x() - 14, badge.center().y() - 14), m_symbol);
+
+        const qreal left = badge.right() + 12;
+        QFont title = font();
+        title.setPixelSize(13);
+        title.setWeight(QFont::DemiBold);
+        p.setFont(title);
+        p.setPen(m_colors.text);
+        const QRectF titleBox(left, 12, width() - left - 12, 18);
+        p.drawText(titleBox, Qt::AlignLeft | Qt::AlignVCenter,
+                   QFontMetrics(title).elidedText(m_title, Qt::ElideRight, int(titleBox.width())));
+        QFont detail = font();
+        detail.setPixelSize(12);
+        p.setFont(detail);
+        p.setPen(m_colors.secondaryText);
+        p.drawText(QRectF(left, 32, width() - left - 12, height() - 38),
+                   Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap, m_detail);
+    }
+
+private:
+    ConfigPalette m_colors;
+    QString m_title;
+    QString m_detail;
+    QPixmap m_symbol;
+};
 
 } // namespace
 
@@ -159,7 +190,8 @@ void CustomWidgetsPage::rebuildList() {
     m_list = new SettingsPage(L("custom.title", QStringLiteral("Custom widgets")));
     m_stack->insertWidget(0, m_list);
 
-    const QColor accent = palette().color(QPalette::Highlight);
+    const ConfigPalette colors = ConfigPalette::of(m_scheme);
+    const QColor accent = colors.accent;
     SettingsCard* mine =
         m_list->addGroup(QStringLiteral("mine"), L("custom.mine", QStringLiteral("Your widgets")));
     QList<CustomWidgetDefinition> widgets = m_context.customWidgets
@@ -223,9 +255,9 @@ void CustomWidgetsPage::rebuildList() {
         m_list->addGroup(QStringLiteral("templates"),
                          L("custom.templates", QStringLiteral("Start from a template")));
     auto* grid = new QWidget();
-    auto* flow = new FlowLayout(grid, 250, 10);
+    auto* flow = new FlowLayout(grid, 200, 10);
     for (const CustomWidgetTemplates::Template& t : CustomWidgetTemplates::all()) {
-        QPushButton* tile = templateTile(m_context, t, accent);
+        auto* tile = new TemplateTile(t, symbolPixmap(m_context, t.symbol, accent), colors);
         const QString templateId = t.id;
         connect(tile, &QPushButton::clicked, this,
                 [this, templateId] { editTemplate(templateId); });
