@@ -466,6 +466,7 @@ ConfigContext AppDelegate::makeConfigContext() {
     context.open = [this](const QUrl& url) { return m_platform.workspace->open(url).isSuccess(); };
     context.customWidgets = m_customWidgets.get();
     context.customRuntime = m_custom.get();
+    context.customDrafts = &m_customDrafts;
     context.faces = m_faces.get();
     context.faceBase = [this] { return stillContext(); };
     return context;

@@ -8,8 +8,10 @@
 #include "platform/PlatformServices.h"
 #include "platform/ScheduledTask.h"
 
+#include <QHash>
 #include <QObject>
 #include <QStringList>
+#include <QUuid>
 
 #include <memory>
 #include <optional>
@@ -115,6 +117,8 @@ private:
     std::unique_ptr<CustomWidgetStore> m_customWidgets;
     // What feeds custom widgets, over the same client and readings.
     std::unique_ptr<CustomWidgetRuntime> m_custom;
+    // Custom widget text the editor has not saved yet, kept across the window's closing.
+    QHash<QUuid, QString> m_customDrafts;
     std::unique_ptr<WidgetRegistry> m_registry;
     std::unique_ptr<ThemeStore> m_theme;
     std::unique_ptr<TickCoordinator> m_ticker;

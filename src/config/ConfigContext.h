@@ -5,6 +5,7 @@
 #include "look/Theme.h"
 #include "model/WidgetSize.h"
 
+#include <QHash>
 #include <QList>
 #include <QSizeF>
 #include <QString>
@@ -118,6 +119,9 @@ struct ConfigContext {
     // runtime (what fetches their sources) the editor cannot test a source.
     CustomWidgetStore* customWidgets = nullptr;
     CustomWidgetRuntime* customRuntime = nullptr;
+    // The editor's unsaved text by widget, kept by the host so that closing the window loses
+    // none; without it drafts last as long as the window's page.
+    QHash<QUuid, QString>* customDrafts = nullptr;
     // The faces and the look, time and symbols tiles are drawn with now, for the editor's
     // previews; without both it shows none.
     const FaceRegistry* faces = nullptr;

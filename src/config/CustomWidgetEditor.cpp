@@ -29,6 +29,7 @@
 #include <QSplitter>
 #include <QStyle>
 #include <QTextBlock>
+#include <QTextDocument>
 #include <QVBoxLayout>
 
 namespace tw {
@@ -218,11 +219,19 @@ CustomWidgetEditor::CustomWidgetEditor(ConfigContext& context,
     column->addWidget(m_issues);
 
     m_testButton->setEnabled(m_context.customRuntime != nullptr);
-    m_editor->setPlainText(
-        text.isEmpty() ? indented(definition.fileJSON(CustomWidgetDefinition::Secrets::included))
-                       : text);
+    if (m_context.customRuntime) {
+        // Once tested, the previews follow the runtime: a sparkline's points, a later answer.
+        connect(m_context.customRuntime, &CustomWidgetRuntime::boardChanged, this, [this] {
+            if (m_live) {
+                refreshPreview();
+            }
+        });
+    }
+    const QString own = indented(definition.fileJSON(CustomWidgetDefinition::Secrets::included));
+    m_editor->setPlainText(text.isEmpty() ? own : text);
     if (stored) {
-        m_savedText = m_editor->toPlainText();
+        // The text as the editor shows it, so that an unchanged one counts as saved.
+        m_savedText = QTextDocument(own).toPlainText();
     }
     reparse();
     connect(m_editor, &QPlainTextEdit::textChanged, this, &CustomWidgetEditor::textEdited);

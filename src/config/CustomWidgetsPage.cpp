@@ -33,6 +33,14 @@ QString kindOf(const QUuid& id) {
     return definition.kind();
 }
 
+// What a draft of a widget not stored yet reads as, for its place in the list.
+CustomWidgetDefinition draftDefinition(const QUuid& id, const QString& text) {
+    CustomWidgetDefinition definition =
+        CustomWidgetDefinition::decode(text).value_or(CustomWidgetDefinition());
+    definition.id = id;
+    return definition;
+}
+
 QString sizesText(const CustomWidgetDefinition& definition) {
     QStringList names;
     for (const WidgetSize size : definition.sanitized().sizes) {
@@ -125,6 +133,7 @@ CustomWidgetsPage::CustomWidgetsPage(ConfigContext& context, ColorScheme scheme,
     : QWidget(parent)
     , m_context(context)
     , m_scheme(scheme)
+    , m_drafts(context.customDrafts ? *context.customDrafts : m_ownDrafts)
     , m_stack(new QStackedWidget(this))
     , m_banner(new QFrame(this))
     , m_bannerTitle(new QLabel(m_banner))
@@ -176,6 +185,10 @@ CustomWidgetsPage::CustomWidgetsPage(ConfigContext& context, ColorScheme scheme,
     }
 }
 
+CustomWidgetsPage::~CustomWidgetsPage() {
+    closeEditor();
+}
+
 void CustomWidgetsPage::setColorScheme(ColorScheme scheme) {
     m_scheme = scheme;
     if (m_editor) {
@@ -197,9 +210,9 @@ void CustomWidgetsPage::rebuildList() {
     QList<CustomWidgetDefinition> widgets = m_context.customWidgets
                                                 ? m_context.customWidgets->widgets()
                                                 : QList<CustomWidgetDefinition>();
-    for (const auto& [id, draft] : m_drafts.asKeyValueRange()) {
-        if (!draft.stored) {
-            widgets.append(draft.definition);
+    for (const auto& [id, text] : m_drafts.asKeyValueRange()) {
+        if (!m_context.customWidgets || !m_context.customWidgets->definition(kindOf(id))) {
+            widgets.append(draftDefinition(id, text));
         }
     }
     for (const CustomWidgetDefinition& widget : widgets) {
@@ -208,11 +221,8 @@ void CustomWidgetsPage::rebuildList() {
         editButton->setAccessibleName(
             L("custom.editNamed", QStringLiteral("Edit %1")).arg(widget.name));
         connect(editButton, &QPushButton::clicked, this, [this, id] {
-            if (!this->edit(id)) {
-                const auto draft = m_drafts.constFind(id);
-                if (draft != m_drafts.constEnd()) {
-                    open(draft->definition, false);
-                }
+            if (!this->edit(id) && m_drafts.contains(id)) {
+                open(draftDefinition(id, m_drafts.value(id)), false);
             }
         });
         QString words = sizesText(widget);
@@ -299,8 +309,8 @@ bool CustomWidgetsPage::editTemplate(const QString& templateId) {
 
 void CustomWidgetsPage::open(const CustomWidgetDefinition& definition, bool stored) {
     closeEditor();
-    const Draft draft = m_drafts.take(definition.id);
-    m_editor = new CustomWidgetEditor(m_context, definition, stored, m_scheme, draft.text);
+    m_editor = new CustomWidgetEditor(m_context, definition, stored, m_scheme,
+                                      m_drafts.take(definition.id));
     m_stack->addWidget(m_editor);
     m_stack->setCurrentWidget(m_editor);
     connect(m_editor, &CustomWidgetEditor::closeRequested, this, &CustomWidgetsPage::showList);
@@ -312,23 +322,20 @@ void CustomWidgetsPage::open(const CustomWidgetDefinition& definition, bool stor
     });
 }
 
-void CustomWidgetsPage::closeEditor() {
+void CustomWidgetsPage::closeEditor(KeepDraft keep) {
     if (!m_editor) {
         return;
     }
     // Unsaved text waits for the widget to be opened again.
-    if (m_editor->hasUnsavedChanges()) {
-        const bool stored = m_context.customWidgets &&
-                            m_context.customWidgets->definition(kindOf(m_editor->id())).has_value();
-        CustomWidgetDefinition begun;
-        begun.id = m_editor->id();
-        if (const auto decoded = CustomWidgetDefinition::decode(m_editor->text())) {
-            begun = *decoded;
-            begun.id = m_editor->id();
-        }
-        m_drafts.insert(m_editor->id(), Draft{begun, m_editor->text(), stored});
+    if (keep == KeepDraft::yes && m_editor->hasUnsavedChanges()) {
+        m_drafts.insert(m_editor->id(), m_editor->text());
     }
-    delete m_editor;
+    // Often asked from inside one of the editor's own buttons, so it goes once that returns.
+    CustomWidgetEditor* editor = m_editor;
+    m_editor = nullptr;
+    m_stack->removeWidget(editor);
+    editor->hide();
+    editor->deleteLater();
 }
 
 void CustomWidgetsPage::showList() {
@@ -401,9 +408,7 @@ void CustomWidgetsPage::confirmDelete() {
         m_context.grid->removeAll(widget->kind());
     }
     m_drafts.remove(widget->id);
-    if (m_editor && m_editor->id() == widget->id) {
-        delete m_editor;
-    }
+    closeEditor(KeepDraft::no);
     m_context.customWidgets->remove(widget->id);
     showList();
     m_pending = Pending::undo;

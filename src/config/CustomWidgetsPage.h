@@ -28,6 +28,8 @@ class CustomWidgetsPage final : public QWidget {
     Q_OBJECT
 public:
     CustomWidgetsPage(ConfigContext& context, ColorScheme scheme, QWidget* parent = nullptr);
+    // Text left unsaved becomes a draft.
+    ~CustomWidgetsPage() override;
 
     // The editor on screen, if any.
     CustomWidgetEditor* editor() const { return m_editor; }
@@ -50,23 +52,20 @@ public:
 private:
     void rebuildList();
     void open(const CustomWidgetDefinition& definition, bool stored);
-    void closeEditor();
+    enum class KeepDraft { no, yes };
+    void closeEditor(KeepDraft keep = KeepDraft::yes);
     void chooseImport();
     void showBanner(const QString& title, const QString& detail, const QString& action,
                     bool danger);
 
     ConfigContext& m_context;
     ColorScheme m_scheme;
+    // Text not saved yet, by widget: the host's where it keeps them beyond the window, else ours.
+    QHash<QUuid, QString> m_ownDrafts;
+    QHash<QUuid, QString>& m_drafts;
     QStackedWidget* m_stack;
     QPointer<SettingsPage> m_list;
     QPointer<CustomWidgetEditor> m_editor;
-    // Text not saved yet, by widget, with the definition it began from.
-    struct Draft {
-        CustomWidgetDefinition definition;
-        QString text;
-        bool stored = false;
-    };
-    QHash<QUuid, Draft> m_drafts;
 
     QWidget* m_banner;
     QLabel* m_bannerTitle;

@@ -236,6 +236,27 @@ private Q_SLOTS:
         QVERIFY(page.banner().isEmpty());
     }
 
+    void unsavedTextOutlivesThePage() {
+        Rig rig;
+        QHash<QUuid, QString> drafts;
+        rig.context.customDrafts = &drafts;
+        const CustomWidgetDefinition widget = rig.stored(QStringLiteral("chart"));
+        QString changed;
+        {
+            CustomWidgetsPage page(rig.context, ColorScheme::Dark);
+            QVERIFY(page.edit(widget.id));
+            changed = page.editor()->text().replace(widget.name, QStringLiteral("Pulse"));
+            page.editor()->setText(changed);
+        }
+        QCOMPARE(drafts.value(widget.id), changed);
+        QCOMPARE(rig.store.widgets().first().name, widget.name);
+        CustomWidgetsPage page(rig.context, ColorScheme::Dark);
+        QVERIFY(page.edit(widget.id));
+        QCOMPARE(page.editor()->text(), changed);
+        QVERIFY(page.editor()->hasUnsavedChanges());
+        QVERIFY(drafts.isEmpty());
+    }
+
     void testShowsTheAnswerAndPreviewsIt_data() {
         QTest::addColumn<LoopbackHttpServer::Answer>("answer");
         QTest::addColumn<QString>("shown");
