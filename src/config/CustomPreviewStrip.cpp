@@ -8,7 +8,6 @@
 #include <QPainterPath>
 
 #include <algorithm>
-#include <cmath>
 
 namespace tw {
 
@@ -34,25 +33,22 @@ void CustomPreviewStrip::show(const CustomWidgetDefinition& definition, const Cu
     m_definition = definition;
     m_board = board;
     m_sample = sample;
-    updateGeometry();
     update();
 }
 
-qreal CustomPreviewStrip::scaleFor(WidgetSize size, qreal width) const {
-    const QSizeF tile = nominalPixelSize(size);
-    return std::min(1.0, (width - 2 * margin) / tile.width());
-}
-
-int CustomPreviewStrip::heightForWidth(int width) const {
-    qreal height = margin;
+qreal CustomPreviewStrip::scale() const {
+    qreal widest = 0;
+    qreal tall = 0;
     for (const WidgetSize size : m_definition.sizes) {
-        height += captionHeight + nominalPixelSize(size).height() * scaleFor(size, width) + gap;
+        widest = std::max(widest, nominalPixelSize(size).width());
+        tall += nominalPixelSize(size).height();
     }
-    return int(std::ceil(height + margin - gap));
-}
-
-QSize CustomPreviewStrip::sizeHint() const {
-    return {320, heightForWidth(320)};
+    if (widest <= 0 || tall <= 0) {
+        return 1;
+    }
+    const qsizetype count = m_definition.sizes.size();
+    const qreal room = height() - 2 * margin - count * captionHeight - (count - 1) * gap;
+    return std::clamp(std::min((width() - 2 * margin) / widest, room / tall), 0.05, 1.0);
 }
 
 void CustomPreviewStrip::paintEvent(QPaintEvent*) {
@@ -79,9 +75,9 @@ void CustomPreviewStrip::paintEvent(QPaintEvent*) {
     font.setWeight(QFont::DemiBold);
     painter.setFont(font);
     qreal y = margin;
+    const qreal s = scale();
     for (const WidgetSize size : m_definition.sizes) {
         const QSizeF tile = nominalPixelSize(size);
-        const qreal s = scaleFor(size, stage.width());
         painter.setPen(QColor(255, 255, 255, 200));
         painter.drawText(QRectF(margin, y, stage.width() - 2 * margin, captionHeight - 6),
                          Qt::AlignLeft | Qt::AlignVCenter, label(size));

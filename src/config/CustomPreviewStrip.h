@@ -1,5 +1,6 @@
 // The editor's previews: one custom widget drawn by its real face at every size it allows, one
-// under the other over a piece of desktop, from the sample values or from a tested answer.
+// under the other over a piece of desktop and all at one scale that fits them in, from the
+// sample values or from a tested answer.
 #pragma once
 
 #include "custom/CustomBoard.h"
@@ -26,16 +27,15 @@ public:
     const CustomBoard& board() const { return m_board; }
     bool isSample() const { return m_sample; }
 
-    bool hasHeightForWidth() const override { return true; }
-    int heightForWidth(int width) const override;
-    QSize sizeHint() const override;
+    QSize sizeHint() const override { return {320, 520}; }
+    QSize minimumSizeHint() const override { return {200, 200}; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    // Each size's tile scaled to `width`: its scale and the height it takes with its caption.
-    qreal scaleFor(WidgetSize size, qreal width) const;
+    // One scale for every size, so that all of them fit the strip and compare at a glance.
+    qreal scale() const;
 
     const FaceRegistry& m_faces;
     std::function<FaceContext()> m_base;

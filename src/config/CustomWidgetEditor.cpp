@@ -25,7 +25,6 @@
 #include <QPainter>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QSplitter>
 #include <QStyle>
 #include <QTextBlock>
@@ -121,6 +120,9 @@ CustomWidgetEditor::CustomWidgetEditor(ConfigContext& context,
     connect(back, &QPushButton::clicked, this, &CustomWidgetEditor::closeRequested);
     m_title->setObjectName(QStringLiteral("title"));
     m_title->setTextFormat(Qt::PlainText);
+    // A long name gives way to the buttons.
+    m_title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_title->setMinimumWidth(80);
     m_delete = button(L("custom.editor.delete", QStringLiteral("Delete…")), this);
     m_duplicate = button(L("custom.editor.duplicate", QStringLiteral("Duplicate")), this);
     auto* exporting = button(L("custom.editor.export", QStringLiteral("Export…")), this);
@@ -190,26 +192,23 @@ CustomWidgetEditor::CustomWidgetEditor(ConfigContext& context,
     });
     connect(m_issues, &QListWidget::itemClicked, m_issues, &QListWidget::itemActivated);
 
-    auto* right = new QScrollArea(split);
-    right->setWidgetResizable(true);
-    right->setFrameShape(QFrame::NoFrame);
-    auto* rightInside = new QWidget();
-    auto* rightColumn = new QVBoxLayout(rightInside);
-    rightColumn->setContentsMargins(0, 0, 6, 0);
+    auto* right = new QWidget(split);
+    auto* rightColumn = new QVBoxLayout(right);
+    rightColumn->setContentsMargins(0, 0, 0, 0);
     rightColumn->setSpacing(8);
     if (m_context.faces && m_context.faceBase) {
-        m_preview = new CustomPreviewStrip(*m_context.faces, m_context.faceBase, rightInside);
-        rightColumn->addWidget(m_preview);
+        m_preview = new CustomPreviewStrip(*m_context.faces, m_context.faceBase, right);
+        rightColumn->addWidget(m_preview, 1);
     }
     m_test->setObjectName(QStringLiteral("testResult"));
     m_test->setWordWrap(true);
     m_test->setTextFormat(Qt::PlainText);
     m_test->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_test->setFont(mono);
+    m_test->setMaximumHeight(190);
+    m_test->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     m_test->hide();
     rightColumn->addWidget(m_test);
-    rightColumn->addStretch(1);
-    right->setWidget(rightInside);
     split->addWidget(left);
     split->addWidget(right);
     split->setStretchFactor(0, 3);
