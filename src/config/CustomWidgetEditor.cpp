@@ -228,10 +228,8 @@ CustomWidgetEditor::CustomWidgetEditor(ConfigContext& context,
     }
     const QString own = indented(definition.fileJSON(CustomWidgetDefinition::Secrets::included));
     m_editor->setPlainText(text.isEmpty() ? own : text);
-    if (stored) {
-        // The text as the editor shows it, so that an unchanged one counts as saved.
-        m_savedText = QTextDocument(own).toPlainText();
-    }
+    // The text as the editor shows it: a widget, or a template, left as it came is no draft.
+    m_savedText = QTextDocument(own).toPlainText();
     reparse();
     connect(m_editor, &QPlainTextEdit::textChanged, this, &CustomWidgetEditor::textEdited);
 }
@@ -309,10 +307,11 @@ void CustomWidgetEditor::showIssues() {
                                              .arg(mark.issue.message()),
                                          m_issues);
         item->setData(Qt::UserRole, mark.line);
-        item->setToolTip(
-            blocking
-                ? L("custom.editor.blocking", QStringLiteral("Keeps the widget from being saved"))
-                : L("custom.editor.warning", QStringLiteral("A warning: the widget still works")));
+        item->setToolTip(mark.issue.message() + u'\n' +
+                         (blocking ? L("custom.editor.blocking",
+                                       QStringLiteral("This keeps the widget from being saved."))
+                                   : L("custom.editor.warning",
+                                       QStringLiteral("A warning: the widget still works."))));
         QTextEdit::ExtraSelection selection;
         selection.cursor = QTextCursor(m_editor->document()->findBlockByNumber(mark.line));
         selection.format.setBackground(markColor(blocking, m_scheme, 46));

@@ -244,6 +244,10 @@ private Q_SLOTS:
         QString changed;
         {
             CustomWidgetsPage page(rig.context, ColorScheme::Dark);
+            // A template looked at and left as it came is no draft.
+            QVERIFY(page.editTemplate(QStringLiteral("iss")));
+            page.showList();
+            QVERIFY(drafts.isEmpty());
             QVERIFY(page.edit(widget.id));
             changed = page.editor()->text().replace(widget.name, QStringLiteral("Pulse"));
             page.editor()->setText(changed);
