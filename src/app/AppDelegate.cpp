@@ -375,6 +375,8 @@ ConfigContext AppDelegate::makeConfigContext() {
         gallery->followTicker(*m_ticker);
         gallery->setReadings(m_readings.get());
         gallery->setCustomBoard(&m_custom->board());
+        connect(m_custom.get(), &CustomWidgetRuntime::boardChanged, gallery,
+                &GalleryView::customBoardChanged);
         gallery->setAddHandler([this](const QString& kind, WidgetSize size) {
             const auto spot = m_grid->freeSpot(kind, size, std::nullopt);
             if (!spot) {

@@ -232,9 +232,15 @@ void GalleryView::setReadings(Readings* readings) {
 
 void GalleryView::setCustomBoard(const CustomBoard* board) {
     m_source->base().custom = board;
+    customBoardChanged();
+}
+
+void GalleryView::customBoardChanged() {
     for (const Section& section : m_sections) {
         for (GalleryCard* card : section.cards) {
-            card->update();
+            if (WidgetRegistry::isCustomKind(card->metadata().kind)) {
+                card->update();
+            }
         }
     }
 }

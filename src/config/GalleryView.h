@@ -64,7 +64,8 @@ public:
     // They must outlive the gallery.
     void setReadings(Readings* readings);
     // The person's custom widgets, which their cards draw with sample values; without them a
-    // custom card shows only its symbol. It must outlive the gallery.
+    // custom card shows only its symbol. It must outlive the gallery; customBoardChanged redraws
+    // the custom cards after it changed.
     void setCustomBoard(const CustomBoard* board);
     // What the previews shown need.
     ReadingFeeds previewFeeds() const;
@@ -100,6 +101,7 @@ public Q_SLOTS:
     // Asks the count again and updates every card's limit; the host calls it when the desktop's
     // widgets change.
     void refreshLimits();
+    void customBoardChanged();
 
 Q_SIGNALS:
     void added(const QString& kind);
