@@ -135,6 +135,7 @@ QListWidget#issues::item:selected { background: @hover; color: @text; }
 QLabel#testResult { background: @card; border: 1px solid @cardBorder; border-radius: 8px; padding: 8px; color: @text; font-size: 11px; }
 QFrame#banner { background: @card; border: 1px solid @cardBorder; border-left: 3px solid @accent; border-radius: 8px; }
 QPushButton#danger { background: @danger; color: #ffffff; border: 1px solid @danger; font-weight: 600; }
+QPushButton#primary:disabled, QPushButton#danger:disabled { background: transparent; color: @secondary; border-color: @separator; font-weight: 600; }
 QPushButton#menuButton { padding-right: 26px; }
 QPushButton#menuButton::menu-indicator { image: url(@chevron); width: 10px; height: 6px; subcontrol-position: right center; subcontrol-origin: padding; right: 9px; }
 QPushButton#flat { background: transparent; border: none; color: @accent; padding: 5px 6px; }

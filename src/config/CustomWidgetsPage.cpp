@@ -414,7 +414,6 @@ void CustomWidgetsPage::confirmDelete() {
     m_pending = Pending::undo;
     showBanner(L("custom.deleted", QStringLiteral("“%1” is deleted.")).arg(widget->name), {},
                L("custom.undo", QStringLiteral("Undo")), false);
-    m_bannerCancel->hide();
 }
 
 void CustomWidgetsPage::undoDelete() {
@@ -449,7 +448,9 @@ void CustomWidgetsPage::showBanner(const QString& title, const QString& detail,
     m_bannerAction->setObjectName(danger ? QStringLiteral("danger") : QStringLiteral("primary"));
     m_bannerAction->style()->unpolish(m_bannerAction);
     m_bannerAction->style()->polish(m_bannerAction);
-    m_bannerCancel->setVisible(m_pending == Pending::remove);
+    m_bannerCancel->setText(m_pending == Pending::remove
+                                ? L("custom.banner.cancel", QStringLiteral("Cancel"))
+                                : L("custom.banner.close", QStringLiteral("Close")));
     m_banner->show();
 }
 
