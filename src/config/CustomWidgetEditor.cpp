@@ -18,6 +18,7 @@
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QLocale>
@@ -176,6 +177,7 @@ CustomWidgetEditor::CustomWidgetEditor(ConfigContext& context,
     m_editor->setFont(mono);
     m_editor->setTabStopDistance(QFontMetricsF(mono).horizontalAdvance(u' ') * 2);
     m_editor->setLineWrapMode(QPlainTextEdit::NoWrap);
+    m_editor->installEventFilter(this);
     m_editor->setAccessibleName(L("custom.editor.json", QStringLiteral("Widget JSON")));
     m_issues->setObjectName(QStringLiteral("issues"));
     m_issues->setAccessibleName(L("custom.editor.issues", QStringLiteral("Issues")));
@@ -232,6 +234,16 @@ CustomWidgetEditor::CustomWidgetEditor(ConfigContext& context,
     m_savedText = QTextDocument(own).toPlainText();
     reparse();
     connect(m_editor, &QPlainTextEdit::textChanged, this, &CustomWidgetEditor::textEdited);
+}
+
+bool CustomWidgetEditor::eventFilter(QObject* watched, QEvent* event) {
+    // Esc while typing is a slip, not a wish to close the window over the text.
+    if (watched == m_editor && event->type() == QEvent::ShortcutOverride &&
+        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+        event->accept();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 QString CustomWidgetEditor::text() const {

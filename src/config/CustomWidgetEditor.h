@@ -73,6 +73,9 @@ Q_SIGNALS:
     void deleteRequested(const QUuid& id);
     void closeRequested();
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     void textEdited();
     // Decodes the text, lists and marks the issues, and redraws the previews.

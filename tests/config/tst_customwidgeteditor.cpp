@@ -2,6 +2,7 @@
 #include "ManualClock.h"
 #include "ManualScheduler.h"
 #include "config/ConfigContext.h"
+#include "config/ConfigRoot.h"
 #include "config/CustomPreviewStrip.h"
 #include "config/CustomWidgetEditor.h"
 #include "config/CustomWidgetsPage.h"
@@ -24,6 +25,7 @@
 #include <QClipboard>
 #include <QFile>
 #include <QGuiApplication>
+#include <QPlainTextEdit>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -259,6 +261,27 @@ private Q_SLOTS:
         QCOMPARE(page.editor()->text(), changed);
         QVERIFY(page.editor()->hasUnsavedChanges());
         QVERIFY(drafts.isEmpty());
+    }
+
+    void keysInTheTextStayInTheText() {
+        Rig rig;
+        int desktopUndos = 0;
+        rig.context.undo = [&desktopUndos] { ++desktopUndos; };
+        rig.settings.setHasSeenGuide(true);
+        ConfigRoot root(rig.context, ColorScheme::Light);
+        root.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&root));
+        CustomWidgetsPage* page = root.customWidgets();
+        QVERIFY(page->editTemplate(QStringLiteral("blank")));
+        auto* text = page->editor()->findChild<QPlainTextEdit*>();
+        text->setFocus();
+        const QString before = page->editor()->text();
+        QTest::keyClick(text, Qt::Key_X);
+        QTest::keyClick(text, Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(page->editor()->text(), before);
+        QCOMPARE(desktopUndos, 0);
+        QTest::keyClick(text, Qt::Key_Escape);
+        QVERIFY(root.isVisible());
     }
 
     void testShowsTheAnswerAndPreviewsIt_data() {
