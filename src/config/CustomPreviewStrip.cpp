@@ -3,6 +3,7 @@
 #include "custom/CustomWidgetStore.h"
 #include "faces/FaceRegistry.h"
 #include "faces/GallerySheet.h"
+#include "text/L.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -25,7 +26,7 @@ CustomPreviewStrip::CustomPreviewStrip(const FaceRegistry& faces, std::function<
     , m_faces(faces)
     , m_base(std::move(base)) {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-    setAccessibleName(tr("Preview"));
+    setAccessibleName(L("custom.editor.preview", QStringLiteral("Preview")));
 }
 
 void CustomPreviewStrip::show(const CustomWidgetDefinition& definition, const CustomBoard& board,
