@@ -76,9 +76,9 @@ function(tw_add_test name)
     set(ARG_TIMEOUT 120)
   endif()
   # The web services at a closed local port: no test reaches the internet unless it brings its
-  # own server.
+  # own server. No test makes a sound.
   set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT}
-    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_LOGGING_RULES=*.debug=false;TKW_ENDPOINT_BASE=http://127.0.0.1:9")
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_LOGGING_RULES=*.debug=false;TKW_ENDPOINT_BASE=http://127.0.0.1:9;TKW_SILENT=1")
   if(ARG_LABELS)
     set_tests_properties(${name} PROPERTIES LABELS "${ARG_LABELS}")
   endif()

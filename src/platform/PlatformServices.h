@@ -18,6 +18,7 @@
 #include "platform/Relauncher.h"
 #include "platform/SecretStore.h"
 #include "platform/SensorSource.h"
+#include "platform/SoundPlayer.h"
 #include "platform/SymbolProvider.h"
 #include "platform/SystemSource.h"
 #include "platform/Workspace.h"
@@ -49,6 +50,8 @@ struct PlatformServices {
     std::unique_ptr<LocationSource> location;
     // The machine's name, the user and the boot time custom widgets show.
     std::unique_ptr<MachineIdentity> machine;
+    // The sounds of timers; silent when $TKW_SILENT is "1" (pictures, automated runs).
+    std::unique_ptr<SoundPlayer> sounds;
 
     // The desktop host's services, every one set; needs the running QApplication.
     static PlatformServices make();

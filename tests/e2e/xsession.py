@@ -115,6 +115,8 @@ class XSession:
         # The web services at a closed local port: the host on a test's display never reaches
         # the internet, unless the test brings a server of its own.
         env.setdefault("TKW_ENDPOINT_BASE", "http://127.0.0.1:9")
+        # A timer ending in a test rings nothing.
+        env.setdefault("TKW_SILENT", "1")
         if extra:
             env.update(extra)
         return env

@@ -1,6 +1,7 @@
 #include "platform/PlatformServices.h"
 
 #include "platform/linux/BluezBluetoothSource.h"
+#include "platform/linux/CanberraSoundPlayer.h"
 #include "platform/linux/DisplayProbe.h"
 #include "platform/linux/FreedesktopNotifications.h"
 #include "platform/linux/GeoClueLocationSource.h"
@@ -21,6 +22,7 @@
 #include "platform/linux/X11DesktopWindowing.h"
 #include "platform/linux/XdgAutostart.h"
 #include "platform/null/MemorySecretStore.h"
+#include "platform/null/SilentSoundPlayer.h"
 
 namespace tw {
 
@@ -37,6 +39,11 @@ PlatformServices PlatformServices::make() {
     services.loginItem = XdgAutostart::forThisProgram();
     services.usage = makeProcessUsage();
     services.location = GeoClueLocationSource::create();
+    if (qEnvironmentVariable("TKW_SILENT") == QLatin1String("1")) {
+        services.sounds = std::make_unique<SilentSoundPlayer>();
+    } else {
+        services.sounds = std::make_unique<CanberraSoundPlayer>();
+    }
     return services;
 }
 
