@@ -22,8 +22,7 @@ class Alarm final : public QObject {
 public:
     static constexpr std::chrono::milliseconds repeat{1150};
 
-    Alarm(Scheduler& scheduler, const Clock& clock, SoundPlayer& sounds,
-          QObject* parent = nullptr);
+    Alarm(Scheduler& scheduler, const Clock& clock, SoundPlayer& sounds, QObject* parent = nullptr);
 
     bool isRinging() const { return m_ringing; }
 

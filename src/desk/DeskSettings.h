@@ -11,8 +11,7 @@
 namespace tw::DeskSettings {
 
 // An integer setting: absent or unreadable gives `fallback`, out of range is clamped into it.
-int read(const WidgetSettings& settings, const QString& key, int fallback, int lowest,
-         int highest);
+int read(const WidgetSettings& settings, const QString& key, int fallback, int lowest, int highest);
 // A finite number of seconds, or nothing for an absent or unreadable value.
 std::optional<double> seconds(const WidgetSettings& settings, const QString& key);
 // A moment stored as seconds since 1970, or nothing for an absent, unreadable or absurd value.

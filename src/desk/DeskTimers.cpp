@@ -130,8 +130,8 @@ void DeskTimers::finishTimer(const WidgetInstance& instance, Heard heard) {
     }
     const WidgetSettings settings = settingsOf(instance);
     alarm(instance.id)
-        .start(soundOf(settings),
-               resolveAlarmLength(settings.value(QStringLiteral("alarm")), AlarmLength::tenSeconds));
+        .start(soundOf(settings), resolveAlarmLength(settings.value(QStringLiteral("alarm")),
+                                                     AlarmLength::tenSeconds));
     const TimerState state = TimerState::from(settings);
     tell(instance.id, L("timer.done.title", QStringLiteral("Time is up")),
          state.label.isEmpty()
@@ -144,9 +144,9 @@ void DeskTimers::finishPhase(const WidgetInstance& instance, Heard heard) {
     const PomodoroPlan plan = PomodoroPlan::from(settings);
     const PomodoroState state = PomodoroState::from(settings);
     // One missed while away moves on quietly and waits for the person.
-    const PomodoroState next =
-        state.advanced(plan, m_services.clock.now(), DeskSettings::flag(settings, QStringLiteral("auto")),
-                       heard == Heard::yes ? PomodoroState::ByHand::no : PomodoroState::ByHand::yes);
+    const PomodoroState next = state.advanced(
+        plan, m_services.clock.now(), DeskSettings::flag(settings, QStringLiteral("auto")),
+        heard == Heard::yes ? PomodoroState::ByHand::no : PomodoroState::ByHand::yes);
     write(instance.id, next.appliedTo(settings));
     if (heard == Heard::no) {
         return;
@@ -248,8 +248,8 @@ void DeskTimers::tell(const QUuid& id, const QString& title, const QString& body
 Alarm& DeskTimers::alarm(const QUuid& id) {
     auto found = m_alarms.find(id);
     if (found == m_alarms.end()) {
-        auto made = std::make_unique<Alarm>(m_services.scheduler, m_services.clock,
-                                            m_services.sounds);
+        auto made =
+            std::make_unique<Alarm>(m_services.scheduler, m_services.clock, m_services.sounds);
         connect(made.get(), &Alarm::ringingChanged, this, [this, id](bool ringing) {
             if (ringing) {
                 m_board.ringing.insert(id);

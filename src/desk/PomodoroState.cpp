@@ -108,7 +108,7 @@ PomodoroState PomodoroState::advanced(const PomodoroPlan& plan, const QDateTime&
     if (phase == PomodoroPhase::work) {
         next.completed += 1;
         next.phase = next.completed % plan.rounds == 0 ? PomodoroPhase::longBreak
-                                                         : PomodoroPhase::shortBreak;
+                                                       : PomodoroPhase::shortBreak;
     } else {
         next.phase = PomodoroPhase::work;
     }

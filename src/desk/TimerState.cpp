@@ -60,8 +60,8 @@ WidgetSettings TimerState::toggled(WidgetSettings settings, const QDateTime& now
     switch (state.phase(now)) {
     case Phase::idle:
     case Phase::paused:
-        settings.insert(endsKey, DeskSettings::fromMoment(now.addMSecs(static_cast<qint64>(
-                                     state.remaining(now) * 1000))));
+        settings.insert(endsKey, DeskSettings::fromMoment(now.addMSecs(
+                                     static_cast<qint64>(state.remaining(now) * 1000))));
         break;
     case Phase::running:
         settings.insert(pausedKey, DeskSettings::fromSeconds(state.remaining(now)));

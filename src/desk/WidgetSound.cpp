@@ -8,11 +8,12 @@ namespace tw {
 
 namespace {
 
-constexpr RawValues<WidgetSound, 7> raws(
-    {"none", "glass", "ping", "tink", "submarine", "hero", "purr"});
-constexpr std::array<const char*, 7> names{"", "Glass", "Ping", "Tink", "Submarine", "Hero", "Purr"};
-constexpr std::array<const char*, 7> labels{"None", "Glass", "Ping", "Tink", "Submarine", "Hero",
-                                            "Purr"};
+constexpr RawValues<WidgetSound, 7> raws({"none", "glass", "ping", "tink", "submarine", "hero",
+                                          "purr"});
+constexpr std::array<const char*, 7> names{"",          "Glass", "Ping", "Tink",
+                                           "Submarine", "Hero",  "Purr"};
+constexpr std::array<const char*, 7> labels{"None",      "Glass", "Ping", "Tink",
+                                            "Submarine", "Hero",  "Purr"};
 
 std::size_t index(WidgetSound sound) {
     return static_cast<std::size_t>(sound);

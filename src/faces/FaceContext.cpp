@@ -31,6 +31,7 @@ FaceContext FaceContext::sizedFor(const WidgetMetadata& kind,
     context.scale = instance.scale();
     context.points = instance.pixelSize();
     context.settings = instance.settings.value_or(WidgetSettings());
+    context.instanceID = instance.id;
     return context;
 }
 

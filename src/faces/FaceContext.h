@@ -3,6 +3,7 @@
 #pragma once
 
 #include "custom/CustomBoard.h"
+#include "desk/DeskBoard.h"
 #include "faces/GlassLook.h"
 #include "faces/SurfaceFlags.h"
 #include "look/Theme.h"
@@ -18,6 +19,7 @@
 #include <QMarginsF>
 #include <QSizeF>
 #include <QString>
+#include <QUuid>
 
 namespace tw {
 
@@ -59,6 +61,10 @@ struct FaceContext {
     // The custom widgets' definitions, sources and histories; null where none are known, and a
     // custom face then draws its loading state.
     const CustomBoard* custom = nullptr;
+    // Which timer tiles ring now; null where nothing rings (pictures, the gallery).
+    const DeskBoard* desk = nullptr;
+    // The instance drawn; null for a preview of a kind.
+    QUuid instanceID;
 
     // Size, scale and settings of one instance; the rest keeps its defaults for the host to fill.
     static FaceContext forInstance(const WidgetMetadata& metadata, const WidgetInstance& instance);

@@ -13,9 +13,12 @@
 #include "faces/GenericFace.h"
 #include "faces/MoonFace.h"
 #include "faces/NetworkFace.h"
+#include "faces/PomodoroFace.h"
 #include "faces/SensorsFace.h"
 #include "faces/SimpleClockFace.h"
+#include "faces/StopwatchFace.h"
 #include "faces/SystemFace.h"
+#include "faces/TimerFace.h"
 #include "faces/WeatherFace.h"
 #include "faces/WordClockFace.h"
 #include "faces/WorldClockFace.h"
@@ -35,6 +38,9 @@ FaceRegistry::FaceRegistry()
     add(QStringLiteral("dayprogress"), std::make_unique<DayProgressFace>());
     add(QStringLiteral("yearprogress"), std::make_unique<YearProgressFace>());
     add(QStringLiteral("countdown"), std::make_unique<CountdownFace>());
+    add(QStringLiteral("timer"), std::make_unique<TimerFace>());
+    add(QStringLiteral("pomodoro"), std::make_unique<PomodoroFace>());
+    add(QStringLiteral("stopwatch"), std::make_unique<StopwatchFace>());
     add(QStringLiteral("battery"), std::make_unique<BatteryFace>());
     add(QStringLiteral("network"), std::make_unique<NetworkFace>());
     add(QStringLiteral("disk"), std::make_unique<DiskFace>());

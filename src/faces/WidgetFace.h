@@ -1,6 +1,7 @@
 // The view of one widget kind: draws every size the kind allows from a FaceContext.
 #pragma once
 
+#include "desk/DeskAction.h"
 #include "model/WidgetInstance.h"
 #include "model/WidgetSize.h"
 #include "readings/ReadingFeed.h"
@@ -92,6 +93,16 @@ public:
         Q_UNUSED(before)
         Q_UNUSED(after)
         return rect;
+    }
+
+    // The control under `point` (both as given to paint) that a press works: a timer's start,
+    // pause or reset; nothing for a face without controls.
+    virtual std::optional<DeskAction> controlAt(const QRectF& rect, QPointF point,
+                                                const FaceContext& context) const {
+        Q_UNUSED(rect)
+        Q_UNUSED(point)
+        Q_UNUSED(context)
+        return std::nullopt;
     }
 };
 

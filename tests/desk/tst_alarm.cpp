@@ -22,10 +22,10 @@ private Q_SLOTS:
         QTest::newRow("once") << int(WidgetSound::glass) << int(AlarmLength::once) << 1 << 0;
         QTest::newRow("no sound never rings")
             << int(WidgetSound::none) << int(AlarmLength::untilStopped) << 0 << 0;
-        QTest::newRow("ten seconds") << int(WidgetSound::ping) << int(AlarmLength::tenSeconds)
-                                     << 8 << 9200;
-        QTest::newRow("thirty seconds") << int(WidgetSound::hero)
-                                        << int(AlarmLength::thirtySeconds) << 26 << 29900;
+        QTest::newRow("ten seconds")
+            << int(WidgetSound::ping) << int(AlarmLength::tenSeconds) << 8 << 9200;
+        QTest::newRow("thirty seconds")
+            << int(WidgetSound::hero) << int(AlarmLength::thirtySeconds) << 26 << 29900;
         QTest::newRow("until stopped ends after ten minutes")
             << int(WidgetSound::purr) << int(AlarmLength::untilStopped) << 521 << 599150;
     }

@@ -44,21 +44,29 @@ private Q_SLOTS:
         QTest::addColumn<double>("remaining");
         QTest::addColumn<int>("phase");
         using P = TimerState::Phase;
-        QTest::newRow("idle shows the full time") << "5" << "+30" << 300.0 << int(P::idle);
+        QTest::newRow("idle shows the full time") << "5"
+                                                  << "+30" << 300.0 << int(P::idle);
         QTest::newRow("pauses sum, the time away does not count")
-            << "5" << "toggle +60 toggle +30 toggle +60" << 180.0 << int(P::running);
-        QTest::newRow("paused stands still") << "5" << "toggle +90 toggle +500" << 210.0
-                                             << int(P::paused);
+            << "5"
+            << "toggle +60 toggle +30 toggle +60" << 180.0 << int(P::running);
+        QTest::newRow("paused stands still") << "5"
+                                             << "toggle +90 toggle +500" << 210.0 << int(P::paused);
         QTest::newRow("runs out and stays finished")
-            << "1" << "toggle +61 +3600" << 0.0 << int(P::finished);
+            << "1"
+            << "toggle +61 +3600" << 0.0 << int(P::finished);
         QTest::newRow("a press after the end goes back to idle")
-            << "1" << "toggle +61 toggle" << 60.0 << int(P::idle);
-        QTest::newRow("reset while running") << "10" << "toggle +5 reset" << 600.0 << int(P::idle);
-        QTest::newRow("a new length stops it") << "10" << "toggle +5 min:3" << 180.0
-                                               << int(P::idle);
-        QTest::newRow("minutes held to 1") << "0" << "" << 60.0 << int(P::idle);
-        QTest::newRow("minutes held to 120") << "999" << "" << 7200.0 << int(P::idle);
-        QTest::newRow("unreadable minutes are 5") << "five" << "" << 300.0 << int(P::idle);
+            << "1"
+            << "toggle +61 toggle" << 60.0 << int(P::idle);
+        QTest::newRow("reset while running") << "10"
+                                             << "toggle +5 reset" << 600.0 << int(P::idle);
+        QTest::newRow("a new length stops it") << "10"
+                                               << "toggle +5 min:3" << 180.0 << int(P::idle);
+        QTest::newRow("minutes held to 1") << "0"
+                                           << "" << 60.0 << int(P::idle);
+        QTest::newRow("minutes held to 120") << "999"
+                                             << "" << 7200.0 << int(P::idle);
+        QTest::newRow("unreadable minutes are 5") << "five"
+                                                  << "" << 300.0 << int(P::idle);
     }
     void timer() {
         QFETCH(double, remaining);
@@ -88,22 +96,26 @@ private Q_SLOTS:
         QTest::addColumn<int>("phase");
         QTest::addColumn<double>("remaining");
         using P = TimerState::Phase;
-        QTest::newRow("end far off") << "endsAt" << "1e300" << int(P::idle) << 300.0;
-        QTest::newRow("end not a number") << "endsAt" << "nan" << int(P::idle) << 300.0;
-        QTest::newRow("end before 1970") << "endsAt" << "-5" << int(P::idle) << 300.0;
-        QTest::newRow("paused longer than the timer") << "paused" << "9999" << int(P::paused)
-                                                      << 300.0;
-        QTest::newRow("paused below zero") << "paused" << "-3" << int(P::paused) << 0.0;
-        QTest::newRow("paused unreadable") << "paused" << "x" << int(P::idle) << 300.0;
+        QTest::newRow("end far off") << "endsAt"
+                                     << "1e300" << int(P::idle) << 300.0;
+        QTest::newRow("end not a number") << "endsAt"
+                                          << "nan" << int(P::idle) << 300.0;
+        QTest::newRow("end before 1970") << "endsAt"
+                                         << "-5" << int(P::idle) << 300.0;
+        QTest::newRow("paused longer than the timer") << "paused"
+                                                      << "9999" << int(P::paused) << 300.0;
+        QTest::newRow("paused below zero") << "paused"
+                                           << "-3" << int(P::paused) << 0.0;
+        QTest::newRow("paused unreadable") << "paused"
+                                           << "x" << int(P::idle) << 300.0;
     }
     void timerStoredValues() {
         QFETCH(QString, key);
         QFETCH(QString, value);
         QFETCH(int, phase);
         QFETCH(double, remaining);
-        const TimerState state =
-            TimerState::from(settingsOf(QStringLiteral("minutes=5 ") + key +
-                                        QLatin1Char('=') + value));
+        const TimerState state = TimerState::from(
+            settingsOf(QStringLiteral("minutes=5 ") + key + QLatin1Char('=') + value));
         const QDateTime now = ManualClock().now();
         QCOMPARE(int(state.phase(now)), phase);
         QCOMPARE(state.remaining(now), remaining);
@@ -115,12 +127,11 @@ private Q_SLOTS:
         QTest::addColumn<bool>("autoContinues");
         QTest::addColumn<bool>("byHand");
         QTest::addColumn<QString>("phases");
-        QTest::newRow("rounds of 2") << 2 << false << false
-                                     << "shortBreak work longBreak work shortBreak";
-        QTest::newRow("rounds of 4") << 4 << false << false
-                                     << "shortBreak work shortBreak work shortBreak work longBreak";
-        QTest::newRow("auto goes on") << 2 << true << false
-                                      << "shortBreak* work* longBreak* work*";
+        QTest::newRow("rounds of 2")
+            << 2 << false << false << "shortBreak work longBreak work shortBreak";
+        QTest::newRow("rounds of 4")
+            << 4 << false << false << "shortBreak work shortBreak work shortBreak work longBreak";
+        QTest::newRow("auto goes on") << 2 << true << false << "shortBreak* work* longBreak* work*";
         QTest::newRow("by hand never starts by itself")
             << 2 << true << true << "shortBreak work longBreak work";
     }
@@ -138,8 +149,7 @@ private Q_SLOTS:
             state = PomodoroState::from(
                 state
                     .advanced(plan, clock.now(), autoContinues,
-                              byHand ? PomodoroState::ByHand::yes
-                                                   : PomodoroState::ByHand::no)
+                              byHand ? PomodoroState::ByHand::yes : PomodoroState::ByHand::no)
                     .appliedTo({{QStringLiteral("rounds"), QString::number(rounds)}}));
             seen << rawValue(state.phase) + (state.isRunning() ? QStringLiteral("*") : QString());
             if (state.endsAt) {
@@ -156,12 +166,16 @@ private Q_SLOTS:
         QTest::addColumn<QString>("stored");
         QTest::addColumn<QString>("expected");
         // phase, rounds done, work minutes, rounds, seconds left (-1: none)
-        QTest::newRow("defaults") << "" << "work 0 25 4 -1";
-        QTest::newRow("plan clamped") << "work=500 rounds=1" << "work 0 120 2 -1";
-        QTest::newRow("unreadable plan") << "work=x rounds=" << "work 0 25 4 -1";
-        QTest::newRow("remainder held to the phase")
-            << "pomoPhase=shortBreak pomoLeft=9999" << "shortBreak 0 25 4 300";
-        QTest::newRow("unknown phase") << "pomoPhase=nap pomoDone=-4" << "work 0 25 4 -1";
+        QTest::newRow("defaults") << ""
+                                  << "work 0 25 4 -1";
+        QTest::newRow("plan clamped") << "work=500 rounds=1"
+                                      << "work 0 120 2 -1";
+        QTest::newRow("unreadable plan") << "work=x rounds="
+                                         << "work 0 25 4 -1";
+        QTest::newRow("remainder held to the phase") << "pomoPhase=shortBreak pomoLeft=9999"
+                                                     << "shortBreak 0 25 4 300";
+        QTest::newRow("unknown phase") << "pomoPhase=nap pomoDone=-4"
+                                       << "work 0 25 4 -1";
     }
     void pomodoroStoredValues() {
         QFETCH(QString, stored);

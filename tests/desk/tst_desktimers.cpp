@@ -35,12 +35,11 @@ struct Fixture {
         return grid.addFree(QLatin1String(kind), std::nullopt, settings)->id;
     }
     void start() {
-        desk = std::make_unique<DeskTimers>(DeskTimers::Services{
-            .grid = grid,
-            .clock = clock,
-            .scheduler = scheduler,
-            .sounds = sounds,
-            .notifications = &notifications});
+        desk = std::make_unique<DeskTimers>(DeskTimers::Services{.grid = grid,
+                                                                 .clock = clock,
+                                                                 .scheduler = scheduler,
+                                                                 .sounds = sounds,
+                                                                 .notifications = &notifications});
     }
     WidgetSettings settings(const QUuid& id) const {
         return grid.instance(id)->settings.value_or(WidgetSettings());
@@ -58,8 +57,9 @@ private Q_SLOTS:
         Fixture f;
         const QString past = DeskSettings::fromMoment(f.clock.now().addSecs(-90));
         const QUuid timer = f.add("timer", {{QStringLiteral("endsAt"), past}});
-        const QUuid pomodoro = f.add(
-            "pomodoro", {{QStringLiteral("pomoEnds"), past}, {QStringLiteral("auto"), QStringLiteral("true")}});
+        const QUuid pomodoro =
+            f.add("pomodoro", {{QStringLiteral("pomoEnds"), past},
+                               {QStringLiteral("auto"), QStringLiteral("true")}});
         f.start();
         f.scheduler.advance(1h);
         QCOMPARE(TimerState::from(f.settings(timer)).phase(f.clock.now()),
@@ -83,9 +83,10 @@ private Q_SLOTS:
     void endsWhileRunning() {
         QFETCH(bool, inView);
         Fixture f;
-        const QUuid id = f.add("timer", {{QStringLiteral("minutes"), QStringLiteral("2")},
-                                         {QStringLiteral("sound"), QStringLiteral("hero")},
-                                         {QStringLiteral("alarm"), QStringLiteral("untilStopped")}});
+        const QUuid id =
+            f.add("timer", {{QStringLiteral("minutes"), QStringLiteral("2")},
+                            {QStringLiteral("sound"), QStringLiteral("hero")},
+                            {QStringLiteral("alarm"), QStringLiteral("untilStopped")}});
         f.start();
         f.desk->setInView([inView](const QUuid&) { return inView; });
         f.desk->act(id, {});

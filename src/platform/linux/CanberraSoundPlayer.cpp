@@ -2,9 +2,8 @@
 
 #include <QLoggingCategory>
 
-#include <canberra.h>
-
 #include <algorithm>
+#include <canberra.h>
 #include <cmath>
 
 namespace tw {
@@ -25,9 +24,12 @@ CanberraSoundPlayer::~CanberraSoundPlayer() {
 
 QString CanberraSoundPlayer::eventId(const QString& name) {
     static const std::pair<const char*, const char*> table[] = {
-        {"Glass", "complete"},     {"Ping", "message-new-instant"},
-        {"Tink", "message"},       {"Submarine", "phone-incoming-call"},
-        {"Hero", "alarm-clock-elapsed"}, {"Purr", "bell"},
+        {"Glass", "complete"},
+        {"Ping", "message-new-instant"},
+        {"Tink", "message"},
+        {"Submarine", "phone-incoming-call"},
+        {"Hero", "alarm-clock-elapsed"},
+        {"Purr", "bell"},
     };
     for (const auto& [ours, theirs] : table) {
         if (name == QLatin1String(ours)) {
@@ -62,10 +64,10 @@ void CanberraSoundPlayer::play(const QString& name, double volume) {
     }
     const QByteArray event = eventId(name).toUtf8();
     const QByteArray gain = QByteArray::number(decibels(volume), 'f', 2);
-    const int error = ca_context_play(m_context, 0, CA_PROP_EVENT_ID, event.constData(),
-                                      CA_PROP_CANBERRA_VOLUME, gain.constData(),
-                                      CA_PROP_CANBERRA_CACHE_CONTROL, "volatile",
-                                      static_cast<const char*>(nullptr));
+    const int error =
+        ca_context_play(m_context, 0, CA_PROP_EVENT_ID, event.constData(), CA_PROP_CANBERRA_VOLUME,
+                        gain.constData(), CA_PROP_CANBERRA_CACHE_CONTROL, "volatile",
+                        static_cast<const char*>(nullptr));
     if (error != CA_SUCCESS) {
         qCWarning(lcSound, "sound %s not played: %s", event.constData(), ca_strerror(error));
     }
