@@ -101,6 +101,91 @@ WidgetOption batteryStyle() {
 }
 
 // Where the machine is, or a city; the sky faces use it for rise and set too.
+// A sound of the timers; the words are those of their sound list.
+WidgetOption sound(const QString& fallback) {
+    const auto choice = [](const char* value, const char* key, const char* title) {
+        return WidgetOption::Choice{QLatin1String(value), L(key, QLatin1String(title))};
+    };
+    return {.key = QStringLiteral("sound"),
+            .title = L("option.sound", QStringLiteral("Sound")),
+            .type = Type::choice,
+            .choices = {choice("none", "sound.none", "None"),
+                        choice("glass", "sound.glass", "Glass"),
+                        choice("ping", "sound.ping", "Ping"), choice("tink", "sound.tink", "Tink"),
+                        choice("submarine", "sound.submarine", "Submarine"),
+                        choice("hero", "sound.hero", "Hero"), choice("purr", "sound.purr", "Purr")},
+            .defaultValue = fallback};
+}
+
+// Whole minutes from `values`, "N min" each.
+WidgetOption minutes(const char* key, const QString& title, QList<int> values, int fallback) {
+    QList<WidgetOption::Choice> choices;
+    for (const int value : values) {
+        choices.append(
+            {QString::number(value), L("option.minutes.n", QStringLiteral("%1 min")).arg(value)});
+    }
+    return {.key = QLatin1String(key),
+            .title = title,
+            .type = Type::choice,
+            .choices = choices,
+            .defaultValue = QString::number(fallback)};
+}
+
+WidgetOption toggle(const char* key, const QString& title, const char* fallback) {
+    return {.key = QLatin1String(key),
+            .title = title,
+            .type = Type::toggle,
+            .choices = {},
+            .defaultValue = QLatin1String(fallback)};
+}
+
+QList<WidgetOption> timerOptions() {
+    return {
+        minutes("minutes", L("option.timer.minutes", QStringLiteral("Length")),
+                {1, 2, 3, 5, 10, 15, 20, 25, 30, 45, 60, 90, 120}, 5),
+        text(QStringLiteral("label"), L("option.timer.label", QStringLiteral("Label"))),
+        sound(QStringLiteral("glass")),
+        {.key = QStringLiteral("alarm"),
+         .title = L("option.alarm", QStringLiteral("Rings")),
+         .type = Type::choice,
+         .choices = {{QStringLiteral("once"), L("alarm.once", QStringLiteral("Once"))},
+                     {QStringLiteral("tenSeconds"), L("alarm.10s", QStringLiteral("10 seconds"))},
+                     {QStringLiteral("thirtySeconds"),
+                      L("alarm.30s", QStringLiteral("30 seconds"))},
+                     {QStringLiteral("untilStopped"),
+                      L("alarm.until", QStringLiteral("Until I stop it"))}},
+         .defaultValue = QStringLiteral("tenSeconds")}};
+}
+
+QList<WidgetOption> pomodoroOptions() {
+    QList<WidgetOption::Choice> rounds;
+    for (int n = 2; n <= 8; ++n) {
+        rounds.append({QString::number(n), QString::number(n)});
+    }
+    return {
+        minutes("work", L("option.pomodoro.work", QStringLiteral("Focus")),
+                {15, 20, 25, 30, 40, 45, 50, 60, 90}, 25),
+        minutes("short", L("option.pomodoro.short", QStringLiteral("Short break")), {3, 5, 10, 15},
+                5),
+        minutes("long", L("option.pomodoro.long", QStringLiteral("Long break")),
+                {10, 15, 20, 25, 30}, 15),
+        {.key = QStringLiteral("rounds"),
+         .title = L("option.pomodoro.rounds", QStringLiteral("Focus rounds before the long break")),
+         .type = Type::choice,
+         .choices = rounds,
+         .defaultValue = QStringLiteral("4")},
+        toggle("auto", L("option.pomodoro.auto", QStringLiteral("Start the next phase by itself")),
+               "false"),
+        sound(QStringLiteral("glass"))};
+}
+
+QList<WidgetOption> stopwatchOptions() {
+    return {toggle("hundredths",
+                   L("option.stopwatch.hundredths", QStringLiteral("Hundredths when stopped")),
+                   "false"),
+            toggle("laps", L("option.stopwatch.laps", QStringLiteral("Laps")), "true")};
+}
+
 WidgetOption place() {
     return {
         .key = QStringLiteral("location"),
@@ -176,6 +261,15 @@ QList<WidgetOption> WidgetOption::of(const QString& kind) {
                  .type = Type::date,
                  .choices = {},
                  .defaultValue = {}}};
+    }
+    if (kind == QLatin1String("timer")) {
+        return timerOptions();
+    }
+    if (kind == QLatin1String("pomodoro")) {
+        return pomodoroOptions();
+    }
+    if (kind == QLatin1String("stopwatch")) {
+        return stopwatchOptions();
     }
     if (kind == QLatin1String("battery")) {
         return {batteryStyle()};
