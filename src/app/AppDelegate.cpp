@@ -10,6 +10,7 @@
 #include "config/GalleryView.h"
 #include "custom/CustomWidgetRuntime.h"
 #include "custom/CustomWidgetStore.h"
+#include "desk/DeskTimers.h"
 #include "desktop/DesktopController.h"
 #include "desktop/DesktopGeometry.h"
 #include "desktop/DesktopWallpaper.h"
@@ -90,6 +91,7 @@ AppDelegate::~AppDelegate() {
     m_status.reset();
     m_controller.reset();
     m_configWindow.reset();
+    m_desk.reset();
 }
 
 void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> instance) {
@@ -177,6 +179,13 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .displays = m_platform.displays.get(),
         .customHealth = m_customWidgets.get(),
     });
+    m_desk = std::make_unique<DeskTimers>(DeskTimers::Services{
+        .grid = *m_grid,
+        .clock = m_clocks.system,
+        .scheduler = *m_scheduler,
+        .sounds = *m_platform.sounds,
+        .notifications = m_platform.notifications.get(),
+    });
     m_watcher = std::make_unique<ScreenTopologyWatcher>(*m_platform.displays, *m_scheduler);
     m_memory = std::make_unique<TopologyMemory>(*m_watcher, m_clocks.system);
     rememberGridSaves(*m_grid, *m_memory, *m_platform.displays);
@@ -221,7 +230,10 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .readings = m_readings.get(),
         .weather = m_weather.get(),
         .custom = m_custom.get(),
+        .desk = m_desk.get(),
     });
+    // A timer that ends where nobody sees it says so in a notification.
+    m_desk->setInView([this](const QUuid& id) { return m_controller->isInView(id); });
     m_controller->widgetSettingsOpener = [this](const QUuid& id) {
         showConfigWindow(ConfigSelection{.widget = id});
     };

@@ -35,6 +35,7 @@ class MinuteCoordinator;
 class PowerWatcher;
 class QtHttpClient;
 class CustomWidgetRuntime;
+class DeskTimers;
 class QtScheduler;
 class Readings;
 class ScreenTopologyWatcher;
@@ -126,6 +127,8 @@ private:
     std::unique_ptr<AppEnergyMeter> m_energy;
     std::unique_ptr<MinuteCoordinator> m_minutes;
     std::unique_ptr<GridStore> m_grid;
+    // The timers' ends and alarms, over the grid; before the desktop, which shows them.
+    std::unique_ptr<DeskTimers> m_desk;
     std::unique_ptr<ScreenTopologyWatcher> m_watcher;
     std::unique_ptr<TopologyMemory> m_memory;
     std::unique_ptr<LockScreenController> m_lockScreen;

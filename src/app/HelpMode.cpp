@@ -85,6 +85,7 @@ Environment:
                                public services (forecast, geocoding, air-quality, ipapi,
                                ipwho, ipinfo), and a custom widget's addresses to
                                URL/web/<host><path>, for tests against a local server
+  TKW_SILENT=1                 play no sound: a timer ends without ringing
 %3
 Exit status: 0 on success; 1 when a mode fails or no display can be opened.
 )";

@@ -164,7 +164,7 @@ void DeskTimers::finishPhase(const WidgetInstance& instance, Heard heard) {
                  .arg(qRound(plan.seconds(next.phase) / 60)));
 }
 
-void DeskTimers::act(const QUuid& id, const DeskAction& action) {
+void DeskTimers::press(const QUuid& id, const std::optional<DeskAction>& control) {
     const auto instance = m_services.grid.instance(id);
     if (!instance || !isDeskKind(instance->kind)) {
         return;
@@ -173,6 +173,10 @@ void DeskTimers::act(const QUuid& id, const DeskAction& action) {
         stopAlarm(id);
         return;
     }
+    if (!control) {
+        return;
+    }
+    const DeskAction action = *control;
     const QDateTime now = m_services.clock.now();
     const WidgetSettings settings = settingsOf(*instance);
     using Kind = DeskAction::Kind;

@@ -51,8 +51,9 @@ public:
     // Whether a person can see the tile now; without it every tile counts as seen.
     void setInView(std::function<bool(const QUuid&)> inView);
 
-    // A press on a control of the tile. Any press on a ringing tile only stops its alarm.
-    void act(const QUuid& id, const DeskAction& action);
+    // A press on the tile, on one of its controls or beside them. Any press on a ringing tile
+    // only stops its alarm.
+    void press(const QUuid& id, const std::optional<DeskAction>& control);
 
     const DeskBoard& board() const { return m_board; }
 

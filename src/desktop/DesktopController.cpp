@@ -1,6 +1,7 @@
 #include "desktop/DesktopController.h"
 
 #include "custom/CustomWidgetRuntime.h"
+#include "desk/DeskTimers.h"
 #include "desktop/PanelContextMenu.h"
 #include "faces/ActivityFace.h"
 #include "faces/FaceRegistry.h"
@@ -55,6 +56,7 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
                  .readings = services.readings ? &services.readings->board() : nullptr,
                  .weather = services.weather ? &services.weather->board() : nullptr,
                  .custom = services.custom ? &services.custom->board() : nullptr,
+                 .desk = services.desk ? &services.desk->board() : nullptr,
                  .scheduler = &services.scheduler,
                  .clock = &services.clock})
     , m_follower({.displays = services.displays,
@@ -122,6 +124,16 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
             }
             if (feedsChanged) {
                 updateDemand();
+            }
+        });
+    }
+    if (DeskTimers* desk = m_services.desk) {
+        // A ringing timer flashes; one that falls silent stops.
+        connect(desk, &DeskTimers::boardChanged, this, [this] {
+            for (auto& [id, tile] : m_tiles) {
+                if (DeskTimers::isDeskKind(tile.instance.kind) && tile.panel->isVisible()) {
+                    tile.panel->contentChanged();
+                }
             }
         });
     }
@@ -441,6 +453,12 @@ void DesktopController::handleDragEnded(const QUuid& draggedID) {
     }
 }
 
+bool DesktopController::isInView(const QUuid& id) const {
+    const auto found = m_tiles.find(id);
+    return m_isVisible && found != m_tiles.end() && found->second.panel->isVisible() &&
+           !found->second.state->occluded();
+}
+
 bool DesktopController::handlePlainClick(const QUuid& id, QPointF point) {
     const auto instance = m_services.grid.instance(id);
     if (!instance) {
@@ -462,6 +480,12 @@ bool DesktopController::handlePlainClick(const QUuid& id, QPointF point) {
         m_services.faces.face(instance->kind)
             .opensSettingsOnClick(shown->second.panel->context())) {
         widgetSettingsOpener(id);
+        return true;
+    }
+    // A timer's controls are on its tile; any press on a ringing one silences it.
+    if (shown != m_tiles.end() && m_services.desk != nullptr &&
+        DeskTimers::isDeskKind(instance->kind)) {
+        m_services.desk->press(id, shown->second.panel->spotAt(point).control);
         return true;
     }
     // A link the face shows opens in the browser; only a web page, whatever the face says.

@@ -34,6 +34,7 @@ class AppSettings;
 class Clock;
 class ColorSchemeWatcher;
 class CustomWidgetRuntime;
+class DeskTimers;
 class DesktopWindowing;
 class Displays;
 class FaceRegistry;
@@ -86,6 +87,8 @@ public:
         // What feeds custom widgets, driven on the tick for the custom tiles in view; without it
         // custom faces show their loading state.
         CustomWidgetRuntime* custom = nullptr;
+        // The timers' ends, alarms and controls; without it their controls do nothing.
+        DeskTimers* desk = nullptr;
     };
 
     static constexpr std::chrono::milliseconds occlusionDebounce{150};
@@ -98,6 +101,8 @@ public:
     void hide();
     void toggle();
     bool isVisible() const { return m_isVisible; }
+    // Whether a person can see the tile now: on the desktop shown and not covered.
+    bool isInView(const QUuid& id) const;
     // Marks the desktop visible without showing anything yet: the first sync shows the panels.
     void setVisibleFlag(bool visible) { m_isVisible = visible; }
 

@@ -53,6 +53,7 @@ void TileContent::refresh(DesktopTile& tile) const {
     context.readings = m_services.readings;
     context.weather = m_services.weather;
     context.custom = m_services.custom;
+    context.desk = m_services.desk;
     tile.feeds = feedsOf(tile, face, context.settings);
     tile.showsWeather = face.showsWeather(context.settings);
 

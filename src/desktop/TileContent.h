@@ -22,6 +22,7 @@ class SymbolProvider;
 class TickCoordinator;
 class WidgetRegistry;
 struct CustomBoard;
+struct DeskBoard;
 struct ReadingsBoard;
 struct WeatherBoard;
 struct DesktopTile;
@@ -46,6 +47,8 @@ public:
         // The custom widgets' definitions and data; without it custom faces show their loading
         // state.
         const CustomBoard* custom = nullptr;
+        // Which timers ring; without it none flashes.
+        const DeskBoard* desk = nullptr;
         // What runs animated scenes; without them every scene stands still.
         Scheduler* scheduler = nullptr;
         const Clock* clock = nullptr;

@@ -157,9 +157,9 @@ QList<Control> PomodoroFace::controls(const QRectF& rect, const FaceContext& con
     return out;
 }
 
-std::optional<DeskAction> PomodoroFace::controlAt(const QRectF& rect, QPointF point,
-                                                  const FaceContext& context) const {
-    return TimerKit::hit(controls(rect, context), point);
+WidgetFace::Spot PomodoroFace::spotAt(const QRectF& rect, QPointF point,
+                                      const FaceContext& context) const {
+    return TimerKit::spotAt(controls(rect, context), point);
 }
 
 void PomodoroFace::paint(QPainter& painter, const QRectF& rect, const FaceContext& context) const {

@@ -13,8 +13,7 @@ class PomodoroFace final : public WidgetFace {
 public:
     std::optional<TimeGrain> grain(WidgetSize size, const WidgetSettings& settings) const override;
     void paint(QPainter& painter, const QRectF& rect, const FaceContext& context) const override;
-    std::optional<DeskAction> controlAt(const QRectF& rect, QPointF point,
-                                        const FaceContext& context) const override;
+    Spot spotAt(const QRectF& rect, QPointF point, const FaceContext& context) const override;
 
     static QList<TimerKit::Control> controls(const QRectF& rect, const FaceContext& context);
     // Tomato red for work, green for the short break, blue for the long one.

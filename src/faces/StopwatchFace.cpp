@@ -54,10 +54,7 @@ QString status(const Shown& s) {
 } // namespace
 
 std::optional<TimeGrain> StopwatchFace::grain(WidgetSize, const WidgetSettings& settings) const {
-    if (settings.contains(QStringLiteral("swAnchor"))) {
-        return TimeGrain::Seconds;
-    }
-    return std::nullopt;
+    return settings.contains(QStringLiteral("swAnchor")) ? TimeGrain::Seconds : TimeGrain::Minutes;
 }
 
 QList<Control> StopwatchFace::controls(const QRectF& rect, const FaceContext& context) {
@@ -113,9 +110,9 @@ QList<Control> StopwatchFace::controls(const QRectF& rect, const FaceContext& co
     return out;
 }
 
-std::optional<DeskAction> StopwatchFace::controlAt(const QRectF& rect, QPointF point,
-                                                   const FaceContext& context) const {
-    return TimerKit::hit(controls(rect, context), point);
+WidgetFace::Spot StopwatchFace::spotAt(const QRectF& rect, QPointF point,
+                                       const FaceContext& context) const {
+    return TimerKit::spotAt(controls(rect, context), point);
 }
 
 void StopwatchFace::paint(QPainter& painter, const QRectF& rect, const FaceContext& context) const {

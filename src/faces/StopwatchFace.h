@@ -12,8 +12,7 @@ class StopwatchFace final : public WidgetFace {
 public:
     std::optional<TimeGrain> grain(WidgetSize size, const WidgetSettings& settings) const override;
     void paint(QPainter& painter, const QRectF& rect, const FaceContext& context) const override;
-    std::optional<DeskAction> controlAt(const QRectF& rect, QPointF point,
-                                        const FaceContext& context) const override;
+    Spot spotAt(const QRectF& rect, QPointF point, const FaceContext& context) const override;
 
     static QList<TimerKit::Control> controls(const QRectF& rect, const FaceContext& context);
 };

@@ -119,6 +119,16 @@ std::optional<TimeGrain> TimerFace::grain(WidgetSize, const WidgetSettings& sett
     return settings.contains(QStringLiteral("endsAt")) ? TimeGrain::Seconds : TimeGrain::Minutes;
 }
 
+QRectF TimerFace::changedRect(const QRectF& rect, const FaceContext& context,
+                              const QDateTime& before, const QDateTime& after) const {
+    const auto end = TimerState::from(context.settings).endsAt;
+    if (end && before.isValid() && *end <= before && *end <= after &&
+        !TimerKit::isRinging(context)) {
+        return {};
+    }
+    return rect;
+}
+
 QList<Control> TimerFace::controls(const QRectF& rect, const FaceContext& context) {
     const Shown s = shown(context);
     const DeskAction toggle{Kind::toggle};
@@ -182,9 +192,9 @@ QList<Control> TimerFace::controls(const QRectF& rect, const FaceContext& contex
     return out;
 }
 
-std::optional<DeskAction> TimerFace::controlAt(const QRectF& rect, QPointF point,
-                                               const FaceContext& context) const {
-    return TimerKit::hit(controls(rect, context), point);
+WidgetFace::Spot TimerFace::spotAt(const QRectF& rect, QPointF point,
+                                   const FaceContext& context) const {
+    return TimerKit::spotAt(controls(rect, context), point);
 }
 
 void TimerFace::paint(QPainter& painter, const QRectF& rect, const FaceContext& context) const {

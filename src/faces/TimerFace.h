@@ -12,8 +12,10 @@ class TimerFace final : public WidgetFace {
 public:
     std::optional<TimeGrain> grain(WidgetSize size, const WidgetSettings& settings) const override;
     void paint(QPainter& painter, const QRectF& rect, const FaceContext& context) const override;
-    std::optional<DeskAction> controlAt(const QRectF& rect, QPointF point,
-                                        const FaceContext& context) const override;
+    Spot spotAt(const QRectF& rect, QPointF point, const FaceContext& context) const override;
+    // Nothing, between two moments after the end of a timer that no longer rings.
+    QRectF changedRect(const QRectF& rect, const FaceContext& context, const QDateTime& before,
+                       const QDateTime& after) const override;
 
     // The controls as the face lays them out in `rect` now.
     static QList<TimerKit::Control> controls(const QRectF& rect, const FaceContext& context);

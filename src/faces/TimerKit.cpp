@@ -3,6 +3,7 @@
 #include "desk/DeskBoard.h"
 #include "faces/FaceContext.h"
 #include "faces/FaceKit.h"
+#include "text/L.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -84,6 +85,27 @@ void drawGlyph(QPainter& painter, Glyph glyph, const QRectF& box, const QColor& 
     painter.restore();
 }
 
+// Buttons only: the areas that are the whole dial would put a word under every resting pointer.
+QString help(const Control& control) {
+    switch (control.glyph) {
+    case Glyph::none:
+        return control.text.isEmpty() ? QString()
+                                      : L("timer.help.minutes", QStringLiteral("%1 minutes"))
+                                            .arg(control.action.minutes);
+    case Glyph::play:
+        return L("timer.help.start", QStringLiteral("Start"));
+    case Glyph::pause:
+        return L("timer.help.pause", QStringLiteral("Pause"));
+    case Glyph::reset:
+        return L("timer.help.reset", QStringLiteral("Reset"));
+    case Glyph::skip:
+        return L("timer.help.skip", QStringLiteral("Next phase"));
+    case Glyph::lap:
+        return L("timer.help.lap", QStringLiteral("Lap"));
+    }
+    return {};
+}
+
 } // namespace
 
 Control Control::button(DeskAction action, const QRectF& rect, Glyph glyph) {
@@ -111,13 +133,13 @@ Control Control::area(DeskAction action, const QRectF& rect) {
     return button(action, rect, Glyph::none);
 }
 
-std::optional<DeskAction> hit(const QList<Control>& controls, QPointF point) {
+WidgetFace::Spot spotAt(const QList<Control>& controls, QPointF point) {
     for (const Control& control : controls) {
         if (control.rect.contains(point)) {
-            return control.action;
+            return {.link = std::nullopt, .help = help(control), .control = control.action};
         }
     }
-    return std::nullopt;
+    return {};
 }
 
 void draw(QPainter& painter, const FaceContext& context, const QList<Control>& controls,

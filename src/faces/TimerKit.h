@@ -3,6 +3,7 @@
 #pragma once
 
 #include "desk/DeskAction.h"
+#include "faces/WidgetFace.h"
 
 #include <QColor>
 #include <QList>
@@ -43,8 +44,9 @@ struct Control {
     static Control area(DeskAction action, const QRectF& rect);
 };
 
-// The control under `point`, the first listed winning; nothing outside them all.
-std::optional<DeskAction> hit(const QList<Control>& controls, QPointF point);
+// The control under `point`, the first listed winning, with a word on what a button does; nothing
+// outside them all.
+WidgetFace::Spot spotAt(const QList<Control>& controls, QPointF point);
 // Draws every control that has a glyph or a text; an area with neither is only a place to press.
 void draw(QPainter& painter, const FaceContext& context, const QList<Control>& controls,
           const QColor& tint);

@@ -27,6 +27,8 @@ public:
     struct Spot {
         std::optional<QUrl> link;
         QString help;
+        // A control of the tile's own that a press there works (a timer's start or reset).
+        std::optional<DeskAction> control;
     };
 
     virtual ~WidgetFace() = default;
@@ -93,16 +95,6 @@ public:
         Q_UNUSED(before)
         Q_UNUSED(after)
         return rect;
-    }
-
-    // The control under `point` (both as given to paint) that a press works: a timer's start,
-    // pause or reset; nothing for a face without controls.
-    virtual std::optional<DeskAction> controlAt(const QRectF& rect, QPointF point,
-                                                const FaceContext& context) const {
-        Q_UNUSED(rect)
-        Q_UNUSED(point)
-        Q_UNUSED(context)
-        return std::nullopt;
     }
 };
 

@@ -89,7 +89,7 @@ private Q_SLOTS:
                             {QStringLiteral("alarm"), QStringLiteral("untilStopped")}});
         f.start();
         f.desk->setInView([inView](const QUuid&) { return inView; });
-        f.desk->act(id, {});
+        f.desk->press(id, DeskAction{});
         f.scheduler.advance(119s);
         QVERIFY(f.sounds.played().isEmpty());
         f.scheduler.advance(2s);
@@ -98,13 +98,13 @@ private Q_SLOTS:
         QCOMPARE(f.notifications.shown().size(), inView ? 0 : 1);
         f.scheduler.advance(10s);
         const WidgetSettings finished = f.settings(id);
-        f.desk->act(id, {});
+        f.desk->press(id, DeskAction{});
         QVERIFY(!f.desk->board().isRinging(id));
         QCOMPARE(f.settings(id), finished);
         const auto plays = f.sounds.played().size();
         f.scheduler.advance(1h);
         QCOMPARE(f.sounds.played().size(), plays);
-        f.desk->act(id, {});
+        f.desk->press(id, DeskAction{});
         QCOMPARE(TimerState::from(f.settings(id)).phase(f.clock.now()), TimerState::Phase::idle);
     }
 
@@ -117,7 +117,7 @@ private Q_SLOTS:
                                             {QStringLiteral("rounds"), QStringLiteral("2")},
                                             {QStringLiteral("auto"), QStringLiteral("true")}});
         f.start();
-        f.desk->act(id, {});
+        f.desk->press(id, DeskAction{});
         f.scheduler.advance(121s);
         PomodoroState state = PomodoroState::from(f.settings(id));
         QCOMPARE(state.phase, PomodoroPhase::shortBreak);
@@ -125,7 +125,7 @@ private Q_SLOTS:
         f.scheduler.advance(60s);
         QCOMPARE(PomodoroState::from(f.settings(id)).phase, PomodoroPhase::work);
         QCOMPARE(f.sounds.played(), QStringList(2, QStringLiteral("Glass")));
-        f.desk->act(id, {.kind = DeskAction::Kind::skip});
+        f.desk->press(id, DeskAction{.kind = DeskAction::Kind::skip});
         state = PomodoroState::from(f.settings(id));
         QCOMPARE(state.phase, PomodoroPhase::longBreak);
         QVERIFY(!state.isRunning());

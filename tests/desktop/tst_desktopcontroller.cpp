@@ -81,7 +81,7 @@ public:
         if (!QRectF(rect.topLeft(), rect.size() / 2).contains(point)) {
             return {};
         }
-        return {m_link, QStringLiteral("help")};
+        return {m_link, QStringLiteral("help"), std::nullopt};
     }
 
 private:

@@ -15,6 +15,7 @@ import subprocess
 import sys
 import tempfile
 import threading
+import time
 import unittest
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
@@ -741,6 +742,45 @@ class WeatherTileTest(HostCase):
             self.assertTrue(self.session.wait_for(lambda: self.pixels(*rect) != before,
                                                   timeout=10), kind + " still shows it loading")
         self.screenshot("weather-tile.png")
+
+
+# The timer's colour once it has run out.
+TIMER_DONE = (255, 149, 0)
+
+
+class TimerTileTest(HostCase):
+    """A timer left running in grid.json goes on running in the host, runs out on the tile, and
+    the tile's own control answers: a press sets the finished timer back, the next starts it."""
+
+    panel_count = 1
+
+    def before_launch(self):
+        # Seconds since 1970, as the timer keeps its end; a little ahead, so that it ends here.
+        tile = {"id": "D0000000-0000-4000-8000-000000000007", "kind": "timer", "size": "small",
+                "order": 0, "page": 0, "col": 0, "row": 0, "posX": 300, "posY": 700,
+                "settings": {"minutes": "1", "alarm": "once",
+                             "endsAt": "%.3f" % (time.time() + 6)}}
+        with open(os.path.join(self.data_dir, "grid.json"), "w", encoding="utf-8") as f:
+            json.dump({"instances": [tile], "pageCount": 1}, f)
+
+    def shows_done(self, rect):
+        return any(abs(r - TIMER_DONE[0]) < 24 and abs(g - TIMER_DONE[1]) < 24 and b < 60
+                   for row in self.pixels(*rect) for r, g, b in row)
+
+    def test_runs_out_and_answers_presses(self):
+        timer = self.by_kind("timer")
+        rect = self.panel_of(timer)
+        self.assertFalse(self.shows_done(rect), "the timer shows finished before its end")
+        self.assertTrue(self.session.wait_for(lambda: self.shows_done(rect), timeout=20),
+                        "the timer never showed that it ran out")
+        self.screenshot("timer-done.png")
+        self.session.xdotool("mousemove", "--sync", *centre(rect))
+        self.session.xdotool("click", 1)
+        self.settle(lambda: "endsAt" not in self.by_kind("timer").get("settings", {}),
+                    "the press on the finished timer did not set it back")
+        self.session.xdotool("click", 1)
+        self.settle(lambda: "endsAt" in self.by_kind("timer").get("settings", {}),
+                    "the press on the idle timer did not start it")
 
 
 class CustomWidgetFileTest(HostCase):

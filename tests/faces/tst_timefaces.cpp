@@ -3,9 +3,11 @@
 // the year's progress over real calendar lengths, the world clock's offsets and round of cities,
 // and the countdown's lenient moments split into whole units.
 #include "TestRows.h"
+#include "desk/DeskSettings.h"
 #include "faces/ClockFace.h"
 #include "faces/CountdownFace.h"
 #include "faces/DayProgressFace.h"
+#include "faces/FaceContext.h"
 #include "faces/FaceRegistry.h"
 #include "faces/WordClockFace.h"
 #include "faces/WorldClockFace.h"
@@ -86,6 +88,12 @@ private Q_SLOTS:
         row("the air wakes no clock, woken by its weather", "airquality", WidgetSize::large, none,
             "none");
         row("moon", "moon", WidgetSize::small, none, "minutes");
+        row("an idle timer", "timer", WidgetSize::large, none, "minutes");
+        row("a running timer", "timer", WidgetSize::small,
+            WidgetSettings{{QStringLiteral("endsAt"), QStringLiteral("1")}}, "seconds");
+        row("a running pomodoro", "pomodoro", WidgetSize::wide,
+            WidgetSettings{{QStringLiteral("pomoEnds"), QStringLiteral("1")}}, "seconds");
+        row("a stopped stopwatch", "stopwatch", WidgetSize::small, none, "minutes");
         row("world map", "worldmap", WidgetSize::panorama, none, "minutes");
 
         row("a custom widget", "custom.0000", WidgetSize::large, none, "minutes");
@@ -254,6 +262,69 @@ private Q_SLOTS:
                   .arg(p.seconds)
                   .arg(p.passed ? QStringLiteral(" ago") : QString()),
               "parts");
+    }
+
+    // Which control a press at a point of the face (as fractions of it) works; "none" beside them.
+    void timerControls_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<WidgetSize>("size");
+        QTest::addColumn<QString>("state");
+        QTest::addColumn<QPointF>("at");
+        QTest::addColumn<QString>("control");
+        row("a small timer is one button", "timer", WidgetSize::small, "", QPointF(0.5, 0.5),
+            "toggle");
+        row("a paused small timer resets in its corner", "timer", WidgetSize::small, "paused=90",
+            QPointF(0.95, 0.95), "reset");
+        row("an idle large timer offers presets", "timer", WidgetSize::large, "",
+            QPointF(0.1, 0.97), "minutes 3");
+        row("a running large timer resets left", "timer", WidgetSize::large, "endsAt",
+            QPointF(0.3, 0.97), "reset");
+        row("a running large timer's dial pauses", "timer", WidgetSize::large, "endsAt",
+            QPointF(0.5, 0.4), "toggle");
+        row("a wide timer's digits are no button", "timer", WidgetSize::wide, "endsAt",
+            QPointF(0.2, 0.5), "none");
+        row("a wide pomodoro skips at the right", "pomodoro", WidgetSize::wide, "",
+            QPointF(0.97, 0.81), "skip");
+        row("a running stopwatch takes laps", "stopwatch", WidgetSize::large, "swAnchor",
+            QPointF(0.3, 0.97), "lap");
+        row("a stopped stopwatch resets there", "stopwatch", WidgetSize::large, "swAcc=12",
+            QPointF(0.3, 0.97), "reset");
+        row("without laps a running stopwatch only stops", "stopwatch", WidgetSize::large,
+            "swAnchor laps=false", QPointF(0.3, 0.97), "none");
+    }
+    void timerControls() {
+        QFETCH(QString, kind);
+        QFETCH(WidgetSize, size);
+        QFETCH(QString, state);
+        QFETCH(QPointF, at);
+        QFETCH(QString, control);
+        const FaceRegistry faces;
+        WidgetMetadata metadata;
+        metadata.kind = kind;
+        FaceContext context = FaceContext::forKind(metadata, size);
+        context.now = QDateTime(QDate(2026, 3, 9), QTime(9, 41), QTimeZone::utc());
+        // A bare key is a moment a minute away from now.
+        for (const QString& pair : state.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+            context.settings.insert(pair.section(QLatin1Char('='), 0, 0),
+                                    pair.contains(QLatin1Char('='))
+                                        ? pair.section(QLatin1Char('='), 1)
+                                        : DeskSettings::fromMoment(context.now.addSecs(
+                                              pair == QLatin1String("endsAt") ? 60 : -60)));
+        }
+        const QRectF rect(QPointF(0, 0), context.points);
+        const auto found =
+            faces.face(kind)
+                .spotAt(rect, QPointF(at.x() * rect.width(), at.y() * rect.height()), context)
+                .control;
+        QString shown = QStringLiteral("none");
+        if (found) {
+            const std::array<const char*, 5> words{"toggle", "reset", "skip", "lap", "minutes"};
+            shown = QLatin1String(words.at(static_cast<std::size_t>(found->kind)));
+            if (found->kind == DeskAction::Kind::minutes) {
+                shown += QLatin1Char(' ') + QString::number(found->minutes);
+            }
+        }
+        QCOMPARE(shown, control);
     }
 };
 
