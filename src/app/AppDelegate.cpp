@@ -4,6 +4,8 @@
 #include "app/SingleInstance.h"
 #include "app/StatusBarController.h"
 #include "app/WireEnergyModes.h"
+#include "backup/AutoBackup.h"
+#include "config/LayoutFileActions.h"
 #include "config/ConfigContext.h"
 #include "config/ConfigRoot.h"
 #include "config/ConfigWindow.h"
@@ -110,8 +112,7 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
                         qCInfo(lcApp, "%s", qPrintable(problem));
                     }
                 });
-        connect(m_instance.get(), &SingleInstance::openRequested, this,
-                &AppDelegate::openWidgetFile);
+        connect(m_instance.get(), &SingleInstance::openRequested, this, &AppDelegate::openFile);
     }
 
     m_scheduler = std::make_unique<QtScheduler>();
@@ -245,8 +246,11 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
     }
     // Files the start was handed, as a file manager's double-click hands them.
     for (const QString& file : SingleInstance::filesToOpen(m_arguments)) {
-        openWidgetFile(file);
+        openFile(file);
     }
+    // The first check waits until the start is over, then one a day.
+    m_backupCheck = m_scheduler->singleShot(std::chrono::seconds(25), std::chrono::seconds(5),
+                                            this, [this] { checkBackup(); });
 
     // The status item and the window come once the panels are out: a person sees the desktop
     // first, and neither is needed for it.
@@ -328,6 +332,24 @@ void AppDelegate::showConfigWindow(const std::optional<ConfigSelection>& selecti
             root->select(*selection);
         }
     }
+}
+
+void AppDelegate::checkBackup() {
+    AutoBackup(LayoutBackup::Setup{.directory = AppPaths::appSupportDir(),
+                                   .defaults = m_defaults,
+                                   .appVersion = QCoreApplication::applicationVersion()})
+        .runIfDue(m_clocks.system.now());
+    m_backupCheck = m_scheduler->singleShot(AutoBackup::interval, std::chrono::minutes(10), this,
+                                            [this] { checkBackup(); });
+}
+
+void AppDelegate::openFile(const QString& path) {
+    if (!LayoutFileActions::opens(path)) {
+        openWidgetFile(path);
+        return;
+    }
+    showConfigWindow(ConfigSelection{.section = ConfigSection::layouts, .page = {}, .widget = {}});
+    LayoutFileActions(*m_configContext).openFile(path, m_configWindow.get());
 }
 
 void AppDelegate::openWidgetFile(const QString& path) {
@@ -413,7 +435,15 @@ ConfigContext AppDelegate::makeConfigContext() {
     };
     context.relaunch = [] {
         const std::unique_ptr<Relauncher> relauncher = PlatformServices::makeRelauncher();
-        AppSettings::relaunch(*relauncher);
+        // The files this start was handed have been opened; the next start must not open them.
+        QStringList arguments = QCoreApplication::arguments().mid(1);
+        arguments.removeIf(&SingleInstance::namesFileToOpen);
+        AppSettings::relaunch(*relauncher, arguments);
+    };
+    context.clock = &m_clocks.system;
+    context.desktopFrame = [this] {
+        const QList<ScreenInfo> screens = m_platform.displays->screens();
+        return screens.isEmpty() ? QRectF(Metrics::fallbackScreen) : screens.first().visibleFrame;
     };
     // The preview stands for the main display over its own picture, or a built-in one.
     auto pane = std::make_shared<std::optional<LockPanePreview>>();

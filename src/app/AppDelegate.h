@@ -97,6 +97,10 @@ private:
     // Imports a ".twkwidget" file and puts its widget on the desktop; a file that cannot be used
     // is told in a notification.
     void openWidgetFile(const QString& path);
+    // A widget file, a layout file or a board, as a file manager's double-click hands it over.
+    void openFile(const QString& path);
+    // The daily automatic backup, first 25 s after launch.
+    void checkBackup();
 
     Defaults& m_defaults;
     Clocks m_clocks;
@@ -141,6 +145,7 @@ private:
     std::unique_ptr<ConfigWindow> m_configWindow;
     std::unique_ptr<SingleInstance> m_instance;
     ScheduledTask m_deferredLaunch;
+    ScheduledTask m_backupCheck;
 };
 
 } // namespace tw

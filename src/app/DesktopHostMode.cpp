@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 #include "app/LaunchModes.h"
 #include "app/SingleInstance.h"
+#include "backup/LayoutBackup.h"
 #include "platform/AppPaths.h"
 #include "platform/PlatformServices.h"
 #include "tick/SnapshotClock.h"
@@ -28,6 +29,10 @@ std::optional<int> runDesktopHost(LaunchContext& context) {
             "Tarnwick is already running; its window was brought forward.\n");
         return 0;
     }
+    // A restore that was cut short is finished before any store reads its file.
+    LayoutBackup::finishPendingRestore({.directory = AppPaths::appSupportDir(),
+                                        .defaults = context.defaults,
+                                        .appVersion = QCoreApplication::applicationVersion()});
     AppDelegate delegate(context.defaults,
                          {.system = context.clock.system(), .current = context.clock},
                          context.arguments.all());

@@ -45,6 +45,8 @@ Modes:
       --style STYLE            a style the kind draws (clock: digital, analog)
       --set KEY=VALUE          one setting of the tile; may be repeated
   --snapshot-gallery OUT.png   draw every kind on one sheet
+  --snapshot-share OUT.png     a board's picture for sharing, its tiles over a wallpaper
+      --board FILE             the board to draw (default: a sample desk)
   --snapshot-glass OUT.png     draw one tile's liquid glass over a picture
       --backdrop PICTURE       the picture behind it (default: coloured stripes)
       --size SIZE              the tile's size (default: large)

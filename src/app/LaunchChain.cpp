@@ -86,6 +86,7 @@ const QList<LaunchStep>& LaunchChain::steps() {
         {nullptr, 0, core, &runSnapshotTimeStep},
         {"--snapshot-widget", 1, offscreen, &runSnapshotWidgetMode},
         {"--snapshot-gallery", 1, offscreen, &runSnapshotGalleryMode},
+        {"--snapshot-share", 1, offscreen, &runSnapshotShareMode},
         {"--snapshot-glass", 1, offscreen, &runSnapshotGlassMode},
         {"--snapshot-lock", 1, offscreen, &runSnapshotLockMode},
         {"--snapshot-glass-hero", 1, offscreen, &runSnapshotGlassHeroMode},

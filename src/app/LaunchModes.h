@@ -28,6 +28,9 @@ std::optional<int> runSnapshotBrowseMode(LaunchContext& context);
 // --snapshot-widget <out.png> --kind K --size S [--theme T] [--dark|--light] [--scale X]
 // [--style S] [--set key=value ...]: one tile drawn off-screen.
 std::optional<int> runSnapshotWidgetMode(LaunchContext& context);
+// --snapshot-share <out.png> [--board FILE] [--theme T] [--dark|--light] [--scale X]
+// [--wallpaper ID|PICTURE]: a board's picture for sharing (a sample desk without --board).
+std::optional<int> runSnapshotShareMode(LaunchContext& context);
 // --snapshot-gallery <out.png> [--theme T] [--dark|--light] [--scale X]: every kind on one sheet.
 std::optional<int> runSnapshotGalleryMode(LaunchContext& context);
 // --snapshot-glass <out.png> [--backdrop PICTURE] [--size S] [--frost F] [--dark|--light]

@@ -31,11 +31,23 @@ QString SingleInstance::serverName(const QString& appSupportDir) {
                QCryptographicHash::hash(key, QCryptographicHash::Sha256).toHex().left(16));
 }
 
+bool SingleInstance::namesFileToOpen(const QString& argument) {
+    if (argument.startsWith(QLatin1Char('-'))) {
+        return false;
+    }
+    for (const QLatin1String extension :
+         {QLatin1String(".twkwidget"), QLatin1String(".twklayout"), QLatin1String(".twkboard")}) {
+        if (argument.endsWith(extension, Qt::CaseInsensitive)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 QStringList SingleInstance::filesToOpen(const QStringList& arguments) {
     QStringList files;
     for (const QString& argument : arguments.mid(1)) {
-        if (!argument.startsWith(QLatin1Char('-')) &&
-            argument.endsWith(QLatin1String(".twkwidget"), Qt::CaseInsensitive)) {
+        if (namesFileToOpen(argument)) {
             files.append(QFileInfo(argument).absoluteFilePath());
         }
     }

@@ -23,7 +23,10 @@ public:
     static std::unique_ptr<SingleInstance> claim(const QString& name, const QString& section = {},
                                                  const QString& page = {},
                                                  const QStringList& files = {});
-    // The arguments that name files this program opens (".twkwidget"), as absolute paths.
+    // Whether an argument names a file this program opens: a widget file, a layout file or a
+    // board.
+    static bool namesFileToOpen(const QString& argument);
+    // The arguments after the program's name that name such files, as absolute paths.
     static QStringList filesToOpen(const QStringList& arguments);
 
 Q_SIGNALS:

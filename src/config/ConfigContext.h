@@ -24,6 +24,7 @@ namespace tw {
 
 class AppEnergyMeter;
 class AppSettings;
+class Clock;
 class CustomWidgetRuntime;
 class CustomWidgetStore;
 class FaceRegistry;
@@ -126,6 +127,12 @@ struct ConfigContext {
     // previews; without both it shows none.
     const FaceRegistry* faces = nullptr;
     std::function<FaceContext()> faceBase = {};
+
+    // The time of backups and boards; none takes the system's.
+    const Clock* clock = nullptr;
+    // The main display's visible frame in global points (y up), where a board is taken from and
+    // lands; none leaves boards empty.
+    std::function<QRectF()> desktopFrame = {};
 
     // Whether a change can be kept; the page says so when it cannot.
     bool canSave() const;

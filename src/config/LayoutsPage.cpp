@@ -1,6 +1,7 @@
 #include "config/LayoutsPage.h"
 
 #include "config/ConfigContext.h"
+#include "config/LayoutFilesCard.h"
 #include "config/SettingsCard.h"
 #include "text/L.h"
 
@@ -29,6 +30,7 @@ LayoutsPage::LayoutsPage(ConfigContext& context, QWidget* parent)
                    QStringLiteral("Every move, resize, stack and removal can be undone, also "
                                   "with Ctrl+Z and Ctrl+Shift+Z while this window is in front.")),
                  buttons);
+    addWidget(new LayoutFilesCard(context));
 }
 
 } // namespace tw

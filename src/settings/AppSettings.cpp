@@ -314,13 +314,17 @@ bool AppSettings::isExistingInstall(const Defaults& defaults) {
 }
 
 bool AppSettings::relaunch(Relauncher& relauncher) {
+    return relaunch(relauncher, QCoreApplication::arguments().mid(1));
+}
+
+bool AppSettings::relaunch(Relauncher& relauncher, const QStringList& arguments) {
     if (!QCoreApplication::instance()) {
         qCWarning(lcSettings) << "Relaunch failed: no running application";
         return false;
     }
     if (!relauncher.startAfterExit(QCoreApplication::applicationPid(),
                                    QCoreApplication::applicationFilePath(),
-                                   QCoreApplication::arguments().mid(1))) {
+                                   arguments)) {
         qCWarning(lcSettings) << "Relaunch failed: nothing could wait for this process to end";
         return false;
     }

@@ -141,6 +141,8 @@ public:
     // gone; on success leaves the event loop at once. Gives false (and leaves the application
     // running) when the relauncher could not start. Call from the running event loop.
     static bool relaunch(Relauncher& relauncher);
+    // The same with these arguments instead.
+    static bool relaunch(Relauncher& relauncher, const QStringList& arguments);
 
 Q_SIGNALS:
     void energyModeChanged();

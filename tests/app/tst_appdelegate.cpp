@@ -133,12 +133,16 @@ private Q_SLOTS:
         const QStringList files = SingleInstance::filesToOpen(
             {QStringLiteral("tarnwick"), QStringLiteral("--new-user"),
              dir.filePath(QStringLiteral("My prices.twkwidget")), QStringLiteral("notes.txt"),
-             dir.filePath(QStringLiteral("two\nlines %41.TWKWIDGET"))});
-        QCOMPARE(files.size(), 2);
+             dir.filePath(QStringLiteral("two\nlines %41.TWKWIDGET")),
+             QStringLiteral("Desk.twkboard"), dir.filePath(QStringLiteral("Backup.TWKLAYOUT")),
+             QStringLiteral("--board.twkboard")});
+        QCOMPARE(files.size(), 4);
+        QCOMPARE(files.at(2), QDir::current().absoluteFilePath(QStringLiteral("Desk.twkboard")));
         QVERIFY(!SingleInstance::claim(name, {}, {}, files));
-        QTRY_COMPARE(opened.size(), 2);
-        QCOMPARE(opened.at(0).value(0).toString(), files.at(0));
-        QCOMPARE(opened.at(1).value(0).toString(), files.at(1));
+        QTRY_COMPARE(opened.size(), 4);
+        for (int i = 0; i < files.size(); ++i) {
+            QCOMPARE(opened.at(i).value(0).toString(), files.at(i));
+        }
         QCOMPARE(asked.size(), 0);
         // Another data directory is another host.
         QTemporaryDir other;

@@ -7,6 +7,7 @@ desktop finds everything where it looks, and that the installed program runs.
 
 import argparse
 import os
+import re
 import subprocess
 import sys
 import tempfile
@@ -59,6 +60,13 @@ def main():
         for glob in ("*.twkboard", "*.twkwidget", "*.twklayout"):
             if glob not in mime:
                 problems.append("no MIME type for " + glob)
+        # A file manager offers the program only for the types its desktop entry names.
+        with open(os.path.join(share, "applications", APP_ID + ".desktop"), encoding="utf-8") as f:
+            listed = [line.split("=", 1)[1].strip().split(";") for line in f
+                      if line.startswith("MimeType=")]
+        for declared in re.findall(r'<mime-type type="([^"]+)"', mime):
+            if not listed or declared not in listed[0]:
+                problems.append("the desktop entry does not open " + declared)
         env = {k: v for k, v in os.environ.items() if k not in ("DISPLAY", "WAYLAND_DISPLAY")}
         run = subprocess.run([os.path.join(prefix, "bin/tarnwick"), "--help"], env=env,
                              capture_output=True, text=True, timeout=30)
