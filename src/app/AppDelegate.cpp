@@ -5,11 +5,11 @@
 #include "app/StatusBarController.h"
 #include "app/WireEnergyModes.h"
 #include "backup/AutoBackup.h"
-#include "config/LayoutFileActions.h"
 #include "config/ConfigContext.h"
 #include "config/ConfigRoot.h"
 #include "config/ConfigWindow.h"
 #include "config/GalleryView.h"
+#include "config/LayoutFileActions.h"
 #include "custom/CustomWidgetRuntime.h"
 #include "custom/CustomWidgetStore.h"
 #include "desk/DeskTimers.h"
@@ -249,8 +249,8 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         openFile(file);
     }
     // The first check waits until the start is over, then one a day.
-    m_backupCheck = m_scheduler->singleShot(std::chrono::seconds(25), std::chrono::seconds(5),
-                                            this, [this] { checkBackup(); });
+    m_backupCheck = m_scheduler->singleShot(std::chrono::seconds(25), std::chrono::seconds(5), this,
+                                            [this] { checkBackup(); });
 
     // The status item and the window come once the panels are out: a person sees the desktop
     // first, and neither is needed for it.

@@ -25,14 +25,16 @@ Board sampleBoard(const QDateTime& now) {
     board.name = QStringLiteral("Morning desk");
     board.createdAt = now;
     const auto item = [](const char* kind, WidgetSize size, double dx, double dy) {
-        return Board::Item{.kind = QString::fromLatin1(kind), .size = size, .dx = dx, .dy = dy,
+        return Board::Item{.kind = QString::fromLatin1(kind),
+                           .size = size,
+                           .dx = dx,
+                           .dy = dy,
                            .settings = std::nullopt};
     };
-    board.items = {item("clock", WidgetSize::large, 0, 0),
-                   item("calendar", WidgetSize::large, 216, 0),
-                   item("weather", WidgetSize::wide, 0, 216),
-                   item("battery", WidgetSize::small, 216, 216),
-                   item("dayprogress", WidgetSize::small, 324, 216)};
+    board.items = {
+        item("clock", WidgetSize::large, 0, 0), item("calendar", WidgetSize::large, 216, 0),
+        item("weather", WidgetSize::wide, 0, 216), item("battery", WidgetSize::small, 216, 216),
+        item("dayprogress", WidgetSize::small, 324, 216)};
     return board;
 }
 
@@ -75,8 +77,7 @@ std::optional<int> runSnapshotShareMode(LaunchContext& context) {
             renderer.paint(painter, rect, widgetFace, face);
         };
         QString why;
-        const QImage backdrop =
-            options.wallpaperPicture(BoardPicture::size(board).toSize(), why);
+        const QImage backdrop = options.wallpaperPicture(BoardPicture::size(board).toSize(), why);
         picture = BoardPicture::render(board, paintTile,
                                        backdrop.isNull() ? LayoutFileActions::backdrop() : backdrop,
                                        options.devicePixelRatio);

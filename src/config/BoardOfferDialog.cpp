@@ -24,8 +24,8 @@ BoardOfferDialog::BoardOfferDialog(const Board& board, const BoardPicture::Paint
     auto* layout = new QVBoxLayout(this);
     auto* preview = new QLabel(this);
     const QImage picture = BoardPicture::render(board, paintTile, backdrop, 2.0);
-    QPixmap pixmap = QPixmap::fromImage(picture).scaledToWidth(
-        previewWidth * 2, Qt::SmoothTransformation);
+    QPixmap pixmap =
+        QPixmap::fromImage(picture).scaledToWidth(previewWidth * 2, Qt::SmoothTransformation);
     pixmap.setDevicePixelRatio(2.0);
     preview->setPixmap(pixmap);
     preview->setAlignment(Qt::AlignCenter);

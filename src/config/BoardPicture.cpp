@@ -38,8 +38,8 @@ QSizeF BoardPicture::size(const Board& board) {
             std::clamp(height + 2 * margin, 240.0, maximumSide) + footer};
 }
 
-QImage BoardPicture::render(const Board& board, const PaintTile& paintTile,
-                            const QImage& backdrop, double pixelsPerPoint) {
+QImage BoardPicture::render(const Board& board, const PaintTile& paintTile, const QImage& backdrop,
+                            double pixelsPerPoint) {
     const QSizeF points = size(board);
     QImage picture((points * pixelsPerPoint).toSize(), QImage::Format_ARGB32_Premultiplied);
     picture.setDevicePixelRatio(pixelsPerPoint);

@@ -196,10 +196,10 @@ void LayoutFileActions::saveBoard(QWidget* parent) {
     }
     QFileDialog dialog(parent);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setWindowTitle(L("share.save.message",
-                            QStringLiteral("Saves the widgets, their arrangement and settings, "
-                                           "and the look. Notes, folders, places and other "
-                                           "personal content are left out.")));
+    dialog.setWindowTitle(
+        L("share.save.message", QStringLiteral("Saves the widgets, their arrangement and settings, "
+                                               "and the look. Notes, folders, places and other "
+                                               "personal content are left out.")));
     dialog.setNameFilter(QStringLiteral("Tarnwick Board (*.twkboard)"));
     dialog.setDefaultSuffix(Board::extension.mid(1));
     dialog.setDirectory(documentsFolder());
@@ -217,8 +217,7 @@ void LayoutFileActions::saveBoard(QWidget* parent) {
 
 void LayoutFileActions::openBoard(QWidget* parent) {
     const QString path = QFileDialog::getOpenFileName(
-        parent,
-        L("share.open.message", QStringLiteral("Choose a board somebody shared with you.")),
+        parent, L("share.open.message", QStringLiteral("Choose a board somebody shared with you.")),
         documentsFolder(), QStringLiteral("Tarnwick Board (*.twkboard)"));
     if (!path.isEmpty()) {
         offerBoard(path, parent);

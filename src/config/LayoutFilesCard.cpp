@@ -34,9 +34,8 @@ LayoutFilesCard::LayoutFilesCard(ConfigContext& context, QWidget* parent)
     auto* backups = new SettingsCard(this);
     auto* automatic = new SwitchButton();
     automatic->setChecked(context.defaults.value(AutoBackup::enabledKey, true).toBool());
-    connect(automatic, &SwitchButton::toggled, this, [&context](bool on) {
-        context.defaults.setValue(AutoBackup::enabledKey, on);
-    });
+    connect(automatic, &SwitchButton::toggled, this,
+            [&context](bool on) { context.defaults.setValue(AutoBackup::enabledKey, on); });
     backups->addRow(L("backup.auto.title", QStringLiteral("Back up automatically")),
                     L("backup.auto.note",
                       QStringLiteral("About once a day, and only when something changed. The "
@@ -94,7 +93,11 @@ LayoutFilesCard::LayoutFilesCard(ConfigContext& context, QWidget* parent)
 
 void LayoutFilesCard::refresh() {
     while (QLayoutItem* item = m_listLayout->takeAt(0)) {
-        delete item->widget();
+        if (QWidget* row = item->widget()) {
+            // A row's own button may be what asked for this.
+            row->hide();
+            row->deleteLater();
+        }
         delete item;
     }
     m_entries = m_actions.autoBackup().entries();
@@ -108,8 +111,10 @@ void LayoutFilesCard::refresh() {
         auto* row = new QWidget(m_list);
         auto* line = new QHBoxLayout(row);
         line->setContentsMargins(0, 2, 0, 2);
-        auto* when = new QLabel(locale.toString(entry.date.toLocalTime(), QLocale::ShortFormat), row);
-        auto* count = caption(L("backup.entry.widgets", QStringLiteral("%1 widgets")).arg(entry.widgets), row);
+        auto* when =
+            new QLabel(locale.toString(entry.date.toLocalTime(), QLocale::ShortFormat), row);
+        auto* count = caption(
+            L("backup.entry.widgets", QStringLiteral("%1 widgets")).arg(entry.widgets), row);
         auto* restore = button(L("backup.restore", QStringLiteral("Restore…")), row);
         line->addWidget(when);
         line->addWidget(count);

@@ -323,8 +323,7 @@ bool AppSettings::relaunch(Relauncher& relauncher, const QStringList& arguments)
         return false;
     }
     if (!relauncher.startAfterExit(QCoreApplication::applicationPid(),
-                                   QCoreApplication::applicationFilePath(),
-                                   arguments)) {
+                                   QCoreApplication::applicationFilePath(), arguments)) {
         qCWarning(lcSettings) << "Relaunch failed: nothing could wait for this process to end";
         return false;
     }
