@@ -348,8 +348,16 @@ void AppDelegate::openFile(const QString& path) {
         openWidgetFile(path);
         return;
     }
-    showConfigWindow(ConfigSelection{.section = ConfigSection::layouts, .page = {}, .widget = {}});
-    LayoutFileActions(*m_configContext).openFile(path, m_configWindow.get());
+    // The offer waits for the person; it must not run inside the hand-over that brought the file,
+    // whose socket goes away meanwhile.
+    QMetaObject::invokeMethod(
+        this,
+        [this, path] {
+            showConfigWindow(
+                ConfigSelection{.section = ConfigSection::layouts, .page = {}, .widget = {}});
+            LayoutFileActions(*m_configContext).openFile(path, m_configWindow.get());
+        },
+        Qt::QueuedConnection);
 }
 
 void AppDelegate::openWidgetFile(const QString& path) {

@@ -64,6 +64,7 @@ bool isSafeName(const QString& name) {
 
 const QString stagingName = QStringLiteral("restore-staging");
 const QString pendingName = QStringLiteral("restore-pending");
+const QString finishedName = QStringLiteral("restore-finished");
 const QString manifestName = QStringLiteral("manifest.json");
 const QString defaultsName = QStringLiteral("defaults.plist");
 
@@ -284,6 +285,7 @@ std::optional<QString> LayoutBackup::apply(const Snapshot& snapshot, const Setup
 bool LayoutBackup::finishPendingRestore(const Setup& setup) {
     const QDir dir(setup.directory);
     QDir(dir.filePath(stagingName)).removeRecursively();
+    QDir(dir.filePath(finishedName)).removeRecursively();
     QDir pending(dir.filePath(pendingName));
     if (!pending.exists()) {
         return false;
@@ -329,7 +331,10 @@ bool LayoutBackup::finishPendingRestore(const Setup& setup) {
         qCWarning(lcLayoutBackup, "a restore could not move every file; it is retried next start");
         return false;
     }
-    pending.removeRecursively();
+    // Out of the way in one step: a removal cut short must not leave half a pending restore.
+    if (replaceWith(pending.path(), dir.filePath(finishedName))) {
+        QDir(dir.filePath(finishedName)).removeRecursively();
+    }
     qCInfo(lcLayoutBackup, "restore completed in %s", qUtf8Printable(dir.path()));
     return true;
 }

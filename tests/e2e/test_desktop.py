@@ -915,6 +915,58 @@ class WebTemplatesTest(HostCase):
         return seen[-1]
 
 
+class BoardFileTest(HostCase):
+    """A ".twkboard" file opened while the host runs: it is offered with its picture before
+    anything changes, and "Add to Desktop" (the default) puts its widgets beside the old ones."""
+
+    panel_count = 1
+
+    def before_launch(self):
+        tile = {"id": "D0000000-0000-4000-8000-000000000003", "kind": "clock", "size": "small",
+                "order": 0, "page": 0, "col": 0, "row": 0, "posX": 300, "posY": 700}
+        with open(os.path.join(self.data_dir, "grid.json"), "w", encoding="utf-8") as f:
+            json.dump({"instances": [tile], "pageCount": 1}, f)
+
+    def dialog(self, title):
+        found = self.session.wait_for(lambda: self.session.output(
+            ["xdotool", "search", "--name", "^" + title + "$"]).split(), timeout=20)
+        self.assertTrue(found, "no window " + title)
+        self.session.xdotool("windowactivate", "--sync", found[0])
+        return found[0]
+
+    def test_an_opened_board_is_offered_then_added(self):
+        folder = tempfile.mkdtemp(prefix="tw-e2e-board-")
+        self.addCleanup(shutil.rmtree, folder, ignore_errors=True)
+        path = os.path.join(folder, "Shared desk.twkboard")
+        with open(path, "w", encoding="utf-8") as f:
+            json.dump({"format": 1, "app": "Tarnwick", "appVersion": "0.1.0",
+                       "name": "Shared desk", "createdAt": "2026-11-24T09:00:00Z",
+                       "width": 204, "height": 96,
+                       "items": [{"kind": "battery", "size": "small", "dx": 0, "dy": 0},
+                                 {"kind": "dayprogress", "size": "small", "dx": 108, "dy": 0},
+                                 {"kind": "hologram", "size": "small", "dx": 216, "dy": 0}]}, f)
+        second = self.host.start(path)
+        self.assertEqual(second.wait(timeout=20), 0, "the second start did not hand over")
+        self.dialog('Add the board "Shared desk"[?]')
+        self.screenshot("board-offer.png")
+        self.assertEqual(len(self.host.grid()["instances"]), 1, "the board changed things early")
+        self.session.xdotool("key", "--clearmodifiers", "Return")
+        self.dialog("Board added")
+        self.session.xdotool("key", "--clearmodifiers", "Return")
+        kinds = sorted(i["kind"] for i in self.host.grid()["instances"])
+        self.assertEqual(kinds, ["battery", "clock", "dayprogress"])
+        # Every tile of the board is drawn where the grid puts it, on the black desktop.
+        for instance in self.host.grid()["instances"]:
+            x, y, w, h = tile_rect(instance)
+            self.settle(lambda: any(max(p) > 60 for row in self.pixels(x + w // 4, y + h // 4,
+                                                                       w // 2, h // 2)
+                                    for p in row),
+                        instance["kind"] + " is not drawn")
+        self.screenshot("board-added.png")
+        added = [tile_rect(i) for i in self.host.grid()["instances"] if i["kind"] != "clock"]
+        self.assertFalse(overlap(added[0], tile_rect(self.by_kind("clock"))), added)
+
+
 def main():
     global BINARY, ARTIFACTS, VERSION, TEMPLATES
     parser = argparse.ArgumentParser()
