@@ -239,7 +239,7 @@ void DeskTimers::press(const QUuid& id, const std::optional<DeskAction>& control
 
 void DeskTimers::write(const QUuid& id, const WidgetSettings& settings) {
     const QScopedValueRollback<bool> writing(m_writing, true);
-    m_services.grid.replaceSettings(id, settings);
+    m_services.grid.replaceSettings(id, settings, GridStore::History::adopted);
 }
 
 void DeskTimers::tell(const QUuid& id, const QString& title, const QString& body) {

@@ -15,6 +15,7 @@
 #include <QObject>
 #include <QUuid>
 
+#include <chrono>
 #include <functional>
 #include <map>
 #include <memory>

@@ -2,7 +2,6 @@
 
 #include "platform/RawValues.h"
 #include "platform/SoundPlayer.h"
-#include "text/L.h"
 
 namespace tw {
 
@@ -12,8 +11,6 @@ constexpr RawValues<WidgetSound, 7> raws({"none", "glass", "ping", "tink", "subm
                                           "purr"});
 constexpr std::array<const char*, 7> names{"",          "Glass", "Ping", "Tink",
                                            "Submarine", "Hero",  "Purr"};
-constexpr std::array<const char*, 7> labels{"None",      "Glass", "Ping", "Tink",
-                                            "Submarine", "Hero",  "Purr"};
 
 std::size_t index(WidgetSound sound) {
     return static_cast<std::size_t>(sound);
@@ -21,21 +18,12 @@ std::size_t index(WidgetSound sound) {
 
 } // namespace
 
-QString rawValue(WidgetSound sound) {
-    return raws.of(sound);
-}
-
 WidgetSound resolveWidgetSound(QStringView raw, WidgetSound fallback) {
     return raws.parse(raw.trimmed()).value_or(fallback);
 }
 
 QString systemName(WidgetSound sound) {
     return QLatin1String(names.at(index(sound)));
-}
-
-QString label(WidgetSound sound) {
-    const QByteArray key = QByteArray("sound.") + raws.of(sound).toLatin1();
-    return L(key.constData(), QLatin1String(labels.at(index(sound))));
 }
 
 void play(WidgetSound sound, SoundPlayer& player) {

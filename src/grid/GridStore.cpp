@@ -218,7 +218,7 @@ void GridStore::setSetting(const QUuid& id, const QString& key, const QString& v
     save();
 }
 
-void GridStore::replaceSettings(const QUuid& id, const WidgetSettings& settings) {
+void GridStore::replaceSettings(const QUuid& id, const WidgetSettings& settings, History history) {
     const int index = indexOf(id);
     if (index < 0) {
         return;
@@ -236,7 +236,9 @@ void GridStore::replaceSettings(const QUuid& id, const WidgetSettings& settings)
     }
     instance.settings = kept.isEmpty() ? std::nullopt : std::make_optional(kept);
     setLayout(std::move(next));
+    m_adoptingSave = history == History::adopted;
     save();
+    m_adoptingSave = false;
 }
 
 int GridStore::removeAll(const QString& kind) {

@@ -123,9 +123,13 @@ public:
     // Sets one of a tile's settings (an empty value removes the key), then saves; nothing when
     // the value is already so.
     void setSetting(const QUuid& id, const QString& key, const QString& value);
+    // Whether a write is a step the person can undo, or state a tile keeps as it runs (a timer's
+    // end), which history takes as it stands.
+    enum class History { step, adopted };
     // Gives a tile these settings in place of its own (a key with an empty value is left out), as
-    // one change: one save, one step of history; nothing when they are already so.
-    void replaceSettings(const QUuid& id, const WidgetSettings& settings);
+    // one change: one save, one step of history unless adopted; nothing when they are already so.
+    void replaceSettings(const QUuid& id, const WidgetSettings& settings,
+                         History history = History::step);
 
     // Stacks: members sorted by stackIndex; the rhythm in seconds (0 when unknown).
     QList<WidgetInstance> stackMembers(const QUuid& stackID) const;

@@ -89,7 +89,10 @@ private Q_SLOTS:
                             {QStringLiteral("alarm"), QStringLiteral("untilStopped")}});
         f.start();
         f.desk->setInView([inView](const QUuid&) { return inView; });
+        const int steps = f.grid.historyRevision();
         f.desk->press(id, DeskAction{});
+        // Running state is no step of the person's to undo.
+        QCOMPARE(f.grid.historyRevision(), steps);
         f.scheduler.advance(119s);
         QVERIFY(f.sounds.played().isEmpty());
         f.scheduler.advance(2s);
