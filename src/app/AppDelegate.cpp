@@ -18,7 +18,10 @@
 #include "desktop/DesktopWallpaper.h"
 #include "desktop/LockPanePreview.h"
 #include "desktop/WallpaperBackdrop.h"
+#include "displays/LayoutProfileStore.h"
 #include "displays/ScreenTopologyWatcher.h"
+#include "displays/SmartLayoutCoordinator.h"
+#include "displays/SmartLayoutRuleStore.h"
 #include "displays/TopologyMemory.h"
 #include "faces/FaceContext.h"
 #include "faces/FaceRegistry.h"
@@ -91,6 +94,7 @@ AppDelegate::AppDelegate(Defaults& defaults, Clocks clocks, QStringList argument
 AppDelegate::~AppDelegate() {
     // Panels go before the stores they draw from.
     m_status.reset();
+    m_smartLayouts.reset();
     m_controller.reset();
     m_configWindow.reset();
     m_desk.reset();
@@ -238,6 +242,28 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
     m_controller->widgetSettingsOpener = [this](const QUuid& id) {
         showConfigWindow(ConfigSelection{.widget = id});
     };
+
+    // 11. Smart layouts, after the controller: on a settled display change the active profile's
+    //     own placement must come after the topology memory's.
+    m_profiles = std::make_unique<LayoutProfileStore>(m_clocks.system, *m_platform.displays,
+                                                      m_grid->layout());
+    m_layoutRules = std::make_unique<SmartLayoutRuleStore>(m_clocks.system);
+    m_smartLayouts = std::make_unique<SmartLayoutCoordinator>(SmartLayoutCoordinator::Services{
+        .profiles = *m_profiles,
+        .rules = *m_layoutRules,
+        .grid = *m_grid,
+        .watcher = *m_watcher,
+        .displays = *m_platform.displays,
+        .clock = m_clocks.system,
+        .scheduler = *m_scheduler,
+        .foreground = m_platform.foreground.get(),
+    });
+    // A window alone switches profiles only by hand.
+    if (!m_configOnly) {
+        m_smartLayouts->start();
+        connect(qApp, &QCoreApplication::aboutToQuit, m_smartLayouts.get(),
+                [this] { m_smartLayouts->stop(); });
+    }
 
     // 13. The panels.
     if (!m_configOnly) {
@@ -513,6 +539,7 @@ ConfigContext AppDelegate::makeConfigContext() {
     context.energy = m_energy.get();
     context.power = m_power.get();
     context.scheduler = m_scheduler.get();
+    context.smartLayouts = m_smartLayouts.get();
     context.undo = [this] { m_grid->undo(); };
     context.redo = [this] { m_grid->redo(); };
     context.open = [this](const QUrl& url) { return m_platform.workspace->open(url).isSuccess(); };

@@ -33,6 +33,7 @@ class GridStore;
 class LoginItem;
 class PowerWatcher;
 class Scheduler;
+class SmartLayoutCoordinator;
 class ThemeStore;
 class TickCoordinator;
 class WidgetRegistry;
@@ -134,6 +135,8 @@ struct ConfigContext {
     // lands; none leaves boards empty.
     std::function<QRectF()> desktopFrame = {};
 
+    // The layout profiles and their rules, switched through it; none leaves their cards out.
+    SmartLayoutCoordinator* smartLayouts = nullptr;
     // Whether a change can be kept; the page says so when it cannot.
     bool canSave() const;
 };

@@ -2,7 +2,9 @@
 
 #include "config/ConfigContext.h"
 #include "config/LayoutFilesCard.h"
+#include "config/LayoutProfilesCard.h"
 #include "config/SettingsCard.h"
+#include "config/SmartRulesCard.h"
 #include "text/L.h"
 
 #include <QHBoxLayout>
@@ -30,6 +32,13 @@ LayoutsPage::LayoutsPage(ConfigContext& context, QWidget* parent)
                    QStringLiteral("Every move, resize, stack and removal can be undone, also "
                                   "with Ctrl+Z and Ctrl+Shift+Z while this window is in front.")),
                  buttons);
+
+    if (context.smartLayouts != nullptr) {
+        addGroup(QStringLiteral("profiles"), L("layouts.profiles", QStringLiteral("Profiles")))
+            ->addWide(new LayoutProfilesCard(*context.smartLayouts));
+        addGroup(QStringLiteral("rules"), L("layouts.rules", QStringLiteral("Smart rules")))
+            ->addWide(new SmartRulesCard(*context.smartLayouts, context.displays));
+    }
     addWidget(new LayoutFilesCard(context));
 }
 

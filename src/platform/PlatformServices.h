@@ -7,6 +7,7 @@
 #include "platform/DesktopPicture.h"
 #include "platform/DesktopPictureSetter.h"
 #include "platform/DesktopWindowing.h"
+#include "platform/ForegroundApplication.h"
 #include "platform/Displays.h"
 #include "platform/LocationSource.h"
 #include "platform/LockScreenSurface.h"
@@ -41,6 +42,8 @@ struct PlatformServices {
     std::unique_ptr<LockScreenSurface> lockScreen;
     std::unique_ptr<LoginItem> loginItem;
     std::unique_ptr<ProcessUsage> usage;
+    // The application in front, for smart layout rules.
+    std::unique_ptr<ForegroundApplication> foreground;
     // The machine's readings.
     std::unique_ptr<SystemSource> system;
     std::unique_ptr<PowerSource> power;

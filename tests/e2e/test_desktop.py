@@ -967,6 +967,59 @@ class BoardFileTest(HostCase):
         self.assertFalse(overlap(added[0], tile_rect(self.by_kind("clock"))), added)
 
 
+class SmartLayoutTest(HostCase):
+    """Two layout profiles and a display rule: a monitor defined at run time puts the rule's
+    profile on the desktop, and taking it away brings the profile from before back."""
+
+    panel_count = 1
+    DEFAULT = "00000000-0000-4000-8000-000000000001"
+    PROJECTOR = "C0000000-0000-4000-8000-000000000001"
+
+    def before_launch(self):
+        def tile(n, kind):
+            return {"id": "C1000000-0000-4000-8000-00000000000%d" % n, "kind": kind,
+                    "size": "small", "order": n, "page": 0, "col": 0, "row": 0,
+                    "posX": 300, "posY": 700}
+
+        def profile(pid, name, kind, n):
+            return {"id": pid, "name": name, "isDefault": n == 0, "createdAt": 0, "updatedAt": 0,
+                    "snapshot": {"layout": {"instances": [tile(n, kind)], "pageCount": 1},
+                                 "displays": [], "placements": []}}
+
+        files = {
+            "grid.json": {"instances": [tile(0, "clock")], "pageCount": 1},
+            "layout-profiles.json": {"version": 1, "activeProfileID": self.DEFAULT, "profiles": [
+                profile(self.DEFAULT, "Default", "clock", 0),
+                profile(self.PROJECTOR, "Projector", "battery", 1)]},
+            "smart-layout-rules.json": {"version": 1, "rules": [{
+                "id": "C2000000-0000-4000-8000-000000000001", "name": "Presenting",
+                "profileID": self.PROJECTOR, "isEnabled": True, "trigger": "display",
+                "startMinute": 0, "endMinute": 0, "applicationBundleID": "", "displayID": "",
+                "displayName": "R"}]},
+        }
+        for name, content in files.items():
+            with open(os.path.join(self.data_dir, name), "w", encoding="utf-8") as f:
+                json.dump(content, f)
+
+    def shows(self, kind):
+        """The desktop holds one tile, of this kind, and its panel is on screen."""
+        instances = self.host.grid()["instances"]
+        return ([i["kind"] for i in instances] == [kind] and
+                list(self.host.panels()) == [instances[0]["id"].lower()])
+
+    def test_a_display_rule_switches_profiles_with_the_monitor(self):
+        self.assertTrue(self.shows("clock"))
+        added = self.session.run(["xrandr", "--setmonitor", "R", "960/254x1080/286+960+0",
+                                  "none"], check=False, capture_output=True)
+        if added.returncode != 0:
+            self.skipTest("this X server cannot define monitors")
+        self.settle(lambda: self.shows("battery"), "the rule's profile did not come")
+        with open(os.path.join(self.data_dir, "layout-profiles.json"), encoding="utf-8") as f:
+            self.assertEqual(json.load(f)["activeProfileID"], self.PROJECTOR)
+        self.session.run(["xrandr", "--delmonitor", "R"], check=True)
+        self.settle(lambda: self.shows("clock"), "the profile from before did not come back")
+
+
 def main():
     global BINARY, ARTIFACTS, VERSION, TEMPLATES
     parser = argparse.ArgumentParser()

@@ -115,6 +115,8 @@ std::optional<DesktopEntry> DesktopEntry::parse(const QByteArray& text) {
             entry.noDisplay = value == QLatin1String("true");
         } else if (key == QLatin1String("TryExec")) {
             entry.tryExec = value;
+        } else if (key == QLatin1String("StartupWMClass")) {
+            entry.startupWMClass = value;
         } else if (key == QLatin1String("Categories")) {
             entry.categories = listValue(value);
         } else if (key == QLatin1String("Keywords")) {

@@ -22,6 +22,8 @@ struct DesktopEntry {
     bool noDisplay = false;
     // A program that must exist for the entry to count as installed; empty for none.
     QString tryExec;
+    // The window class the application's windows carry, where it differs from the entry's id.
+    QString startupWMClass;
     // The list values, split at ";".
     QStringList categories;
     QStringList keywords;

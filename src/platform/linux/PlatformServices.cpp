@@ -20,6 +20,7 @@
 #include "platform/linux/ShellRelauncher.h"
 #include "platform/linux/UPowerPowerSource.h"
 #include "platform/linux/X11DesktopWindowing.h"
+#include "platform/linux/X11ForegroundApplication.h"
 #include "platform/linux/XdgAutostart.h"
 #include "platform/null/MemorySecretStore.h"
 #include "platform/null/SilentSoundPlayer.h"
@@ -30,6 +31,7 @@ PlatformServices PlatformServices::make() {
     PlatformServices services = makeReadingSources();
     services.displays = std::make_unique<QtDisplays>();
     services.windowing = X11DesktopWindowing::create();
+    services.foreground = X11ForegroundApplication::create();
     services.workspace = std::make_unique<LinuxWorkspace>();
     services.notifications = std::make_unique<FreedesktopNotifications>();
     services.colorScheme = std::make_unique<PortalColorScheme>();

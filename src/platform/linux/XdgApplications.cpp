@@ -133,4 +133,25 @@ std::optional<QString> XdgApplications::withKeyword(const QString& keyword) cons
     });
 }
 
+std::optional<QString> XdgApplications::nameForWindowClass(const QString& windowClass) const {
+    if (windowClass.isEmpty()) {
+        return std::nullopt;
+    }
+    for (const Installed& installed : m_installed) {
+        if (installed.entry.startupWMClass.compare(windowClass, Qt::CaseInsensitive) == 0 &&
+            !installed.entry.name.isEmpty()) {
+            return installed.entry.name;
+        }
+    }
+    for (const Installed& installed : m_installed) {
+        const QString id = installed.id.chopped(QLatin1String(".desktop").size());
+        if ((id.compare(windowClass, Qt::CaseInsensitive) == 0 ||
+             id.endsWith(QLatin1Char('.') + windowClass, Qt::CaseInsensitive)) &&
+            !installed.entry.name.isEmpty()) {
+            return installed.entry.name;
+        }
+    }
+    return std::nullopt;
+}
+
 } // namespace tw

@@ -34,6 +34,9 @@ public:
     std::optional<QString> withCategory(const QString& category) const;
     // The same for a word among its Keywords.
     std::optional<QString> withKeyword(const QString& keyword) const;
+    // The name of the application whose windows carry `windowClass`: by StartupWMClass, else by
+    // an id that is the class or ends in ".<class>", ignoring case.
+    std::optional<QString> nameForWindowClass(const QString& windowClass) const;
 
 private:
     struct Installed {
