@@ -252,7 +252,11 @@ void SmartRulesCard::commitForm() {
     if (rule.name.isEmpty()) {
         rule.name = describe(rule);
     }
-    if (rule.profileID.isNull()) {
+    // A rule that could never hold is not made.
+    const bool incomplete =
+        (rule.trigger == Trigger::application && rule.applicationBundleID.isEmpty()) ||
+        (rule.trigger == Trigger::display && rule.displayID.isEmpty());
+    if (rule.profileID.isNull() || incomplete) {
         return;
     }
     if (m_editing) {

@@ -127,7 +127,8 @@ std::optional<ForegroundApp> X11ForegroundApplication::appOf(quint32 window) con
     }
     bool own = false;
     for (const QWindow* mine : QGuiApplication::allWindows()) {
-        own = own || mine->winId() == window;
+        // Asking a window that has no native one yet for its id would make one.
+        own = own || (mine->handle() != nullptr && mine->winId() == window);
     }
     const auto pidReply = readProperty(m_connection, window, m_pidAtom, XCB_ATOM_CARDINAL);
     if (pidReply && xcb_get_property_value_length(pidReply.get()) >= 4) {
