@@ -3,6 +3,7 @@
 #pragma once
 
 #include "look/Theme.h"
+#include "model/WidgetOption.h"
 #include "model/WidgetSize.h"
 
 #include <QHash>
@@ -106,6 +107,9 @@ struct ConfigContext {
     TickCoordinator* ticker = nullptr;
     // Gives a tile another size as its context menu does (its neighbours make way).
     std::function<void(const QUuid&, WidgetSize)> resizeWidget = {};
+    // The calendars or lists a tile of `kind` may read, found on the machine, for its "source"
+    // options; none offers the fixed choices alone.
+    std::function<QList<WidgetOption::Choice>(const QString& kind)> calendarSources = {};
     // Whether a tile this large, in points, fits on some display; none takes every size.
     std::function<bool(const QSizeF&)> tileFits = {};
     // The places a city search answers with, or none and why (the person's words).

@@ -184,9 +184,14 @@ void WidgetSettingsPage::addOptions(const QString& kind) {
     for (const WidgetOption& option : options) {
         QWidget* control = nullptr;
         switch (option.type) {
-        case WidgetOption::Type::choice: {
+        case WidgetOption::Type::choice:
+        case WidgetOption::Type::source: {
             auto* box = new QComboBox();
-            for (const WidgetOption::Choice& choice : option.choices) {
+            QList<WidgetOption::Choice> choices = option.choices;
+            if (option.type == WidgetOption::Type::source && m_context.calendarSources) {
+                choices += m_context.calendarSources(kind);
+            }
+            for (const WidgetOption::Choice& choice : choices) {
                 box->addItem(choice.title, choice.value);
             }
             connect(box, &QComboBox::activated, this, [this, box, key = option.key](int index) {

@@ -4,6 +4,7 @@
 
 #include "custom/CustomBoard.h"
 #include "desk/DeskBoard.h"
+#include "desk/CalendarBoard.h"
 #include "faces/GlassLook.h"
 #include "faces/SurfaceFlags.h"
 #include "look/Theme.h"
@@ -65,6 +66,9 @@ struct FaceContext {
     const DeskBoard* desk = nullptr;
     // The instance drawn; null for a preview of a kind.
     QUuid instanceID;
+    // The events and reminders tiles show; null where none were read, and a tile whose person
+    // chose a calendar then draws it loading.
+    const CalendarBoard* calendar = nullptr;
 
     // Size, scale and settings of one instance; the rest keeps its defaults for the host to fill.
     static FaceContext forInstance(const WidgetMetadata& metadata, const WidgetInstance& instance);

@@ -4,6 +4,7 @@
 #include "faces/AirQualityFace.h"
 #include "faces/BatteryFace.h"
 #include "faces/BluetoothFace.h"
+#include "faces/CalendarFace.h"
 #include "faces/ClockFace.h"
 #include "faces/CountdownFace.h"
 #include "faces/CustomWidgetFace.h"
@@ -52,6 +53,7 @@ FaceRegistry::FaceRegistry()
     add(QStringLiteral("worldmap"), std::make_unique<WorldMapFace>());
     add(QStringLiteral("moon"), std::make_unique<MoonFace>());
     add(QStringLiteral("weather"), std::make_unique<WeatherFace>());
+    add(QStringLiteral("calendar"), std::make_unique<CalendarFace>());
 }
 
 FaceRegistry::~FaceRegistry() = default;

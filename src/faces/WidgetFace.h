@@ -59,6 +59,13 @@ public:
         return false;
     }
 
+    // Whether the face draws the events or reminders its settings choose, so that the host keeps
+    // them fresh while the tile is in view.
+    virtual bool showsCalendar(const WidgetSettings& settings) const {
+        Q_UNUSED(settings)
+        return false;
+    }
+
     // The frames per second the face's scene asks for as it shows now (its settings and the
     // data in `context`); 0 for a still face. The host runs it at what the surface's pace allows,
     // asks again when the data changes, and hands the scene time in the context.

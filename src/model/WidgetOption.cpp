@@ -86,6 +86,17 @@ WidgetOption temperatureUnit() {
             .defaultValue = QString()};
 }
 
+// Where a calendar or reminders tile reads from: nothing until the person chooses, then every
+// calendar or one the host finds.
+WidgetOption source(const QString& key, const QString& title, const QString& everything) {
+    return {.key = key,
+            .title = title,
+            .type = Type::source,
+            .choices = {{QString(), L("option.source.none", QStringLiteral("Not chosen yet"))},
+                        {QStringLiteral("all"), everything}},
+            .defaultValue = QString()};
+}
+
 WidgetOption text(const QString& key, const QString& title) {
     return {.key = key, .title = title, .type = Type::text, .choices = {}, .defaultValue = {}};
 }
@@ -292,6 +303,20 @@ QList<WidgetOption> WidgetOption::of(const QString& kind) {
     }
     if (kind == QLatin1String("sensors")) {
         return {temperatureUnit()};
+    }
+    if (kind == QLatin1String("calendar")) {
+        return {source(QStringLiteral("calendar"), L("option.calendar", QStringLiteral("Calendar")),
+                       L("option.calendar.all", QStringLiteral("All calendars")))};
+    }
+    if (kind == QLatin1String("reminders")) {
+        return {source(QStringLiteral("list"), L("option.list", QStringLiteral("List")),
+                       L("option.list.all", QStringLiteral("All lists"))),
+                {.key = QStringLiteral("showCompleted"),
+                 .title = L("option.showCompleted",
+                            QStringLiteral("Show those completed in the last week")),
+                 .type = Type::toggle,
+                 .choices = {},
+                 .defaultValue = QStringLiteral("false")}};
     }
     if (kind == QLatin1String("weather")) {
         return weatherOptions();

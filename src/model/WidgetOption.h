@@ -12,7 +12,8 @@ namespace tw {
 struct WidgetOption {
     // `place`: where the tile is about, one of `choices` ("" where the machine is, "custom" a city
     // found by name and kept beside the key, in "locName", "locLat", "locLon" and "locCountry").
-    enum class Type { choice, toggle, text, date, place };
+    // `source`: one of `choices` or a calendar or list the host finds on the machine, by its id.
+    enum class Type { choice, toggle, text, date, place, source };
 
     struct Choice {
         QString value;

@@ -1,7 +1,6 @@
 // What the person's calendars and reminder lists hold, as the calendar and reminders tiles show it.
 #pragma once
 
-#include <QColor>
 #include <QDateTime>
 #include <QList>
 #include <QString>
@@ -18,7 +17,8 @@ struct CalendarEventItem {
     // After the last moment of the event: an all-day event of one day ends at the next midnight.
     QDateTime endDate;
     bool isAllDay = false;
-    QColor calendarColor;
+    // "#rrggbb"; empty for none.
+    QString calendarColor;
     QString calendarTitle;
 
     bool operator==(const CalendarEventItem&) const = default;
@@ -28,7 +28,8 @@ struct CalendarEventItem {
 struct CalendarList {
     QString id;
     QString title;
-    QColor color;
+    // "#rrggbb".
+    QString color;
     // Subscriptions and folders we may not write to.
     bool readOnly = false;
 
@@ -40,7 +41,8 @@ struct ReminderItem {
     QString title;
     std::optional<QDateTime> dueDate;
     bool isCompleted = false;
-    QColor calendarColor;
+    // "#rrggbb"; empty for none.
+    QString calendarColor;
     QString listName;
     // 1 (highest) to 9; 0 for none.
     int priority = 0;

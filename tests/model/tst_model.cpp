@@ -142,6 +142,7 @@ private:
             switch (option.type) {
             case tw::WidgetOption::Type::choice:
             case tw::WidgetOption::Type::place:
+            case tw::WidgetOption::Type::source:
                 QVERIFY2(values.contains(option.defaultValue), qPrintable(where));
                 break;
             case tw::WidgetOption::Type::toggle:

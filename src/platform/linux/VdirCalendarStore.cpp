@@ -3,6 +3,7 @@
 #include "platform/AtomicFile.h"
 #include "platform/linux/ICalReader.h"
 
+#include <QColor>
 #include <QCryptographicHash>
 #include <QDir>
 #include <QDirIterator>
@@ -29,9 +30,10 @@ QString metadata(const QDir& folder, const QString& name) {
 }
 
 // A steady colour of its own for a collection that names none.
-QColor colorFor(const QString& id) {
-    static const QList<QColor> palette{QColor(0x0A84FF), QColor(0xFF9F0A), QColor(0x30D158),
-                                       QColor(0xBF5AF2), QColor(0xFF375F), QColor(0x64D2FF)};
+QString colorFor(const QString& id) {
+    static const QStringList palette{QStringLiteral("#0a84ff"), QStringLiteral("#ff9f0a"),
+                                     QStringLiteral("#30d158"), QStringLiteral("#bf5af2"),
+                                     QStringLiteral("#ff375f"), QStringLiteral("#64d2ff")};
     const QByteArray digest = QCryptographicHash::hash(id.toUtf8(), QCryptographicHash::Sha1);
     return palette.at(static_cast<unsigned char>(digest.at(0)) % palette.size());
 }
@@ -58,7 +60,7 @@ void collect(const QString& path, int depth, bool readOnly, QList<CalendarList>&
             list.title = folder.dirName();
         }
         const QColor named(metadata(folder, QStringLiteral("color")));
-        list.color = named.isValid() ? named : colorFor(canonical);
+        list.color = named.isValid() ? named.name() : colorFor(canonical);
         list.readOnly = readOnly;
         out.append(list);
         return;

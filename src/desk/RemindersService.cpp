@@ -1,0 +1,96 @@
+#include "desk/RemindersService.h"
+
+#include "platform/CalendarStore.h"
+#include "readings/SampleRunner.h"
+#include "text/L.h"
+
+#include <QLoggingCategory>
+
+namespace tw {
+namespace {
+
+Q_LOGGING_CATEGORY(lcReminders, "Reminders")
+
+struct Fetch {
+    QList<CalendarList> lists;
+    CalendarStore::Fetched<ReminderItem> reminders;
+};
+
+} // namespace
+
+RemindersService::RemindersService(CalendarStore& store, SampleRunner& runner,
+                                   const QTimeZone& zone, QObject* parent)
+    : QObject(parent)
+    , m_store(store)
+    , m_runner(runner)
+    , m_zone(zone) {}
+
+CalendarState RemindersService::state(const RemindersFilter& filter) const {
+    return m_book.reading(filter).state;
+}
+
+std::optional<QList<ReminderItem>> RemindersService::lastGood(const RemindersFilter& filter) const {
+    return m_book.reading(filter).lastGood;
+}
+
+void RemindersService::refreshIfStale(const RemindersFilter& filter, const QDateTime& now) {
+    const qsizetype before = m_book.readings().size();
+    if (m_book.wantsFetch(filter, now)) {
+        beginFetch(filter, now);
+    } else if (m_book.readings().size() != before) {
+        Q_EMIT readingsChanged();
+    }
+}
+
+void RemindersService::forceRefreshAll(const QDateTime& now) {
+    m_book.markStale();
+    for (const RemindersFilter& filter : m_book.filters()) {
+        if (m_book.wantsFetch(filter, now)) {
+            beginFetch(filter, now);
+        }
+    }
+}
+
+void RemindersService::toggleCompletion(const ReminderItem& item, const QDateTime& now) {
+    CalendarStore* store = &m_store;
+    runSample(
+        m_runner, this,
+        [store, id = item.id, completed = !item.isCompleted, now] {
+            return store->setCompleted(id, completed, now);
+        },
+        [this, now](const QString& error) {
+            if (!error.isEmpty()) {
+                qCWarning(lcReminders, "save failed: %s", qUtf8Printable(error));
+                Q_EMIT saveFailed(
+                    L("reminders.err.save", QStringLiteral("Couldn’t update reminder")));
+            }
+            forceRefreshAll(now);
+        });
+}
+
+void RemindersService::beginFetch(const RemindersFilter& filter, const QDateTime& now) {
+    const quint64 generation = m_book.begin(filter);
+    Q_EMIT readingsChanged();
+    const std::optional<QDateTime> since =
+        filter.includeCompleted ? std::optional<QDateTime>(now.addDays(-completedDays))
+                                : std::nullopt;
+    CalendarStore* store = &m_store;
+    const QTimeZone zone = m_zone;
+    runSample(
+        m_runner, this,
+        [store, filter, since, zone] {
+            return Fetch{store->reminderLists(), store->reminders(filter.listID, since, zone)};
+        },
+        [this, filter, generation, now](const Fetch& fetched) {
+            if (fetched.lists != m_lists) {
+                m_lists = fetched.lists;
+                Q_EMIT listsChanged();
+            }
+            if (m_book.apply(filter, generation, fetched.reminders.items, fetched.reminders.error,
+                             now)) {
+                Q_EMIT readingsChanged();
+            }
+        });
+}
+
+} // namespace tw

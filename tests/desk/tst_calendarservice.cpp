@@ -1,0 +1,149 @@
+// The calendar services' bookkeeping (freshness, eviction, late results) and the services over
+// real vdir folders, read through a runner the test holds.
+#include "Files.h"
+#include "ScriptedReadings.h"
+#include "desk/CalendarHub.h"
+#include "platform/linux/VdirCalendarStore.h"
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace tw;
+using tw::test::writeFile;
+
+namespace {
+
+using Book = CalendarBook<CalendarFilter, CalendarEventItem>;
+
+const QDateTime t0(QDate(2026, 11, 24), QTime(12, 0), QTimeZone::utc());
+
+CalendarFilter filter(const char* id) {
+    return CalendarFilter{QString::fromLatin1(id)};
+}
+
+QByteArray item(const QByteArray& body) {
+    return "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//test//EN\r\n" + body + "END:VCALENDAR\r\n";
+}
+
+} // namespace
+
+class TestCalendarService : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void freshness_data() {
+        QTest::addColumn<QString>("error");
+        QTest::addColumn<int>("after");
+        QTest::addColumn<bool>("fetches");
+        QTest::newRow("ready, within the minute") << QString() << 59 << false;
+        QTest::newRow("ready, a minute on") << QString() << 60 << true;
+        QTest::newRow("failed, within half a minute") << QStringLiteral("no disk") << 29 << false;
+        QTest::newRow("failed, half a minute on") << QStringLiteral("no disk") << 30 << true;
+        QTest::newRow("the clock went back") << QString() << -3600 << true;
+    }
+    void freshness() {
+        QFETCH(QString, error);
+        QFETCH(int, after);
+        QFETCH(bool, fetches);
+        Book book;
+        QVERIFY(book.wantsFetch(filter("a"), t0));
+        const quint64 generation = book.begin(filter("a"));
+        QVERIFY(!book.wantsFetch(filter("a"), t0.addSecs(600)));
+        QVERIFY(book.apply(filter("a"), generation, {}, error, t0));
+        QCOMPARE(book.wantsFetch(filter("a"), t0.addSecs(after)), fetches);
+    }
+
+    void failureKeepsTheLastGoodList() {
+        Book book;
+        const CalendarEventItem event{
+            QStringLiteral("1"), QStringLiteral("Standup"), t0, t0, false, {}, {}};
+        book.apply(filter("a"), book.begin(filter("a")), {event}, {}, t0);
+        book.apply(filter("a"), book.begin(filter("a")), {}, QStringLiteral("no disk"), t0);
+        const auto reading = book.reading(filter("a"));
+        QCOMPARE(reading.state, CalendarState::error);
+        QCOMPARE(reading.message, QStringLiteral("no disk"));
+        QCOMPARE(reading.lastGood, QList<CalendarEventItem>{event});
+    }
+
+    void olderResultIsDropped() {
+        Book book;
+        const quint64 first = book.begin(filter("a"));
+        const quint64 second = book.begin(filter("a"));
+        QVERIFY(!book.apply(filter("a"), first, {}, QStringLiteral("late"), t0));
+        QCOMPARE(book.reading(filter("a")).state, CalendarState::loading);
+        QVERIFY(book.apply(filter("a"), second, {}, {}, t0));
+        QCOMPARE(book.reading(filter("a")).state, CalendarState::ready);
+    }
+
+    void sixthFilterEvictsTheLeastRecentlyUsed() {
+        Book book;
+        const char* ids[] = {"a", "b", "c", "d", "e", "f"};
+        for (int i = 0; i < 6; ++i) {
+            QVERIFY(book.wantsFetch(filter(ids[i]), t0.addSecs(i)));
+            book.apply(filter(ids[i]), book.begin(filter(ids[i])), {}, {}, t0);
+            if (i == 4) {
+                // "a" is used again before the sixth comes, so "b" is the oldest then.
+                book.wantsFetch(filter("a"), t0.addSecs(i));
+            }
+        }
+        const QList<CalendarFilter> kept = book.filters();
+        QCOMPARE(kept.size(), Book::mostFilters);
+        QVERIFY(!kept.contains(filter("b")));
+        QVERIFY(!book.readings().contains(filter("b")));
+        QVERIFY(kept.contains(filter("a")) && kept.contains(filter("f")));
+    }
+
+    // Over real folders: nothing read before a choice, the events once chosen, an empty list for
+    // a calendar that went away, and a reminder completed in its file.
+    void servicesOverFolders() {
+        QTemporaryDir home;
+        const QString work = home.filePath(QStringLiteral("calendars/work"));
+        QVERIFY(writeFile(work + QStringLiteral("/displayname"), "Work"));
+        QVERIFY(writeFile(
+            work + QStringLiteral("/standup.ics"),
+            item("BEGIN:VEVENT\r\nUID:s\r\nSUMMARY:Standup\r\nDTSTART:20261124T150000Z\r\n"
+                 "DTEND:20261124T151500Z\r\nEND:VEVENT\r\n")));
+        QVERIFY(
+            writeFile(work + QStringLiteral("/plants.ics"),
+                      item("BEGIN:VTODO\r\nUID:p\r\nSUMMARY:Water the plants\r\nEND:VTODO\r\n")));
+        VdirCalendarStore store({{home.filePath(QStringLiteral("calendars"))}, {}});
+        tw::test::HeldRunner runner;
+        CalendarHub hub(store, runner, QTimeZone::utc());
+        QSignalSpy changed(&hub, &CalendarHub::boardChanged);
+
+        const WidgetSettings unchosen;
+        hub.refresh(t0, {unchosen}, {unchosen});
+        QCOMPARE(runner.held(), 0);
+        QVERIFY(!hub.board().eventsFor(unchosen));
+
+        const WidgetSettings all{{QStringLiteral("calendar"), QStringLiteral("all")}};
+        const WidgetSettings gone{
+            {QStringLiteral("calendar"), QStringLiteral("/no/such/calendar")}};
+        const WidgetSettings lists{{QStringLiteral("list"), QStringLiteral("all")},
+                                   {QStringLiteral("showCompleted"), QStringLiteral("true")}};
+        hub.refresh(t0, {all, all, gone}, {lists});
+        QCOMPARE(runner.held(), 3);
+        QCOMPARE(hub.board().eventsFor(all)->state, CalendarState::loading);
+        runner.releaseAll();
+        QVERIFY(!changed.isEmpty());
+        const auto events = hub.board().eventsFor(all);
+        QCOMPARE(events->state, CalendarState::ready);
+        QCOMPARE(events->lastGood->size(), 1);
+        QCOMPARE(events->lastGood->first().title, QStringLiteral("Standup"));
+        QCOMPARE(events->lastGood->first().calendarTitle, QStringLiteral("Work"));
+        QCOMPARE(hub.board().eventsFor(gone)->state, CalendarState::ready);
+        QVERIFY(hub.board().eventsFor(gone)->lastGood->isEmpty());
+        QCOMPARE(hub.calendar().calendars().size(), 1);
+
+        const ReminderItem plants = hub.board().remindersFor(lists)->lastGood->first();
+        QVERIFY(!plants.isCompleted);
+        hub.reminders().toggleCompletion(plants, t0);
+        runner.releaseAll();
+        runner.releaseAll();
+        QVERIFY(hub.board().remindersFor(lists)->lastGood->first().isCompleted);
+        QVERIFY(
+            tw::test::readFile(work + QStringLiteral("/plants.ics")).contains("STATUS:COMPLETED"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestCalendarService)
+#include "tst_calendarservice.moc"
