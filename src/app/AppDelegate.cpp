@@ -13,6 +13,7 @@
 #include "custom/CustomWidgetRuntime.h"
 #include "custom/CustomWidgetStore.h"
 #include "desk/DeskTimers.h"
+#include "desk/CalendarHub.h"
 #include "desktop/DesktopController.h"
 #include "desktop/DesktopGeometry.h"
 #include "desktop/DesktopWallpaper.h"
@@ -40,6 +41,7 @@
 #include "platform/PlatformServices.h"
 #include "platform/QtScheduler.h"
 #include "readings/AppEnergyMeter.h"
+#include "readings/PoolSampleRunner.h"
 #include "readings/PowerWatcher.h"
 #include "readings/Readings.h"
 #include "settings/AppSettings.h"
@@ -149,6 +151,12 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .defaults = m_defaults,
         .location = m_platform.location.get(),
     });
+    // Nothing is read from the calendars until a tile's person chooses one.
+    m_calendarStore = PlatformServices::makeCalendarStore(
+        m_defaults.value(QStringLiteral("tarnwick.calendar.folders")).toStringList(), {});
+    m_calendarRunner = std::make_unique<PoolSampleRunner>();
+    m_calendar = std::make_unique<CalendarHub>(*m_calendarStore, *m_calendarRunner,
+                                               QTimeZone::systemTimeZone());
     m_secrets = PlatformServices::makeSecretStore();
     m_customWidgets = std::make_unique<CustomWidgetStore>(CustomWidgetStore::Services{
         .clock = m_clocks.system,
@@ -236,6 +244,7 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .weather = m_weather.get(),
         .custom = m_custom.get(),
         .desk = m_desk.get(),
+        .calendar = m_calendar.get(),
     });
     // A timer that ends where nobody sees it says so in a notification.
     m_desk->setInView([this](const QUuid& id) { return m_controller->isInView(id); });
@@ -414,6 +423,7 @@ FaceContext AppDelegate::stillContext() const {
     base.readings = &m_readings->board();
     base.weather = &m_weather->board();
     base.custom = &m_custom->board();
+    base.calendar = &m_calendar->board();
     return base;
 }
 
@@ -463,6 +473,17 @@ ConfigContext AppDelegate::makeConfigContext() {
         return gallery;
     };
     context.wallpaperTheme = [this] { return m_wallpaper->currentTheme(); };
+    context.calendarSources = [this](const QString& kind) {
+        // Folder names only, no file is parsed: quick enough for the page to ask as it opens.
+        QList<WidgetOption::Choice> choices;
+        const QList<CalendarList> lists = kind == QLatin1String("reminders")
+                                              ? m_calendarStore->reminderLists()
+                                              : m_calendarStore->calendars();
+        for (const CalendarList& list : lists) {
+            choices.append({list.id, list.title});
+        }
+        return choices;
+    };
     context.searchCities = [this](const QString& text, const QObject* requester,
                                   ConfigContext::CitiesFound done) {
         m_weather->searchCities(text, requester, std::move(done));

@@ -20,6 +20,7 @@ namespace tw {
 
 class AppEnergyMeter;
 class AppSettings;
+class CalendarHub;
 class ConfigWindow;
 struct ConfigContext;
 struct FaceContext;
@@ -41,6 +42,7 @@ class CustomWidgetRuntime;
 class DeskTimers;
 class QtScheduler;
 class Readings;
+class SampleRunner;
 class ScreenTopologyWatcher;
 class SingleInstance;
 class StatusBarController;
@@ -120,6 +122,9 @@ private:
     std::unique_ptr<QtHttpClient> m_http;
     Endpoints m_endpoints;
     std::unique_ptr<WeatherServices> m_weather;
+    std::unique_ptr<CalendarStore> m_calendarStore;
+    std::unique_ptr<SampleRunner> m_calendarRunner;
+    std::unique_ptr<CalendarHub> m_calendar;
     // The person's own widget kinds; before the catalogue and the grid, which ask it.
     std::unique_ptr<SecretStore> m_secrets;
     std::unique_ptr<CustomWidgetStore> m_customWidgets;

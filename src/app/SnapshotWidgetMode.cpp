@@ -1,4 +1,5 @@
 #include "app/LaunchModes.h"
+#include "app/PictureCalendar.h"
 #include "app/PictureReadings.h"
 #include "app/PictureWeather.h"
 #include "app/SnapshotReport.h"
@@ -139,6 +140,8 @@ std::optional<int> runSnapshotWidgetMode(LaunchContext& context) {
         const WeatherBoard weather = pictureWeather(face.settings, face.now);
         face.weather = &weather;
         face.custom = custom ? &*custom : nullptr;
+        const CalendarBoard calendar = pictureCalendar(face.settings, face.now);
+        face.calendar = &calendar;
         picture = renderer.picture(widgetFace, face);
     }
     return reportSnapshot(

@@ -2,6 +2,7 @@
 
 #include "custom/CustomWidgetRuntime.h"
 #include "desk/DeskTimers.h"
+#include "desk/CalendarHub.h"
 #include "desktop/PanelContextMenu.h"
 #include "faces/ActivityFace.h"
 #include "faces/FaceRegistry.h"
@@ -57,6 +58,7 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
                  .weather = services.weather ? &services.weather->board() : nullptr,
                  .custom = services.custom ? &services.custom->board() : nullptr,
                  .desk = services.desk ? &services.desk->board() : nullptr,
+                 .calendar = services.calendar ? &services.calendar->board() : nullptr,
                  .scheduler = &services.scheduler,
                  .clock = &services.clock})
     , m_follower({.displays = services.displays,
@@ -103,6 +105,17 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
                 // A new forecast may bring another sky, which moves at its own pace.
                 m_content.applyPace(tile);
                 if (tile.panel->isVisible() && !tile.state->occluded()) {
+                    tile.panel->contentChanged();
+                }
+            }
+        });
+    }
+    if (CalendarHub* calendar = m_services.calendar) {
+        connect(&m_services.ticker, &TickCoordinator::nowChanged, calendar,
+                [this] { refreshCalendar(); });
+        connect(calendar, &CalendarHub::boardChanged, this, [this] {
+            for (auto& [id, tile] : m_tiles) {
+                if (tile.showsCalendar && tile.panel->isVisible() && !tile.state->occluded()) {
                     tile.panel->contentChanged();
                 }
             }
@@ -387,6 +400,7 @@ void DesktopController::updateDemand() {
     // A weather or custom tile just come into view is served without waiting for the next tick.
     refreshWeather();
     refreshCustom();
+    refreshCalendar();
     Readings* readings = m_services.readings;
     if (readings == nullptr) {
         return;
@@ -434,6 +448,24 @@ void DesktopController::refreshCustom() {
     }
     if (!inView.isEmpty()) {
         custom->refresh(m_services.clock.now(), inView);
+    }
+}
+
+void DesktopController::refreshCalendar() {
+    CalendarHub* calendar = m_services.calendar;
+    if (calendar == nullptr) {
+        return;
+    }
+    QList<WidgetSettings> events;
+    QList<WidgetSettings> reminders;
+    for (const auto& [id, tile] : m_tiles) {
+        if (tile.showsCalendar && tile.panel->isVisible() && !tile.state->occluded()) {
+            (tile.instance.kind == QLatin1String("reminders") ? reminders : events)
+                .append(tile.instance.settings.value_or(WidgetSettings()));
+        }
+    }
+    if (!events.isEmpty() || !reminders.isEmpty()) {
+        calendar->refresh(m_services.clock.now(), events, reminders);
     }
 }
 

@@ -33,6 +33,7 @@ namespace tw {
 class AppSettings;
 class Clock;
 class ColorSchemeWatcher;
+class CalendarHub;
 class CustomWidgetRuntime;
 class DeskTimers;
 class DesktopWindowing;
@@ -89,6 +90,9 @@ public:
         CustomWidgetRuntime* custom = nullptr;
         // The timers' ends, alarms and controls; without it their controls do nothing.
         DeskTimers* desk = nullptr;
+        // The person's events and reminders, kept fresh for the tiles in view that chose a
+        // source; without it such tiles show them loading.
+        CalendarHub* calendar = nullptr;
     };
 
     static constexpr std::chrono::milliseconds occlusionDebounce{150};
@@ -155,6 +159,8 @@ private:
     void refreshWeather();
     // Fetches, where due, the sources of the custom tiles in view and records their histories.
     void refreshCustom();
+    // Reads, where stale, the events and reminders of the calendar tiles in view.
+    void refreshCalendar();
     QList<DropDecision::Tile> shownTiles(const QUuid& except) const;
 
     Services m_services;

@@ -19,9 +19,10 @@ struct DesktopTile {
     std::unique_ptr<TimeSource> time;   // none for a face without a grain
     std::unique_ptr<SceneDriver> scene; // made when its face first may animate
     WidgetInstance instance;
-    bool covered = false;      // as the window system last said
-    ReadingFeeds feeds;        // the machine's readings its face shows
-    bool showsWeather = false; // its face draws the weather of the place its settings name
+    bool covered = false;       // as the window system last said
+    ReadingFeeds feeds;         // the machine's readings its face shows
+    bool showsWeather = false;  // its face draws the weather of the place its settings name
+    bool showsCalendar = false; // its face draws the events or reminders its settings choose
 };
 
 } // namespace tw

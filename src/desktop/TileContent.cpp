@@ -54,8 +54,10 @@ void TileContent::refresh(DesktopTile& tile) const {
     context.weather = m_services.weather;
     context.custom = m_services.custom;
     context.desk = m_services.desk;
+    context.calendar = m_services.calendar;
     tile.feeds = feedsOf(tile, face, context.settings);
     tile.showsWeather = face.showsWeather(context.settings);
+    tile.showsCalendar = face.showsCalendar(context.settings);
 
     const auto grain = face.grain(tile.instance.size, context.settings);
     if (!grain) {

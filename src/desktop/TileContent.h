@@ -21,6 +21,7 @@ class MinuteCoordinator;
 class SymbolProvider;
 class TickCoordinator;
 class WidgetRegistry;
+struct CalendarBoard;
 struct CustomBoard;
 struct DeskBoard;
 struct ReadingsBoard;
@@ -49,6 +50,9 @@ public:
         const CustomBoard* custom = nullptr;
         // Which timers ring; without it none flashes.
         const DeskBoard* desk = nullptr;
+        // The events and reminders tiles show; without it a tile with a chosen calendar shows
+        // it loading.
+        const CalendarBoard* calendar = nullptr;
         // What runs animated scenes; without them every scene stands still.
         Scheduler* scheduler = nullptr;
         const Clock* clock = nullptr;

@@ -199,7 +199,7 @@ void drawMonth(QPainter& painter, const FaceContext& context, const QRectF& box,
 } // namespace
 
 std::optional<TimeGrain> CalendarFace::grain(WidgetSize, const WidgetSettings&) const {
-    return TimeGrain::minute;
+    return TimeGrain::Minutes;
 }
 
 bool CalendarFace::showsCalendar(const WidgetSettings& settings) const {
@@ -250,15 +250,22 @@ void CalendarFace::paint(QPainter& painter, const QRectF& rect, const FaceContex
     const qreal h = rect.height();
     switch (context.size) {
     case WidgetSize::small: {
-        drawDate(painter, context, rect, 34);
-        const QRectF below(rect.left(), rect.top() + 56, w, h - 56);
+        drawDate(painter, context, rect, 26);
+        const QRectF below(rect.left(), rect.top() + 45, w, h - 45);
         if (shown.events.isEmpty()) {
             drawStatus(painter, context, below, shown.status);
-        } else {
-            drawEvent(painter, context,
-                      QRectF(below.left(), below.bottom() - rowHeight, w, rowHeight),
-                      shown.events.first());
+            break;
         }
+        // Room for the next event's title and time only; its calendar's colour marks the title.
+        const CalendarEventItem& next = shown.events.first();
+        const QColor named(next.calendarColor);
+        FaceKit::drawElided(painter, context, QRectF(below.left(), below.top(), w, 15), next.title,
+                            FaceKit::font(12, QFont::DemiBold),
+                            named.isValid() ? named : context.accent(),
+                            Qt::AlignLeft | Qt::AlignTop);
+        FaceKit::drawElided(painter, context, QRectF(below.left(), below.top() + 15, w, 13),
+                            timeText(next, context), FaceKit::font(10.5), context.secondary(),
+                            Qt::AlignLeft | Qt::AlignTop);
         break;
     }
     case WidgetSize::wide: {

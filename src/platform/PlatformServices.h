@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/BluetoothSource.h"
+#include "platform/CalendarStore.h"
 #include "platform/ColorSchemeWatcher.h"
 #include "platform/DesktopPicture.h"
 #include "platform/DesktopPictureSetter.h"
@@ -25,6 +26,7 @@
 #include "platform/Workspace.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 #include <optional>
@@ -73,6 +75,10 @@ struct PlatformServices {
     static std::unique_ptr<LockScreenSurface> makeLockScreenSurface();
     // The desktop's keychain; memory alone when $TKW_NO_KEYCHAIN is set (tests, kiosks).
     static std::unique_ptr<SecretStore> makeSecretStore();
+    // The person's calendars and reminder lists where this system keeps them, with `folders`
+    // the person added; `readOnlyFolders` hold copies of subscribed calendars.
+    static std::unique_ptr<CalendarStore> makeCalendarStore(const QStringList& folders,
+                                                            const QStringList& readOnlyFolders);
     // Why the host could not reach a display, as one sentence for a person; nullopt when it
     // can, or when the decision is better left to Qt. Asked before Qt starts, since Qt ends the
     // process with an abort when its platform cannot connect.

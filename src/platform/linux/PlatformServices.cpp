@@ -19,11 +19,14 @@
 #include "platform/linux/QtDisplays.h"
 #include "platform/linux/ShellRelauncher.h"
 #include "platform/linux/UPowerPowerSource.h"
+#include "platform/linux/VdirCalendarStore.h"
 #include "platform/linux/X11DesktopWindowing.h"
 #include "platform/linux/X11ForegroundApplication.h"
 #include "platform/linux/XdgAutostart.h"
 #include "platform/null/MemorySecretStore.h"
 #include "platform/null/SilentSoundPlayer.h"
+
+#include <QDir>
 
 namespace tw {
 
@@ -76,6 +79,18 @@ std::unique_ptr<SecretStore> PlatformServices::makeSecretStore() {
         return std::make_unique<MemorySecretStore>();
     }
     return std::make_unique<KeychainSecretStore>();
+}
+
+std::unique_ptr<CalendarStore>
+PlatformServices::makeCalendarStore(const QStringList& folders,
+                                    const QStringList& readOnlyFolders) {
+    const QString home = QDir::homePath();
+    QString dataHome = qEnvironmentVariable("XDG_DATA_HOME");
+    if (dataHome.isEmpty()) {
+        dataHome = home + QStringLiteral("/.local/share");
+    }
+    return std::make_unique<VdirCalendarStore>(VdirCalendarStore::Folders{
+        VdirCalendarStore::usualRoots(home, dataHome) + folders, readOnlyFolders});
 }
 
 std::unique_ptr<Relauncher> PlatformServices::makeRelauncher() {
