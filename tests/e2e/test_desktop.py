@@ -7,6 +7,7 @@ slides off), removing a tile from its context menu, and a restart that keeps eve
 """
 
 import argparse
+import datetime
 import http.server
 import json
 import os
@@ -1018,6 +1019,45 @@ class SmartLayoutTest(HostCase):
             self.assertEqual(json.load(f)["activeProfileID"], self.PROJECTOR)
         self.session.run(["xrandr", "--delmonitor", "R"], check=True)
         self.settle(lambda: self.shows("clock"), "the profile from before did not come back")
+
+
+class CalendarTileTest(HostCase):
+    """A calendar tile whose person chose "All calendars" shows an event from a vdir folder, in
+    its calendar's colour; a list kept in another folder next to it stays out of the way."""
+
+    panel_count = 1
+    MAGENTA = "#FF00FF"
+
+    def before_launch(self):
+        folder = os.path.join(self.config_home, "data", "calendars", "personal")
+        os.makedirs(folder)
+        with open(os.path.join(folder, "displayname"), "w", encoding="utf-8") as f:
+            f.write("Personal")
+        with open(os.path.join(folder, "color"), "w", encoding="utf-8") as f:
+            f.write(self.MAGENTA)
+        start = datetime.datetime.now(datetime.timezone.utc) + datetime.timedelta(hours=1)
+        stamp = lambda t: t.strftime("%Y%m%dT%H%M%SZ")
+        with open(os.path.join(folder, "dentist.ics"), "w", encoding="utf-8", newline="") as f:
+            f.write("BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//e2e//EN\r\nBEGIN:VEVENT\r\n"
+                    "UID:dentist\r\nSUMMARY:Dentist\r\nDTSTART:%s\r\nDTEND:%s\r\n"
+                    "END:VEVENT\r\nEND:VCALENDAR\r\n"
+                    % (stamp(start), stamp(start + datetime.timedelta(minutes=45))))
+        tile = {"id": "C0000000-0000-4000-8000-000000000001", "kind": "calendar",
+                "size": "large", "order": 0, "page": 0, "col": 0, "row": 0,
+                "posX": 300, "posY": 700, "settings": {"calendar": "all"}}
+        with open(os.path.join(self.data_dir, "grid.json"), "w", encoding="utf-8") as f:
+            json.dump({"instances": [tile], "pageCount": 1}, f)
+
+    def test_the_tile_shows_the_event_in_its_calendars_colour(self):
+        x, y, w, h = self.panel_of(self.by_kind("calendar"))
+
+        def magenta():
+            return sum(1 for row in self.pixels(x, y, w, h) for (r, g, b) in row
+                       if r > 200 and g < 90 and b > 200)
+        if not self.session.wait_for(lambda: magenta() >= 20, timeout=20):
+            self.screenshot("failed-calendar-tile.png")
+            self.fail("the calendar tile did not show the event of the folder")
+        self.screenshot("calendar-tile.png")
 
 
 def main():
