@@ -20,7 +20,9 @@ Component parse(const QByteArray& text) {
     // A malformed line is libical's to skip, never a reason to abort the process.
     static std::once_flag quiet;
     std::call_once(quiet, [] { icalerror_set_errors_are_fatal(0); });
-    return Component(icalparser_parse_string(text.constData()));
+    // libical reads up to a NUL; bytes handed in raw may have none at their end.
+    const QByteArray terminated(text.constData(), text.size());
+    return Component(icalparser_parse_string(terminated.constData()));
 }
 
 QString textOf(const char* value) {

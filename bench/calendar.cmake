@@ -1,0 +1,1 @@
+tw_add_bench(bench_calendar LIBS tw_platform_os)
