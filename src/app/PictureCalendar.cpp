@@ -1,6 +1,7 @@
 #include "app/PictureCalendar.h"
 
 #include "faces/CalendarFace.h"
+#include "faces/RemindersFace.h"
 
 namespace tw {
 
@@ -8,6 +9,10 @@ CalendarBoard pictureCalendar(const WidgetSettings& settings, const QDateTime& n
     CalendarBoard board;
     if (const auto filter = CalendarFilter::of(settings)) {
         board.events.insert(*filter, {CalendarState::ready, {}, CalendarFace::sampleEvents(now)});
+    }
+    if (const auto filter = RemindersFilter::of(settings)) {
+        board.reminders.insert(*filter,
+                               {CalendarState::ready, {}, RemindersFace::sampleReminders(now)});
     }
     return board;
 }

@@ -15,6 +15,7 @@
 #include "faces/MoonFace.h"
 #include "faces/NetworkFace.h"
 #include "faces/PomodoroFace.h"
+#include "faces/RemindersFace.h"
 #include "faces/SensorsFace.h"
 #include "faces/SimpleClockFace.h"
 #include "faces/StopwatchFace.h"
@@ -54,6 +55,7 @@ FaceRegistry::FaceRegistry()
     add(QStringLiteral("moon"), std::make_unique<MoonFace>());
     add(QStringLiteral("weather"), std::make_unique<WeatherFace>());
     add(QStringLiteral("calendar"), std::make_unique<CalendarFace>());
+    add(QStringLiteral("reminders"), std::make_unique<RemindersFace>());
 }
 
 FaceRegistry::~FaceRegistry() = default;
