@@ -12,8 +12,8 @@
 #include "config/LayoutFileActions.h"
 #include "custom/CustomWidgetRuntime.h"
 #include "custom/CustomWidgetStore.h"
-#include "desk/DeskTimers.h"
 #include "desk/CalendarHub.h"
+#include "desk/DeskTimers.h"
 #include "desktop/DesktopController.h"
 #include "desktop/DesktopGeometry.h"
 #include "desktop/DesktopWallpaper.h"
@@ -152,11 +152,15 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .location = m_platform.location.get(),
     });
     // Nothing is read from the calendars until a tile's person chooses one.
+    const QString subscribed = AppPaths::appSupportDir() + QStringLiteral("/Subscriptions");
     m_calendarStore = PlatformServices::makeCalendarStore(
-        m_defaults.value(QStringLiteral("tarnwick.calendar.folders")).toStringList(), {});
+        m_defaults.value(QStringLiteral("tarnwick.calendar.folders")).toStringList(), {subscribed});
+    m_subscriptions = std::make_unique<CalendarSubscriptions>(*m_http, subscribed);
+    m_subscriptions->setAddresses(
+        m_defaults.value(QStringLiteral("tarnwick.calendar.subscriptions")).toStringList());
     m_calendarRunner = std::make_unique<PoolSampleRunner>();
     m_calendar = std::make_unique<CalendarHub>(*m_calendarStore, *m_calendarRunner,
-                                               QTimeZone::systemTimeZone());
+                                               QTimeZone::systemTimeZone(), m_subscriptions.get());
     m_secrets = PlatformServices::makeSecretStore();
     m_customWidgets = std::make_unique<CustomWidgetStore>(CustomWidgetStore::Services{
         .clock = m_clocks.system,

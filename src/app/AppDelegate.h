@@ -21,6 +21,7 @@ namespace tw {
 class AppEnergyMeter;
 class AppSettings;
 class CalendarHub;
+class CalendarSubscriptions;
 class ConfigWindow;
 struct ConfigContext;
 struct FaceContext;
@@ -124,6 +125,7 @@ private:
     std::unique_ptr<WeatherServices> m_weather;
     std::unique_ptr<CalendarStore> m_calendarStore;
     std::unique_ptr<SampleRunner> m_calendarRunner;
+    std::unique_ptr<CalendarSubscriptions> m_subscriptions;
     std::unique_ptr<CalendarHub> m_calendar;
     // The person's own widget kinds; before the catalogue and the grid, which ask it.
     std::unique_ptr<SecretStore> m_secrets;

@@ -4,6 +4,7 @@
 
 #include "desk/CalendarBoard.h"
 #include "desk/CalendarService.h"
+#include "desk/CalendarSubscriptions.h"
 #include "desk/RemindersService.h"
 
 #include <QObject>
@@ -13,8 +14,9 @@ namespace tw {
 class CalendarHub final : public QObject {
     Q_OBJECT
 public:
+    // `subscriptions`, when given, are fetched while calendar tiles are in view.
     CalendarHub(CalendarStore& store, SampleRunner& runner, const QTimeZone& zone,
-                QObject* parent = nullptr);
+                CalendarSubscriptions* subscriptions = nullptr, QObject* parent = nullptr);
 
     const CalendarBoard& board() const { return m_board; }
     CalendarService& calendar() { return m_calendar; }
@@ -33,6 +35,8 @@ private:
     CalendarService m_calendar;
     RemindersService m_reminders;
     CalendarBoard m_board;
+    CalendarSubscriptions* m_subscriptions;
+    QDateTime m_lastNow;
 };
 
 } // namespace tw

@@ -1,8 +1,12 @@
 // The calendar services' bookkeeping (freshness, eviction, late results) and the services over
 // real vdir folders, read through a runner the test holds.
 #include "Files.h"
+#include "LoopbackHttpServer.h"
+#include "ManualScheduler.h"
 #include "ScriptedReadings.h"
 #include "desk/CalendarHub.h"
+#include "net/QtHttpClient.h"
+#include "net/RedirectPolicy.h"
 #include "platform/linux/VdirCalendarStore.h"
 
 #include <QTemporaryDir>
@@ -142,6 +146,63 @@ private Q_SLOTS:
         QVERIFY(hub.board().remindersFor(lists)->lastGood->first().isCompleted);
         QVERIFY(
             tw::test::readFile(work + QStringLiteral("/plants.ics")).contains("STATUS:COMPLETED"));
+    }
+
+    void subscribedAddresses_data() {
+        QTest::addColumn<QString>("address");
+        QTest::addColumn<QString>("fetched");
+        QTest::newRow("webcal") << QStringLiteral("webcal://example.org/cal.ics")
+                                << QStringLiteral("https://example.org/cal.ics");
+        QTest::newRow("https") << QStringLiteral(" https://example.org/c ")
+                               << QStringLiteral("https://example.org/c");
+        QTest::newRow("file") << QStringLiteral("file:///etc/passwd") << QString();
+        QTest::newRow("no host") << QStringLiteral("webcal:///cal.ics") << QString();
+        QTest::newRow("nothing") << QString() << QString();
+    }
+    void subscribedAddresses() {
+        QFETCH(QString, address);
+        QFETCH(QString, fetched);
+        const std::optional<QUrl> url = CalendarSubscriptions::fetchable(address);
+        QCOMPARE(url ? url->toString() : QString(), fetched);
+    }
+
+    // A subscription fetched from a loopback server becomes a read-only calendar; a later answer
+    // that is no calendar leaves the copy as it was.
+    void subscriptionKeptBesideTheOwnCalendars() {
+        tw::test::LoopbackHttpServer server;
+        server.route("/holidays.ics", tw::test::LoopbackHttpServer::ok(
+                                          item("X-WR-CALNAME:Holidays\r\nBEGIN:VEVENT\r\nUID:h\r\n"
+                                               "SUMMARY:Day off\r\nDTSTART;VALUE=DATE:20261126\r\n"
+                                               "END:VEVENT\r\n")));
+        tw::test::ManualScheduler scheduler;
+        QtHttpClient http(scheduler, [](QStringView) { return AddressClass::Public; });
+        QTemporaryDir home;
+        const QString copies = home.filePath(QStringLiteral("Subscriptions"));
+        CalendarSubscriptions subscriptions(http, copies);
+        subscriptions.setAddresses(
+            QStringList{server.url(QStringLiteral("/holidays.ics")).toString()});
+        QSignalSpy updated(&subscriptions, &CalendarSubscriptions::updated);
+        subscriptions.refreshIfStale(t0);
+        QVERIFY(updated.wait());
+
+        VdirCalendarStore store({{}, {copies}});
+        const QList<CalendarList> calendars = store.calendars();
+        QCOMPARE(calendars.size(), 1);
+        QCOMPARE(calendars[0].title, QStringLiteral("Holidays"));
+        QVERIFY(calendars[0].readOnly);
+        const auto events = store.events(t0, t0.addDays(7), std::nullopt, QTimeZone::utc());
+        QCOMPARE(events.items.size(), 1);
+
+        server.route("/holidays.ics", tw::test::LoopbackHttpServer::ok("<html>maintenance</html>"));
+        subscriptions.refreshIfStale(t0.addSecs(60));
+        QCOMPARE(server.requests().size(), 1);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("not updated")));
+        subscriptions.refreshIfStale(t0.addSecs(31 * 60));
+        QVERIFY(subscriptions.isFetching());
+        QTRY_VERIFY(!subscriptions.isFetching());
+        QCOMPARE(server.requests().size(), 2);
+        QCOMPARE(store.events(t0, t0.addDays(7), std::nullopt, QTimeZone::utc()).items,
+                 events.items);
     }
 };
 
