@@ -133,15 +133,18 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
     connect(qApp, &QGuiApplication::applicationStateChanged, m_settings.get(), takeActive);
     connect(qApp, &QGuiApplication::focusWindowChanged, m_settings.get(), takeActive);
     m_platform = PlatformServices::make();
+    m_media = PlatformServices::makeMediaPlayers(m_clocks.system);
+    m_http = std::make_unique<QtHttpClient>(*m_scheduler);
     m_readings = std::make_unique<Readings>(
         Readings::Sources{
             .system = m_platform.system.get(),
             .power = m_platform.power.get(),
             .sensors = m_platform.sensors.get(),
             .bluetooth = m_platform.bluetooth.get(),
+            .media = m_media.get(),
+            .http = m_http.get(),
         },
         m_clocks.system);
-    m_http = std::make_unique<QtHttpClient>(*m_scheduler);
     m_endpoints = Endpoints::fromEnvironment();
     m_weather = std::make_unique<WeatherServices>(WeatherServices::Services{
         .http = *m_http,

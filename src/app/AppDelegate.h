@@ -117,10 +117,12 @@ private:
     std::unique_ptr<QtScheduler> m_scheduler;
     std::unique_ptr<AppSettings> m_settings;
     PlatformServices m_platform;
+    std::unique_ptr<MediaPlayers> m_media;
+    // The one way out to the web services; before the readings, whose covers come through it.
+    std::unique_ptr<QtHttpClient> m_http;
     // Before everything that reads it, after the sources it reads.
     std::unique_ptr<Readings> m_readings;
-    // The one way out to the web services, and the weather it brings; before the desktop.
-    std::unique_ptr<QtHttpClient> m_http;
+    // The weather the web brings; before the desktop.
     Endpoints m_endpoints;
     std::unique_ptr<WeatherServices> m_weather;
     std::unique_ptr<CalendarStore> m_calendarStore;

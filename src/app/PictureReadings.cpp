@@ -1,6 +1,8 @@
 #include "app/PictureReadings.h"
 
+#include "net/QtHttpClient.h"
 #include "platform/PlatformServices.h"
+#include "platform/QtScheduler.h"
 #include "platform/SystemClock.h"
 #include "readings/Readings.h"
 
@@ -17,6 +19,8 @@ using namespace std::chrono_literals;
 // Power and Bluetooth answer with what their services last announced; a picture gives them a
 // moment to hear the first announcement.
 constexpr std::chrono::milliseconds firstAnnouncement = 400ms;
+// The players answer, and the cover of the one shown arrives, within this or not at all.
+constexpr std::chrono::milliseconds playersAnswer = 1500ms;
 
 template <typename Source>
 void awaitFirstAnnouncement(Source* source) {
@@ -48,11 +52,31 @@ ReadingsBoard pictureReadings(ReadingFeeds feeds) {
     // Loads and rates are measured between two reads in real time, whatever time the picture
     // shows.
     const SystemClock clock;
-    const Readings readings({.system = sources.system.get(),
-                             .power = sources.power.get(),
-                             .sensors = sources.sensors.get(),
-                             .bluetooth = sources.bluetooth.get()},
-                            clock);
+    QtScheduler scheduler;
+    QtHttpClient http(scheduler);
+    const bool media = feeds.testFlag(ReadingFeed::nowPlaying);
+    const std::unique_ptr<MediaPlayers> players =
+        media ? PlatformServices::makeMediaPlayers(clock) : nullptr;
+    Readings readings({.system = sources.system.get(),
+                       .power = sources.power.get(),
+                       .sensors = sources.sensors.get(),
+                       .bluetooth = sources.bluetooth.get(),
+                       .media = players.get(),
+                       .http = &http},
+                      clock);
+    if (media) {
+        // Until the shown track has its cover, or the players had their time.
+        QEventLoop loop;
+        QTimer::singleShot(playersAnswer, &loop, &QEventLoop::quit);
+        QObject::connect(&readings, &Readings::boardChanged, &loop, [&] {
+            const auto& now = readings.board().nowPlaying;
+            if (now && !now->artwork.isEmpty()) {
+                loop.quit();
+            }
+        });
+        readings.setDemand(ReadingFeed::nowPlaying);
+        loop.exec();
+    }
     return readings.sampleNow(feeds);
 }
 

@@ -14,6 +14,7 @@
 #include "faces/GenericFace.h"
 #include "faces/MoonFace.h"
 #include "faces/NetworkFace.h"
+#include "faces/NowPlayingFace.h"
 #include "faces/PomodoroFace.h"
 #include "faces/RemindersFace.h"
 #include "faces/SensorsFace.h"
@@ -53,6 +54,7 @@ FaceRegistry::FaceRegistry()
     add(QStringLiteral("airquality"), std::make_unique<AirQualityFace>());
     add(QStringLiteral("worldmap"), std::make_unique<WorldMapFace>());
     add(QStringLiteral("moon"), std::make_unique<MoonFace>());
+    add(QStringLiteral("nowplaying"), std::make_unique<NowPlayingFace>());
     add(QStringLiteral("weather"), std::make_unique<WeatherFace>());
     add(QStringLiteral("calendar"), std::make_unique<CalendarFace>());
     add(QStringLiteral("reminders"), std::make_unique<RemindersFace>());

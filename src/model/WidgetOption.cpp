@@ -325,6 +325,16 @@ QList<WidgetOption> WidgetOption::of(const QString& kind) {
         return {place()};
     }
     // The moon's rise and set are times of day.
+    if (kind == QLatin1String("nowplaying")) {
+        return {{.key = QStringLiteral("mode"),
+                 .title = L("option.npMode", QStringLiteral("Shows")),
+                 .type = Type::choice,
+                 .choices = {{QStringLiteral("auto"),
+                              L("option.npMode.auto", QStringLiteral("What is playing"))},
+                             {QStringLiteral("manual"),
+                              L("option.npMode.manual", QStringLiteral("Demo tracks"))}},
+                 .defaultValue = QStringLiteral("auto")}};
+    }
     if (kind == QLatin1String("moon")) {
         return {place(), hourFormat()};
     }

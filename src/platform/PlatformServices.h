@@ -14,6 +14,7 @@
 #include "platform/LockScreenSurface.h"
 #include "platform/LoginItem.h"
 #include "platform/MachineIdentity.h"
+#include "platform/MediaPlayers.h"
 #include "platform/Notifications.h"
 #include "platform/PowerSource.h"
 #include "platform/ProcessUsage.h"
@@ -32,6 +33,8 @@
 #include <optional>
 
 namespace tw {
+
+class Clock;
 
 struct PlatformServices {
     std::unique_ptr<Displays> displays;
@@ -66,6 +69,8 @@ struct PlatformServices {
     // The symbols alone, for pictures drawn without the host; needs a QGuiApplication.
     static std::unique_ptr<SymbolProvider> makeSymbolProvider();
     static std::unique_ptr<Relauncher> makeRelauncher();
+    // The session's media players, dated by `clock`, which must outlive them.
+    static std::unique_ptr<MediaPlayers> makeMediaPlayers(const Clock& clock);
     // This process's own cost alone, for pictures of the window drawn without the host.
     static std::unique_ptr<ProcessUsage> makeProcessUsage();
     // Puts pictures on the displays through the running desktop; reaches the display itself, so

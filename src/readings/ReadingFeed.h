@@ -13,6 +13,7 @@ enum class ReadingFeed {
     disks = 0x10,
     battery = 0x20,
     bluetooth = 0x40,
+    nowPlaying = 0x80,
 };
 Q_DECLARE_FLAGS(ReadingFeeds, ReadingFeed)
 Q_DECLARE_OPERATORS_FOR_FLAGS(ReadingFeeds)

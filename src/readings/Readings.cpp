@@ -7,6 +7,7 @@
 #include "platform/SystemSource.h"
 #include "readings/ActivitySampler.h"
 #include "readings/ActivityService.h"
+#include "readings/MediaNowPlayingService.h"
 #include "readings/NetworkSampler.h"
 #include "readings/NetworkService.h"
 #include "readings/PoolSampleRunner.h"
@@ -79,6 +80,12 @@ Readings::Readings(Sources sources, const Clock& clock, SampleRunner* runner, QO
     if (SensorSource* sensors = m_sources.sensors) {
         m_sensors = std::make_unique<SensorReader>(*sensors, *runner);
     }
+    if (m_sources.media != nullptr && m_sources.http != nullptr) {
+        m_nowPlaying = std::make_unique<MediaNowPlayingService>(*m_sources.media, *m_sources.http,
+                                                                *runner, m_clock);
+        connect(m_nowPlaying.get(), &MediaNowPlayingService::changed, this,
+                &Readings::readNowPlaying);
+    }
 }
 
 Readings::~Readings() = default;
@@ -115,10 +122,17 @@ void Readings::applyDemand(ReadingFeeds feeds) {
             disconnect(m_bluetoothConnection);
         }
     }
+    if (m_nowPlaying && (gained | lost).testFlag(ReadingFeed::nowPlaying)) {
+        m_nowPlaying->setActive(feeds.testFlag(ReadingFeed::nowPlaying));
+        readNowPlaying();
+    }
 }
 
 void Readings::refresh(const QDateTime& now) {
     const QDateTime beat = onTheSecond(now);
+    if (m_demand.testFlag(ReadingFeed::nowPlaying) && m_nowPlaying) {
+        m_nowPlaying->refreshIfDue(beat);
+    }
     if (m_demand.testFlag(ReadingFeed::system) && m_system) {
         m_system->snapshot(beat, this, [this](const SystemSnapshot& snapshot) {
             if (m_board.system && m_board.system->sampledAt == snapshot.sampledAt) {
@@ -165,6 +179,15 @@ void Readings::readBluetooth() {
         m_board.bluetoothAvailable = available;
         m_board.bluetooth = devices;
         Q_EMIT boardChanged(ReadingFeed::bluetooth);
+    }
+}
+
+void Readings::readNowPlaying() {
+    const std::optional<NowPlaying> now =
+        m_nowPlaying->isActive() ? std::optional(m_nowPlaying->nowPlaying()) : std::nullopt;
+    if (m_board.nowPlaying != now) {
+        m_board.nowPlaying = now;
+        Q_EMIT boardChanged(ReadingFeed::nowPlaying);
     }
 }
 
@@ -217,6 +240,9 @@ ReadingsBoard Readings::sampleNow(ReadingFeeds feeds, std::chrono::milliseconds 
     if (m_sources.bluetooth != nullptr && feeds.testFlag(ReadingFeed::bluetooth)) {
         board.bluetoothAvailable = m_sources.bluetooth->available();
         board.bluetooth = m_sources.bluetooth->devices();
+    }
+    if (m_nowPlaying && m_nowPlaying->isActive() && feeds.testFlag(ReadingFeed::nowPlaying)) {
+        board.nowPlaying = m_nowPlaying->nowPlaying();
     }
     return board;
 }

@@ -15,6 +15,9 @@ namespace tw {
 class ActivityService;
 class BluetoothSource;
 class Clock;
+class HttpClient;
+class MediaNowPlayingService;
+class MediaPlayers;
 class NetworkService;
 class PowerSource;
 class SampleRunner;
@@ -33,12 +36,16 @@ public:
         PowerSource* power = nullptr;
         SensorSource* sensors = nullptr;
         BluetoothSource* bluetooth = nullptr;
+        // The now-playing feed needs both: the players, and the way to their covers on the web.
+        MediaPlayers* media = nullptr;
+        HttpClient* http = nullptr;
     };
 
     // Every feed there is.
-    static constexpr ReadingFeeds allFeeds{
-        ReadingFeed::system, ReadingFeed::activity, ReadingFeed::sensors,  ReadingFeed::network,
-        ReadingFeed::disks,  ReadingFeed::battery,  ReadingFeed::bluetooth};
+    static constexpr ReadingFeeds allFeeds{ReadingFeed::system,    ReadingFeed::activity,
+                                           ReadingFeed::sensors,   ReadingFeed::network,
+                                           ReadingFeed::disks,     ReadingFeed::battery,
+                                           ReadingFeed::bluetooth, ReadingFeed::nowPlaying};
     // How long `sampleNow` waits between two reads of the counters.
     static constexpr std::chrono::milliseconds samplePause{250};
 
@@ -62,6 +69,8 @@ public:
     void refresh(const QDateTime& now);
     // The demanded `feeds` read at once, for pictures: counters are read twice, `pause` apart,
     // so that loads and rates are real figures. Leaves the hub's own board alone.
+    // The player the now-playing tiles show and their buttons' way to it; null without players.
+    MediaNowPlayingService* nowPlaying() const { return m_nowPlaying.get(); }
     ReadingsBoard sampleNow(ReadingFeeds feeds = allFeeds,
                             std::chrono::milliseconds pause = samplePause) const;
 
@@ -72,6 +81,7 @@ private:
     void applyDemand(ReadingFeeds feeds);
     void readBattery();
     void readBluetooth();
+    void readNowPlaying();
 
     Sources m_sources;
     const Clock& m_clock;
@@ -85,6 +95,7 @@ private:
     std::unique_ptr<SensorReader> m_sensors;
     std::unique_ptr<NetworkService> m_network;
     std::unique_ptr<VolumeService> m_volumes;
+    std::unique_ptr<MediaNowPlayingService> m_nowPlaying;
     QMetaObject::Connection m_powerConnection;
     QMetaObject::Connection m_bluetoothConnection;
 };

@@ -7,6 +7,7 @@
 #include "platform/SystemSource.h"
 #include "readings/ActivitySnapshot.h"
 #include "readings/NetworkSnapshot.h"
+#include "readings/NowPlaying.h"
 #include "readings/SensorSnapshot.h"
 #include "readings/SystemSnapshot.h"
 
@@ -36,6 +37,8 @@ struct ReadingsBoard {
     // Whether the machine has Bluetooth that is on, and the paired devices.
     std::optional<bool> bluetoothAvailable;
     QList<BluetoothDevice> bluetooth;
+    // What the session's players play; absent until the players were first asked.
+    std::optional<NowPlaying> nowPlaying;
 
     bool operator==(const ReadingsBoard&) const = default;
 };

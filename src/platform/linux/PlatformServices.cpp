@@ -14,6 +14,7 @@
 #include "platform/linux/LinuxSystemSource.h"
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/MaterialSymbolProvider.h"
+#include "platform/linux/MprisMediaPlayers.h"
 #include "platform/linux/PortalColorScheme.h"
 #include "platform/linux/ProcProcessUsage.h"
 #include "platform/linux/QtDisplays.h"
@@ -95,6 +96,10 @@ PlatformServices::makeCalendarStore(const QStringList& folders,
 
 std::unique_ptr<Relauncher> PlatformServices::makeRelauncher() {
     return std::make_unique<ShellRelauncher>();
+}
+
+std::unique_ptr<MediaPlayers> PlatformServices::makeMediaPlayers(const Clock& clock) {
+    return MprisMediaPlayers::create(clock);
 }
 
 std::unique_ptr<DesktopPictureSetter> PlatformServices::makeDesktopPictureSetter() {
