@@ -141,12 +141,15 @@ void MediaNowPlayingService::recompute() {
     next.canGoPrevious = winner->canGoPrevious;
     next.changedAt = m_current.changedAt;
     m_currentKey = artKey(*winner);
-    if (const auto cached = m_artCache.constFind(m_currentKey); cached != m_artCache.cend()) {
+    const auto cached = m_artCache.constFind(m_currentKey);
+    if (cached != m_artCache.cend()) {
         next.artwork = *cached;
-    } else if (!winner->artUrl.isEmpty()) {
-        fetchArtwork(m_currentKey, winner->artUrl);
     }
     publish(next);
+    // After publishing: a cover that is read at once lands on the track just published.
+    if (cached == m_artCache.cend() && !winner->artUrl.isEmpty()) {
+        fetchArtwork(m_currentKey, winner->artUrl);
+    }
 }
 
 void MediaNowPlayingService::publish(NowPlaying next) {
