@@ -5,8 +5,10 @@
 #include "ManualClock.h"
 #include "ManualScheduler.h"
 #include "ScriptedMachine.h"
+#include "ScriptedMediaPlayers.h"
 #include "ScriptedReadings.h"
 #include "TestRows.h"
+#include "net/HttpClient.h"
 #include "readings/ActivitySampler.h"
 #include "readings/AppEnergyMeter.h"
 #include "readings/CounterDelta.h"
@@ -64,6 +66,12 @@ struct Rig {
         clock.advance(by);
         readings.refresh(clock.now());
     }
+};
+
+// Covers are not this test's business: no request is ever answered.
+class SilentHttp final : public HttpClient {
+public:
+    void get(const HttpRequest&, const QObject*, Completion) override {}
 };
 
 } // namespace
@@ -137,6 +145,35 @@ private Q_SLOTS:
         rig.power.announce(ScriptedPower::onBattery(39));
         QCOMPARE(rig.readings.board().battery->percent, 40);
         QCOMPARE(changed.size(), 2);
+    }
+
+    // The players are followed only while a tile shows them, and asked again once a minute.
+    void nowPlayingFollowsThePlayersWhileDemanded() {
+        ScriptedMediaPlayers players;
+        SilentHttp http;
+        ManualClock clock;
+        InlineRunner runner;
+        Readings readings({.media = &players, .http = &http}, clock, &runner);
+        QSignalSpy changed(&readings, &Readings::boardChanged);
+        readings.setDemand(ReadingFeed::nowPlaying);
+        QVERIFY(players.watching);
+        QVERIFY(readings.board().nowPlaying && !readings.board().nowPlaying->info.hasInfo());
+        MediaPlayerState player;
+        player.source.id = u"org.mpris.MediaPlayer2.a"_s;
+        player.info.title = u"Song"_s;
+        player.heardAt = player.changedAt = clock.now();
+        players.set({player});
+        QCOMPARE(readings.board().nowPlaying->info.title, u"Song"_s);
+        QCOMPARE(changed.last().first().value<ReadingFeeds>(),
+                 ReadingFeeds(ReadingFeed::nowPlaying));
+        for (int second = 0; second < 61; ++second) {
+            clock.advance(1s);
+            readings.refresh(clock.now());
+        }
+        QCOMPARE(players.refreshes, 1);
+        readings.setDemand({});
+        QVERIFY(!players.watching);
+        QVERIFY(!readings.board().nowPlaying.has_value());
     }
 
     // A picture reads the counters twice, so that the load is a real figure.
