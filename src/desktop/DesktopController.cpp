@@ -15,6 +15,7 @@
 #include "platform/Displays.h"
 #include "platform/Scheduler.h"
 #include "platform/Workspace.h"
+#include "readings/MediaNowPlayingService.h"
 #include "readings/Readings.h"
 #include "settings/AppSettings.h"
 #include "tick/TickCoordinator.h"
@@ -514,15 +515,23 @@ bool DesktopController::handlePlainClick(const QUuid& id, QPointF point) {
         widgetSettingsOpener(id);
         return true;
     }
+    const WidgetFace::Spot spot =
+        shown != m_tiles.end() ? shown->second.panel->spotAt(point) : WidgetFace::Spot();
     // A timer's controls are on its tile; any press on a ringing one silences it.
     if (shown != m_tiles.end() && m_services.desk != nullptr &&
         DeskTimers::isDeskKind(instance->kind)) {
-        m_services.desk->press(id, shown->second.panel->spotAt(point).control);
+        m_services.desk->press(id, spot.control);
+        return true;
+    }
+    // A transport button goes to the player the tile shows.
+    if (spot.media && m_services.readings != nullptr &&
+        m_services.readings->nowPlaying() != nullptr) {
+        m_services.readings->nowPlaying()->send(*spot.media);
         return true;
     }
     // A link the face shows opens in the browser; only a web page, whatever the face says.
-    if (shown != m_tiles.end() && m_services.workspace != nullptr) {
-        if (const auto link = shown->second.panel->spotAt(point).link) {
+    if (m_services.workspace != nullptr) {
+        if (const auto link = spot.link) {
             const QString scheme = link->scheme().toLower();
             if (scheme == QLatin1String("http") || scheme == QLatin1String("https")) {
                 const LaunchResult opened = m_services.workspace->open(*link);

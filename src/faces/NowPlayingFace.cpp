@@ -484,6 +484,28 @@ QRectF NowPlayingFace::changedRect(const QRectF& rect, const FaceContext& contex
     return l.bar.united(l.elapsed).adjusted(-2, -2, 2, 2);
 }
 
+WidgetFace::Spot NowPlayingFace::spotAt(const QRectF& rect, QPointF point,
+                                        const FaceContext& context) const {
+    Spot spot;
+    spot.media = commandAt(rect, point, context);
+    if (!spot.media) {
+        return spot;
+    }
+    switch (*spot.media) {
+    case MediaCommand::playPause:
+        spot.help = shown(context)->info.isPlaying ? L("np.pause", QStringLiteral("Pause"))
+                                                   : L("np.play", QStringLiteral("Play"));
+        break;
+    case MediaCommand::nextTrack:
+        spot.help = L("np.next", QStringLiteral("Next track"));
+        break;
+    case MediaCommand::previousTrack:
+        spot.help = L("np.previous", QStringLiteral("Previous track"));
+        break;
+    }
+    return spot;
+}
+
 std::optional<MediaCommand> NowPlayingFace::commandAt(const QRectF& rect, QPointF point,
                                                       const FaceContext& context) {
     if (isDemo(context)) {

@@ -34,6 +34,8 @@ public:
     ReadingFeeds feeds(WidgetSize size, const WidgetSettings& settings) const override;
     QRectF changedRect(const QRectF& rect, const FaceContext& context, const QDateTime& before,
                        const QDateTime& after) const override;
+    // The button under the pointer, with its name for help.
+    Spot spotAt(const QRectF& rect, QPointF point, const FaceContext& context) const override;
 
     // The button at `point` (in the coordinates of `rect` as given to paint) that the track
     // shown offers; none elsewhere, in manual mode and when nothing plays.

@@ -4,6 +4,7 @@
 #include "desk/DeskAction.h"
 #include "model/WidgetInstance.h"
 #include "model/WidgetSize.h"
+#include "platform/MediaPlayers.h"
 #include "readings/ReadingFeed.h"
 #include "tick/TimeGrain.h"
 
@@ -22,10 +23,11 @@ struct FaceContext;
 
 class WidgetFace {
 public:
-    // What one point of the face offers: a web page a click there opens, and a line of help for
-    // the pointer resting there.
+    // What one point of the face offers: a web page a click there opens, a transport command it
+    // sends to the player the tile shows, and a line of help for the pointer resting there.
     struct Spot {
         std::optional<QUrl> link;
+        std::optional<MediaCommand> media;
         QString help;
         // A control of the tile's own that a press there works (a timer's start or reset).
         std::optional<DeskAction> control;
