@@ -23,14 +23,15 @@ struct FaceContext;
 
 class WidgetFace {
 public:
-    // What one point of the face offers: a web page a click there opens, a transport command it
-    // sends to the player the tile shows, and a line of help for the pointer resting there.
+    // What one point of the face offers: a web page a click there opens, and a line of help for
+    // the pointer resting there.
     struct Spot {
         std::optional<QUrl> link;
-        std::optional<MediaCommand> media;
         QString help;
         // A control of the tile's own that a press there works (a timer's start or reset).
         std::optional<DeskAction> control;
+        // A transport command a press there sends to the player the tile shows.
+        std::optional<MediaCommand> media;
     };
 
     virtual ~WidgetFace() = default;
