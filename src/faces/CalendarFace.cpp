@@ -298,7 +298,7 @@ void CalendarFace::paint(QPainter& painter, const QRectF& rect, const FaceContex
 
 WidgetFace::Spot CalendarFace::spotAt(const QRectF&, QPointF, const FaceContext& context) const {
     if (!CalendarFilter::of(context.settings)) {
-        return {std::nullopt, needsChoiceWords(), std::nullopt};
+        return {std::nullopt, needsChoiceWords(), std::nullopt, std::nullopt};
     }
     return {};
 }
