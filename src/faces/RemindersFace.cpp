@@ -148,7 +148,7 @@ WidgetFace::Spot RemindersFace::spotAt(const QRectF&, QPointF, const FaceContext
     if (!RemindersFilter::of(context.settings)) {
         return {std::nullopt,
                 L("reminders.accessNeeded", QStringLiteral("Reminders access needed")),
-                std::nullopt};
+                std::nullopt, std::nullopt};
     }
     return {};
 }
