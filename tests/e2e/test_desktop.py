@@ -1067,6 +1067,84 @@ class CalendarTileTest(HostCase):
         self.screenshot("calendar-tile.png")
 
 
+class NowPlayingTest(HostCase):
+    """A media player of our own on a private session bus: the music tile shows its track with
+    the cover from a file, a click on the tile's play button reaches the player and the button
+    turns, and when the player leaves the bus the tile says nothing is playing."""
+
+    panel_count = 1
+    SYSTEM_PYTHON = "/usr/bin/python3"
+    PLAYER = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support",
+                          "fake_mpris_player.py")
+    RED = (220, 30, 40)
+
+    def setUp(self):
+        if subprocess.run([self.SYSTEM_PYTHON, "-c", "import dbus, gi"],
+                          capture_output=True, check=False).returncode != 0:
+            self.skipTest("python3-dbus or python3-gi is not installed")
+        super().setUp()
+
+    def before_launch(self):
+        bus = subprocess.Popen(["dbus-daemon", "--session", "--nofork", "--print-address=1"],
+                               stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True,
+                               preexec_fn=dies_with_parent)
+        self.helpers.append(bus)
+        self.addCleanup(bus.stdout.close)
+        self.bus = bus.stdout.readline().strip()
+        cover = os.path.join(self.config_home, "cover.ppm")
+        with open(cover, "wb") as f:
+            f.write(b"P6 64 64 255\n" + bytes(self.RED) * 64 * 64)
+        track = {"PlaybackStatus": "Paused", "Position": 30000000, "Metadata": {
+            "xesam:title": "Harbour Lights", "xesam:artist": ["The Tides"],
+            "mpris:length": 200000000, "mpris:artUrl": "file://" + cover}}
+        self.player_log = os.path.join(self.config_home, "player.log")
+        log = open(self.player_log, "w", encoding="utf-8")
+        self.addCleanup(log.close)
+        self.player = subprocess.Popen(
+            [self.SYSTEM_PYTHON, self.PLAYER, "tides", "--json", json.dumps(track)],
+            env={**os.environ, "DBUS_SESSION_BUS_ADDRESS": self.bus}, stdin=subprocess.PIPE,
+            stdout=log, preexec_fn=dies_with_parent)
+        self.helpers.append(self.player)
+        self.assertTrue(self.session.wait_for(lambda: "ready" in self.said()), "no player")
+        tile = {"id": "D0000000-0000-4000-8000-000000000004", "kind": "nowplaying",
+                "size": "wide", "order": 0, "page": 0, "col": 0, "row": 0, "posX": 300,
+                "posY": 700}
+        with open(os.path.join(self.data_dir, "grid.json"), "w", encoding="utf-8") as f:
+            json.dump({"instances": [tile], "pageCount": 1}, f)
+
+    def environment(self):
+        return {"DBUS_SESSION_BUS_ADDRESS": self.bus}
+
+    def said(self):
+        with open(self.player_log, encoding="utf-8") as f:
+            return f.read().split("\n")
+
+    def test_shows_the_track_and_its_button_reaches_the_player(self):
+        x, y, _, _ = self.panel_of(self.by_kind("nowplaying"))
+        # The wide tile's content: 12 points in from a tile that stands 22 in from its panel;
+        # the cover is its left square, the play button the middle of three under the bar.
+        left, top = x + MARGIN + 12, y + MARGIN + 12
+        cover = (left + 30, top + 30, 12, 12)
+        button = (left + 122, top + 48, 20, 20)
+
+        def red():
+            return all(abs(a - b) < 12 for row in self.pixels(*cover) for p in row
+                       for a, b in zip(p, self.RED))
+        self.assertTrue(self.session.wait_for(red, timeout=20), "the cover never showed")
+        paused = self.pixels(*button)
+        self.session.xdotool("mousemove", "--sync", button[0] + 10, button[1] + 10)
+        self.session.xdotool("click", "1")
+        self.assertTrue(self.session.wait_for(lambda: "called PlayPause" in self.said()),
+                        "the click did not reach the player")
+        self.assertTrue(self.session.wait_for(lambda: self.pixels(*button) != paused),
+                        "the button did not turn to pause")
+        self.screenshot("now-playing.png")
+        self.player.stdin.close()
+        self.player.wait(timeout=10)
+        self.assertTrue(self.session.wait_for(lambda: not red(), timeout=10),
+                        "the tile kept the track of a player that left")
+
+
 def main():
     global BINARY, ARTIFACTS, VERSION, TEMPLATES
     parser = argparse.ArgumentParser()
