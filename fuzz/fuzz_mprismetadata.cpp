@@ -16,9 +16,10 @@ using tw::fuzz::require;
 
 namespace {
 
-const char* const keys[] = {"xesam:title", "xesam:artist", "xesam:album", "mpris:length",
+const char* const keys[] = {"xesam:title",  "xesam:artist",  "xesam:album",    "mpris:length",
                             "mpris:artUrl", "mpris:trackid", "PlaybackStatus", "Position",
-                            "CanPlay", "CanPause", "CanGoNext", "CanControl", "Metadata", "Rate"};
+                            "CanPlay",      "CanPause",      "CanGoNext",      "CanControl",
+                            "Metadata",     "Rate"};
 
 // Reads values from the bytes, choosing each value's type by one byte.
 class Reader {

@@ -1,8 +1,8 @@
 #include "desktop/DesktopController.h"
 
 #include "custom/CustomWidgetRuntime.h"
-#include "desk/DeskTimers.h"
 #include "desk/CalendarHub.h"
+#include "desk/DeskTimers.h"
 #include "desktop/PanelContextMenu.h"
 #include "faces/ActivityFace.h"
 #include "faces/FaceRegistry.h"

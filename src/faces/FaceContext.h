@@ -3,8 +3,8 @@
 #pragma once
 
 #include "custom/CustomBoard.h"
-#include "desk/DeskBoard.h"
 #include "desk/CalendarBoard.h"
+#include "desk/DeskBoard.h"
 #include "faces/GlassLook.h"
 #include "faces/SurfaceFlags.h"
 #include "look/Theme.h"

@@ -160,9 +160,8 @@ private Q_SLOTS:
     // The covers of nine tracks, then the first again: one request each, the first evicted.
     void coversFromTheWebOncePerTrackEightKept() {
         for (int i = 0; i < 9; ++i) {
-            m_server.route(
-                QStringLiteral("/art%1.png").arg(i).toUtf8(),
-                LoopbackHttpServer::ok(QByteArray("png") + QByteArray::number(i)));
+            m_server.route(QStringLiteral("/art%1.png").arg(i).toUtf8(),
+                           LoopbackHttpServer::ok(QByteArray("png") + QByteArray::number(i)));
         }
         for (int i = 0; i < 9; ++i) {
             play(QStringLiteral("Song %1").arg(i),
