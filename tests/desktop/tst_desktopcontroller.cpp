@@ -81,7 +81,10 @@ public:
         if (!QRectF(rect.topLeft(), rect.size() / 2).contains(point)) {
             return {};
         }
-        return {m_link, QStringLiteral("help"), std::nullopt};
+        Spot spot;
+        spot.link = m_link;
+        spot.help = QStringLiteral("help");
+        return spot;
     }
 
 private:
