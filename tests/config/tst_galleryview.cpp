@@ -60,7 +60,7 @@ private Q_SLOTS:
             QCOMPARE(readings.demand(), ReadingFeeds());
             view.show();
             QVERIFY(readings.demand().testFlag(ReadingFeed::system));
-            view.setQuery(QStringLiteral("music"));
+            view.setQuery(QStringLiteral("countdown"));
             QCOMPARE(readings.demand(), ReadingFeeds());
             view.setQuery(QStringLiteral("cpu"));
             QCOMPARE(readings.demand(), ReadingFeeds(ReadingFeed::system));
