@@ -40,6 +40,16 @@ void tell(QWidget* parent, const QString& title, const QString& words) {
     QMessageBox::warning(parent, title, words);
 }
 
+// Asks before the desktop is replaced; true only for the button that goes ahead.
+bool confirmed(QWidget* parent, const QString& title, const QString& words,
+               const QString& goAhead) {
+    QMessageBox confirm(QMessageBox::Question, title, words, QMessageBox::NoButton, parent);
+    QPushButton* ok = confirm.addButton(goAhead, QMessageBox::AcceptRole);
+    confirm.addButton(L("common.cancel", QStringLiteral("Cancel")), QMessageBox::RejectRole);
+    confirm.exec();
+    return confirm.clickedButton() == ok;
+}
+
 } // namespace
 
 LayoutFileActions::LayoutFileActions(ConfigContext& context)
@@ -130,18 +140,12 @@ bool LayoutFileActions::openLayout(const QString& path, QWidget* parent) {
         tell(parent, failedTitle, LayoutBackup::message(*error));
         return false;
     }
-    QMessageBox confirm(QMessageBox::Question,
-                        L("backup.import.confirm.title", QStringLiteral("Load this layout?")),
-                        L("backup.import.confirm.body",
-                          QStringLiteral("All widgets and settings are replaced with the ones in "
-                                         "the file, then Tarnwick restarts. Your current setup is "
-                                         "saved to a backup first.")),
-                        QMessageBox::NoButton, parent);
-    QPushButton* load = confirm.addButton(
-        L("backup.import.confirm.ok", QStringLiteral("Load and Restart")), QMessageBox::AcceptRole);
-    confirm.addButton(L("common.cancel", QStringLiteral("Cancel")), QMessageBox::RejectRole);
-    confirm.exec();
-    if (confirm.clickedButton() != load) {
+    if (!confirmed(parent, L("backup.import.confirm.title", QStringLiteral("Load this layout?")),
+                   L("backup.import.confirm.body",
+                     QStringLiteral("All widgets and settings are replaced with the ones in "
+                                    "the file, then Tarnwick restarts. Your current setup is "
+                                    "saved to a backup first.")),
+                   L("backup.import.confirm.ok", QStringLiteral("Load and Restart")))) {
         return false;
     }
     qCInfo(lcLayoutFiles, "layout imported from %s, relaunching", qUtf8Printable(path));
@@ -154,18 +158,12 @@ bool LayoutFileActions::openLayout(const QString& path, QWidget* parent) {
 }
 
 bool LayoutFileActions::restore(const AutoBackup::Entry& entry, QWidget* parent) {
-    QMessageBox confirm(QMessageBox::Question,
-                        L("backup.restore.title", QStringLiteral("Restore this backup?")),
-                        L("backup.restore.body",
-                          QStringLiteral("Your widgets and settings are replaced by the ones from "
-                                         "this backup, then Tarnwick restarts. The current setup "
-                                         "is saved first.")),
-                        QMessageBox::NoButton, parent);
-    QPushButton* ok = confirm.addButton(
-        L("backup.restore.ok", QStringLiteral("Restore and Restart")), QMessageBox::AcceptRole);
-    confirm.addButton(L("common.cancel", QStringLiteral("Cancel")), QMessageBox::RejectRole);
-    confirm.exec();
-    if (confirm.clickedButton() != ok) {
+    if (!confirmed(parent, L("backup.restore.title", QStringLiteral("Restore this backup?")),
+                   L("backup.restore.body",
+                     QStringLiteral("Your widgets and settings are replaced by the ones from "
+                                    "this backup, then Tarnwick restarts. The current setup "
+                                    "is saved first.")),
+                   L("backup.restore.ok", QStringLiteral("Restore and Restart")))) {
         return false;
     }
     AutoBackup backup = autoBackup();

@@ -44,7 +44,8 @@ private Q_SLOTS:
         for (const QString& kind : faces.kinds()) {
             QVERIFY2(WidgetRegistry::builtInDefinition(kind).has_value(), qPrintable(kind));
             // Woken by a clock or by readings, never both (but for the music tile, whose bar moves
-            // with the clock while the player's news comes as readings); or by the weather it shows.
+            // with the clock while the player's news comes as readings); or by the weather it
+            // shows.
             const WidgetFace& face = faces.face(kind);
             const bool clocked = face.grain(WidgetSize::large, {}).has_value();
             const bool read = face.feeds(WidgetSize::large, {}) != ReadingFeeds();
