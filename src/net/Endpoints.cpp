@@ -18,6 +18,12 @@ const char* publicBase(Endpoints::Service service) {
         return "https://ipwho.is";
     case Endpoints::Service::IpInfo:
         return "https://ipinfo.io";
+    case Endpoints::Service::Stocks:
+        return "https://query1.finance.yahoo.com";
+    case Endpoints::Service::Crypto:
+        return "https://api.coingecko.com";
+    case Endpoints::Service::Currency:
+        return "https://api.frankfurter.dev";
     }
     return "";
 }
@@ -63,6 +69,12 @@ QString Endpoints::name(Service service) {
         return QStringLiteral("ipwho");
     case Service::IpInfo:
         return QStringLiteral("ipinfo");
+    case Service::Stocks:
+        return QStringLiteral("stocks");
+    case Service::Crypto:
+        return QStringLiteral("crypto");
+    case Service::Currency:
+        return QStringLiteral("currency");
     }
     return {};
 }

@@ -17,10 +17,14 @@ public:
         IpApi,
         IpWho,
         IpInfo,
+        Stocks,
+        Crypto,
+        Currency,
     };
-    static constexpr std::array allServices{Service::Forecast,   Service::Geocoding,
-                                            Service::AirQuality, Service::IpApi,
-                                            Service::IpWho,      Service::IpInfo};
+    static constexpr std::array allServices{
+        Service::Forecast, Service::Geocoding, Service::AirQuality, Service::IpApi,
+        Service::IpWho,    Service::IpInfo,    Service::Stocks,     Service::Crypto,
+        Service::Currency};
 
     // The public HTTPS addresses.
     Endpoints() = default;

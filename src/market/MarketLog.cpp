@@ -1,0 +1,7 @@
+#include "market/MarketLog.h"
+
+namespace tw {
+
+Q_LOGGING_CATEGORY(lcMarket, "Market")
+
+} // namespace tw
