@@ -9,7 +9,8 @@
 namespace tw {
 
 CryptoService::CryptoService(const MarketFetch& fetch, QObject* parent)
-    : QObject(parent), m_fetch(fetch) {}
+    : QObject(parent)
+    , m_fetch(fetch) {}
 
 bool CryptoService::isInFlight(const QString& id, const QString& currency) const {
     return m_gate.isInFlight(CryptoQuote::key(id, currency));
@@ -28,8 +29,8 @@ void CryptoService::refreshIfStale(const QStringList& ids, const QString& curren
     QStringList due;
     for (const QString& given : ids) {
         const QString id = given.trimmed().toLower();
-        if (!id.isEmpty() && !due.contains(id) &&
-            due.size() < CryptoQuote::maxCoins && m_gate.begin(CryptoQuote::key(id, code), now, force)) {
+        if (!id.isEmpty() && !due.contains(id) && due.size() < CryptoQuote::maxCoins &&
+            m_gate.begin(CryptoQuote::key(id, code), now, force)) {
             due.append(id);
         }
     }
@@ -37,8 +38,8 @@ void CryptoService::refreshIfStale(const QStringList& ids, const QString& curren
         return;
     }
     HttpRequest request;
-    request.url = m_fetch.endpoints.url(Endpoints::Service::Crypto,
-                                        QStringLiteral("/api/v3/simple/price"));
+    request.url =
+        m_fetch.endpoints.url(Endpoints::Service::Crypto, QStringLiteral("/api/v3/simple/price"));
     QUrlQuery query;
     query.addQueryItem(QStringLiteral("ids"), due.join(QLatin1Char(',')));
     query.addQueryItem(QStringLiteral("vs_currencies"), code);

@@ -7,8 +7,7 @@
 
 namespace tw {
 
-std::optional<CurrencyRates> CurrencyParser::parse(const QByteArray& data,
-                                                   const QString& expecting,
+std::optional<CurrencyRates> CurrencyParser::parse(const QByteArray& data, const QString& expecting,
                                                    const QDateTime& now) {
     const QJsonObject root = QJsonDocument::fromJson(data).object();
     const QString base = currencyCode(root.value(QLatin1String("base")).toString());

@@ -9,7 +9,8 @@
 namespace tw {
 
 CurrencyService::CurrencyService(const MarketFetch& fetch, QObject* parent)
-    : QObject(parent), m_fetch(fetch) {}
+    : QObject(parent)
+    , m_fetch(fetch) {}
 
 bool CurrencyService::isInFlight(const QString& base) const {
     return m_gate.isInFlight(currencyCode(base));

@@ -20,7 +20,8 @@ public:
     // A Retry-After longer than this is taken as this.
     static constexpr std::chrono::seconds longestHoldOff{3600};
 
-    explicit FetchGate(std::chrono::seconds freshFor) : m_freshFor(freshFor) {}
+    explicit FetchGate(std::chrono::seconds freshFor)
+        : m_freshFor(freshFor) {}
 
     // Whether a fetch of `key` may start at `now`: never while one is in flight or the service
     // holds it off; with `force`, whatever the age of the last one. When it may, the key is in

@@ -26,14 +26,16 @@ void onceSettled(Sender* sender, Signal signal, const QObject* requester, Match 
 
 QString unreachableText(const QString& failure) {
     return L("market.check.unreachable", QStringLiteral("Could not ask the service: %1"))
-        .arg(failure.isEmpty() ? L("market.check.noAnswer", QStringLiteral("no answer"))
-                               : failure);
+        .arg(failure.isEmpty() ? L("market.check.noAnswer", QStringLiteral("no answer")) : failure);
 }
 
 } // namespace
 
 MarketServices::MarketServices(const MarketFetch& fetch, QObject* parent)
-    : QObject(parent), m_stocks(fetch), m_crypto(fetch), m_currency(fetch) {
+    : QObject(parent)
+    , m_stocks(fetch)
+    , m_crypto(fetch)
+    , m_currency(fetch) {
     connect(&m_stocks, &StockService::boardChanged, this, &MarketServices::publish);
     connect(&m_crypto, &CryptoService::boardChanged, this, &MarketServices::publish);
     connect(&m_currency, &CurrencyService::boardChanged, this, &MarketServices::publish);
@@ -120,7 +122,8 @@ void MarketServices::check(const QString& kind, const QString& key, const QStrin
         if (targets.isEmpty()) {
             done({false,
                   L("currency.check.empty",
-                    QStringLiteral("Name at least one currency other than %1.")).arg(base),
+                    QStringLiteral("Name at least one currency other than %1."))
+                      .arg(base),
                   {}});
             return;
         }
@@ -141,14 +144,17 @@ void MarketServices::check(const QString& kind, const QString& key, const QStrin
 QuoteCheck MarketServices::stockCheck(const QString& symbol) const {
     if (const std::optional<StockQuote> quote = m_stocks.quote(symbol);
         quote && !m_stocks.isUnknown(symbol) && !m_stocks.isUnreachable(symbol)) {
-        return {true, quote->name + QStringLiteral(" · ") + MarketText::price(quote->price, quote->currency),
+        return {true,
+                quote->name + QStringLiteral(" · ") +
+                    MarketText::price(quote->price, quote->currency),
                 symbol};
     }
     if (m_stocks.isUnknown(symbol)) {
-        return {false,
-                L("stocks.unknown.hint",
-                  QStringLiteral("That symbol is not known. Indices start with a caret, like ^GDAXI.")),
-                {}};
+        return {
+            false,
+            L("stocks.unknown.hint",
+              QStringLiteral("That symbol is not known. Indices start with a caret, like ^GDAXI.")),
+            {}};
     }
     return {false, unreachableText(m_stocks.failure(symbol)), {}};
 }

@@ -85,7 +85,8 @@ MarketDemand MarketDemand::of(const QString& kind, const WidgetSettings& setting
         demand.stocks.append(MarketSettings::stockSymbol(settings));
     } else if (kind == QLatin1String("crypto")) {
         QStringList ids;
-        for (const CryptoCoin& coin : MarketSettings::coinRows(settings, MarketSettings::coinRowsShown)) {
+        for (const CryptoCoin& coin :
+             MarketSettings::coinRows(settings, MarketSettings::coinRowsShown)) {
             ids.append(coin.id);
         }
         demand.coins.insert(MarketSettings::coinCurrency(settings), ids);

@@ -28,7 +28,8 @@ std::optional<StockQuote> StockQuote::fromChart(const QByteArray& answer, const 
                                    .at(0)
                                    .toObject();
     const QJsonObject meta = result.value(QLatin1String("meta")).toObject();
-    const std::optional<double> price = positiveNumber(meta.value(QLatin1String("regularMarketPrice")));
+    const std::optional<double> price =
+        positiveNumber(meta.value(QLatin1String("regularMarketPrice")));
     if (!price) {
         return std::nullopt;
     }

@@ -7,7 +7,8 @@
 namespace tw {
 
 StockService::StockService(const MarketFetch& fetch, QObject* parent)
-    : QObject(parent), m_fetch(fetch) {}
+    : QObject(parent)
+    , m_fetch(fetch) {}
 
 std::optional<StockQuote> StockService::quote(const QString& symbol) const {
     const auto it = m_board.quotes.constFind(normalizedSymbol(symbol));
@@ -39,9 +40,9 @@ void StockService::refreshIfStale(const QString& symbol, const QDateTime& now, b
         return;
     }
     HttpRequest request;
-    request.url = m_fetch.endpoints.url(
-        Endpoints::Service::Stocks,
-        QLatin1String("/v8/finance/chart/") + QString::fromLatin1(QUrl::toPercentEncoding(key)));
+    request.url = m_fetch.endpoints.url(Endpoints::Service::Stocks,
+                                        QLatin1String("/v8/finance/chart/") +
+                                            QString::fromLatin1(QUrl::toPercentEncoding(key)));
     request.url.setQuery(QStringLiteral("range=1d&interval=15m"));
     request.headers = {{"User-Agent", userAgent}};
     request.timeout = MarketFetch::timeout;

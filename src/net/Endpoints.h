@@ -22,9 +22,9 @@ public:
         Currency,
     };
     static constexpr std::array allServices{
-        Service::Forecast, Service::Geocoding, Service::AirQuality, Service::IpApi,
-        Service::IpWho,    Service::IpInfo,    Service::Stocks,     Service::Crypto,
-        Service::Currency};
+        Service::Forecast, Service::Geocoding, Service::AirQuality,
+        Service::IpApi,    Service::IpWho,     Service::IpInfo,
+        Service::Stocks,   Service::Crypto,    Service::Currency};
 
     // The public HTTPS addresses.
     Endpoints() = default;

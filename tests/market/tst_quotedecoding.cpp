@@ -18,8 +18,8 @@ namespace {
 const QDateTime noon(QDate(2026, 11, 24), QTime(12, 0), QTimeZone::utc());
 
 QByteArray chartWith(const QByteArray& meta, const QByteArray& closes = "[1,2]") {
-    return R"({"chart":{"result":[{"meta":)" + meta +
-           R"(,"indicators":{"quote":[{"close":)" + closes + "}]}}]}}";
+    return R"({"chart":{"result":[{"meta":)" + meta + R"(,"indicators":{"quote":[{"close":)" +
+           closes + "}]}}]}}";
 }
 
 } // namespace
@@ -43,11 +43,10 @@ private Q_SLOTS:
         row("no names: the symbol", chartWith(R"({"regularMarketPrice":10,"shortName":7})"), true,
             "AAPL", 0.0, 2);
         row("odd closes dropped",
-            chartWith(R"({"regularMarketPrice":10})", R"([null,"3",-1,0,4,{}])"), true, "AAPL",
-            0.0, 1);
+            chartWith(R"({"regularMarketPrice":10})", R"([null,"3",-1,0,4,{}])"), true, "AAPL", 0.0,
+            1);
         row("series capped",
-            chartWith(R"({"regularMarketPrice":10})",
-                      "[" + QByteArray("1,").repeated(1000) + "1]"),
+            chartWith(R"({"regularMarketPrice":10})", "[" + QByteArray("1,").repeated(1000) + "1]"),
             true, "AAPL", 0.0, int(StockQuote::maxSeries));
         row("price as text", chartWith(R"({"regularMarketPrice":"10"})"), false, "", 0.0, 0);
         row("price zero", chartWith(R"({"regularMarketPrice":0})"), false, "", 0.0, 0);
@@ -92,14 +91,15 @@ private Q_SLOTS:
         QTest::addColumn<QString>("expecting");
         QTest::addColumn<QStringList>("codes");
         QTest::addColumn<QDate>("day");
-        row("real answer", ratesAnswer, "eur", QStringList{u"CHF"_qs, u"GBP"_qs, u"JPY"_qs, u"USD"_qs},
-            QDate(2026, 11, 23));
+        row("real answer", ratesAnswer, "eur",
+            QStringList{u"CHF"_qs, u"GBP"_qs, u"JPY"_qs, u"USD"_qs}, QDate(2026, 11, 23));
         row("another base", ratesAnswer, "USD", QStringList(), QDate());
         row("odd entries left out",
-            QByteArray(R"({"base":"usd","date":"soon","rates":{"eur":0.9,"X":1,"GBP":-1,"JPY":"150"}})"),
+            QByteArray(
+                R"({"base":"usd","date":"soon","rates":{"eur":0.9,"X":1,"GBP":-1,"JPY":"150"}})"),
             "USD", QStringList{u"EUR"_qs}, QDate());
-        row("no rates", QByteArray(R"({"base":"EUR","date":"2026-11-23"})"), "EUR",
-            QStringList(), QDate());
+        row("no rates", QByteArray(R"({"base":"EUR","date":"2026-11-23"})"), "EUR", QStringList(),
+            QDate());
         row("no base", QByteArray(R"({"rates":{"USD":1.1}})"), "EUR", QStringList(), QDate());
     }
     void rates() {

@@ -18,8 +18,8 @@ private Q_SLOTS:
         row("public forecast", "", Service::Forecast, "/v1/forecast",
             "https://api.open-meteo.com/v1/forecast");
         row("public ipwho root", "", Service::IpWho, "/", "https://ipwho.is/");
-        row("currency under a local base", "http://127.0.0.1:8080", Service::Currency,
-            "/v1/latest", "http://127.0.0.1:8080/currency/v1/latest");
+        row("currency under a local base", "http://127.0.0.1:8080", Service::Currency, "/v1/latest",
+            "http://127.0.0.1:8080/currency/v1/latest");
         row("under a local base", "http://127.0.0.1:8080", Service::Forecast, "/v1/forecast",
             "http://127.0.0.1:8080/forecast/v1/forecast");
         row("base with a path and a slash", "http://127.0.0.1:8080/stub/", Service::IpApi, "/json/",
