@@ -61,6 +61,8 @@ Modes:
                                night-sky; default aurora) on one sheet
       --fps F                  frames a second between the moments (default: one loop)
       --start S                the first moment, in seconds (default: 0)
+  --speedtest-cli              measure the connection against the speed test host (about 15 s);
+                               a line "phase=... live=... down=... ping=..." every 0.5 s
   --list-sizes                 one line per kind: "kind:size,size,..."
   --probe-skylight             whether widgets can show above the lock screen here, and why
   --sky LAT LON TIME           the moon's phase and light, sun and moon rise and set on TIME's

@@ -93,6 +93,7 @@ const QList<LaunchStep>& LaunchChain::steps() {
         {"--snapshot-lockpane", 1, offscreen, &runSnapshotLockPaneMode},
         {"--snapshot-livebg", 1, offscreen, &runSnapshotLiveBackdropMode},
         {"--snapshot-glassintro", 1, offscreen, &runSnapshotGlassIntroMode},
+        {"--speedtest-cli", 0, core, &runSpeedTestCliMode},
         {"--list-sizes", 0, core, &runListSizesMode},
         {"--probe-skylight", 0, core, &runProbeSkylightMode},
         // Reads its three values itself, so that a missing one is reported, not ignored.

@@ -53,6 +53,9 @@ std::optional<int> runSnapshotGlassIntroMode(LaunchContext& context);
 // moments of a moving built-in wallpaper (aurora by default) on one sheet, S seconds in and 1/F
 // apart (one loop by default).
 std::optional<int> runSnapshotLiveBackdropMode(LaunchContext& context);
+// --speedtest-cli: one whole speed test, its state every 0.5 s as "phase=… live=… down=… ping=…"
+// lines, the last one when it ends; exit status 0 however it ends.
+std::optional<int> runSpeedTestCliMode(LaunchContext& context);
 // --list-sizes: one line of kind and allowed sizes per kind.
 std::optional<int> runListSizesMode(LaunchContext& context);
 // --probe-skylight: whether widgets can be drawn above the lock screen, step by step, as labelled

@@ -24,6 +24,8 @@ const char* publicBase(Endpoints::Service service) {
         return "https://api.coingecko.com";
     case Endpoints::Service::Currency:
         return "https://api.frankfurter.dev";
+    case Endpoints::Service::SpeedTest:
+        return "https://speed.cloudflare.com";
     }
     return "";
 }
@@ -75,6 +77,8 @@ QString Endpoints::name(Service service) {
         return QStringLiteral("crypto");
     case Service::Currency:
         return QStringLiteral("currency");
+    case Service::SpeedTest:
+        return QStringLiteral("speedtest");
     }
     return {};
 }

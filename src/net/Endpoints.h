@@ -20,11 +20,12 @@ public:
         Stocks,
         Crypto,
         Currency,
+        SpeedTest,
     };
     static constexpr std::array allServices{
-        Service::Forecast, Service::Geocoding, Service::AirQuality,
-        Service::IpApi,    Service::IpWho,     Service::IpInfo,
-        Service::Stocks,   Service::Crypto,    Service::Currency};
+        Service::Forecast, Service::Geocoding, Service::AirQuality, Service::IpApi,
+        Service::IpWho,    Service::IpInfo,    Service::Stocks,     Service::Crypto,
+        Service::Currency, Service::SpeedTest};
 
     // The public HTTPS addresses.
     Endpoints() = default;

@@ -66,6 +66,9 @@ private Q_SLOTS:
         row("sizes before counts", "--counts --sizes", none, none, 0, sizes, 53, "", 0);
         row("counts before list-sizes", "--list-sizes --counts", none, none, 0, counts, 1, "", 0);
         row("probe-skylight", "--probe-skylight", none, none, 0, probe, 9, "", 0);
+        // The test host is a closed port here: the run ends at its first ping.
+        row("speedtest-cli before list-sizes", "--list-sizes --speedtest-cli", none, none, 0,
+            "phase=failed(No connection to the test server) live=0.0 down=— ping=—\n", 1, "…", 0);
         // -1 lines: all that --help prints alone.
         row("-h wins over every mode", "--counts -h", none, none, 0, help, -1, "", 0);
         row("no flag, no display", "", none, none, 1, "", 0, unset, 0);

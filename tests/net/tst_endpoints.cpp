@@ -24,6 +24,8 @@ private Q_SLOTS:
             "http://127.0.0.1:8080/forecast/v1/forecast");
         row("base with a path and a slash", "http://127.0.0.1:8080/stub/", Service::IpApi, "/json/",
             "http://127.0.0.1:8080/stub/ipapi/json/");
+        row("speed test under a local base", "http://h", Service::SpeedTest, "/__down",
+            "http://h/speedtest/__down");
         row("air quality name", "http://h", Service::AirQuality, "v1/air-quality",
             "http://h/air-quality/v1/air-quality");
         row("not a URL keeps the public base", "not a url", Service::Geocoding, "/v1/search",
