@@ -4,6 +4,7 @@
 #include "backup/LayoutBackup.h"
 #include "platform/AppPaths.h"
 #include "platform/PlatformServices.h"
+#include "tick/OffsetClock.h"
 #include "tick/SnapshotClock.h"
 
 #include <QApplication>
@@ -33,8 +34,16 @@ std::optional<int> runDesktopHost(LaunchContext& context) {
     LayoutBackup::finishPendingRestore({.directory = AppPaths::appSupportDir(),
                                         .defaults = context.defaults,
                                         .appVersion = QCoreApplication::applicationVersion()});
-    AppDelegate delegate(context.defaults,
-                         {.system = context.clock.system(), .current = context.clock},
+    // Read once: the clock starts at that moment and runs on, so a time rule can be watched now.
+    const QString start = qEnvironmentVariable("TKW_CLOCK_START");
+    const auto offset = OffsetClock::offsetFor(start, context.clock.system().now());
+    if (!start.isEmpty() && !offset) {
+        context.err << "TKW_CLOCK_START is not an ISO 8601 time and was ignored.\n";
+    }
+    const OffsetClock system(context.clock.system(), offset.value_or(std::chrono::milliseconds{0}));
+    SnapshotClock current(system);
+    current.setPinned(context.clock.pinned());
+    AppDelegate delegate(context.defaults, {.system = system, .current = current},
                          context.arguments.all());
     delegate.applicationDidFinishLaunching(std::move(instance));
     return QCoreApplication::exec();

@@ -80,6 +80,8 @@ Unknown flags are ignored.
 
 Environment:
 %1  TWK_TIME=HH:MM               pin the clock to that time tomorrow, for repeatable pictures
+  TKW_CLOCK_START=TIME         start the desktop's clock at TIME (ISO 8601; local time
+                               when it has no offset) and let it run on, to watch time rules
   TKW_APP_SUPPORT_DIR=DIR      keep the data files in DIR
                                (default: %2)
   TKW_CONFIG_ONLY=1            open only the configuration window, no tiles

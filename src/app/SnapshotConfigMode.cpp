@@ -1,4 +1,5 @@
 #include "app/LaunchModes.h"
+#include "app/PictureLayouts.h"
 #include "app/SceneWidgets.h"
 #include "app/SnapshotReport.h"
 #include "app/SnapshotWidgetOptions.h"
@@ -77,6 +78,14 @@ QImage configPicture(LaunchContext& context, const SnapshotWidgetOptions& option
     meter.startLive();
     config.energy = &meter;
     config.cost = [] { return ConfigContext::Cost{}; };
+    // The Layouts section with profiles, rules and backups a person might have.
+    std::optional<PictureLayouts> layouts;
+    if (selection.section == ConfigSection::layouts) {
+        layouts.emplace(context.clock, scheduler, defaults);
+        config.smartLayouts = &layouts->coordinator();
+        config.dataDirectory = layouts->dataDirectory();
+        config.clock = &context.clock;
+    }
     config.makeGallery = [&]() -> QWidget* {
         auto* gallery = new GalleryView(faces, *symbols, context.clock);
         gallery->setTheme(theme.themed());

@@ -7,6 +7,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
+#include <algorithm>
 #include <cmath>
 
 namespace tw {
@@ -126,7 +127,8 @@ Board::Decoded Board::decode(const QByteArray& bytes) {
     Board board;
     board.app = root.value(QLatin1String("app")).toString(appName);
     board.appVersion = root.value(QLatin1String("appVersion")).toString();
-    board.name = root.value(QLatin1String("name")).toString();
+    // One line of sensible length: it stands in a dialog's title.
+    board.name = root.value(QLatin1String("name")).toString().simplified().left(maxNameLength);
     board.createdAt =
         QDateTime::fromString(root.value(QLatin1String("createdAt")).toString(), Qt::ISODate)
             .toUTC();
@@ -146,7 +148,10 @@ Board::Decoded Board::decode(const QByteArray& bytes) {
         if (object.value(QLatin1String("glassStyle")).isString()) {
             look.glassStyle = object.value(QLatin1String("glassStyle")).toString();
         }
-        look.glassStrength = finite(object.value(QLatin1String("glassStrength")));
+        if (const std::optional<double> strength =
+                finite(object.value(QLatin1String("glassStrength")))) {
+            look.glassStrength = std::clamp(*strength, 0.0, 1.0);
+        }
         board.look = look;
     }
     return board;

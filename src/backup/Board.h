@@ -40,6 +40,7 @@ struct Board {
     static constexpr int currentFormat = 1;
     // A board is small; anything this large is not one.
     static constexpr qint64 maxBytes = 1000000;
+    static constexpr qsizetype maxNameLength = 120;
     static inline const QString extension = QStringLiteral(".twkboard");
     static inline const QString appName = QStringLiteral("Tarnwick");
 
@@ -61,7 +62,8 @@ struct Board {
     // JSON with ISO 8601 dates.
     QByteArray encode() const;
     // 1,000,000 bytes or more, or not a board: wrongFormat; a later format: newer. An item that
-    // cannot be read costs only itself.
+    // cannot be read costs only itself; the name becomes one line of at most maxNameLength
+    // characters and the glass strength falls within 0...1.
     static Decoded decode(const QByteArray& bytes);
     static Decoded read(const QString& path);
 };

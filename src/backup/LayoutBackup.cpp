@@ -14,6 +14,7 @@
 #include <QJsonObject>
 #include <QLoggingCategory>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace tw {
@@ -56,10 +57,16 @@ QMap<QString, QByteArray> decodeMap(const QJsonValue& value) {
     return map;
 }
 
+// One plain file name this file system takes: a name that cannot be written is skipped, not
+// allowed to fail the whole restore.
 bool isSafeName(const QString& name) {
-    return !name.isEmpty() && !name.contains(QLatin1Char('/')) &&
+    constexpr qsizetype longestName = 255;
+    const bool control = std::any_of(name.cbegin(), name.cend(), [](QChar c) {
+        return c.unicode() < 0x20 || c.unicode() == 0x7f;
+    });
+    return !name.isEmpty() && !control && !name.contains(QLatin1Char('/')) &&
            !name.contains(QLatin1Char('\\')) && !name.contains(QLatin1String("..")) &&
-           !name.startsWith(QLatin1Char('.'));
+           !name.startsWith(QLatin1Char('.')) && QFile::encodeName(name).size() <= longestName;
 }
 
 const QString stagingName = QStringLiteral("restore-staging");

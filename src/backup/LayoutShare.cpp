@@ -174,7 +174,8 @@ LayoutShare::Plan LayoutShare::plan(const Board& board, const GridLayout& curren
         WidgetInstance instance;
         instance.kind = item.kind;
         instance.size = item.size;
-        instance.settings = item.settings;
+        // A board from elsewhere may carry what no board should: addresses, folders, places.
+        instance.settings = sanitize(item.kind, item.settings);
         instance.order = order++;
         const QString key = placeKey(item);
         if (!spots.contains(key)) {

@@ -46,8 +46,9 @@ public:
         bool operator==(const Plan&) const = default;
     };
     // New instances for the board's items: unknown kinds and kinds at their maximum counted and
-    // skipped. The arrangement keeps its shape at the first free place of `visibleFrame` that
-    // holds it whole; without one, each tile takes its own free place, or none.
+    // skipped, settings sanitized as when a board is made. The arrangement keeps its shape at the
+    // first free place of `visibleFrame` that holds it whole; without one, each tile takes its own
+    // free place, or none.
     static Plan plan(const Board& board, const GridLayout& current, const WidgetRegistry& registry,
                      const QRectF& visibleFrame, GridStore::Replacing replacing);
 

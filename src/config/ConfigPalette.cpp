@@ -95,11 +95,12 @@ QPushButton:focus { border: 1px solid @accent; }
 QPushButton:disabled { color: @secondary; background: transparent; border-color: @separator; }
 QPushButton#primary { background: @accent; color: @accentText; border: 1px solid @accent; font-weight: 600; }
 QPushButton#primary:hover { background: @accentHover; }
-QLineEdit, QComboBox, QSpinBox, QDateEdit { background: @field; border: 1px solid @fieldBorder; border-radius: 7px; padding: 5px 9px; selection-background-color: @accent; selection-color: @accentText; }
-QLineEdit:disabled, QComboBox:disabled, QSpinBox:disabled, QDateEdit:disabled { color: @secondary; background: transparent; border-color: @separator; }
-QLineEdit:focus, QComboBox:focus, QSpinBox:focus, QDateEdit:focus { border: 2px solid @accent; padding: 4px 8px; }
+QLineEdit, QComboBox, QSpinBox, QDateEdit, QTimeEdit { background: @field; border: 1px solid @fieldBorder; border-radius: 7px; padding: 5px 9px; selection-background-color: @accent; selection-color: @accentText; }
+QLineEdit:disabled, QComboBox:disabled, QSpinBox:disabled, QDateEdit:disabled, QTimeEdit:disabled { color: @secondary; background: transparent; border-color: @separator; }
+QLineEdit:focus, QComboBox:focus, QSpinBox:focus, QDateEdit:focus, QTimeEdit:focus { border: 2px solid @accent; padding: 4px 8px; }
 QComboBox::drop-down, QDateEdit::drop-down { border: none; width: 22px; }
 QComboBox::down-arrow, QDateEdit::down-arrow { image: url(@chevron); width: 10px; height: 6px; }
+QTimeEdit::up-button, QTimeEdit::down-button { width: 0; border: none; }
 QCalendarWidget QWidget { alternate-background-color: @card; }
 QCalendarWidget QToolButton { background: transparent; border: none; padding: 4px 8px; font-weight: 600; }
 QCalendarWidget QAbstractItemView { background: @card; selection-background-color: @accent; selection-color: @accentText; outline: none; }

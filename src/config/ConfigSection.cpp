@@ -32,7 +32,8 @@ QStringList configPages(ConfigSection section) {
         return {QStringLiteral("theme"), QStringLiteral("look"), QStringLiteral("displays"),
                 QStringLiteral("lock")};
     case ConfigSection::layouts:
-        return {QStringLiteral("arrangement")};
+        return {QStringLiteral("arrangement"), QStringLiteral("profiles"), QStringLiteral("rules"),
+                QStringLiteral("backups"), QStringLiteral("files")};
     case ConfigSection::updates:
         return {QStringLiteral("version")};
     case ConfigSection::about:

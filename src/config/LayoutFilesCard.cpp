@@ -29,9 +29,20 @@ LayoutFilesCard::LayoutFilesCard(ConfigContext& context, QWidget* parent)
     , m_actions(context) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
+    // A heading and its card, as the page's own groups stand.
+    const auto group = [this, layout](const QString& heading, QWidget*& made) {
+        made = new QWidget(this);
+        auto* column = new QVBoxLayout(made);
+        column->setContentsMargins(0, 0, 0, 0);
+        column->setSpacing(4);
+        column->addWidget(sectionHeading(heading, made));
+        auto* card = new SettingsCard(made);
+        column->addWidget(card);
+        layout->addWidget(made);
+        return card;
+    };
 
-    layout->addWidget(sectionHeading(L("backup.title", QStringLiteral("Backups")), this));
-    auto* backups = new SettingsCard(this);
+    SettingsCard* backups = group(L("backup.title", QStringLiteral("Backups")), m_backupsGroup);
     auto* automatic = new SwitchButton();
     automatic->setChecked(context.defaults.value(AutoBackup::enabledKey, true).toBool());
     connect(automatic, &SwitchButton::toggled, this,
@@ -54,10 +65,8 @@ LayoutFilesCard::LayoutFilesCard(ConfigContext& context, QWidget* parent)
     m_listLayout = new QVBoxLayout(m_list);
     m_listLayout->setContentsMargins(0, 0, 0, 0);
     backups->addWide(m_list);
-    layout->addWidget(backups);
 
-    layout->addWidget(sectionHeading(L("backup.files", QStringLiteral("Files")), this));
-    auto* files = new SettingsCard(this);
+    SettingsCard* files = group(L("backup.files", QStringLiteral("Files")), m_filesGroup);
     auto* fileButtons = new QWidget();
     auto* fileRow = new QHBoxLayout(fileButtons);
     fileRow->setContentsMargins(0, 0, 0, 0);
@@ -87,7 +96,6 @@ LayoutFilesCard::LayoutFilesCard(ConfigContext& context, QWidget* parent)
                                    "look. Notes, folders, places and other personal content are "
                                    "left out.")),
                   boardButtons);
-    layout->addWidget(files);
     refresh();
 }
 

@@ -22,10 +22,15 @@ public:
     void refresh();
     // The backups as listed.
     const QList<AutoBackup::Entry>& entries() const { return m_entries; }
+    // The two groups under their headings, for a page to scroll to.
+    QWidget* backupsGroup() const { return m_backupsGroup; }
+    QWidget* filesGroup() const { return m_filesGroup; }
 
 private:
     LayoutFileActions m_actions;
     QList<AutoBackup::Entry> m_entries;
+    QWidget* m_backupsGroup = nullptr;
+    QWidget* m_filesGroup = nullptr;
     QWidget* m_list;
     QVBoxLayout* m_listLayout;
 };

@@ -39,7 +39,10 @@ LayoutsPage::LayoutsPage(ConfigContext& context, QWidget* parent)
         addGroup(QStringLiteral("rules"), L("layouts.rules", QStringLiteral("Smart rules")))
             ->addWide(new SmartRulesCard(*context.smartLayouts, context.displays));
     }
-    addWidget(new LayoutFilesCard(context));
+    auto* files = new LayoutFilesCard(context);
+    addWidget(files);
+    addPage(QStringLiteral("backups"), files->backupsGroup());
+    addPage(QStringLiteral("files"), files->filesGroup());
 }
 
 } // namespace tw

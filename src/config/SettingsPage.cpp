@@ -53,6 +53,10 @@ void SettingsPage::addWidget(QWidget* widget) {
     m_column->insertWidget(m_column->count() - 1, widget);
 }
 
+void SettingsPage::addPage(const QString& page, QWidget* group) {
+    m_groups.insert(page, group);
+}
+
 bool SettingsPage::showPage(const QString& page) {
     QWidget* group = m_groups.value(page);
     if (!group) {
@@ -60,7 +64,7 @@ bool SettingsPage::showPage(const QString& page) {
     }
     m_shownPage = page;
     widget()->adjustSize();
-    verticalScrollBar()->setValue(group->y() - 12);
+    verticalScrollBar()->setValue(group->mapTo(widget(), QPoint(0, 0)).y() - 12);
     // The chosen one of a set of choices, else the first control of the group that takes focus.
     QWidget* first = nullptr;
     for (QWidget* next = group->nextInFocusChain(); next && group->isAncestorOf(next);

@@ -21,6 +21,8 @@ public:
     SettingsCard* addGroup(const QString& page, const QString& heading);
     // Anything else at the foot of the page (a note, a button row).
     void addWidget(QWidget* widget);
+    // A group that a widget of this page made itself, known to showPage() by `page`.
+    void addPage(const QString& page, QWidget* group);
     // Brings the named group into view and gives its first control the focus; false if the page
     // has no such group.
     bool showPage(const QString& page);

@@ -61,6 +61,14 @@ private Q_SLOTS:
         QTest::newRow("format zero") << QByteArray(R"({"format":0,"files":{}})") << wrong;
         QTest::newRow("array") << QByteArray("[1]") << wrong;
         QTest::newRow("not JSON") << QByteArray("\x89PNG") << wrong;
+        QTest::newRow("truncated")
+            << QByteArray("{\"format\":1,\"files\":{\"grid.json\":\"e30") << wrong;
+        QTest::newRow("files as a list")
+            << QByteArray(R"({"format":1,"files":["grid.json"]})") << wrong;
+        QTest::newRow("deeply nested")
+            << QByteArray("{\"format\":1,\"files\":{\"a\":") + QByteArray(100000, '[') +
+                   QByteArray(100000, ']') + "}}"
+            << wrong;
     }
     void decodeRefuses() {
         QFETCH(QByteArray, bytes);
@@ -117,6 +125,13 @@ private Q_SLOTS:
         LayoutBackup::Snapshot snapshot = sample();
         snapshot.wallpapers.insert(QStringLiteral("../escape.png"), "x");
         snapshot.wallpapers.insert(QStringLiteral("a/b.png"), "x");
+        snapshot.wallpapers.insert(dir.filePath(QStringLiteral("absolute.png")), "x");
+        snapshot.wallpapers.insert(QStringLiteral("..\\up.png"), "x");
+        snapshot.wallpapers.insert(QStringLiteral("line\nbreak.png"), "x");
+        snapshot.wallpapers.insert(QString(300, QLatin1Char('w')) + QStringLiteral(".png"), "x");
+        snapshot.files.insert(QStringLiteral("../outside.json"), "x");
+        snapshot.files.insert(dir.filePath(QStringLiteral("abs.json")), "x");
+        snapshot.files.insert(QStringLiteral("notices-cache.json"), "replaced");
         snapshot.defaults = PropertyList::encode(
             {{QStringLiteral("tarnwick.someday.new"), QStringLiteral("kept as is")},
              {QStringLiteral("tarnwick.hasSeenGuide"), true},
@@ -131,6 +146,9 @@ private Q_SLOTS:
         QCOMPARE(QDir(dir.filePath(QStringLiteral("Wallpapers"))).entryList(QDir::Files),
                  (QStringList{QStringLiteral("dunes.png"), QStringLiteral("mine.png")}));
         QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("escape.png"))));
+        QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("absolute.png"))));
+        QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("../outside.json"))));
+        QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("abs.json"))));
         QCOMPARE(m_defaults.keys().size(), 2);
         QCOMPARE(m_defaults.value(QStringLiteral("tarnwick.someday.new")).toString(),
                  QStringLiteral("kept as is"));

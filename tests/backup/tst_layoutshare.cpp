@@ -43,6 +43,18 @@ Board::Item item(const QString& kind, double dx = 0, double dy = 0,
     return {.kind = kind, .size = size, .dx = dx, .dy = dy, .settings = std::nullopt};
 }
 
+// Readable, yet with a long name over two lines, numbers as text, items that cannot be used and
+// a look out of range.
+QByteArray hostileBoard() {
+    QByteArray bytes = "{\"format\":1,\"name\":\"Desk\\n" + QByteArray(5000, 'x') + "\",";
+    bytes += R"("width":"wide","height":-5,"items":[)";
+    bytes += R"({"kind":"clock","size":"small","dx":"far","dy":"up","settings":{"a":"1","b":2}},)";
+    bytes += R"({"kind":7,"size":"small"},{"kind":"battery","size":"enormous"},"clock",null,)";
+    bytes += R"({"kind":"battery","size":"wide","dx":-40,"dy":12.5}],)";
+    bytes += R"("look":{"palette":3,"glassStyle":"clear","glassStrength":40}})";
+    return bytes;
+}
+
 } // namespace
 
 class TestLayoutShare : public QObject {
@@ -133,11 +145,77 @@ private Q_SLOTS:
         QTest::newRow("too large") << QByteArray(R"({"format":1,"items":[],"name":")") +
                                           QByteArray(Board::maxBytes, 'a') + "\"}"
                                    << int(Board::Error::wrongFormat);
+        QTest::newRow("older") << QByteArray(R"({"format":0,"items":[]})")
+                               << int(Board::Error::wrongFormat);
+        QTest::newRow("format as text")
+            << QByteArray(R"({"format":"1","items":[]})") << int(Board::Error::wrongFormat);
+        QTest::newRow("items not a list") << QByteArray(R"({"format":1,"items":{"kind":"clock"}})")
+                                          << int(Board::Error::wrongFormat);
+        QTest::newRow("truncated") << QByteArray("{\"format\":1,\"items\":[{\"kind\":\"clo")
+                                   << int(Board::Error::wrongFormat);
+        QTest::newRow("deeply nested")
+            << QByteArray("{\"format\":1,\"items\":") + QByteArray(100000, '[') +
+                   QByteArray(100000, ']') + "}"
+            << int(Board::Error::wrongFormat);
+        QTest::newRow("a list") << QByteArray("[1]") << int(Board::Error::wrongFormat);
     }
     void decodeRefuses() {
         QFETCH(QByteArray, bytes);
         QFETCH(int, error);
         QCOMPARE(Board::decode(bytes), Board::Decoded(Board::Error(error)));
+    }
+
+    // A readable board from elsewhere: what cannot be used costs only itself.
+    void decodeKeepsWhatItCan() {
+        const Board::Decoded decoded = Board::decode(hostileBoard());
+        QVERIFY(std::holds_alternative<Board>(decoded));
+        const Board& board = std::get<Board>(decoded);
+        QCOMPARE(board.name.size(), Board::maxNameLength);
+        QVERIFY(board.name.startsWith(QStringLiteral("Desk xxx")));
+        QCOMPARE(board.width, 0.0);
+        QCOMPARE(board.height, 0.0);
+        QCOMPARE(board.items.size(), 2);
+        QCOMPARE(board.items[0].dx, 0.0);
+        QCOMPARE(board.items[0].settings,
+                 WidgetSettings({{QStringLiteral("a"), QStringLiteral("1")}}));
+        QCOMPARE(board.items[1].dx, -40.0);
+        QCOMPARE(board.look->palette, std::nullopt);
+        QCOMPARE(board.look->glassStyle, QStringLiteral("clear"));
+        QCOMPARE(board.look->glassStrength, 1.0);
+    }
+
+    // What a board must not carry is dropped on the way in as on the way out; an arrangement
+    // too large for the screen still lands on it.
+    void importDropsPersonalSettingsAndStaysOnScreen() {
+        test::ManualClock clock;
+        test::ManualScheduler scheduler(&clock);
+        WidgetRegistry registry;
+        MemoryDefaults defaults;
+        FixedDisplays displays(
+            {{QStringLiteral("main"), QStringLiteral("Main"), screen, screen, true}});
+        QTemporaryDir dir;
+        GridStore grid({clock, scheduler, registry, &defaults, &displays, nullptr},
+                       dir.filePath(QStringLiteral("grid.json")));
+        Board::Item web = item(QStringLiteral("web"), 0, 0, WidgetSize::large);
+        web.settings = WidgetSettings{{QStringLiteral("url"), QStringLiteral("http://x.test/")},
+                                      {QStringLiteral("tileScale"), QStringLiteral("1")}};
+        Board::Item note = item(QStringLiteral("stickynote"), 1e300, -1e300);
+        note.settings = WidgetSettings{{QStringLiteral("text"), QStringLiteral("hi")},
+                                       {QStringLiteral("locLat"), QStringLiteral("41")}};
+        const LayoutShare::ImportResult result =
+            LayoutShare::importBoard(board({web, note}), grid, registry, nullptr,
+                                     GridStore::Replacing::no, LayoutShare::ApplyLook::no, screen);
+        QCOMPARE(result.placed, 2);
+        const WidgetInstance page = *grid.instance(result.ids[0]);
+        QCOMPARE(page.settings,
+                 WidgetSettings({{QStringLiteral("tileScale"), QStringLiteral("1")}}));
+        const WidgetInstance placedNote = *grid.instance(result.ids[1]);
+        QCOMPARE(placedNote.settings, std::nullopt);
+        for (const WidgetInstance& added : {page, placedNote}) {
+            QVERIFY(added.posX && added.posY);
+            QVERIFY(
+                screen.contains(RectEdges::tileRect(*added.posX, *added.posY, added.pixelSize())));
+        }
     }
 
     void importCountsWhatItSkipsAndCanBeUndone() {

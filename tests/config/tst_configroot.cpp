@@ -76,6 +76,8 @@ private Q_SLOTS:
                               << "lock" << 2 << "lock";
         QTest::newRow("language") << "general"
                                   << "language" << 1 << "language";
+        QTest::newRow("layout file") << "layouts"
+                                     << "files" << 3 << "files";
         QTest::newRow("about") << "about"
                                << "licences" << 5 << "licences";
     }

@@ -8,6 +8,7 @@ slides off), removing a tile from its context menu, and a restart that keeps eve
 
 import argparse
 import datetime
+import glob
 import http.server
 import json
 import os
@@ -87,6 +88,21 @@ class Host:
     def wait_for_panels(self, count):
         # A start on a busy machine may take a while: the deadline is generous.
         return self.session.wait_for(lambda: len(self.panels()) == count and self.panels(), 30)
+
+
+class Started:
+    """A process this test did not start itself, ended like a helper by its id."""
+
+    def __init__(self, pid):
+        self.pid = pid
+
+    def terminate(self):
+        subprocess.run(["kill", "-TERM", str(self.pid)], check=False, stderr=subprocess.DEVNULL)
+
+    def wait(self):
+        deadline = time.monotonic() + 10
+        while os.path.exists("/proc/%d" % self.pid) and time.monotonic() < deadline:
+            time.sleep(0.1)
 
 
 def tile_rect(instance):
@@ -177,6 +193,14 @@ class HostCase(unittest.TestCase):
                              capture_output=True, check=True).stdout
         return [[tuple(raw[(j * w + i) * 3:(j * w + i) * 3 + 3]) for i in range(w)]
                 for j in range(h)]
+
+    def dialog(self, title):
+        """A window of this title (a regular expression), in front and focused."""
+        found = self.session.wait_for(lambda: self.session.output(
+            ["xdotool", "search", "--name", "^" + title + "$"]).split(), timeout=20)
+        self.assertTrue(found, "no window " + title)
+        self.session.xdotool("windowactivate", "--sync", found[0])
+        return found[0]
 
     def choose_last_menu_entry(self, button):
         """Clicks where the pointer rests, waits for the menu, and takes its last entry."""
@@ -935,13 +959,6 @@ class BoardFileTest(HostCase):
         with open(os.path.join(self.data_dir, "grid.json"), "w", encoding="utf-8") as f:
             json.dump({"instances": [tile], "pageCount": 1}, f)
 
-    def dialog(self, title):
-        found = self.session.wait_for(lambda: self.session.output(
-            ["xdotool", "search", "--name", "^" + title + "$"]).split(), timeout=20)
-        self.assertTrue(found, "no window " + title)
-        self.session.xdotool("windowactivate", "--sync", found[0])
-        return found[0]
-
     def test_an_opened_board_is_offered_then_added(self):
         folder = tempfile.mkdtemp(prefix="tw-e2e-board-")
         self.addCleanup(shutil.rmtree, folder, ignore_errors=True)
@@ -975,13 +992,103 @@ class BoardFileTest(HostCase):
         self.assertFalse(overlap(added[0], tile_rect(self.by_kind("clock"))), added)
 
 
-class SmartLayoutTest(HostCase):
-    """Two layout profiles and a display rule: a monitor defined at run time puts the rule's
-    profile on the desktop, and taking it away brings the profile from before back."""
+class LayoutFileTest(HostCase):
+    """The whole setup out to a layout file from the Layouts section, the data directory wiped,
+    and the file opened again: after the restart the same tiles stand in the same places, with
+    their content, and look the same."""
+
+    panel_count = 2
+    conf = "tarnwick.openWindowAtLaunch=true\ntarnwick.hasSeenGuide=true\n"
+
+    def before_launch(self):
+        def tile(n, kind, size, y, **more):
+            return {"id": "E0000000-0000-4000-8000-00000000000%d" % n, "kind": kind,
+                    "size": size, "order": n, "page": 0, "col": 0, "row": 0, "posX": 40,
+                    "posY": y, **more}
+        with open(os.path.join(self.data_dir, "grid.json"), "w", encoding="utf-8") as f:
+            json.dump({"instances": [
+                tile(1, "stickynote", "wide", 900, settings={"text": "Carried over"}),
+                tile(2, "battery", "small", 780)], "pageCount": 1}, f)
+
+    def environment(self):
+        # The page's "files" group puts the focus on "Export…".
+        return {"TKW_CONFIG_SECTION": "layouts", "TKW_SETTINGS_PAGE": "files"}
+
+    def tiles(self):
+        return sorted((i["id"].lower(), i["kind"], i["size"], i["posX"], i["posY"],
+                       json.dumps(i.get("settings"), sort_keys=True))
+                      for i in self.host.grid()["instances"])
+
+    def looks(self):
+        """The tiles' pixels once two looks a second apart agree, the pointer out of the way."""
+        self.session.xdotool("mousemove", "--sync", SCREEN[0] - 4, SCREEN[1] - 4)
+        instances = sorted(self.host.grid()["instances"], key=lambda i: i["id"])
+        shots = []
+
+        def steady():
+            shots.append([self.pixels(*tile_rect(i)) for i in instances])
+            time.sleep(1)
+            return len(shots) > 1 and shots[-1] == shots[-2]
+        self.assertTrue(self.session.wait_for(steady, timeout=20), "the tiles kept changing")
+        return shots[-1]
+
+    def test_exported_wiped_and_imported_gives_the_same_desktop(self):
+        folder = tempfile.mkdtemp(prefix="tw-e2e-layout-")
+        self.addCleanup(shutil.rmtree, folder, ignore_errors=True)
+        path = os.path.join(folder, "moved.twklayout")
+        window = self.config_window()
+        self.assertTrue(window, "the window did not open")
+        self.session.xdotool("windowmove", window[0], 700, 300)
+        tiles = self.tiles()
+        looks = self.looks()
+        self.session.xdotool("windowactivate", "--sync", window[0])
+        self.session.xdotool("key", "--clearmodifiers", "space")
+        self.dialog("Saves every widget.*")
+        self.session.xdotool("key", "--clearmodifiers", "ctrl+a")
+        self.session.xdotool("type", "--delay", "15", path)
+        # A completion list may take the first Return.
+        for _ in range(3):
+            self.session.xdotool("key", "--clearmodifiers", "Return")
+            if self.session.wait_for(lambda: os.path.exists(path), timeout=3):
+                break
+        self.assertTrue(os.path.exists(path), "the layout file was not written")
+        self.host.stop()
+
+        # Another computer, as far as the program can tell.
+        shutil.rmtree(self.data_dir)
+        os.makedirs(self.data_dir)
+        self.write_conf(HostCase.conf + "tarnwick.hasSeenGuide=true\n")
+        self.host.launch()
+        self.assertTrue(self.host.wait_for_panels(3), "the first desktop did not come")
+        self.assertNotEqual(self.tiles(), tiles)
+        first = self.host.process
+        self.assertEqual(self.host.start(path).wait(timeout=20), 0, "the file was not handed over")
+        self.dialog("Load this layout[?]")
+        self.screenshot("layout-file-confirm.png")
+        self.session.xdotool("key", "--clearmodifiers", "Return")
+        first.wait(timeout=20)
+        ids = {t[0] for t in tiles}
+        self.assertTrue(self.session.wait_for(lambda: set(self.host.panels()) == ids, timeout=40),
+                        "the restarted program did not show the file's tiles")
+        # The restarted program is no child of this test: stopped by its id.
+        pid = int(self.session.output(
+            ["xdotool", "getwindowpid", str(next(iter(self.host.panels().values()))[0])]))
+        self.helpers.append(Started(pid))
+        self.assertEqual(self.tiles(), tiles)
+        self.assertEqual(len(glob.glob(os.path.join(
+            self.data_dir, "Backups", "before-import-*.twklayout"))), 1, "no backup came first")
+        self.assertEqual(self.looks(), looks, "the tiles look different")
+        self.screenshot("layout-file-imported.png")
+
+
+class ProfilesCase(HostCase):
+    """Two layout profiles, a clock on the default and a battery on the other, and one rule that
+    chooses the other."""
 
     panel_count = 1
     DEFAULT = "00000000-0000-4000-8000-000000000001"
-    PROJECTOR = "C0000000-0000-4000-8000-000000000001"
+    OTHER = "C0000000-0000-4000-8000-000000000001"
+    rule = {}
 
     def before_launch(self):
         def tile(n, kind):
@@ -994,16 +1101,16 @@ class SmartLayoutTest(HostCase):
                     "snapshot": {"layout": {"instances": [tile(n, kind)], "pageCount": 1},
                                  "displays": [], "placements": []}}
 
+        rule = {"id": "C2000000-0000-4000-8000-000000000001", "name": "Rule",
+                "profileID": self.OTHER, "isEnabled": True, "trigger": "display",
+                "startMinute": 0, "endMinute": 0, "applicationBundleID": "", "displayID": "",
+                "displayName": ""}
         files = {
             "grid.json": {"instances": [tile(0, "clock")], "pageCount": 1},
             "layout-profiles.json": {"version": 1, "activeProfileID": self.DEFAULT, "profiles": [
                 profile(self.DEFAULT, "Default", "clock", 0),
-                profile(self.PROJECTOR, "Projector", "battery", 1)]},
-            "smart-layout-rules.json": {"version": 1, "rules": [{
-                "id": "C2000000-0000-4000-8000-000000000001", "name": "Presenting",
-                "profileID": self.PROJECTOR, "isEnabled": True, "trigger": "display",
-                "startMinute": 0, "endMinute": 0, "applicationBundleID": "", "displayID": "",
-                "displayName": "R"}]},
+                profile(self.OTHER, "Other", "battery", 1)]},
+            "smart-layout-rules.json": {"version": 1, "rules": [{**rule, **self.rule}]},
         }
         for name, content in files.items():
             with open(os.path.join(self.data_dir, name), "w", encoding="utf-8") as f:
@@ -1015,6 +1122,17 @@ class SmartLayoutTest(HostCase):
         return ([i["kind"] for i in instances] == [kind] and
                 list(self.host.panels()) == [instances[0]["id"].lower()])
 
+    def active_profile(self):
+        with open(os.path.join(self.data_dir, "layout-profiles.json"), encoding="utf-8") as f:
+            return json.load(f)["activeProfileID"]
+
+
+class SmartLayoutTest(ProfilesCase):
+    """A monitor defined at run time puts the display rule's profile on the desktop, and taking
+    it away brings the profile from before back."""
+
+    rule = {"name": "Presenting", "trigger": "display", "displayName": "R"}
+
     def test_a_display_rule_switches_profiles_with_the_monitor(self):
         self.assertTrue(self.shows("clock"))
         added = self.session.run(["xrandr", "--setmonitor", "R", "960/254x1080/286+960+0",
@@ -1022,10 +1140,32 @@ class SmartLayoutTest(HostCase):
         if added.returncode != 0:
             self.skipTest("this X server cannot define monitors")
         self.settle(lambda: self.shows("battery"), "the rule's profile did not come")
-        with open(os.path.join(self.data_dir, "layout-profiles.json"), encoding="utf-8") as f:
-            self.assertEqual(json.load(f)["activeProfileID"], self.PROJECTOR)
+        self.assertEqual(self.active_profile(), self.OTHER)
         self.session.run(["xrandr", "--delmonitor", "R"], check=True)
         self.settle(lambda: self.shows("clock"), "the profile from before did not come back")
+
+
+class ScheduleRuleTest(ProfilesCase):
+    """The desktop's clock started just before nine: the rule's window opens a few seconds into
+    the run and the next evaluation (every 30 s) puts the rule's profile on the desktop."""
+
+    START = datetime.datetime(2026, 11, 24, 8, 59, 45)
+    rule = {"name": "Mornings", "trigger": "schedule", "startMinute": 9 * 60,
+            "endMinute": 10 * 60}
+
+    def environment(self):
+        self.started = time.monotonic()
+        return {"TKW_CLOCK_START": self.START.isoformat()}
+
+    def test_a_schedule_rule_switches_profiles_when_its_window_opens(self):
+        # Still before nine, unless this start was slower than the time left.
+        if time.monotonic() - self.started < 12:
+            self.assertTrue(self.shows("clock"), "the rule held before its window")
+        self.assertTrue(self.session.wait_for(lambda: self.shows("battery"), timeout=60),
+                        "the rule's profile did not come")
+        self.assertGreater(time.monotonic() - self.started, 15, "the rule held too early")
+        self.assertEqual(self.active_profile(), self.OTHER)
+        self.screenshot("schedule-rule.png")
 
 
 class CalendarTileTest(HostCase):

@@ -4,6 +4,7 @@
 #include "tick/AnimationPace.h"
 #include "tick/Cadence.h"
 #include "tick/MinuteCoordinator.h"
+#include "tick/OffsetClock.h"
 #include "tick/PaintLedger.h"
 #include "tick/SceneClock.h"
 #include "tick/SnapshotClock.h"
@@ -280,6 +281,42 @@ private Q_SLOTS:
         const std::optional<QDateTime> pin = SnapshotClock::pinFor(text, now);
         QTEST(pin ? pin->toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")) : QString(), "pinned");
         QVERIFY(!pin || pin->timeZone() == now.timeZone());
+    }
+
+    // A clock started at a chosen moment reads that moment at once and then runs with the base;
+    // an unreadable start leaves the clock alone.
+    void offsetClock_data() {
+        QTest::addColumn<QString>("start");
+        QTest::addColumn<QString>("read");
+        QTest::newRow("local time") << "2026-11-24T08:59:40"
+                                    << "2026-11-24T09:00:10";
+        QTest::newRow("milliseconds") << "2026-11-24T08:59:40.500"
+                                      << "2026-11-24T09:00:10.500";
+        QTest::newRow("UTC") << "2026-01-02T03:04:05Z"
+                             << "2026-01-02T03:04:35Z";
+        QTest::newRow("an offset") << "2026-07-01T12:00:00+02:00"
+                                   << "2026-07-01T12:00:30+02:00";
+        QTest::newRow("date only") << "2027-05-01"
+                                   << "2027-05-01T00:00:30";
+        QTest::newRow("blanks around") << " 2026-11-24T08:59:40 "
+                                       << "2026-11-24T09:00:10";
+        QTest::newRow("empty") << ""
+                               << "";
+        QTest::newRow("a time alone") << "08:59"
+                                      << "";
+        QTest::newRow("out of range") << "2026-13-40T25:00:00"
+                                      << "";
+    }
+    void offsetClock() {
+        QFETCH(QString, start);
+        QFETCH(QString, read);
+        test::ManualClock base;
+        const auto offset = OffsetClock::offsetFor(start, base.now());
+        QCOMPARE(offset.has_value(), !read.isEmpty());
+        const OffsetClock clock(base, offset.value_or(0ms));
+        base.advance(30s);
+        QCOMPARE(clock.uptime(), base.uptime());
+        QCOMPARE(clock.now(), offset ? QDateTime::fromString(read, Qt::ISODateWithMs) : base.now());
     }
 
     void pace_data() {
