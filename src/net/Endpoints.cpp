@@ -26,6 +26,8 @@ const char* publicBase(Endpoints::Service service) {
         return "https://api.frankfurter.dev";
     case Endpoints::Service::SpeedTest:
         return "https://speed.cloudflare.com";
+    case Endpoints::Service::Notices:
+        return "https://notices.tarnwick.app";
     }
     return "";
 }
@@ -79,6 +81,8 @@ QString Endpoints::name(Service service) {
         return QStringLiteral("currency");
     case Service::SpeedTest:
         return QStringLiteral("speedtest");
+    case Service::Notices:
+        return QStringLiteral("notices");
     }
     return {};
 }

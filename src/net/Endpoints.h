@@ -21,11 +21,12 @@ public:
         Crypto,
         Currency,
         SpeedTest,
+        Notices,
     };
     static constexpr std::array allServices{
         Service::Forecast, Service::Geocoding, Service::AirQuality, Service::IpApi,
         Service::IpWho,    Service::IpInfo,    Service::Stocks,     Service::Crypto,
-        Service::Currency, Service::SpeedTest};
+        Service::Currency, Service::SpeedTest, Service::Notices};
 
     // The public HTTPS addresses.
     Endpoints() = default;
