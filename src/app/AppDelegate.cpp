@@ -35,6 +35,7 @@
 #include "look/ThemeStore.h"
 #include "model/WidgetRegistry.h"
 #include "net/QtHttpClient.h"
+#include "notices/NoticeService.h"
 #include "platform/AppPaths.h"
 #include "platform/Clock.h"
 #include "platform/Defaults.h"
@@ -51,6 +52,9 @@
 #include "weather/WeatherServices.h"
 
 #include <QApplication>
+#include <QClipboard>
+#include <QDir>
+#include <QLocale>
 #include <QLoggingCategory>
 #include <QMenu>
 #include <QMenuBar>
@@ -301,13 +305,69 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
                                 [this] { finishLaunching(); });
 }
 
+void AppDelegate::makeNotices() {
+    const QString campaign = qEnvironmentVariable("TKW_CAMPAIGN_URL");
+    const QString data = AppPaths::appSupportDir();
+    m_notices = std::make_unique<NoticeService>(
+        NoticeService::Services{.http = *m_http,
+                                .clock = m_clocks.system,
+                                .scheduler = *m_scheduler,
+                                .defaults = m_defaults,
+                                .registry = m_registry.get(),
+                                .workspace = m_platform.workspace.get()},
+        NoticeService::Setup{.feedUrl = NoticeService::feedURL(m_endpoints, campaign),
+                             .testing = NoticeService::isTesting(campaign),
+                             .cachePath = QDir(data).filePath(NoticeService::cacheFileName()),
+                             .dataDirectory = data,
+                             .version = QCoreApplication::applicationVersion(),
+                             .language = QLocale().bcp47Name()});
+    m_notices->factsProvider = [this] {
+        NoticeService::Facts facts;
+        for (const WidgetInstance& instance : m_grid->layout().instances) {
+            facts.widgetKinds.insert(instance.kind);
+            ++facts.widgetCount;
+        }
+        return facts;
+    };
+    m_notices->addWidgetHandler = [this](const QString& kind) { placeNewWidget(kind); };
+    m_notices->openSettings = [this] { showConfigWindow(); };
+    m_notices->copyToClipboard = [](const QString& text) {
+        QGuiApplication::clipboard()->setText(text);
+    };
+    const auto root = [this] {
+        return m_configWindow ? qobject_cast<ConfigRoot*>(m_configWindow->content()) : nullptr;
+    };
+    connect(m_notices.get(), &NoticeService::selectWidget, this, [root](const QString& kind) {
+        if (ConfigRoot* r = root()) {
+            r->selectKind(kind);
+        }
+    });
+    connect(m_notices.get(), &NoticeService::openPane, this, [this](const QString& pane) {
+        if (const auto section = configSectionFromRawValue(pane)) {
+            showConfigWindow(ConfigSelection{.section = section, .page = {}, .widget = {}});
+        } else if (const auto holder = sectionOfPage(pane)) {
+            showConfigWindow(ConfigSelection{.section = holder, .page = pane, .widget = {}});
+        } else {
+            qCInfo(lcApp, "a notice names no pane of this window: %s", qUtf8Printable(pane));
+        }
+    });
+    connect(m_notices.get(), &NoticeService::openGuide, this, [root] {
+        if (ConfigRoot* r = root()) {
+            r->showGuide();
+        }
+    });
+}
+
 void AppDelegate::finishLaunching() {
+    makeNotices();
     // 12. The status item.
     m_status = std::make_unique<StatusBarController>(
         *m_controller, *m_grid, [this] { showConfigWindow(); },
         [this] {
             showConfigWindow(ConfigSelection{.section = ConfigSection::updates, .page = {}});
         });
+    m_status->setNotices(m_notices.get(), m_platform.symbols.get());
+    m_notices->start();
 
     // The very first start: once its window closes, the status item says what it is for.
     if (!AppSettings::hasLaunchedBefore(m_defaults)) {
@@ -410,7 +470,10 @@ void AppDelegate::openWidgetFile(const QString& path) {
         m_platform.notifications->notify(CustomWidgetStore::ImportError::title(), error->message());
         return;
     }
-    const QString kind = std::get<CustomWidgetDefinition>(imported).kind();
+    placeNewWidget(std::get<CustomWidgetDefinition>(imported).kind());
+}
+
+void AppDelegate::placeNewWidget(const QString& kind) {
     const std::optional<WidgetDefinition> definition = m_registry->definition(kind);
     const WidgetSize size = definition ? definition->metadata.defaultSize : WidgetSize::small;
     const auto spot = m_grid->freeSpot(kind, size, std::nullopt);
@@ -571,6 +634,8 @@ ConfigContext AppDelegate::makeConfigContext() {
     context.undo = [this] { m_grid->undo(); };
     context.redo = [this] { m_grid->redo(); };
     context.open = [this](const QUrl& url) { return m_platform.workspace->open(url).isSuccess(); };
+    context.notices = m_notices.get();
+    context.symbols = m_platform.symbols.get();
     context.customWidgets = m_customWidgets.get();
     context.customRuntime = m_custom.get();
     context.customDrafts = &m_customDrafts;

@@ -37,6 +37,7 @@ class SmartLayoutCoordinator;
 class SmartLayoutRuleStore;
 class LockScreenController;
 class MinuteCoordinator;
+class NoticeService;
 class PowerWatcher;
 class QtHttpClient;
 class CustomWidgetRuntime;
@@ -103,6 +104,10 @@ private:
     // Imports a ".twkwidget" file and puts its widget on the desktop; a file that cannot be used
     // is told in a notification.
     void openWidgetFile(const QString& path);
+    // A new tile of `kind` at a free spot, highlighted; without room it waits in the gallery.
+    void placeNewWidget(const QString& kind);
+    // The notices: their feed, what they may ask of the host, and where they open the window.
+    void makeNotices();
     // A widget file, a layout file or a board, as a file manager's double-click hands it over.
     void openFile(const QString& path);
     // The daily automatic backup, first 25 s after launch.
@@ -155,6 +160,8 @@ private:
     std::unique_ptr<WallpaperBackdrop> m_backdrop;
     std::unique_ptr<DesktopWallpaper> m_wallpaper;
     std::unique_ptr<DesktopController> m_controller;
+    // Before the status item and the window, which show its notices.
+    std::unique_ptr<NoticeService> m_notices;
     std::unique_ptr<StatusBarController> m_status;
     std::unique_ptr<ConfigContext> m_configContext;
     std::unique_ptr<ConfigWindow> m_configWindow;

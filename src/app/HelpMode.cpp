@@ -56,6 +56,7 @@ Modes:
   --snapshot-lock OUT.png      the lock screen with the widgets above it (1440 x 900)
       --style LOOK             the tiles' glass (default: frosted)
   --snapshot-lockpane OUT.png  the lock screen's settings pane with its preview
+  --snapshot-notice OUT.png    the sample notice as the window's banner and as a card
   --snapshot-glassintro OUT.png  the card that introduces the three glass looks
   --snapshot-livebg OUT.png [SCENE]  six moments of a moving wallpaper (aurora, lagoon,
                                night-sky; default aurora) on one sheet
@@ -87,9 +88,11 @@ Environment:
   TKW_CONFIG_ONLY=1            open only the configuration window, no tiles
   TKW_CONFIG_SECTION=NAME      open the configuration window at general, appearance,
                                layouts, updates or about
+  TKW_CAMPAIGN_URL=URL         try out a notice feed from URL (http, https, a file URL or
+                               a path): nothing is cached or remembered while it is set
   TKW_ENDPOINT_BASE=URL        send every web request to URL/<service> instead of the
                                public services (forecast, geocoding, air-quality, ipapi,
-                               ipwho, ipinfo), and a custom widget's addresses to
+                               ipwho, ipinfo, notices), and a custom widget's addresses to
                                URL/web/<host><path>, for tests against a local server
   TKW_SILENT=1                 play no sound: a timer ends without ringing
 %3

@@ -83,6 +83,7 @@ const QList<LaunchStep>& LaunchChain::steps() {
         {"--snapshot-settings", 1, offscreenWidgets, &runSnapshotSettingsMode},
         {"--snapshot-tutorial", 1, offscreenWidgets, &runSnapshotTutorialMode},
         {"--snapshot-customeditor", 1, offscreenWidgets, &runSnapshotCustomEditorMode},
+        {"--snapshot-notice", 1, offscreenWidgets, &runSnapshotNoticeMode},
         {nullptr, 0, core, &runSnapshotTimeStep},
         {"--snapshot-widget", 1, offscreen, &runSnapshotWidgetMode},
         {"--snapshot-gallery", 1, offscreen, &runSnapshotGalleryMode},

@@ -80,6 +80,9 @@ std::optional<int> runSnapshotCustomEditorMode(LaunchContext& context);
 // --snapshot-tutorial <out.png> [step] [--no-tray] [--dark|--light] [--scale X]: the window with
 // the first-start guide over it at step 1 to 3 (default 1); --no-tray as on a desktop without one.
 std::optional<int> runSnapshotTutorialMode(LaunchContext& context);
+// --snapshot-notice <out.png> [--dark|--light] [--scale X]: the program's sample notice as the
+// window's banner and as a card, in the window's colours.
+std::optional<int> runSnapshotNoticeMode(LaunchContext& context);
 // TWK_TIME: pins the clock for whatever follows; never ends the chain.
 std::optional<int> runSnapshotTimeStep(LaunchContext& context);
 // No mode matched: the desktop host.

@@ -2,7 +2,10 @@
 
 #include "desktop/DesktopController.h"
 #include "grid/GridStore.h"
+#include "notices/NoticeService.h"
+#include "platform/Clock.h"
 #include "platform/Defaults.h"
+#include "platform/SymbolProvider.h"
 #include "text/L.h"
 
 #include <QApplication>
@@ -41,6 +44,24 @@ QIcon gridIcon() {
     return icon;
 }
 
+// A notice's own symbol, or the megaphone, in the menu's text colour.
+QIcon noticeIcon(const SymbolProvider* symbols, const QString& symbol) {
+    if (symbols == nullptr) {
+        return {};
+    }
+    QPixmap pixmap(32, 32);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QColor ink = QApplication::palette().color(QPalette::WindowText);
+    const QRectF box(4, 4, 24, 24);
+    if (!symbols->drawSymbol(painter, symbol, box, ink) &&
+        !symbols->drawSymbol(painter, QStringLiteral("megaphone.fill"), box, ink)) {
+        return {};
+    }
+    return QIcon(pixmap);
+}
+
 void call(const std::function<void()>& f) {
     if (f) {
         f();
@@ -52,6 +73,17 @@ void call(const std::function<void()>& f) {
 void StatusBarController::buildMenu(QMenu& menu, const MenuState& state,
                                     const MenuActions& actions) {
     menu.clear();
+    for (const MenuNotice& notice : state.notices) {
+        QObject::connect(menu.addAction(notice.icon, notice.title), &QAction::triggered, &menu,
+                         [f = actions.noticeClicked, id = notice.id] {
+                             if (f) {
+                                 f(id);
+                             }
+                         });
+    }
+    if (!state.notices.isEmpty()) {
+        menu.addSeparator();
+    }
     if (state.visitorCount > 0) {
         const QString text =
             state.visitorCount == 1
@@ -126,12 +158,59 @@ bool StatusBarController::hasTray() const {
 void StatusBarController::attach(QMenu& menu) {
     // Something must be in the menu before it first opens, or some trays never open it.
     buildMenu(menu, state(), actions());
-    connect(&menu, &QMenu::aboutToShow, this,
-            [this, target = &menu] { buildMenu(*target, state(), actions()); });
+    connect(&menu, &QMenu::aboutToShow, this, [this, target = &menu] {
+        const MenuState now = state();
+        buildMenu(*target, now, actions());
+        // Counted when the menu opens, once a run, not when it is made ready unseen.
+        if (m_notices) {
+            for (const MenuNotice& line : now.notices) {
+                for (const Notice& notice :
+                     m_notices->notices(Notice::Placement::menu, m_notices->clock().now())) {
+                    if (notice.id == line.id) {
+                        m_notices->shown(notice, m_notices->clock().now());
+                    }
+                }
+            }
+        }
+    });
+}
+
+void StatusBarController::setNotices(NoticeService* notices, const SymbolProvider* symbols) {
+    m_notices = notices;
+    m_symbols = symbols;
+}
+
+void StatusBarController::noticeClicked(const QString& id) {
+    if (!m_notices) {
+        return;
+    }
+    for (const Notice& notice :
+         m_notices->notices(Notice::Placement::menu, m_notices->clock().now())) {
+        if (notice.id != id) {
+            continue;
+        }
+        if (notice.actions.isEmpty()) {
+            call(m_openConfig);
+        } else {
+            m_notices->perform(notice.actions.first(), notice);
+        }
+        return;
+    }
 }
 
 StatusBarController::MenuState StatusBarController::state() const {
-    return {m_controller.displayFollower().visitorCount(), m_grid.canUndo(), m_grid.canRedo()};
+    MenuState state{m_controller.displayFollower().visitorCount(), m_grid.canUndo(),
+                    m_grid.canRedo()};
+    if (m_notices) {
+        for (const Notice& notice :
+             m_notices->notices(Notice::Placement::menu, m_notices->clock().now())) {
+            const QString title = m_notices->text(notice.title);
+            state.notices.append(
+                {notice.id, title.isEmpty() ? m_notices->text(notice.body) : title,
+                 noticeIcon(m_symbols, notice.symbol.value_or(QStringLiteral("megaphone.fill")))});
+        }
+    }
+    return state;
 }
 
 StatusBarController::MenuActions StatusBarController::actions() {
@@ -142,6 +221,7 @@ StatusBarController::MenuActions StatusBarController::actions() {
         .redo = [this] { m_grid.redo(); },
         .checkForUpdates = m_openUpdates,
         .quit = [] { QCoreApplication::quit(); },
+        .noticeClicked = [this](const QString& id) { noticeClicked(id); },
     };
 }
 

@@ -3,6 +3,7 @@
 // window's menu bar.
 #pragma once
 
+#include <QIcon>
 #include <QObject>
 #include <QPointer>
 
@@ -17,15 +18,24 @@ namespace tw {
 class Defaults;
 class DesktopController;
 class GridStore;
+class NoticeService;
+class SymbolProvider;
 
 class StatusBarController final : public QObject {
     Q_OBJECT
 public:
     // What the menu shows, read at the moment it opens.
+    // A notice's line at the head of the menu.
+    struct MenuNotice {
+        QString id;
+        QString title;
+        QIcon icon;
+    };
     struct MenuState {
         int visitorCount = 0;
         bool canUndo = false;
         bool canRedo = false;
+        QList<MenuNotice> notices = {};
     };
     struct MenuActions {
         std::function<void()> openSettings;
@@ -34,9 +44,12 @@ public:
         std::function<void()> redo;
         std::function<void()> checkForUpdates;
         std::function<void()> quit;
+        // A notice's line was chosen, by the notice's id.
+        std::function<void(const QString& id)> noticeClicked = {};
     };
 
-    // Clears `menu` and fills it, in order: the visitors line (when widgets are parked), "Open
+    // Clears `menu` and fills it, in order: the notices for the menu and a separator after them,
+    // the visitors line (when widgets are parked), "Open
     // Tarnwick…", "Show / Hide on Desktop", undo and redo of the layout, "Check for Updates…", a
     // separator, "Quit Tarnwick".
     static void buildMenu(QMenu& menu, const MenuState& state, const MenuActions& actions);
@@ -53,6 +66,11 @@ public:
     // "tarnwick.menuHint.pending" says one is due. Without a tray it stays due. True when shown.
     static inline const QString hintPendingKey = QStringLiteral("tarnwick.menuHint.pending");
     bool showHintIfPending(Defaults& defaults);
+    // The notices for the menu, from the service the host keeps; `symbols` draws their icons. Both
+    // must outlive the controller; without them the menu has no notices.
+    void setNotices(NoticeService* notices, const SymbolProvider* symbols);
+    // Runs the first action of the notice with `id` (opens the window for one without actions).
+    void noticeClicked(const QString& id);
     // Fills a menu that opens elsewhere (the configuration window's) the same way, on each opening.
     void attach(QMenu& menu);
     MenuState state() const;
@@ -65,6 +83,8 @@ private:
     std::function<void()> m_openUpdates;
     std::unique_ptr<QMenu> m_menu;
     QSystemTrayIcon* m_item = nullptr;
+    NoticeService* m_notices = nullptr;
+    const SymbolProvider* m_symbols = nullptr;
 };
 
 } // namespace tw

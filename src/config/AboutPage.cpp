@@ -1,6 +1,7 @@
 #include "config/AboutPage.h"
 
 #include "config/ConfigContext.h"
+#include "config/NoticeSlot.h"
 #include "config/SettingsCard.h"
 #include "config/Sparkline.h"
 #include "platform/Scheduler.h"
@@ -39,6 +40,10 @@ QVBoxLayout* figure(QHBoxLayout* columns, const QString& title, QLabel*& value) 
 AboutPage::AboutPage(ConfigContext& context, QWidget* parent)
     : SettingsPage(L("config.about", QStringLiteral("About")), parent)
     , m_context(context) {
+    if (context.notices) {
+        addWidget(new NoticeSlot(*context.notices, Notice::Placement::about,
+                                 NoticeCard::Style::card, context.symbols));
+    }
     SettingsCard* folder =
         addGroup(QStringLiteral("data"), L("about.tarnwick", QStringLiteral("Tarnwick")));
     folder->addRow(L("about.version", QStringLiteral("Version")), QString(),

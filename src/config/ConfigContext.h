@@ -32,8 +32,10 @@ class FaceRegistry;
 class Defaults;
 class GridStore;
 class LoginItem;
+class NoticeService;
 class PowerWatcher;
 class Scheduler;
+class SymbolProvider;
 class SmartLayoutCoordinator;
 class ThemeStore;
 class TickCoordinator;
@@ -141,6 +143,12 @@ struct ConfigContext {
 
     // The layout profiles and their rules, switched through it; none leaves their cards out.
     SmartLayoutCoordinator* smartLayouts = nullptr;
+    // The notices from the people who run the program, shown as the window's banner, over the
+    // window, on the About page, and its switch on the General page; none leaves them out.
+    NoticeService* notices = nullptr;
+    // Draws the symbols of notices; none leaves their badges plain.
+    const SymbolProvider* symbols = nullptr;
+
     // Whether a change can be kept; the page says so when it cannot.
     bool canSave() const;
 };

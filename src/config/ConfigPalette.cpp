@@ -82,6 +82,8 @@ QLabel#sectionHeading { font-size: 13px; font-weight: 600; color: @secondary; pa
 QLabel#caption { color: @secondary; font-size: 12px; }
 QLabel#notice { color: @secondary; font-size: 12px; }
 QLabel#error { color: @danger; font-size: 12px; }
+QLabel#noticeTitle { font-size: 13px; font-weight: 600; }
+QLabel#noticeCode { font-family: monospace; font-size: 12px; background: @field; border: 1px dashed @fieldBorder; border-radius: 6px; padding: 3px 8px; }
 QFrame#card { background: @card; border: 1px solid @cardBorder; border-radius: 10px; }
 QFrame#rowSeparator { background: @separator; max-height: 1px; min-height: 1px; border: none; }
 QListWidget#sidebar { background: @sidebar; border: none; border-right: 1px solid @separator; padding: 10px 8px; outline: none; }

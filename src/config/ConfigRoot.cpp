@@ -9,10 +9,13 @@
 #include "config/GalleryView.h"
 #include "config/GeneralPage.h"
 #include "config/LayoutsPage.h"
+#include "config/NoticeSheet.h"
+#include "config/NoticeSlot.h"
 #include "config/OnboardingView.h"
 #include "config/SizePicker.h"
 #include "config/UpdatesPage.h"
 #include "config/WidgetSettingsPage.h"
+#include "model/WidgetRegistry.h"
 #include "settings/AppSettings.h"
 #include "text/L.h"
 
@@ -24,6 +27,7 @@
 #include <QShortcut>
 #include <QSignalBlocker>
 #include <QStackedWidget>
+#include <QVBoxLayout>
 
 namespace tw {
 
@@ -85,7 +89,23 @@ ConfigRoot::ConfigRoot(ConfigContext& context, ColorScheme scheme, QWidget* pare
         m_sidebar->addItem(sectionTitle(section));
     }
     layout->addWidget(m_sidebar);
-    layout->addWidget(m_stack, 1);
+    // The banner of notices stands over every page.
+    auto* content = new QVBoxLayout();
+    content->setContentsMargins(0, 0, 0, 0);
+    content->setSpacing(0);
+    if (m_context.notices) {
+        auto* banner = new QWidget(this);
+        auto* bannerLayout = new QVBoxLayout(banner);
+        bannerLayout->setContentsMargins(24, 14, 24, 0);
+        auto* slot = new NoticeSlot(*m_context.notices, Notice::Placement::banner,
+                                    NoticeCard::Style::banner, m_context.symbols, banner);
+        bannerLayout->addWidget(slot);
+        banner->setVisible(slot->notice().has_value());
+        connect(slot, &NoticeSlot::occupiedChanged, banner, &QWidget::setVisible);
+        content->addWidget(banner);
+    }
+    content->addWidget(m_stack, 1);
+    layout->addLayout(content, 1);
     connect(m_sidebar, &QListWidget::currentRowChanged, this, &ConfigRoot::showRow);
     // From a tile's page its row is current already, so a click on it must go back by itself.
     connect(m_sidebar, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) {
@@ -116,17 +136,37 @@ ConfigRoot::ConfigRoot(ConfigContext& context, ColorScheme scheme, QWidget* pare
     setColorScheme(scheme);
     m_sidebar->setCurrentRow(0);
 
-    // The guide, until it is skipped or done; a window closed on the way shows it again.
+    // The guide, until it is skipped or done; a window closed on the way shows it again. A
+    // notice for the sheet waits for a window without the guide.
     if (!m_context.settings.hasSeenGuide()) {
-        auto* guide = new OnboardingView(m_context.hasTray ? OnboardingView::StatusPlace::tray
-                                                           : OnboardingView::StatusPlace::menuBar,
-                                         this);
-        connect(guide, &OnboardingView::finished, this, [this, guide] {
-            m_context.settings.setHasSeenGuide(true);
-            guide->hide();
-            guide->deleteLater();
-        });
+        showGuide();
+    } else if (m_context.notices) {
+        NoticeSheet::presentIfDue(*m_context.notices, m_context.symbols, *this);
     }
+}
+
+void ConfigRoot::showGuide() {
+    auto* guide = new OnboardingView(m_context.hasTray ? OnboardingView::StatusPlace::tray
+                                                       : OnboardingView::StatusPlace::menuBar,
+                                     this);
+    connect(guide, &OnboardingView::finished, this, [this, guide] {
+        m_context.settings.setHasSeenGuide(true);
+        guide->hide();
+        guide->deleteLater();
+    });
+    guide->show();
+    guide->raise();
+}
+
+void ConfigRoot::selectKind(const QString& kind) {
+    m_sidebar->setCurrentRow(0);
+    auto* gallery = qobject_cast<GalleryView*>(page(std::nullopt));
+    if (!gallery) {
+        return;
+    }
+    const auto definition =
+        m_context.registry ? m_context.registry->definition(kind) : std::nullopt;
+    gallery->setQuery(definition ? definition->metadata.displayName : kind);
 }
 
 void ConfigRoot::setColorScheme(ColorScheme scheme) {

@@ -37,6 +37,11 @@ public:
     CustomWidgetsPage* customWidgets();
     ColorScheme colorScheme() const { return m_scheme; }
 
+    // The gallery, searching for a kind's name.
+    void selectKind(const QString& kind);
+    // The first-start guide over the window, again.
+    void showGuide();
+
 public Q_SLOTS:
     // Shows the gallery with its search field focused.
     void search();

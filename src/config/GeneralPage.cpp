@@ -3,6 +3,7 @@
 #include "config/ConfigContext.h"
 #include "config/SettingsCard.h"
 #include "config/SwitchButton.h"
+#include "notices/NoticeService.h"
 #include "platform/LoginItem.h"
 #include "readings/PowerWatcher.h"
 #include "settings/AppSettings.h"
@@ -115,6 +116,16 @@ void GeneralPage::addStartup() {
                          QStringLiteral("Tarnwick stays in the menu bar and on your desktop."))
                      : m_context.dockIconUnavailable,
                  hide);
+    if (NoticeService* notices = m_context.notices) {
+        const QString title = L("general.notices.toggle", QStringLiteral("News and tips"));
+        card->addRow(title,
+                     L("general.notices.sub",
+                       QStringLiteral("Now and then a short note about new widgets and tips. "
+                                      "Tarnwick fetches it as a plain file and sends nothing "
+                                      "about you.")),
+                     boundSwitch(notices->isEnabled(), title,
+                                 [notices](bool on) { notices->setEnabled(on); }));
+    }
 }
 
 void GeneralPage::addEnergy() {

@@ -88,6 +88,7 @@ public:
     bool isEnabled() const { return m_enabled; }
     void setEnabled(bool enabled);
     bool isTesting() const { return m_setup.testing; }
+    const Clock& clock() const { return m_services.clock; }
     const QList<Notice>& feed() const { return m_feed; }
     const NoticeState& state() const { return m_state; }
     const QSet<QString>& session() const { return m_session; }

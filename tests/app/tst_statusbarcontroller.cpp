@@ -67,6 +67,27 @@ private Q_SLOTS:
         QCOMPARE(menu.actions().first()->isEnabled(), visitors == 0);
         QTEST(calls.join(QLatin1Char(' ')), "calls");
     }
+
+    // Notices lead the menu, a separator after them; a click names the notice.
+    void noticesLeadTheMenu() {
+        QStringList clicked;
+        StatusBarController::MenuActions actions{};
+        actions.noticeClicked = [&clicked](const QString& id) { clicked.append(id); };
+        StatusBarController::MenuState state{};
+        state.notices = {{QStringLiteral("a"), QStringLiteral("News"), QIcon()},
+                         {QStringLiteral("b"), QStringLiteral("Tip"), QIcon()}};
+        QMenu menu;
+        StatusBarController::buildMenu(menu, state, actions);
+        QStringList titles;
+        for (QAction* action : menu.actions()) {
+            titles.append(action->isSeparator() ? QStringLiteral("—") : action->text());
+        }
+        QCOMPARE(titles, QStringList({QStringLiteral("News"), QStringLiteral("Tip"),
+                                      QStringLiteral("—")}) +
+                             kBase);
+        menu.actions().at(1)->trigger();
+        QCOMPARE(clicked, QStringList{QStringLiteral("b")});
+    }
 };
 
 QTEST_MAIN(tst_StatusBarController)

@@ -1,0 +1,1 @@
+tw_add_bench(bench_notices LIBS tw_notices)
