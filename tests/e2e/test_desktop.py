@@ -776,6 +776,111 @@ class WeatherTileTest(HostCase):
         self.screenshot("weather-tile.png")
 
 
+# The test feed's own colour, the badge of its notice.
+NOTICE_ACCENT = (0xE0, 0x21, 0x8A)
+
+
+class NoticeTest(HostCase):
+    """A notice from a loopback feed shows in the window's banner and leads its menu (the status
+    menu where there is no tray), counts once in a run however often it is seen, and is gone,
+    then and after a restart, once its "Not now" is chosen from the menu."""
+
+    conf = "tarnwick.openWindowAtLaunch=false\ntarnwick.hasSeenGuide=true\n"
+    FEED = {"notices": [{
+        "id": "e2e-notice", "kind": "news", "placements": ["banner", "menu"],
+        "accent": "#E0218A", "symbol": "megaphone.fill",
+        "title": {"en": "Hello from the test feed"},
+        "body": {"en": "A notice that a person sees, then puts away."},
+        "actions": [{"kind": "dismiss"}, {"kind": "pane", "value": "about"}]}]}
+
+    def before_launch(self):
+        self.requests = []
+        body = json.dumps(self.FEED).encode()
+        test = self
+
+        class Handler(http.server.BaseHTTPRequestHandler):
+            def do_GET(self):
+                test.requests.append(self.path)
+                found = self.path == "/notices/campaign.json"
+                self.send_response(200 if found else 404)
+                self.send_header("Content-Type", "application/json")
+                self.send_header("Content-Length", str(len(body) if found else 0))
+                self.end_headers()
+                if found:
+                    self.wfile.write(body)
+
+            def log_message(self, *args):
+                pass
+
+        self.server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
+        threading.Thread(target=self.server.serve_forever, daemon=True).start()
+        self.addCleanup(self.server.server_close)
+        self.addCleanup(self.server.shutdown)
+
+    def environment(self):
+        return {"TKW_ENDPOINT_BASE": "http://127.0.0.1:%d" % self.server.server_address[1]}
+
+    def open_window(self):
+        """Brings the window forward through a second start; its geometry."""
+        self.assertEqual(self.host.start().wait(timeout=15), 0)
+        config = self.config_window()
+        self.assertTrue(config, "no 980 x 680 window titled Tarnwick came forward")
+        return self.session.geometry(int(config[0]))
+
+    def banner_shows(self, geometry):
+        """Whether the notice's badge stands in the strip over the pages."""
+        x, y, w, _ = geometry
+        strip = self.pixels(x + 200, y, w - 200, 110)
+        return any(max(abs(p[i] - NOTICE_ACCENT[i]) for i in range(3)) <= 12
+                   for row in strip for p in row)
+
+    def record(self):
+        """The memory of the notice, as the preferences file holds it."""
+        with open(self.conf_path, encoding="utf-8") as f:
+            for line in f:
+                if line.startswith("tarnwick.notices.state="):
+                    raw = line.split("=", 1)[1].strip()
+                    raw = raw[1:-1].replace('\\"', '"') if raw.startswith('"') else raw
+                    return json.loads(raw)["records"].get("e2e-notice")
+        return None
+
+    def test_a_notice_shows_once_a_run_and_goes_when_put_away(self):
+        geometry = self.open_window()
+        self.assertTrue(self.session.wait_for(lambda: self.banner_shows(geometry)),
+                        "the notice did not show in the window's banner")
+        self.screenshot("notice-banner.png")
+        self.assertIn("/notices/campaign.json", self.requests)
+        self.assertTrue(self.session.wait_for(lambda: (self.record() or {}).get("count") == 1),
+                        "the showing was not remembered: %s" % self.record())
+        # Seen again in the same run, in the window and in the menu: still once.
+        self.session.xdotool("key", "Escape")
+        geometry = self.open_window()
+        self.assertTrue(self.session.wait_for(lambda: self.banner_shows(geometry)))
+        # Without a tray the status menu is the window's menu bar; the notice is its first entry
+        # and "Not now" its first action.
+        self.session.xdotool("mousemove", "--sync", geometry[0] + 30, geometry[1] + 10)
+        before = self.session.override_windows()
+        self.session.xdotool("click", 1)
+        self.assertTrue(self.session.wait_for(lambda: self.session.override_windows() - before),
+                        "the menu did not open")
+        self.session.xdotool("key", "Down")
+        self.session.xdotool("key", "Return")
+        self.assertTrue(self.session.wait_for(lambda: not self.banner_shows(geometry)),
+                        "the notice stayed after it was put away")
+        self.assertTrue(self.session.wait_for(
+            lambda: (self.record() or {}).get("dismissed") is True), str(self.record()))
+        self.assertEqual(self.record()["count"], 1)
+
+        self.host.stop()
+        asked = len(self.requests)
+        self.host.launch()
+        self.assertTrue(self.host.wait_for_panels(3))
+        geometry = self.open_window()
+        self.assertTrue(self.session.wait_for(lambda: len(self.requests) > asked),
+                        "the restarted host did not fetch the feed")
+        self.assertFalse(self.banner_shows(geometry), "a dismissed notice came back")
+
+
 # The timer's colour once it has run out.
 TIMER_DONE = (255, 149, 0)
 
