@@ -82,9 +82,9 @@ private Q_SLOTS:
         for (QAction* action : menu.actions()) {
             titles.append(action->isSeparator() ? QStringLiteral("—") : action->text());
         }
-        QCOMPARE(titles, QStringList({QStringLiteral("News"), QStringLiteral("Tip"),
-                                      QStringLiteral("—")}) +
-                             kBase);
+        QCOMPARE(titles,
+                 QStringList({QStringLiteral("News"), QStringLiteral("Tip"), QStringLiteral("—")}) +
+                     kBase);
         menu.actions().at(1)->trigger();
         QCOMPARE(clicked, QStringList{QStringLiteral("b")});
     }
