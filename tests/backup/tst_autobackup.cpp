@@ -100,6 +100,17 @@ private Q_SLOTS:
             .date = start,
             .widgets = 0};
         QCOMPARE(backup.restore(broken, start), QStringLiteral("The file could not be read."));
+
+        // No backup of the current setup, no restore: the desktop stays as it is.
+        writeGrid(7, start);
+        const QDateTime later = start.addSecs(120);
+        QVERIFY(QDir(backup.folder())
+                    .mkpath(QStringLiteral("before-import-") +
+                            later.toString(QStringLiteral("yyyy-MM-dd-HHmmss")) +
+                            LayoutBackup::extension));
+        QCOMPARE(backup.restore(backup.entries().first(), later),
+                 QStringLiteral("The layout could not be loaded."));
+        QCOMPARE(GridLayout::fromJsonText(test::readFile(gridPath()))->instances.size(), 7);
     }
 
 private:
