@@ -114,6 +114,7 @@ constexpr std::array kMappings{
     Mapping{"diamond.fill", "diamond", 0xead5},
     Mapping{"newspaper", "newspaper", 0xeb81},
     Mapping{"shippingbox", "inventory_2", 0xe1a1},
+    Mapping{"megaphone.fill", "campaign", 0xef49},
 };
 
 const Mapping* find(const QString& symbol) {
