@@ -1,16 +1,41 @@
 #include "ManualClock.h"
 #include "ManualScheduler.h"
+#include "config/NoticeSheet.h"
 #include "config/NoticeSlot.h"
 #include "net/QtHttpClient.h"
 #include "notices/NoticeService.h"
 #include "platform/null/MemoryDefaults.h"
 
+#include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
 
 using namespace tw;
 using namespace tw::test;
+
+namespace {
+
+struct Rig {
+    ManualClock clock;
+    ManualScheduler scheduler{&clock};
+    QtHttpClient http{scheduler};
+    MemoryDefaults defaults;
+    NoticeService service{NoticeService::Services{.http = http,
+                                                  .clock = clock,
+                                                  .scheduler = scheduler,
+                                                  .defaults = defaults,
+                                                  .registry = nullptr,
+                                                  .workspace = nullptr},
+                          NoticeService::Setup{.feedUrl = {},
+                                               .testing = false,
+                                               .cachePath = {},
+                                               .dataDirectory = {},
+                                               .version = QStringLiteral("1.0"),
+                                               .language = QStringLiteral("en")}};
+};
+
+} // namespace
 
 class TestNoticeSlot : public QObject {
     Q_OBJECT
@@ -26,22 +51,9 @@ private Q_SLOTS:
     void showsCountsAndActs() {
         QFETCH(QString, press);
         QFETCH(bool, dismissed);
-        ManualClock clock;
-        ManualScheduler scheduler(&clock);
-        QtHttpClient http(scheduler);
-        MemoryDefaults defaults;
-        NoticeService service(NoticeService::Services{.http = http,
-                                                      .clock = clock,
-                                                      .scheduler = scheduler,
-                                                      .defaults = defaults,
-                                                      .registry = nullptr,
-                                                      .workspace = nullptr},
-                              NoticeService::Setup{.feedUrl = {},
-                                                   .testing = false,
-                                                   .cachePath = {},
-                                                   .dataDirectory = {},
-                                                   .version = QStringLiteral("1.0"),
-                                                   .language = QStringLiteral("en")});
+        Rig rig;
+        NoticeService& service = rig.service;
+        const ManualClock& clock = rig.clock;
         service.apply("{\"notices\":[{\"id\":\"n\",\"code\":\"C0DE\",\"title\":{\"en\":\"Hello\"}, "
                       "\"actions\":[{\"kind\":\"dismiss\"},{\"kind\":\"copy\"}]}, "
                       "{\"id\":\"menu-only\",\"placements\":[\"menu\"]}]}",
@@ -72,6 +84,25 @@ private Q_SLOTS:
         QCOMPARE(slot->isVisible(), !dismissed);
         QCOMPARE(occupied.size(), dismissed ? 1 : 0);
         QCOMPARE(copied, dismissed ? QStringList() : QStringList{QStringLiteral("C0DE")});
+    }
+
+    // A sheet notice stands over the window until it is put away; without one nothing does.
+    void presentsASheetWhenDue() {
+        Rig rig;
+        QWidget window;
+        window.resize(600, 400);
+        window.show();
+        QVERIFY(!NoticeSheet::presentIfDue(rig.service, nullptr, window));
+        rig.service.apply("{\"notices\":[{\"id\":\"s\",\"placements\":[\"sheet\"]}]}",
+                          rig.clock.now());
+        QPointer<NoticeSheet> sheet = NoticeSheet::presentIfDue(rig.service, nullptr, window);
+        QVERIFY(sheet);
+        QCOMPARE(sheet->geometry(), window.rect());
+        window.resize(700, 500);
+        QCOMPARE(sheet->geometry(), window.rect());
+        rig.service.dismiss(*rig.service.top(Notice::Placement::sheet));
+        QVERIFY(sheet->isHidden());
+        QTRY_VERIFY(!sheet);
     }
 };
 
