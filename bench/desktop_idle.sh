@@ -11,6 +11,9 @@
 #               network, disk, devices), each at its default size, sampling while in view
 #   weather   — two weather tiles whose skies move (High mode), air quality, moon and world map,
 #               fed by recorded answers from a loopback server (serve_answers.py)
+#   desk      — the first desktop with a running stopwatch and a music tile whose player (a fake
+#               on a private session bus) plays: the stopwatch's digits and the music tile's bar
+#               keep time
 #   hidden    — no panel and the configuration window closed: the tick must not exist
 #   many300, many1000 — 300 and 1,000 tiles, more than the screen holds: how start-up scales
 # Per run: processor time (all threads, from schedstat) of the program and of the X server as % of
@@ -18,7 +21,7 @@
 # voluntary context switches per second summed over all threads. Then min, median and max of each
 # figure per case, and the median of program plus X server against the reference's; for glass,
 # liquid, readings and weather also their median processor time, both and wake-ups against the
-# first desktop's. Every case's weather services answer from loopback.
+# first desktop's (desk too). Every case's weather services answer from loopback.
 #
 #   bench/desktop_idle.sh [BINARY]      (default build-release/tarnwick, else build/tarnwick)
 #   SETTLE=5 WINDOW=60 RUNS=3 CASES="reference first glass" REFERENCE=/path/to/reference \
@@ -146,6 +149,38 @@ json.dump({"instances": instances, "pageCount": 1}, open(sys.argv[1], "w"))
 EOF
 }
 
+# The first desktop's three tiles with a stopwatch started a minute ago and a music tile beside.
+write_desk() {
+  python3 - "$1/grid.json" <<'EOF'
+import json, sys, time, uuid
+tiles = [("clock", "large", 40, 1040, {}), ("calendar", "large", 340, 1040, {}),
+         ("weather", "wide", 640, 1040, {}),
+         ("stopwatch", "small", 40, 700, {"swAnchor": str(int(time.time()) - 60)}),
+         ("nowplaying", "wide", 340, 700, {})]
+instances = [{"id": str(uuid.uuid4()).upper(), "kind": kind, "size": size, "order": n, "page": 0,
+              "col": -1, "row": -1, "posX": x, "posY": y, "settings": settings}
+             for n, (kind, size, x, y, settings) in enumerate(tiles)]
+json.dump({"instances": instances, "pageCount": 1}, open(sys.argv[1], "w"))
+EOF
+}
+
+# A private session bus with one player that plays a long track; sets bus_pid, player_pid and
+# bus_address.
+start_player() {
+  local log="$1/player.log"
+  # Forked, not a coprocess: the pointer spy and the answers already are.
+  read -r bus_address bus_pid < <(dbus-daemon --session --fork --print-address=1 --print-pid=1 |
+                                  tr '\n' ' ')
+  DBUS_SESSION_BUS_ADDRESS="$bus_address" /usr/bin/python3 \
+    "$root/tests/support/fake_mpris_player.py" bench --json \
+    '{"PlaybackStatus": "Playing", "Position": 1000000, "Metadata": {"xesam:title": "Long Play",
+      "xesam:artist": ["The Bench"], "mpris:length": 3600000000}}' \
+    </dev/null >"$log" 2>&1 &
+  player_pid=$!
+  local tries=0
+  until grep -q ready "$log" 2>/dev/null || ((tries++ > 50)); do sleep 0.1; done
+}
+
 # Seconds since the epoch with nanoseconds, as a decimal.
 now() { date +%s.%N; }
 
@@ -161,6 +196,7 @@ one_run() {
     weather) write_weather "$data" ;;
     many300) write_tiles "$data" 300 ;;
     many1000) write_tiles "$data" 1000 ;;
+    desk) write_desk "$data" ;;
   esac
   local desktop=""
   if [[ "$case" == glass || "$case" == liquid ]]; then
@@ -173,6 +209,11 @@ one_run() {
                 XDG_CURRENT_DESKTOP="$desktop" QT_LOGGING_RULES="*.info=false"
                 TKW_ENDPOINT_BASE="$endpoints")
   [[ "$case" == hidden ]] && env+=(TKW_CONFIG_ONLY=1)
+  local bus_pid="" player_pid="" bus_address=""
+  if [[ "$case" == desk ]]; then
+    start_player "$config"
+    env+=(DBUS_SESSION_BUS_ADDRESS="$bus_address")
+  fi
   local -a command=("$binary")
   [[ "$case" == reference ]] && command=("$reference")
   # Large desktops are measured for their start; their idle window is short.
@@ -224,6 +265,10 @@ one_run() {
   local rss pss
   rss="$(rss_kb "$pid")"; pss="$(pss_kb "$pid")"
   kill "$pid"; wait "$pid" 2>/dev/null || true
+  if [[ -n "$player_pid" ]]; then
+    kill "$player_pid" "$bus_pid" 2>/dev/null || true
+    wait "$player_pid" 2>/dev/null || true
+  fi
   rm -rf "$data" "$config"
   line="$(awk -v c="$cpu" -v xc="$xcpu" -v w="$span" -v v="$vol" -v rss="$rss" -v pss="$pss" \
               -v first="$first_ms" -v name="$case" 'BEGIN {
@@ -253,7 +298,8 @@ summary() {
     awk -v a="$mine" -v b="$theirs" -v c="$case" \
       'BEGIN { if (b > 0) printf "%s both/reference=%.2f\n", c, a / b }'
   fi
-  if [[ "$case" == glass || "$case" == liquid || "$case" == readings || "$case" == weather ]]; then
+  if [[ "$case" == glass || "$case" == liquid || "$case" == readings || "$case" == weather ||
+        "$case" == desk ]]; then
     for key in cpu both vcsw; do
       mine="$(median_of "$case" "$key")"; theirs="$(median_of first "$key")"
       [[ -n "$mine" && -n "$theirs" ]] || continue

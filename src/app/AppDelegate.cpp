@@ -13,6 +13,7 @@
 #include "custom/CustomWidgetRuntime.h"
 #include "custom/CustomWidgetStore.h"
 #include "desk/CalendarHub.h"
+#include "desk/CalendarSetup.h"
 #include "desk/DeskTimers.h"
 #include "desktop/DesktopController.h"
 #include "desktop/DesktopGeometry.h"
@@ -160,14 +161,19 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
     });
     // Nothing is read from the calendars until a tile's person chooses one.
     const QString subscribed = AppPaths::appSupportDir() + QStringLiteral("/Subscriptions");
-    m_calendarStore = PlatformServices::makeCalendarStore(
-        m_defaults.value(QStringLiteral("tarnwick.calendar.folders")).toStringList(), {subscribed});
+    m_calendarStore = PlatformServices::makeCalendarStore({}, {subscribed});
     m_subscriptions = std::make_unique<CalendarSubscriptions>(*m_http, subscribed);
-    m_subscriptions->setAddresses(
-        m_defaults.value(QStringLiteral("tarnwick.calendar.subscriptions")).toStringList());
+    m_calendarSetup =
+        std::make_unique<CalendarSetup>(m_defaults, *m_calendarStore, *m_subscriptions);
     m_calendarRunner = std::make_unique<PoolSampleRunner>();
+    m_calendarWatcher = std::make_unique<CalendarWatcher>(*m_scheduler);
     m_calendar = std::make_unique<CalendarHub>(*m_calendarStore, *m_calendarRunner,
-                                               QTimeZone::systemTimeZone(), m_subscriptions.get());
+                                               QTimeZone::systemTimeZone(), m_subscriptions.get(),
+                                               m_calendarWatcher.get());
+    connect(m_calendarSetup.get(), &CalendarSetup::changed, m_calendar.get(), [this] {
+        m_calendar->calendar().forceRefreshAll(m_clocks.system.now());
+        m_calendar->reminders().forceRefreshAll(m_clocks.system.now());
+    });
     m_secrets = PlatformServices::makeSecretStore();
     m_customWidgets = std::make_unique<CustomWidgetStore>(CustomWidgetStore::Services{
         .clock = m_clocks.system,
@@ -543,6 +549,7 @@ ConfigContext AppDelegate::makeConfigContext() {
         return gallery;
     };
     context.wallpaperTheme = [this] { return m_wallpaper->currentTheme(); };
+    context.calendarSetup = m_calendarSetup.get();
     context.calendarSources = [this](const QString& kind) {
         // Folder names only, no file is parsed: quick enough for the page to ask as it opens.
         QList<WidgetOption::Choice> choices;

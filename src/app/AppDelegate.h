@@ -21,7 +21,9 @@ namespace tw {
 class AppEnergyMeter;
 class AppSettings;
 class CalendarHub;
+class CalendarSetup;
 class CalendarSubscriptions;
+class CalendarWatcher;
 class ConfigWindow;
 struct ConfigContext;
 struct FaceContext;
@@ -133,6 +135,8 @@ private:
     std::unique_ptr<CalendarStore> m_calendarStore;
     std::unique_ptr<SampleRunner> m_calendarRunner;
     std::unique_ptr<CalendarSubscriptions> m_subscriptions;
+    std::unique_ptr<CalendarSetup> m_calendarSetup;
+    std::unique_ptr<CalendarWatcher> m_calendarWatcher;
     std::unique_ptr<CalendarHub> m_calendar;
     // The person's own widget kinds; before the catalogue and the grid, which ask it.
     std::unique_ptr<SecretStore> m_secrets;

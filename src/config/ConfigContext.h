@@ -29,6 +29,7 @@ class Clock;
 class CustomWidgetRuntime;
 class CustomWidgetStore;
 class FaceRegistry;
+class CalendarSetup;
 class Defaults;
 class GridStore;
 class LoginItem;
@@ -112,6 +113,11 @@ struct ConfigContext {
     // The calendars or lists a tile of `kind` may read, found on the machine, for its "source"
     // options; none offers the fixed choices alone.
     std::function<QList<WidgetOption::Choice>(const QString& kind)> calendarSources = {};
+    // The person's own calendar folders and subscriptions, added and removed on the pages of
+    // calendar and reminders tiles (with `clock`); none leaves that part out.
+    CalendarSetup* calendarSetup = nullptr;
+    // Asks the person for a folder; none uses the system's folder dialog.
+    std::function<QString(QWidget* parent)> pickFolder = {};
     // Whether a tile this large, in points, fits on some display; none takes every size.
     std::function<bool(const QSizeF&)> tileFits = {};
     // The places a city search answers with, or none and why (the person's words).

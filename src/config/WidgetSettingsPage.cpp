@@ -1,10 +1,12 @@
 #include "config/WidgetSettingsPage.h"
 
+#include "config/CalendarSourcesView.h"
 #include "config/ConfigContext.h"
 #include "config/PlaceField.h"
 #include "config/SettingsCard.h"
 #include "config/SizePicker.h"
 #include "config/SwitchButton.h"
+#include "desk/CalendarSetup.h"
 #include "faces/CountdownFace.h"
 #include "faces/GallerySheet.h"
 #include "grid/GridStore.h"
@@ -160,6 +162,7 @@ WidgetSettingsPage::WidgetSettingsPage(ConfigContext& context, const QUuid& id, 
             [this](int step) { m_scaleText->setText(scaleText(step)); });
 
     addOptions(m_instance ? m_instance->kind : QString());
+    addCalendarSources(m_instance ? m_instance->kind : QString());
     connect(m_context.grid, &GridStore::layoutChanged, this, &WidgetSettingsPage::refresh);
     if (m_context.ticker) {
         connect(m_context.ticker, &TickCoordinator::nowChanged, m_preview, [this] {
@@ -187,13 +190,7 @@ void WidgetSettingsPage::addOptions(const QString& kind) {
         case WidgetOption::Type::choice:
         case WidgetOption::Type::source: {
             auto* box = new QComboBox();
-            QList<WidgetOption::Choice> choices = option.choices;
-            if (option.type == WidgetOption::Type::source && m_context.calendarSources) {
-                choices += m_context.calendarSources(kind);
-            }
-            for (const WidgetOption::Choice& choice : choices) {
-                box->addItem(choice.title, choice.value);
-            }
+            fillChoices(box, option, kind);
             connect(box, &QComboBox::activated, this, [this, box, key = option.key](int index) {
                 setOption(key, box->itemData(index).toString());
             });
@@ -244,6 +241,52 @@ void WidgetSettingsPage::addOptions(const QString& kind) {
                                       ? place->addTo(*card, option.title, QString())
                                       : card->addRow(option.title, QString(), control));
     }
+}
+
+void WidgetSettingsPage::fillChoices(QComboBox* box, const WidgetOption& option,
+                                     const QString& kind) {
+    const QSignalBlocker blocker(box);
+    box->clear();
+    QList<WidgetOption::Choice> choices = option.choices;
+    if (option.type == WidgetOption::Type::source && m_context.calendarSources) {
+        choices += m_context.calendarSources(kind);
+    }
+    for (const WidgetOption::Choice& choice : choices) {
+        box->addItem(choice.title, choice.value);
+    }
+}
+
+void WidgetSettingsPage::addCalendarSources(const QString& kind) {
+    const bool calendar = kind == QLatin1String("calendar");
+    if ((!calendar && kind != QLatin1String("reminders")) || m_context.calendarSetup == nullptr ||
+        m_context.clock == nullptr) {
+        return;
+    }
+    SettingsCard* card = addGroup(QStringLiteral("sources"),
+                                  calendar ? L("widgetPage.calendars", QStringLiteral("Calendars"))
+                                           : L("widgetPage.lists", QStringLiteral("Lists")));
+    auto found = [this, kind] {
+        QStringList names;
+        if (m_context.calendarSources) {
+            for (const WidgetOption::Choice& choice : m_context.calendarSources(kind)) {
+                names << choice.title;
+            }
+        }
+        return names;
+    };
+    m_sources = new CalendarSourcesView(*m_context.calendarSetup, *m_context.clock,
+                                        std::move(found), m_context.pickFolder, calendar);
+    card->addWide(m_sources);
+    // What was added can be chosen at once.
+    connect(m_context.calendarSetup, &CalendarSetup::changed, this, [this, kind] {
+        for (const WidgetOption& option : WidgetOption::of(kind)) {
+            if (auto* box = qobject_cast<QComboBox*>(m_options.value(option.key));
+                box != nullptr && option.type == WidgetOption::Type::source) {
+                fillChoices(box, option, kind);
+            }
+        }
+        refresh();
+    });
 }
 
 void WidgetSettingsPage::chooseCity(const FixedLocation& city) {

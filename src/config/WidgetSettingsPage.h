@@ -12,6 +12,7 @@
 
 #include <optional>
 
+class QComboBox;
 class QLabel;
 class QSlider;
 
@@ -19,7 +20,9 @@ namespace tw {
 
 struct ConfigContext;
 struct FixedLocation;
+class CalendarSourcesView;
 class SizePicker;
+struct WidgetOption;
 
 class WidgetSettingsPage final : public SettingsPage {
     Q_OBJECT
@@ -36,6 +39,8 @@ public:
     QSlider* scaleSlider() const { return m_scale; }
     // The control of one of the kind's options, by key; null when the kind has no such option.
     QWidget* optionControl(const QString& key) const { return m_options.value(key); }
+    // Where a calendar or reminders tile may read from; null for other kinds.
+    CalendarSourcesView* sources() const { return m_sources; }
 
 Q_SIGNALS:
     // "All widgets on the desktop" was chosen.
@@ -51,6 +56,8 @@ private:
     void setOption(const QString& key, const QString& value);
     void chooseCity(const FixedLocation& city);
     void addOptions(const QString& kind);
+    void addCalendarSources(const QString& kind);
+    void fillChoices(QComboBox* box, const WidgetOption& option, const QString& kind);
     // The day a date option shows for its stored value.
     QDate shownDay(const QString& value) const;
 
@@ -58,6 +65,7 @@ private:
     const QUuid m_id;
     std::optional<WidgetInstance> m_instance;
     QWidget* m_preview = nullptr;
+    CalendarSourcesView* m_sources = nullptr;
     QLabel* m_kind = nullptr;
     SizePicker* m_sizes = nullptr;
     QSlider* m_scale = nullptr;

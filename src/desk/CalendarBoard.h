@@ -13,6 +13,9 @@ namespace tw {
 struct CalendarBoard {
     QHash<CalendarFilter, CalendarReading<CalendarEventItem>> events;
     QHash<RemindersFilter, CalendarReading<ReminderItem>> reminders;
+    // Why the last reminder could not be marked, and when: the tiles say so for a while.
+    QString reminderProblem;
+    QDateTime reminderProblemAt;
 
     // What a tile with these settings shows: nullopt when its person has chosen nothing yet,
     // a `loading` reading when its first fetch has not come back.

@@ -61,7 +61,8 @@ public:
             return false;
         }
         found->fetching = false;
-        found->lastFetch = now;
+        found->lastFetch = found->staleAgain ? std::nullopt : std::optional<QDateTime>(now);
+        found->staleAgain = false;
         CalendarReading<Item>& shown = m_readings[filter];
         if (error.isEmpty()) {
             shown = {CalendarState::ready, {}, items};
@@ -72,11 +73,16 @@ public:
         return true;
     }
 
-    // Every filter as it was; the next `wantsFetch` of each says yes.
     QList<Filter> filters() const { return m_book.keys(); }
-    void markStale() {
-        for (Bookkeeping& book : m_book) {
-            book.lastFetch.reset();
+    // The next `wantsFetch` of the filters `which` says yes to says yes; one being fetched is
+    // fetched again after, since what it read may be from before the change.
+    template <typename Which>
+    void markStale(const Which& which) {
+        for (auto it = m_book.begin(); it != m_book.end(); ++it) {
+            if (which(it.key())) {
+                it->lastFetch.reset();
+                it->staleAgain = it->fetching;
+            }
         }
     }
 
@@ -87,6 +93,7 @@ private:
     struct Bookkeeping {
         std::optional<QDateTime> lastFetch;
         bool fetching = false;
+        bool staleAgain = false;
         quint64 generation = 0;
         QDateTime lastUsed;
     };

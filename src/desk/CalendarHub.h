@@ -5,6 +5,7 @@
 #include "desk/CalendarBoard.h"
 #include "desk/CalendarService.h"
 #include "desk/CalendarSubscriptions.h"
+#include "desk/CalendarWatcher.h"
 #include "desk/RemindersService.h"
 
 #include <QObject>
@@ -14,9 +15,12 @@ namespace tw {
 class CalendarHub final : public QObject {
     Q_OBJECT
 public:
-    // `subscriptions`, when given, are fetched while calendar tiles are in view.
+    // `subscriptions`, when given, are fetched while calendar tiles are in view; `watcher`, when
+    // given, watches the folders of the calendars and lists read, and a change in one reads again
+    // the filters that show it.
     CalendarHub(CalendarStore& store, SampleRunner& runner, const QTimeZone& zone,
-                CalendarSubscriptions* subscriptions = nullptr, QObject* parent = nullptr);
+                CalendarSubscriptions* subscriptions = nullptr, CalendarWatcher* watcher = nullptr,
+                QObject* parent = nullptr);
 
     const CalendarBoard& board() const { return m_board; }
     CalendarService& calendar() { return m_calendar; }
@@ -31,11 +35,14 @@ Q_SIGNALS:
 
 private:
     void rebuild();
+    void watchFolders();
+    void folderChanged(const QString& folder);
 
     CalendarService m_calendar;
     RemindersService m_reminders;
     CalendarBoard m_board;
     CalendarSubscriptions* m_subscriptions;
+    CalendarWatcher* m_watcher;
     QDateTime m_lastNow;
 };
 

@@ -42,10 +42,23 @@ void CalendarService::refreshIfStale(const CalendarFilter& filter, const QDateTi
     }
 }
 
+void CalendarService::refreshShowing(const QString& id, const QDateTime& now) {
+    refreshWhere(
+        [&id](const CalendarFilter& filter) {
+            return !filter.calendarID || *filter.calendarID == id;
+        },
+        now);
+}
+
 void CalendarService::forceRefreshAll(const QDateTime& now) {
-    m_book.markStale();
+    refreshWhere([](const CalendarFilter&) { return true; }, now);
+}
+
+void CalendarService::refreshWhere(const std::function<bool(const CalendarFilter&)>& which,
+                                   const QDateTime& now) {
+    m_book.markStale(which);
     for (const CalendarFilter& filter : m_book.filters()) {
-        if (m_book.wantsFetch(filter, now)) {
+        if (which(filter) && m_book.wantsFetch(filter, now)) {
             beginFetch(filter, now);
         }
     }

@@ -10,6 +10,8 @@
 #include <QObject>
 #include <QTimeZone>
 
+#include <functional>
+
 namespace tw {
 
 class CalendarStore;
@@ -37,12 +39,16 @@ public:
     void refreshIfStale(const CalendarFilter& filter, const QDateTime& now);
     // Every filter fetched again, after a change in the store.
     void forceRefreshAll(const QDateTime& now);
+    // The filters that read the calendar `id` fetched again, after another program changed it.
+    void refreshShowing(const QString& id, const QDateTime& now);
 
 Q_SIGNALS:
     void readingsChanged();
     void calendarsChanged();
 
 private:
+    void refreshWhere(const std::function<bool(const CalendarFilter&)>& which,
+                      const QDateTime& now);
     void beginFetch(const CalendarFilter& filter, const QDateTime& now);
 
     CalendarStore& m_store;

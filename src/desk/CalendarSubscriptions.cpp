@@ -2,6 +2,7 @@
 
 #include "net/HttpClient.h"
 #include "platform/AtomicFile.h"
+#include "text/L.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -48,34 +49,62 @@ void CalendarSubscriptions::refreshIfStale(const QDateTime& now) {
         const auto last = m_lastFetch.constFind(address);
         const bool fresh = last != m_lastFetch.constEnd() && *last <= now &&
                            last->secsTo(now) < std::chrono::seconds(freshFor).count();
-        if (!url || fresh || m_inFlight.contains(address)) {
-            continue;
+        if (url && !fresh && !m_inFlight.contains(address)) {
+            fetch(address, *url, now, [](const QString& problem) {
+                if (!problem.isEmpty()) {
+                    qCWarning(lcSubscriptions, "subscription not updated: %s",
+                              qUtf8Printable(problem));
+                }
+            });
         }
-        m_inFlight.insert(address);
-        m_lastFetch.insert(address, now);
-        HttpRequest request;
-        request.url = *url;
-        request.maxBytes = mostBytes;
-        request.timeout = std::chrono::seconds(30);
-        m_http.get(request, this, [this, address](const HttpResponse& response) {
-            m_inFlight.remove(address);
-            if (!response.isSuccess() || !response.body.contains("BEGIN:VCALENDAR")) {
-                qCWarning(lcSubscriptions, "subscription not updated: %s",
-                          qUtf8Printable(response.message.isEmpty()
-                                             ? QStringLiteral("not a calendar")
-                                             : response.message));
-                return;
-            }
-            take(address, response.body);
-        });
     }
 }
 
-void CalendarSubscriptions::take(const QString& address, const QByteArray& body) {
+void CalendarSubscriptions::fetchNow(const QString& address, const QDateTime& now,
+                                     std::function<void(const QString& problem)> done) {
+    const std::optional<QUrl> url = fetchable(address);
+    if (!url) {
+        done(L("calendar.subscribe.badAddress",
+               QStringLiteral("Use an address that begins with webcal:// or https://.")));
+        return;
+    }
+    fetch(address, *url, now, std::move(done));
+}
+
+void CalendarSubscriptions::forget(const QString& address) {
+    m_lastFetch.remove(address);
+    QDir(folderFor(m_folder, address)).removeRecursively();
+}
+
+void CalendarSubscriptions::fetch(const QString& address, const QUrl& url, const QDateTime& now,
+                                  std::function<void(const QString& problem)> done) {
+    m_inFlight.insert(address);
+    m_lastFetch.insert(address, now);
+    HttpRequest request;
+    request.url = url;
+    request.maxBytes = mostBytes;
+    request.timeout = std::chrono::seconds(30);
+    m_http.get(
+        request, this, [this, address, done = std::move(done)](const HttpResponse& response) {
+            m_inFlight.remove(address);
+            if (!response.isSuccess()) {
+                done(L("calendar.subscribe.failed", QStringLiteral("The calendar could not be "
+                                                                   "fetched: %1"))
+                         .arg(response.message));
+            } else if (!response.body.contains("BEGIN:VCALENDAR")) {
+                done(L("calendar.subscribe.notCalendar",
+                       QStringLiteral("That address gives no calendar.")));
+            } else {
+                done(take(address, response.body));
+            }
+        });
+}
+
+QString CalendarSubscriptions::take(const QString& address, const QByteArray& body) {
     const QString folder = folderFor(m_folder, address);
     if (!QDir().mkpath(folder)) {
         qCWarning(lcSubscriptions, "cannot make %s", qUtf8Printable(folder));
-        return;
+        return L("calendar.subscribe.notKept", QStringLiteral("The calendar could not be kept."));
     }
     // The calendar's own name when it gives one, else where it comes from.
     static const QRegularExpression named(QStringLiteral("X-WR-CALNAME:([^\\r\\n]+)"));
@@ -87,9 +116,10 @@ void CalendarSubscriptions::take(const QString& address, const QByteArray& body)
     AtomicFile::write(folder + QStringLiteral("/displayname"), title.toUtf8());
     if (!written) {
         qCWarning(lcSubscriptions, "subscription not kept: %s", qUtf8Printable(written.error));
-        return;
+        return L("calendar.subscribe.notKept", QStringLiteral("The calendar could not be kept."));
     }
     Q_EMIT updated();
+    return {};
 }
 
 } // namespace tw

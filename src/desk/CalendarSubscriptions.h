@@ -12,6 +12,7 @@
 #include <QUrl>
 
 #include <chrono>
+#include <functional>
 #include <optional>
 
 namespace tw {
@@ -34,6 +35,12 @@ public:
 
     // Fetches every subscription whose copy is older than `freshFor` at `now`.
     void refreshIfStale(const QDateTime& now);
+    // Fetches `address` now and keeps its copy; `done` gets why not in words for the person, or
+    // nothing once the copy is kept.
+    void fetchNow(const QString& address, const QDateTime& now,
+                  std::function<void(const QString& problem)> done);
+    // Drops the copy of an address no longer subscribed to.
+    void forget(const QString& address);
     bool isFetching() const { return !m_inFlight.isEmpty(); }
 
 Q_SIGNALS:
@@ -41,7 +48,10 @@ Q_SIGNALS:
     void updated();
 
 private:
-    void take(const QString& address, const QByteArray& body);
+    void fetch(const QString& address, const QUrl& url, const QDateTime& now,
+               std::function<void(const QString& problem)> done);
+    // Empty once kept.
+    QString take(const QString& address, const QByteArray& body);
 
     HttpClient& m_http;
     QString m_folder;

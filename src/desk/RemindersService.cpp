@@ -42,10 +42,21 @@ void RemindersService::refreshIfStale(const RemindersFilter& filter, const QDate
     }
 }
 
+void RemindersService::refreshShowing(const QString& id, const QDateTime& now) {
+    refreshWhere(
+        [&id](const RemindersFilter& filter) { return !filter.listID || *filter.listID == id; },
+        now);
+}
+
 void RemindersService::forceRefreshAll(const QDateTime& now) {
-    m_book.markStale();
+    refreshWhere([](const RemindersFilter&) { return true; }, now);
+}
+
+void RemindersService::refreshWhere(const std::function<bool(const RemindersFilter&)>& which,
+                                    const QDateTime& now) {
+    m_book.markStale(which);
     for (const RemindersFilter& filter : m_book.filters()) {
-        if (m_book.wantsFetch(filter, now)) {
+        if (which(filter) && m_book.wantsFetch(filter, now)) {
             beginFetch(filter, now);
         }
     }
@@ -59,10 +70,13 @@ void RemindersService::toggleCompletion(const ReminderItem& item, const QDateTim
             return store->setCompleted(id, completed, now);
         },
         [this, now](const QString& error) {
-            if (!error.isEmpty()) {
+            if (error.isEmpty()) {
+                m_saveProblem.clear();
+            } else {
                 qCWarning(lcReminders, "save failed: %s", qUtf8Printable(error));
-                Q_EMIT saveFailed(
-                    L("reminders.err.save", QStringLiteral("Couldn’t update reminder")));
+                m_saveProblem = L("reminders.err.save", QStringLiteral("Couldn’t update reminder"));
+                m_saveProblemAt = now;
+                Q_EMIT saveFailed(m_saveProblem);
             }
             forceRefreshAll(now);
         });

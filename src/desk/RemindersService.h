@@ -9,6 +9,8 @@
 #include <QObject>
 #include <QTimeZone>
 
+#include <functional>
+
 namespace tw {
 
 class CalendarStore;
@@ -29,9 +31,14 @@ public:
     std::optional<QList<ReminderItem>> lastGood(const RemindersFilter& filter) const;
     const QHash<RemindersFilter, Reading>& readings() const { return m_book.readings(); }
     const QList<CalendarList>& lists() const { return m_lists; }
+    // Why the last toggle could not be written, and when; empty once one is written.
+    const QString& saveProblem() const { return m_saveProblem; }
+    const QDateTime& saveProblemAt() const { return m_saveProblemAt; }
 
     void refreshIfStale(const RemindersFilter& filter, const QDateTime& now);
     void forceRefreshAll(const QDateTime& now);
+    // The filters that read the calendar `id` fetched again, after another program changed it.
+    void refreshShowing(const QString& id, const QDateTime& now);
     // Marks `item` done, or open again, in its file; every list is read again afterwards.
     void toggleCompletion(const ReminderItem& item, const QDateTime& now);
 
@@ -42,6 +49,8 @@ Q_SIGNALS:
     void saveFailed(const QString& message);
 
 private:
+    void refreshWhere(const std::function<bool(const RemindersFilter&)>& which,
+                      const QDateTime& now);
     void beginFetch(const RemindersFilter& filter, const QDateTime& now);
 
     CalendarStore& m_store;
@@ -49,6 +58,8 @@ private:
     QTimeZone m_zone;
     CalendarBook<RemindersFilter, ReminderItem> m_book;
     QList<CalendarList> m_lists;
+    QString m_saveProblem;
+    QDateTime m_saveProblemAt;
 };
 
 } // namespace tw

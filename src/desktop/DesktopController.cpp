@@ -523,6 +523,11 @@ bool DesktopController::handlePlainClick(const QUuid& id, QPointF point) {
         m_services.desk->press(id, spot.control);
         return true;
     }
+    // A reminder's check mark marks it done, or open again, in its file.
+    if (spot.reminder && m_services.calendar != nullptr) {
+        m_services.calendar->reminders().toggleCompletion(*spot.reminder, m_services.clock.now());
+        return true;
+    }
     // A transport button goes to the player the tile shows.
     if (spot.media && m_services.readings != nullptr &&
         m_services.readings->nowPlaying() != nullptr) {

@@ -297,10 +297,11 @@ void CalendarFace::paint(QPainter& painter, const QRectF& rect, const FaceContex
 }
 
 WidgetFace::Spot CalendarFace::spotAt(const QRectF&, QPointF, const FaceContext& context) const {
+    Spot spot;
     if (!CalendarFilter::of(context.settings)) {
-        return {std::nullopt, needsChoiceWords(), std::nullopt, std::nullopt};
+        spot.help = needsChoiceWords();
     }
-    return {};
+    return spot;
 }
 
 } // namespace tw

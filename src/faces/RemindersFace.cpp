@@ -54,6 +54,43 @@ QString dueText(const ReminderItem& item, const QDateTime& now) {
     return item.listName.isEmpty() ? when : when + QStringLiteral(" · ") + item.listName;
 }
 
+struct Row {
+    QRectF rect;
+    const ReminderItem* item = nullptr;
+};
+
+// Where each reminder that fits stands: a second column only when the first is full, so short
+// lists keep their whole titles.
+QList<Row> rowsOf(const QRectF& rect, const QList<ReminderItem>& items) {
+    const QRectF body = rect.adjusted(0, headerHeight, 0, 0);
+    const int perColumn = std::max(1, static_cast<int>(body.height() / rowHeight));
+    const int columns = body.width() > 380 && items.size() > perColumn ? 2 : 1;
+    const qreal gap = 16;
+    const qreal width = (body.width() - gap * (columns - 1)) / columns;
+    QList<Row> rows;
+    for (int i = 0; i < items.size() && i < perColumn * columns; ++i) {
+        const int column = i / perColumn;
+        rows.append({QRectF(body.left() + column * (width + gap),
+                            body.top() + (i % perColumn) * rowHeight, width, rowHeight - 2),
+                     &items.at(i)});
+    }
+    return rows;
+}
+
+// The check mark with room around it, so a press need not hit the small circle itself.
+QRectF checkArea(const QRectF& row) {
+    return QRectF(row.left() - 4, row.top(), 26, row.height());
+}
+
+// A toggle that could not be written, said for two minutes on every reminders tile.
+QString saveProblem(const FaceContext& context) {
+    if (context.calendar == nullptr || context.calendar->reminderProblem.isEmpty() ||
+        context.now >= context.calendar->reminderProblemAt.addSecs(120)) {
+        return {};
+    }
+    return context.calendar->reminderProblem;
+}
+
 void drawRow(QPainter& painter, const FaceContext& context, const QRectF& row,
              const ReminderItem& item) {
     const QColor named(item.calendarColor);
@@ -117,40 +154,48 @@ void RemindersFace::paint(QPainter& painter, const QRectF& rect, const FaceConte
     const qsizetype open =
         std::count_if(shown.items.cbegin(), shown.items.cend(),
                       [](const ReminderItem& item) { return !item.isCompleted; });
-    FaceKit::drawElided(painter, context, QRectF(rect.left(), rect.top(), rect.width() - 40, 22),
-                        L("widget.reminders.name", QStringLiteral("Reminders")),
-                        FaceKit::font(15, QFont::Bold), context.accent(),
-                        Qt::AlignLeft | Qt::AlignVCenter);
+    // A toggle that could not be written takes the title's place, where the eye goes first.
+    const QString problem = saveProblem(context);
+    FaceKit::drawElided(
+        painter, context, QRectF(rect.left(), rect.top(), rect.width() - 40, 22),
+        problem.isEmpty() ? L("widget.reminders.name", QStringLiteral("Reminders")) : problem,
+        FaceKit::font(problem.isEmpty() ? 15 : 12, QFont::Bold),
+        problem.isEmpty() ? context.accent() : QColor(0xFF453A), Qt::AlignLeft | Qt::AlignVCenter);
     FaceKit::drawFitted(painter, context, QRectF(rect.right() - 40, rect.top(), 40, 24),
                         QString::number(open), QFont::DemiBold, context.primary(),
                         Qt::AlignRight | Qt::AlignVCenter, 22);
-    const QRectF body = rect.adjusted(0, headerHeight, 0, 0);
     if (shown.items.isEmpty()) {
         painter.setPen(context.secondary());
         painter.setFont(FaceKit::font(12));
-        painter.drawText(body, Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap, shown.status);
+        painter.drawText(rect.adjusted(0, headerHeight, 0, 0),
+                         Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap, shown.status);
         return;
     }
-    const int perColumn = std::max(1, static_cast<int>(body.height() / rowHeight));
-    // A second column only when the first is full, so short lists keep their whole titles.
-    const int columns = body.width() > 380 && shown.items.size() > perColumn ? 2 : 1;
-    const qreal gap = 16;
-    const qreal width = (body.width() - gap * (columns - 1)) / columns;
-    for (int i = 0; i < shown.items.size() && i < perColumn * columns; ++i) {
-        const int column = i / perColumn;
-        const QRectF row(body.left() + column * (width + gap),
-                         body.top() + (i % perColumn) * rowHeight, width, rowHeight - 2);
-        drawRow(painter, context, row, shown.items.at(i));
+    for (const Row& row : rowsOf(rect, shown.items)) {
+        drawRow(painter, context, row.rect, *row.item);
     }
 }
 
-WidgetFace::Spot RemindersFace::spotAt(const QRectF&, QPointF, const FaceContext& context) const {
+WidgetFace::Spot RemindersFace::spotAt(const QRectF& rect, QPointF point,
+                                       const FaceContext& context) const {
+    Spot spot;
     if (!RemindersFilter::of(context.settings)) {
-        return {std::nullopt,
-                L("reminders.accessNeeded", QStringLiteral("Reminders access needed")),
-                std::nullopt, std::nullopt};
+        spot.help = L("reminders.accessNeeded", QStringLiteral("Reminders access needed"));
+        return spot;
     }
-    return {};
+    if (context.calendar == nullptr) {
+        return spot;
+    }
+    const Shown shown = shownOf(context);
+    for (const Row& row : rowsOf(rect, shown.items)) {
+        if (checkArea(row.rect).contains(point)) {
+            spot.reminder = *row.item;
+            spot.help = row.item->isCompleted
+                            ? L("reminders.markOpen", QStringLiteral("Mark as not done"))
+                            : L("reminders.markDone", QStringLiteral("Mark as done"));
+        }
+    }
+    return spot;
 }
 
 } // namespace tw

@@ -136,10 +136,10 @@ Control Control::area(DeskAction action, const QRectF& rect) {
 WidgetFace::Spot spotAt(const QList<Control>& controls, QPointF point) {
     for (const Control& control : controls) {
         if (control.rect.contains(point)) {
-            return {.link = std::nullopt,
-                    .help = help(control),
-                    .control = control.action,
-                    .media = std::nullopt};
+            WidgetFace::Spot spot;
+            spot.help = help(control);
+            spot.control = control.action;
+            return spot;
         }
     }
     return {};

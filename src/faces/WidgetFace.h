@@ -4,6 +4,7 @@
 #include "desk/DeskAction.h"
 #include "model/WidgetInstance.h"
 #include "model/WidgetSize.h"
+#include "platform/CalendarItems.h"
 #include "platform/MediaPlayers.h"
 #include "readings/ReadingFeed.h"
 #include "tick/TimeGrain.h"
@@ -32,6 +33,8 @@ public:
         std::optional<DeskAction> control;
         // A transport command a press there sends to the player the tile shows.
         std::optional<MediaCommand> media;
+        // A reminder whose check mark is there: a press marks it done, or open again.
+        std::optional<ReminderItem> reminder;
     };
 
     virtual ~WidgetFace() = default;

@@ -32,6 +32,8 @@ struct CalendarList {
     QString color;
     // Subscriptions and folders we may not write to.
     bool readOnly = false;
+    // The folder it is kept in, where other programs may change it; empty for none.
+    QString folder;
 
     bool operator==(const CalendarList&) const = default;
 };

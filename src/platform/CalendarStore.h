@@ -7,6 +7,7 @@
 #include <QDateTime>
 #include <QList>
 #include <QString>
+#include <QStringList>
 #include <QTimeZone>
 
 #include <optional>
@@ -46,6 +47,9 @@ public:
     // Marks a reminder done or open again at `now`; the error's sentence on failure, else empty.
     virtual QString setCompleted(const QString& reminderID, bool completed,
                                  const QDateTime& now) = 0;
+
+    // Folders of the person's own to read beside the usual places, from now on.
+    virtual void setOwnFolders(const QStringList& folders) = 0;
 };
 
 } // namespace tw

@@ -3,6 +3,7 @@
 #include "Files.h"
 #include "LoopbackHttpServer.h"
 #include "ManualScheduler.h"
+#include "PrivateMount.h"
 #include "ScriptedReadings.h"
 #include "desk/CalendarHub.h"
 #include "net/QtHttpClient.h"
@@ -34,6 +35,50 @@ QByteArray item(const QByteArray& body) {
 class TestCalendarService : public QObject {
     Q_OBJECT
 private Q_SLOTS:
+    // First, while the process has one thread: a mount namespace cannot be entered later.
+    // A list that may not be written to: the file stays as it was and the tiles say why, until a
+    // later toggle is written.
+    void aFailedToggleKeepsTheFileAndSaysSo() {
+        if (!tw::test::enterPrivateMountNamespace()) {
+            QSKIP("no mount namespace here");
+        }
+        QTemporaryDir home;
+        const QString tasks = home.filePath(QStringLiteral("tasks"));
+        const QString path = tasks + QStringLiteral("/plants.ics");
+        const QByteArray before =
+            item("BEGIN:VTODO\r\nUID:p\r\nSUMMARY:Water the plants\r\nEND:VTODO\r\n");
+        QVERIFY(writeFile(path, before));
+        VdirCalendarStore store({{tasks}, {}});
+        tw::test::HeldRunner runner;
+        CalendarHub hub(store, runner, QTimeZone::utc());
+        const WidgetSettings lists{{QStringLiteral("list"), QStringLiteral("all")}};
+        hub.refresh(t0, {}, {lists});
+        runner.releaseAll();
+        const ReminderItem plants = hub.board().remindersFor(lists)->lastGood->value(0);
+        QVERIFY(tw::test::mountReadOnly(tasks));
+
+        QSignalSpy failed(&hub.reminders(), &RemindersService::saveFailed);
+        for (int logged = 0; logged < 2; ++logged) { // the store's line and the service's
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("save failed")));
+        }
+        hub.reminders().toggleCompletion(plants, t0);
+        runner.releaseAll();
+        runner.releaseAll();
+        QCOMPARE(failed.size(), 1);
+        QCOMPARE(tw::test::readFile(path), before);
+        QCOMPARE(QDir(tasks).entryList(QDir::Files), QStringList{QStringLiteral("plants.ics")});
+        QVERIFY(!hub.board().reminderProblem.isEmpty());
+        QCOMPARE(hub.board().reminderProblemAt, t0);
+        QVERIFY(!hub.board().remindersFor(lists)->lastGood->value(0).isCompleted);
+
+        QVERIFY(umount(QFile::encodeName(tasks).constData()) == 0);
+        hub.reminders().toggleCompletion(plants, t0.addSecs(5));
+        runner.releaseAll();
+        runner.releaseAll();
+        QVERIFY(hub.board().reminderProblem.isEmpty());
+        QVERIFY(tw::test::readFile(path).contains("STATUS:COMPLETED"));
+    }
+
     void freshness_data() {
         QTest::addColumn<QString>("error");
         QTest::addColumn<int>("after");
@@ -146,6 +191,63 @@ private Q_SLOTS:
         QVERIFY(hub.board().remindersFor(lists)->lastGood->first().isCompleted);
         QVERIFY(
             tw::test::readFile(work + QStringLiteral("/plants.ics")).contains("STATUS:COMPLETED"));
+    }
+
+    // Another program writes into a folder in use: after the burst settles, the tiles showing
+    // that folder get the change, and only that folder's files are read again. A folder no tile
+    // reads is not watched.
+    void anotherProgramsWriteReachesTheTiles() {
+        QTemporaryDir home;
+        const QString root = home.filePath(QStringLiteral("calendars"));
+        const auto event = [](const char* uid, const char* title) {
+            return item(QByteArray("BEGIN:VEVENT\r\nUID:") + uid + "\r\nSUMMARY:" + title +
+                        "\r\nDTSTART:20261124T150000Z\r\nDTEND:20261124T151500Z\r\nEND:VEVENT\r\n");
+        };
+        QVERIFY(writeFile(root + QStringLiteral("/work/standup.ics"), event("s", "Standup")));
+        QVERIFY(writeFile(root + QStringLiteral("/home/gym.ics"), event("g", "Gym")));
+        QVERIFY(writeFile(root + QStringLiteral("/spare/nap.ics"), event("n", "Nap")));
+        VdirCalendarStore store({{root}, {}});
+        tw::test::HeldRunner runner;
+        tw::test::ManualScheduler scheduler;
+        CalendarWatcher watcher(scheduler);
+        CalendarHub hub(store, runner, QTimeZone::utc(), nullptr, &watcher);
+        const QString work = QFileInfo(root + QStringLiteral("/work")).canonicalFilePath();
+        const QString homeList = QFileInfo(root + QStringLiteral("/home")).canonicalFilePath();
+        const WidgetSettings workTile{{QStringLiteral("calendar"), work}};
+        const WidgetSettings homeTile{{QStringLiteral("calendar"), homeList}};
+        hub.refresh(t0, {workTile, homeTile}, {});
+        runner.releaseAll();
+        QCOMPARE(QSet<QString>(watcher.folders().cbegin(), watcher.folders().cend()),
+                 (QSet<QString>{work, homeList}));
+        const WidgetSettings allTile{{QStringLiteral("calendar"), QStringLiteral("all")}};
+        hub.refresh(t0, {workTile, homeTile, allTile}, {});
+        runner.releaseAll();
+        QCOMPARE(watcher.folders().size(), 3);
+        const int parsed = store.filesParsed();
+
+        // A sync writes three items one after another, each renamed into place.
+        for (const char* uid : {"a", "b", "c"}) {
+            QVERIFY(writeFile(work + QStringLiteral("/.new"), event(uid, "Review")));
+            QVERIFY(QFile::rename(work + QStringLiteral("/.new"),
+                                  work + QStringLiteral("/%1.ics").arg(QLatin1String(uid))));
+        }
+        QTRY_VERIFY(scheduler.pendingCount() > 0);
+        QCOMPARE(runner.held(), 0);
+        scheduler.advance(CalendarWatcher::settle);
+        QCOMPARE(runner.held(), 2);
+        runner.releaseAll();
+        QCOMPARE(hub.board().eventsFor(workTile)->lastGood->size(), 4);
+        QCOMPARE(hub.board().eventsFor(allTile)->lastGood->size(), 6);
+        QCOMPARE(store.filesParsed(), parsed + 4);
+        QCOMPARE(hub.board().eventsFor(homeTile)->lastGood->size(), 1);
+    }
+
+    void aChangeDuringAFetchFetchesAgain() {
+        Book book;
+        const quint64 generation = book.begin(filter("a"));
+        book.markStale([](const CalendarFilter&) { return true; });
+        QVERIFY(book.apply(filter("a"), generation, {}, {}, t0));
+        QVERIFY(book.wantsFetch(filter("a"), t0));
     }
 
     void subscribedAddresses_data() {

@@ -1315,6 +1315,58 @@ class CalendarTileTest(HostCase):
         self.screenshot("calendar-tile.png")
 
 
+class ReminderCompletionTest(HostCase):
+    """A reminders tile reading a task list the test keeps as a vdir folder: a click on the
+    reminder's check mark writes it done into its own file, and the tile lets it go."""
+
+    panel_count = 1
+    MAGENTA = "#FF00FF"
+
+    def before_launch(self):
+        folder = os.path.join(self.config_home, "data", "calendars", "tasks")
+        os.makedirs(folder)
+        with open(os.path.join(folder, "displayname"), "w", encoding="utf-8") as f:
+            f.write("Tasks")
+        with open(os.path.join(folder, "color"), "w", encoding="utf-8") as f:
+            f.write(self.MAGENTA)
+        self.item = os.path.join(folder, "plants.ics")
+        with open(self.item, "w", encoding="utf-8", newline="") as f:
+            f.write("BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//e2e//EN\r\nBEGIN:VTODO\r\n"
+                    "UID:plants\r\nSUMMARY:Water the plants\r\nEND:VTODO\r\nEND:VCALENDAR\r\n")
+        tile = {"id": "C0000000-0000-4000-8000-000000000002", "kind": "reminders",
+                "size": "large", "order": 0, "page": 0, "col": 0, "row": 0,
+                "posX": 300, "posY": 700, "settings": {"list": "all"}}
+        with open(os.path.join(self.data_dir, "grid.json"), "w", encoding="utf-8") as f:
+            json.dump({"instances": [tile], "pageCount": 1}, f)
+
+    def written(self):
+        with open(self.item, encoding="utf-8") as f:
+            return f.read()
+
+    def test_a_click_on_the_check_mark_completes_the_reminder_in_its_file(self):
+        x, y, _, _ = self.panel_of(self.by_kind("reminders"))
+        # The first row stands under the 30-point header of the padded content; its check mark
+        # is the circle at its left, drawn in the list's colour.
+        left, top = x + MARGIN + 12, y + MARGIN + 12 + 30
+        mark = (left, top, 18, 22)
+
+        def magenta():
+            return sum(1 for row in self.pixels(*mark) for (r, g, b) in row
+                       if r > 200 and g < 90 and b > 200)
+        if not self.session.wait_for(lambda: magenta() >= 10, timeout=20):
+            self.screenshot("failed-reminder-tile.png")
+            self.fail("the reminders tile did not show the folder's reminder")
+        self.assertNotIn("COMPLETED", self.written())
+        self.session.xdotool("mousemove", "--sync", left + 8, top + 10)
+        self.session.xdotool("click", "1")
+        self.assertTrue(self.session.wait_for(lambda: "STATUS:COMPLETED" in self.written(), 10),
+                        "the click did not complete the reminder: " + self.written())
+        self.assertIn("SUMMARY:Water the plants", self.written())
+        self.assertTrue(self.session.wait_for(lambda: magenta() == 0, timeout=10),
+                        "the tile kept showing the completed reminder")
+        self.screenshot("reminder-completed.png")
+
+
 class NowPlayingTest(HostCase):
     """A media player of our own on a private session bus: the music tile shows its track with
     the cover from a file, a click on the tile's play button reaches the player and the button

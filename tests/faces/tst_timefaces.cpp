@@ -3,12 +3,14 @@
 // the year's progress over real calendar lengths, the world clock's offsets and round of cities,
 // and the countdown's lenient moments split into whole units.
 #include "TestRows.h"
+#include "desk/CalendarBoard.h"
 #include "desk/DeskSettings.h"
 #include "faces/ClockFace.h"
 #include "faces/CountdownFace.h"
 #include "faces/DayProgressFace.h"
 #include "faces/FaceContext.h"
 #include "faces/FaceRegistry.h"
+#include "faces/RemindersFace.h"
 #include "faces/WordClockFace.h"
 #include "faces/WorldClockFace.h"
 #include "faces/YearProgressFace.h"
@@ -327,6 +329,49 @@ private Q_SLOTS:
             }
         }
         QCOMPARE(shown, control);
+    }
+
+    // What a press at a point of a large reminders tile (in points) marks: the first row, open,
+    // and the second, done, each by its check mark.
+    void reminderMarks_data() {
+        QTest::addColumn<QString>("list");
+        QTest::addColumn<QPointF>("at");
+        QTest::addColumn<QString>("marks");
+        row("an open reminder's check mark", "all", QPointF(8, 40), "done a");
+        row("beside the mark is still the mark", "all", QPointF(18, 58), "done a");
+        row("a done reminder's mark reopens it", "all", QPointF(8, 74), "open b");
+        row("its title is no button", "all", QPointF(120, 40), "none");
+        row("the header is no button", "all", QPointF(8, 10), "none");
+        row("below the last row", "all", QPointF(8, 140), "none");
+        row("no list chosen yet", "", QPointF(8, 40), "none");
+    }
+    void reminderMarks() {
+        QFETCH(QString, list);
+        QFETCH(QPointF, at);
+        QFETCH(QString, marks);
+        WidgetMetadata metadata;
+        metadata.kind = QStringLiteral("reminders");
+        FaceContext context = FaceContext::forKind(metadata, WidgetSize::large);
+        context.now = QDateTime(QDate(2026, 3, 9), QTime(9, 41), QTimeZone::utc());
+        context.settings.insert(QStringLiteral("list"), list);
+        const WidgetSettings chosen{{QStringLiteral("list"), QStringLiteral("all")}};
+        CalendarBoard board;
+        board.reminders.insert(
+            *RemindersFilter::of(chosen),
+            {CalendarState::ready,
+             {},
+             QList<ReminderItem>{
+                 {QStringLiteral("a"), QStringLiteral("Ferns"), std::nullopt, false, {}, {}, 0},
+                 {QStringLiteral("b"), QStringLiteral("Bins"), std::nullopt, true, {}, {}, 0}}});
+        context.calendar = &board;
+        const auto spot =
+            RemindersFace().spotAt(QRectF(QPointF(0, 0), context.points), at, context);
+        const QString shown =
+            spot.reminder
+                ? (spot.reminder->isCompleted ? QStringLiteral("open ") : QStringLiteral("done ")) +
+                      spot.reminder->id
+                : QStringLiteral("none");
+        QCOMPARE(shown, marks);
     }
 };
 

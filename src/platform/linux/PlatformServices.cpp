@@ -90,8 +90,10 @@ PlatformServices::makeCalendarStore(const QStringList& folders,
     if (dataHome.isEmpty()) {
         dataHome = home + QStringLiteral("/.local/share");
     }
-    return std::make_unique<VdirCalendarStore>(VdirCalendarStore::Folders{
-        VdirCalendarStore::usualRoots(home, dataHome) + folders, readOnlyFolders});
+    auto store = std::make_unique<VdirCalendarStore>(
+        VdirCalendarStore::Folders{VdirCalendarStore::usualRoots(home, dataHome), readOnlyFolders});
+    store->setOwnFolders(folders);
+    return store;
 }
 
 std::unique_ptr<Relauncher> PlatformServices::makeRelauncher() {

@@ -62,6 +62,7 @@ void collect(const QString& path, int depth, bool readOnly, QList<CalendarList>&
         const QColor named(metadata(folder, QStringLiteral("color")));
         list.color = named.isValid() ? named.name() : colorFor(canonical);
         list.readOnly = readOnly;
+        list.folder = canonical;
         out.append(list);
         return;
     }
@@ -83,6 +84,21 @@ QStringList itemFiles(const QString& collection) {
     return out;
 }
 
+// What tells whether a collection changed since it was read, without reading an item: vdir
+// writers replace an item by renaming a new file over it, which changes its time of change.
+QString signatureOf(const CalendarList& list) {
+    QString signature = list.title + QLatin1Char('\n') + list.color;
+    const QFileInfoList files =
+        QDir(list.id).entryInfoList({QStringLiteral("*.ics")}, QDir::Files, QDir::Name);
+    for (const QFileInfo& file : files) {
+        signature += QStringLiteral("\n%1 %2 %3")
+                         .arg(file.fileName())
+                         .arg(file.size())
+                         .arg(file.lastModified().toMSecsSinceEpoch());
+    }
+    return signature;
+}
+
 } // namespace
 
 VdirCalendarStore::VdirCalendarStore(Folders folders)
@@ -94,13 +110,23 @@ QStringList VdirCalendarStore::usualRoots(const QString& home, const QString& da
             dataHome + QStringLiteral("/khal/calendars")};
 }
 
+void VdirCalendarStore::setOwnFolders(const QStringList& folders) {
+    const QMutexLocker lock(&m_mutex);
+    m_own = folders;
+}
+
 QList<CalendarList> VdirCalendarStore::collections() const {
+    QStringList roots;
+    {
+        const QMutexLocker lock(&m_mutex);
+        roots = m_folders.roots + m_own;
+    }
     QList<CalendarList> out;
     QSet<QString> seen;
     for (const QString& root : m_folders.readOnlyRoots) {
         collect(root, 0, true, out, seen);
     }
-    for (const QString& root : m_folders.roots) {
+    for (const QString& root : roots) {
         collect(root, 0, false, out, seen);
     }
     std::stable_sort(out.begin(), out.end(), [](const CalendarList& a, const CalendarList& b) {
@@ -150,39 +176,108 @@ std::optional<QByteArray> VdirCalendarStore::readItem(const QString& path) const
     return std::nullopt;
 }
 
+int VdirCalendarStore::filesParsed() const {
+    const QMutexLocker lock(&m_mutex);
+    return m_parsed;
+}
+
+std::optional<ICalReader::Contents>
+VdirCalendarStore::parse(const QString& path, const QDateTime& from, const QDateTime& to,
+                         const QTimeZone& zone, const char* component) const {
+    const std::optional<QByteArray> bytes = readItem(path);
+    if (!bytes || !bytes->contains(component)) {
+        return std::nullopt;
+    }
+    ICalReader::Contents contents = ICalReader::read(*bytes, from, to, zone);
+    const QMutexLocker lock(&m_mutex);
+    ++m_parsed;
+    if (!contents.readable) {
+        const QString stamp = path + QString::number(qHash(*bytes));
+        if (!m_logged.contains(stamp)) {
+            m_logged.insert(stamp);
+            qCWarning(lcCalendar, "skipped %s: not iCalendar", qUtf8Printable(path));
+        }
+        return std::nullopt;
+    }
+    return contents;
+}
+
+VdirCalendarStore::Kept VdirCalendarStore::keptEvents(const CalendarList& calendar,
+                                                      const QDateTime& from, const QDateTime& to,
+                                                      const QTimeZone& zone) const {
+    const QString signature = signatureOf(calendar);
+    {
+        const QMutexLocker lock(&m_mutex);
+        const auto kept = m_events.constFind(calendar.id);
+        if (kept != m_events.cend() && kept->signature == signature && kept->from == from &&
+            kept->to == to && kept->zone == zone.id()) {
+            return *kept;
+        }
+    }
+    Kept fresh{signature, from, to, zone.id(), {}, {}};
+    for (const QString& path : itemFiles(calendar.id)) {
+        const std::optional<ICalReader::Contents> contents = parse(path, from, to, zone, "");
+        if (!contents) {
+            continue;
+        }
+        const QString file = QFileInfo(path).fileName();
+        for (const ICalReader::Event& event : contents->events) {
+            CalendarEventItem item;
+            item.id = calendar.id + QLatin1Char('/') + file + QLatin1Char('#') + event.uid +
+                      QLatin1Char('@') + QString::number(event.start.toSecsSinceEpoch());
+            item.title = event.title;
+            item.startDate = event.start;
+            item.endDate = event.end;
+            item.isAllDay = event.allDay;
+            item.calendarColor = calendar.color;
+            item.calendarTitle = calendar.title;
+            fresh.events.append(item);
+        }
+    }
+    const QMutexLocker lock(&m_mutex);
+    m_events.insert(calendar.id, fresh);
+    return fresh;
+}
+
+VdirCalendarStore::Kept VdirCalendarStore::keptTodos(const CalendarList& list,
+                                                     const QTimeZone& zone) const {
+    const QString signature = signatureOf(list);
+    {
+        const QMutexLocker lock(&m_mutex);
+        const auto kept = m_todos.constFind(list.id);
+        if (kept != m_todos.cend() && kept->signature == signature && kept->zone == zone.id()) {
+            return *kept;
+        }
+    }
+    Kept fresh{signature, {}, {}, zone.id(), {}, {}};
+    for (const QString& path : itemFiles(list.id)) {
+        if (const auto contents = parse(path, {}, {}, zone, "VTODO")) {
+            for (const ICalReader::Todo& todo : contents->todos) {
+                fresh.todos.append({path, todo});
+            }
+        }
+    }
+    const QMutexLocker lock(&m_mutex);
+    m_todos.insert(list.id, fresh);
+    return fresh;
+}
+
 CalendarStore::Fetched<CalendarEventItem>
 VdirCalendarStore::events(const QDateTime& from, const QDateTime& to,
                           const std::optional<QString>& calendarID, const QTimeZone& zone) const {
+    // Read for whole days, so that the moving span of each minute finds what was kept.
+    const QDateTime dayFrom(from.toUTC().date().addDays(-1), QTime(0, 0), QTimeZone::utc());
+    const QDateTime dayTo(to.toUTC().date().addDays(1), QTime(0, 0), QTimeZone::utc());
     Fetched<CalendarEventItem> fetched;
     for (const CalendarList& calendar : collections()) {
         if (calendarID && *calendarID != calendar.id) {
             continue;
         }
-        for (const QString& path : itemFiles(calendar.id)) {
-            const std::optional<QByteArray> bytes = readItem(path);
-            if (!bytes) {
-                continue;
-            }
-            const ICalReader::Contents contents = ICalReader::read(*bytes, from, to, zone);
-            if (!contents.readable) {
-                const QMutexLocker lock(&m_mutex);
-                if (!m_logged.contains(path + QString::number(qHash(*bytes)))) {
-                    m_logged.insert(path + QString::number(qHash(*bytes)));
-                    qCWarning(lcCalendar, "skipped %s: not iCalendar", qUtf8Printable(path));
-                }
-                continue;
-            }
-            const QString file = QFileInfo(path).fileName();
-            for (const ICalReader::Event& event : contents.events) {
-                CalendarEventItem item;
-                item.id = calendar.id + QLatin1Char('/') + file + QLatin1Char('#') + event.uid +
-                          QLatin1Char('@') + QString::number(event.start.toSecsSinceEpoch());
-                item.title = event.title;
-                item.startDate = event.start;
-                item.endDate = event.end;
-                item.isAllDay = event.allDay;
-                item.calendarColor = calendar.color;
-                item.calendarTitle = calendar.title;
+        for (const CalendarEventItem& item : keptEvents(calendar, dayFrom, dayTo, zone).events) {
+            const bool overlaps =
+                item.startDate < to &&
+                (item.endDate > from || (item.endDate == item.startDate && item.startDate >= from));
+            if (overlaps) {
                 fetched.items.append(item);
             }
         }
@@ -203,27 +298,20 @@ VdirCalendarStore::reminders(const std::optional<QString>& listID,
         if (listID && *listID != list.id) {
             continue;
         }
-        for (const QString& path : itemFiles(list.id)) {
-            const std::optional<QByteArray> bytes = readItem(path);
-            if (!bytes || !bytes->contains("VTODO")) {
+        for (const auto& [path, todo] : keptTodos(list, zone).todos) {
+            if (todo.completed &&
+                (!completedSince || !todo.completedAt || *todo.completedAt < *completedSince)) {
                 continue;
             }
-            const ICalReader::Contents contents = ICalReader::read(*bytes, {}, {}, zone);
-            for (const ICalReader::Todo& todo : contents.todos) {
-                if (todo.completed &&
-                    (!completedSince || !todo.completedAt || *todo.completedAt < *completedSince)) {
-                    continue;
-                }
-                ReminderItem item;
-                item.id = path + QLatin1Char('#') + todo.uid;
-                item.title = todo.title;
-                item.dueDate = todo.due;
-                item.isCompleted = todo.completed;
-                item.calendarColor = list.color;
-                item.listName = list.title;
-                item.priority = todo.priority;
-                fetched.items.append(item);
-            }
+            ReminderItem item;
+            item.id = path + QLatin1Char('#') + todo.uid;
+            item.title = todo.title;
+            item.dueDate = todo.due;
+            item.isCompleted = todo.completed;
+            item.calendarColor = list.color;
+            item.listName = list.title;
+            item.priority = todo.priority;
+            fetched.items.append(item);
         }
     }
     // Open ones first, then by due date (none last), then by title.

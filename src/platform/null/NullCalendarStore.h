@@ -21,6 +21,7 @@ public:
     QString setCompleted(const QString&, bool, const QDateTime&) override {
         return QStringLiteral("No reminders here");
     }
+    void setOwnFolders(const QStringList&) override {}
 };
 
 } // namespace tw
