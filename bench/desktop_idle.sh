@@ -169,8 +169,8 @@ EOF
 start_player() {
   local log="$1/player.log"
   # Forked, not a coprocess: the pointer spy and the answers already are.
-  read -r bus_address bus_pid < <(dbus-daemon --session --fork --print-address=1 --print-pid=1 |
-                                  tr '\n' ' ')
+  { read -r bus_address; read -r bus_pid; } < <(dbus-daemon --session --fork --print-address=1 \
+                                                --print-pid=1)
   DBUS_SESSION_BUS_ADDRESS="$bus_address" /usr/bin/python3 \
     "$root/tests/support/fake_mpris_player.py" bench --json \
     '{"PlaybackStatus": "Playing", "Position": 1000000, "Metadata": {"xesam:title": "Long Play",

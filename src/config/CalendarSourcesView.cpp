@@ -84,7 +84,7 @@ CalendarSourcesView::CalendarSourcesView(CalendarSetup& setup, const Clock& cloc
 }
 
 QString CalendarSourcesView::status() const {
-    return m_status->isVisible() ? m_status->text() : QString();
+    return m_status->isHidden() ? QString() : m_status->text();
 }
 
 void CalendarSourcesView::rebuild() {

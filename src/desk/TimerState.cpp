@@ -25,6 +25,19 @@ int TimerState::minutes(const WidgetSettings& settings) {
 TimerState TimerState::from(const WidgetSettings& settings) {
     TimerState state;
     state.selectedMinutes = minutes(settings);
+    const QStringList presets =
+        settings.value(QStringLiteral("presets")).split(QLatin1Char(','), Qt::SkipEmptyParts);
+    if (presets.size() == int(state.presets.size())) {
+        Presets read{};
+        bool ok = true;
+        for (std::size_t i = 0; i < read.size() && ok; ++i) {
+            read.at(i) = presets.at(int(i)).trimmed().toInt(&ok);
+            ok = ok && read.at(i) >= 1 && read.at(i) <= 120;
+        }
+        if (ok) {
+            state.presets = read;
+        }
+    }
     state.label = settings.value(QStringLiteral("label")).trimmed();
     state.endsAt = DeskSettings::moment(settings, endsKey);
     if (!state.endsAt) {

@@ -16,9 +16,13 @@ namespace tw {
 struct TimerState {
     enum class Phase { idle, running, paused, finished };
 
-    static constexpr std::array<int, 8> presets{1, 3, 5, 10, 15, 25, 45, 60};
+    using Presets = std::array<int, 4>;
+    static constexpr Presets defaultPresets{3, 5, 10, 25};
 
     int selectedMinutes = 5;
+    // The lengths the large tile offers while idle, from "presets": four minutes, 1 to 120,
+    // separated by commas; anything else gives the defaults.
+    Presets presets = defaultPresets;
     std::optional<QDateTime> endsAt;
     std::optional<double> remainingWhenPaused;
     QString label;

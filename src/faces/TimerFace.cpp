@@ -152,7 +152,7 @@ QList<Control> TimerFace::controls(const QRectF& rect, const FaceContext& contex
         const qreal row = std::min<qreal>(34, rect.height() * 0.18);
         const QRectF bottom(rect.left(), rect.bottom() - row, rect.width(), row);
         if (s.phase == Phase::idle) {
-            const std::array<int, 4> chips{3, 5, 10, 25};
+            const TimerState::Presets& chips = s.state.presets;
             const qreal gap = 6;
             const qreal w = (bottom.width() - gap * 3) / 4;
             for (std::size_t i = 0; i < chips.size(); ++i) {

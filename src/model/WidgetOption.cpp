@@ -2,6 +2,8 @@
 
 #include "text/L.h"
 
+#include <array>
+
 namespace tw {
 
 namespace {
@@ -150,11 +152,32 @@ WidgetOption toggle(const char* key, const QString& title, const char* fallback)
             .defaultValue = QLatin1String(fallback)};
 }
 
+// The four lengths the large timer offers while it stands idle.
+WidgetOption presets() {
+    QList<WidgetOption::Choice> choices;
+    for (const auto& [a, b, c, d] :
+         {std::array{1, 3, 5, 10}, std::array{3, 5, 10, 25}, std::array{5, 15, 25, 45},
+          std::array{15, 30, 45, 60}, std::array{30, 45, 60, 90}}) {
+        choices.append({QStringLiteral("%1,%2,%3,%4").arg(a).arg(b).arg(c).arg(d),
+                        L("option.timer.presets.set", QStringLiteral("%1, %2, %3 and %4 min"))
+                            .arg(a)
+                            .arg(b)
+                            .arg(c)
+                            .arg(d)});
+    }
+    return {.key = QStringLiteral("presets"),
+            .title = L("option.timer.presets", QStringLiteral("Quick lengths")),
+            .type = Type::choice,
+            .choices = choices,
+            .defaultValue = QStringLiteral("3,5,10,25")};
+}
+
 QList<WidgetOption> timerOptions() {
     return {
         minutes("minutes", L("option.timer.minutes", QStringLiteral("Length")),
                 {1, 2, 3, 5, 10, 15, 20, 25, 30, 45, 60, 90, 120}, 5),
         text(QStringLiteral("label"), L("option.timer.label", QStringLiteral("Label"))),
+        presets(),
         sound(QStringLiteral("glass")),
         {.key = QStringLiteral("alarm"),
          .title = L("option.alarm", QStringLiteral("Rings")),

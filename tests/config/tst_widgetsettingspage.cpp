@@ -1,6 +1,8 @@
 #include "../grid/GridFixture.h"
 #include "../weather/WeatherRig.h"
+#include "Files.h"
 #include "TestRows.h"
+#include "config/CalendarSourcesView.h"
 #include "config/ConfigContext.h"
 #include "config/ConfigRoot.h"
 #include "config/DesktopWidgetsPage.h"
@@ -8,7 +10,10 @@
 #include "config/SizePicker.h"
 #include "config/SwitchButton.h"
 #include "config/WidgetSettingsPage.h"
+#include "desk/CalendarSetup.h"
+#include "desk/CalendarSubscriptions.h"
 #include "look/ThemeStore.h"
+#include "platform/linux/VdirCalendarStore.h"
 #include "settings/AppSettings.h"
 #include "weather/WeatherServices.h"
 
@@ -17,8 +22,10 @@
 #include <QDateEdit>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPushButton>
 #include <QSlider>
 #include <QStackedWidget>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace tw;
@@ -265,6 +272,98 @@ private Q_SLOTS:
         QVERIFY(rig.undo());
         QVERIFY(!rig.tile(id).settings);
         QCOMPARE(place->modeBox()->currentIndex(), 0);
+    }
+
+    // A calendar tile's page over a real store and subscriptions from a loopback server: a folder
+    // of the person's own, then addresses, each one's fetch deciding whether it is listed; what
+    // is added can be chosen at once, and Remove takes it away again.
+    void calendarSources_data() {
+        QTest::addColumn<QString>("address");
+        QTest::addColumn<QString>("status");
+        row("not a web address", "ftp://example.org/c.ics",
+            "Use an address that begins with webcal:// or https://.");
+        row("no such page", "/missing.ics", "The calendar could not be fetched");
+        row("a page, no calendar", "/page", "That address gives no calendar.");
+        row("a calendar", "/holidays.ics", "");
+    }
+    void calendarSources() {
+        QFETCH(QString, address);
+        Rig rig;
+        WeatherRig web;
+        web.server.route("/page", LoopbackHttpServer::ok("<html>hello</html>"));
+        web.server.route("/missing.ics", LoopbackHttpServer::status(404));
+        web.server.route("/holidays.ics",
+                         LoopbackHttpServer::ok("BEGIN:VCALENDAR\r\nVERSION:2.0\r\n"
+                                                "X-WR-CALNAME:Holidays\r\nEND:VCALENDAR\r\n"));
+        QTemporaryDir home;
+        const QString mine = home.filePath(u"mine"_s);
+        QVERIFY(writeFile(mine + u"/work/displayname"_s, "Work"));
+        VdirCalendarStore store({{}, {home.filePath(u"Subscriptions"_s)}});
+        CalendarSubscriptions subscriptions(web.http, home.filePath(u"Subscriptions"_s));
+        CalendarSetup setup(rig.grid.defaults, store, subscriptions);
+        rig.context.calendarSetup = &setup;
+        rig.context.clock = &rig.grid.clock;
+        rig.context.pickFolder = [&mine](QWidget*) { return mine; };
+        rig.context.calendarSources = [&store](const QString&) {
+            QList<WidgetOption::Choice> choices;
+            for (const CalendarList& list : store.calendars()) {
+                choices.append({list.id, list.title});
+            }
+            return choices;
+        };
+        WidgetSettingsPage page(rig.context, rig.add(u"calendar"_s, WidgetSize::large));
+        auto* box = qobject_cast<QComboBox*>(page.optionControl(u"calendar"_s));
+        CalendarSourcesView* sources = page.sources();
+        QVERIFY(box && sources);
+        QCOMPARE(box->count(), 2);
+
+        sources->addFolderButton()->click();
+        QCOMPARE(box->itemText(2), u"Work"_s);
+        QCOMPARE(rig.grid.defaults.value(u"tarnwick.calendar.folders"_s).toStringList(),
+                 QStringList{QFileInfo(mine).canonicalFilePath()});
+        sources->addFolderButton()->click();
+        QCOMPARE(sources->status(), u"That folder is already read."_s);
+
+        QTest::keyClicks(sources->addressField(),
+                         address.startsWith(u'/') ? web.server.url(address).toString() : address);
+        sources->subscribeButton()->click();
+        QVERIFY(QTest::qWaitFor([&] { return sources->subscribeButton()->isEnabled(); }, 10'000));
+        QFETCH(QString, status);
+        QVERIFY2(status.isEmpty() ? sources->status().isEmpty()
+                                  : sources->status().startsWith(status),
+                 qPrintable(sources->status()));
+        const QStringList listed =
+            rig.grid.defaults.value(u"tarnwick.calendar.subscriptions"_s).toStringList();
+        QCOMPARE(listed.size(), status.isEmpty() ? 1 : 0);
+        QCOMPARE(box->count(), status.isEmpty() ? 4 : 3);
+        if (status.isEmpty()) {
+            QVERIFY(sources->addressField()->text().isEmpty());
+            QCOMPARE(box->findText(u"Holidays"_s), 2);
+            setup.unsubscribe(listed.first());
+            QCOMPARE(box->count(), 3);
+        }
+        const auto removes = sources->findChildren<QPushButton*>();
+        const auto remove = std::find_if(removes.cbegin(), removes.cend(),
+                                         [](QPushButton* b) { return b->text() == u"Remove"_s; });
+        QVERIFY(remove != removes.cend());
+        (*remove)->click();
+        QCOMPARE(box->count(), 2);
+        QVERIFY(rig.grid.defaults.value(u"tarnwick.calendar.folders"_s).toStringList().isEmpty());
+    }
+
+    // A reminders tile's page offers folders but no subscriptions: lists cannot be subscribed to.
+    void reminderListsTakeNoAddresses() {
+        Rig rig;
+        WeatherRig web;
+        VdirCalendarStore store({{}, {}});
+        QTemporaryDir home;
+        CalendarSubscriptions subscriptions(web.http, home.path());
+        CalendarSetup setup(rig.grid.defaults, store, subscriptions);
+        rig.context.calendarSetup = &setup;
+        rig.context.clock = &rig.grid.clock;
+        WidgetSettingsPage page(rig.context, rig.add(u"reminders"_s, WidgetSize::large));
+        QVERIFY(page.sources() && page.sources()->addFolderButton());
+        QVERIFY(!page.sources()->addressField());
     }
 
     // The hand-picked weather counts only in manual mode, the scene's level only while animated.

@@ -281,6 +281,10 @@ private Q_SLOTS:
             QPointF(0.95, 0.95), "reset");
         row("an idle large timer offers presets", "timer", WidgetSize::large, "",
             QPointF(0.1, 0.97), "minutes 3");
+        row("the person's own lengths", "timer", WidgetSize::large, "presets=15,30,45,60",
+            QPointF(0.1, 0.97), "minutes 15");
+        row("lengths beyond two hours are not offered", "timer", WidgetSize::large,
+            "presets=15,30,45,600", QPointF(0.1, 0.97), "minutes 3");
         row("a running large timer resets left", "timer", WidgetSize::large, "endsAt",
             QPointF(0.3, 0.97), "reset");
         row("a running large timer's dial pauses", "timer", WidgetSize::large, "endsAt",
