@@ -551,8 +551,19 @@ ConfigContext AppDelegate::makeConfigContext() {
     context.wallpaperTheme = [this] { return m_wallpaper->currentTheme(); };
     context.calendarSetup = m_calendarSetup.get();
     context.calendarSources = [this](const QString& kind) {
-        // Folder names only, no file is parsed: quick enough for the page to ask as it opens.
         QList<WidgetOption::Choice> choices;
+        if (kind == QLatin1String("nowplaying")) {
+            // Those followed now: the players of a music tile in view.
+            for (const MediaPlayerState& player :
+                 m_media != nullptr ? m_media->players() : QList<MediaPlayerState>()) {
+                const WidgetOption::Choice choice{player.source.name, player.source.name};
+                if (!player.source.name.isEmpty() && !choices.contains(choice)) {
+                    choices.append(choice);
+                }
+            }
+            return choices;
+        }
+        // Folder names only, no file is parsed: quick enough for the page to ask as it opens.
         const QList<CalendarList> lists = kind == QLatin1String("reminders")
                                               ? m_calendarStore->reminderLists()
                                               : m_calendarStore->calendars();

@@ -110,8 +110,8 @@ struct ConfigContext {
     TickCoordinator* ticker = nullptr;
     // Gives a tile another size as its context menu does (its neighbours make way).
     std::function<void(const QUuid&, WidgetSize)> resizeWidget = {};
-    // The calendars or lists a tile of `kind` may read, found on the machine, for its "source"
-    // options; none offers the fixed choices alone.
+    // The calendars or lists a tile of `kind` may read, or the players a music tile may prefer,
+    // found on the machine, for its "source" options; none offers the fixed choices alone.
     std::function<QList<WidgetOption::Choice>(const QString& kind)> calendarSources = {};
     // The person's own calendar folders and subscriptions, added and removed on the pages of
     // calendar and reminders tiles (with `clock`); none leaves that part out.

@@ -407,10 +407,19 @@ void DesktopController::updateDemand() {
         return;
     }
     ReadingFeeds wanted;
+    QString preferredPlayer;
     for (const auto& [id, tile] : m_tiles) {
         if (tile.panel->isVisible() && !tile.state->occluded()) {
             wanted |= tile.feeds;
+            if (preferredPlayer.isEmpty() && tile.instance.kind == QLatin1String("nowplaying")) {
+                preferredPlayer = tile.instance.settings.value_or(WidgetSettings())
+                                      .value(QStringLiteral("player"));
+            }
         }
+    }
+    // One player is shown at a time: the first music tile that names one decides.
+    if (readings->nowPlaying() != nullptr) {
+        readings->nowPlaying()->setPreferred(preferredPlayer);
     }
     const bool gained = (wanted & ~readings->demand()) != ReadingFeeds();
     readings->setDemand(wanted);

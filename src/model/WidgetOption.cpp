@@ -356,7 +356,14 @@ QList<WidgetOption> WidgetOption::of(const QString& kind) {
                               L("option.npMode.auto", QStringLiteral("What is playing"))},
                              {QStringLiteral("manual"),
                               L("option.npMode.manual", QStringLiteral("Demo tracks"))}},
-                 .defaultValue = QStringLiteral("auto")}};
+                 .defaultValue = QStringLiteral("auto")},
+                // The players offered are those the host finds running.
+                {.key = QStringLiteral("player"),
+                 .title = L("option.npPlayer", QStringLiteral("Player")),
+                 .type = Type::source,
+                 .choices = {{QString(),
+                              L("option.npPlayer.any", QStringLiteral("Whichever played last"))}},
+                 .defaultValue = QString()}};
     }
     if (kind == QLatin1String("moon")) {
         return {place(), hourFormat()};

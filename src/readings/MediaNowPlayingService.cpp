@@ -40,7 +40,8 @@ QString artKey(const MediaPlayerState& player) {
 } // namespace
 
 std::optional<MediaPlayerState>
-MediaNowPlayingService::decide(const QList<MediaPlayerState>& players, const QDateTime& now) {
+MediaNowPlayingService::decide(const QList<MediaPlayerState>& players, const QDateTime& now,
+                               const QString& preferred) {
     QList<MediaPlayerState> candidates;
     for (MediaPlayerState player : players) {
         const qint64 age = secondsBetween(player.heardAt, now);
@@ -57,6 +58,9 @@ MediaNowPlayingService::decide(const QList<MediaPlayerState>& players, const QDa
                 info.positionDate = now;
                 info.isPlaying = false;
             }
+        }
+        if (!preferred.isEmpty() && player.source.name == preferred) {
+            return player;
         }
         candidates << player;
     }
@@ -114,6 +118,15 @@ void MediaNowPlayingService::refreshIfDue(const QDateTime& now) {
     recompute();
 }
 
+void MediaNowPlayingService::setPreferred(const QString& name) {
+    if (name != m_preferred) {
+        m_preferred = name;
+        if (m_active) {
+            recompute();
+        }
+    }
+}
+
 void MediaNowPlayingService::send(MediaCommand command) {
     if (m_current.source.isNone()) {
         qCInfo(lcNowPlaying, "transport command %d dropped: nothing is playing",
@@ -126,7 +139,8 @@ void MediaNowPlayingService::send(MediaCommand command) {
 void MediaNowPlayingService::recompute() {
     NowPlaying next;
     next.available = m_players.available();
-    const std::optional<MediaPlayerState> winner = decide(m_players.players(), m_clock.now());
+    const std::optional<MediaPlayerState> winner =
+        decide(m_players.players(), m_clock.now(), m_preferred);
     if (!winner) {
         m_currentKey.clear();
         next.changedAt = m_current.changedAt;

@@ -34,9 +34,10 @@ public:
     static constexpr std::chrono::milliseconds artTimeout{10'000};
 
     // The player to show among `players` at `now`, its "playing" corrected when stale; none when
-    // no player has anything to show.
+    // no player has anything to show. A player named `preferred` wins while it has something.
     static std::optional<MediaPlayerState> decide(const QList<MediaPlayerState>& players,
-                                                  const QDateTime& now);
+                                                  const QDateTime& now,
+                                                  const QString& preferred = {});
 
     // Everything given must outlive this; `runner` reads cover files away from the main thread.
     MediaNowPlayingService(MediaPlayers& players, HttpClient& http, SampleRunner& runner,
@@ -52,6 +53,8 @@ public:
     void refreshIfDue(const QDateTime& now);
     // The tile's buttons, for the player shown.
     void send(MediaCommand command);
+    // The name of the player the person prefers, from the music tile's settings; empty for none.
+    void setPreferred(const QString& name);
 
     const NowPlaying& nowPlaying() const { return m_current; }
 
@@ -69,6 +72,7 @@ private:
     SampleRunner& m_runner;
     const Clock& m_clock;
     bool m_active = false;
+    QString m_preferred;
     QDateTime m_lastRefresh;
     NowPlaying m_current;
     // The art key of the track shown.

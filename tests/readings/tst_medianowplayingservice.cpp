@@ -86,34 +86,58 @@ private Q_SLOTS:
     void decides_data() {
         QTest::addColumn<QList<MediaPlayerState>>("players");
         QTest::addColumn<QString>("shown");
-        QTest::newRow("nobody") << QList<MediaPlayerState>() << "";
+        QTest::addColumn<QString>("preferred");
+        QTest::newRow("nobody") << QList<MediaPlayerState>() << ""
+                                << "";
         QTest::newRow("20 s left, heard 319 s ago: still plays")
-            << QList{player("a", "A", true, 319)} << "a";
+            << QList{player("a", "A", true, 319)} << "a"
+            << "";
         QTest::newRow("20 s left, heard 321 s ago: stale")
-            << QList{player("a", "A", true, 321)} << "a-";
+            << QList{player("a", "A", true, 321)} << "a-"
+            << "";
         QTest::newRow("unknown length: stale after five minutes")
-            << QList{player("a", "A", true, 301, -1, -1, 10)} << "a-";
+            << QList{player("a", "A", true, 301, -1, -1, 10)} << "a-"
+            << "";
         QTest::newRow("position past the length: stale after five minutes")
-            << QList{player("a", "A", true, 301, -1, 100, 150)} << "a-";
+            << QList{player("a", "A", true, 301, -1, 100, 150)} << "a-"
+            << "";
         QTest::newRow("confirmed lately though long unchanged")
-            << QList{player("a", "A", true, 4000, 10)} << "a";
+            << QList{player("a", "A", true, 4000, 10)} << "a"
+            << "";
         QTest::newRow("a player that plays beats a later paused one")
-            << QList{player("a", "A", true, 60), player("b", "B", false, 5)} << "a";
+            << QList{player("a", "A", true, 60), player("b", "B", false, 5)} << "a"
+            << "";
         QTest::newRow("two paused: the last changed")
-            << QList{player("a", "A", false, 60), player("b", "B", false, 5)} << "b";
+            << QList{player("a", "A", false, 60), player("b", "B", false, 5)} << "b"
+            << "";
         QTest::newRow("equal dates: the first")
-            << QList{player("a", "A", false, 5), player("b", "B", false, 5)} << "a";
+            << QList{player("a", "A", false, 5), player("b", "B", false, 5)} << "a"
+            << "";
         QTest::newRow("a stale playing counts as paused")
-            << QList{player("a", "A", true, 400), player("b", "B", false, 350)} << "b";
+            << QList{player("a", "A", true, 400), player("b", "B", false, 350)} << "b"
+            << "";
         QTest::newRow("a stopped player has nothing; the paused one shows")
-            << QList{player("a", "", false, 1), player("b", "B", false, 90)} << "b";
+            << QList{player("a", "", false, 1), player("b", "B", false, 90)} << "b"
+            << "";
         QTest::newRow("silent for an hour and a half: forgotten")
-            << QList{player("a", "A", false, 5401)} << "";
+            << QList{player("a", "A", false, 5401)} << ""
+            << "";
+        QTest::newRow("the preferred one shows though another plays")
+            << QList{player("a", "A", true, 60), player("b", "B", false, 5)} << "b"
+            << "b";
+        QTest::newRow("a preferred one that is not there changes nothing")
+            << QList{player("a", "A", true, 60), player("b", "B", false, 5)} << "a"
+            << "c";
+        QTest::newRow("a preferred one with nothing to show is passed over")
+            << QList{player("a", "", false, 1), player("b", "B", false, 90)} << "b"
+            << "a";
     }
     void decides() {
         QFETCH(QList<MediaPlayerState>, players);
         QFETCH(QString, shown);
-        const std::optional<MediaPlayerState> winner = MediaNowPlayingService::decide(players, t0);
+        QFETCH(QString, preferred);
+        const std::optional<MediaPlayerState> winner =
+            MediaNowPlayingService::decide(players, t0, preferred);
         const QString got =
             !winner ? QString()
                     : winner->source.id + (players.first().info.isPlaying &&
