@@ -28,6 +28,8 @@ const char* publicBase(Endpoints::Service service) {
         return "https://speed.cloudflare.com";
     case Endpoints::Service::Notices:
         return "https://notices.tarnwick.app";
+    case Endpoints::Service::Releases:
+        return "https://tarnwick.com";
     }
     return "";
 }
@@ -83,6 +85,8 @@ QString Endpoints::name(Service service) {
         return QStringLiteral("speedtest");
     case Service::Notices:
         return QStringLiteral("notices");
+    case Service::Releases:
+        return QStringLiteral("releases");
     }
     return {};
 }

@@ -22,11 +22,13 @@ public:
         Currency,
         SpeedTest,
         Notices,
+        // The release list the update check reads.
+        Releases,
     };
     static constexpr std::array allServices{
         Service::Forecast, Service::Geocoding, Service::AirQuality, Service::IpApi,
         Service::IpWho,    Service::IpInfo,    Service::Stocks,     Service::Crypto,
-        Service::Currency, Service::SpeedTest, Service::Notices};
+        Service::Currency, Service::SpeedTest, Service::Notices,    Service::Releases};
 
     // The public HTTPS addresses.
     Endpoints() = default;

@@ -10,6 +10,7 @@
 #include "platform/DesktopWindowing.h"
 #include "platform/Displays.h"
 #include "platform/ForegroundApplication.h"
+#include "platform/Installation.h"
 #include "platform/LocationSource.h"
 #include "platform/LockScreenSurface.h"
 #include "platform/LoginItem.h"
@@ -88,6 +89,8 @@ struct PlatformServices {
     // can, or when the decision is better left to Qt. Asked before Qt starts, since Qt ends the
     // process with an abort when its platform cannot connect.
     static std::optional<QString> whyNoDisplay();
+    // How this running copy was installed, read from the package manager's own records.
+    static Installation installation();
 
     // What the program tells a person about this system's side of it.
     struct Wording {

@@ -15,6 +15,7 @@
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/MaterialSymbolProvider.h"
 #include "platform/linux/MprisMediaPlayers.h"
+#include "platform/linux/PackageInstallation.h"
 #include "platform/linux/PortalColorScheme.h"
 #include "platform/linux/ProcProcessUsage.h"
 #include "platform/linux/QtDisplays.h"
@@ -27,6 +28,7 @@
 #include "platform/null/MemorySecretStore.h"
 #include "platform/null/SilentSoundPlayer.h"
 
+#include <QCoreApplication>
 #include <QDir>
 
 namespace tw {
@@ -94,6 +96,12 @@ PlatformServices::makeCalendarStore(const QStringList& folders,
         VdirCalendarStore::Folders{VdirCalendarStore::usualRoots(home, dataHome), readOnlyFolders});
     store->setOwnFolders(folders);
     return store;
+}
+
+Installation PlatformServices::installation() {
+    return PackageInstallation::detect(QCoreApplication::applicationFilePath(),
+                                       QStringLiteral("/var/lib/dpkg/info"),
+                                       qEnvironmentVariable("FLATPAK_ID"));
 }
 
 std::unique_ptr<Relauncher> PlatformServices::makeRelauncher() {
