@@ -10,6 +10,7 @@
 #include "config/ConfigWindow.h"
 #include "config/GalleryView.h"
 #include "config/LayoutFileActions.h"
+#include "config/WhatsNewView.h"
 #include "custom/CustomWidgetRuntime.h"
 #include "custom/CustomWidgetStore.h"
 #include "desk/CalendarHub.h"
@@ -50,6 +51,9 @@
 #include "text/L.h"
 #include "tick/MinuteCoordinator.h"
 #include "tick/TickCoordinator.h"
+#include "updates/ReleaseFeed.h"
+#include "updates/UpdateService.h"
+#include "updates/WhatsNew.h"
 #include "weather/WeatherServices.h"
 
 #include <QApplication>
@@ -105,6 +109,7 @@ AppDelegate::~AppDelegate() {
     m_controller.reset();
     m_configWindow.reset();
     m_desk.reset();
+    delete m_whatsNew;
 }
 
 void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> instance) {
@@ -223,6 +228,27 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
                                                           *m_scheduler);
     m_lockScreen->start(*m_settings, [this] { return m_grid->layout().instances; });
     m_faces = std::make_unique<FaceRegistry>();
+    // 6. The update check: at start and daily while automatic checks are on.
+    m_updates = std::make_unique<UpdateService>(UpdateService::Services{
+        .http = *m_http,
+        .endpoints = m_endpoints,
+        .clock = m_clocks.system,
+        .scheduler = *m_scheduler,
+        .defaults = m_defaults,
+        .runningVersion = QCoreApplication::applicationVersion(),
+        .language = QLocale().bcp47Name(),
+    });
+    connect(m_updates.get(), &UpdateService::newVersionFound, this, [this](const Release& release) {
+        QString body = release.notes.mid(0, 3).join(QLatin1Char('\n'));
+        body += (body.isEmpty() ? QString() : QStringLiteral("\n")) +
+                L("updates.notify.body", QStringLiteral("Open Tarnwick’s Updates section to see "
+                                                        "how to install it."));
+        m_platform.notifications->notify(
+            L("updates.notify.title", QStringLiteral("Tarnwick %1 is available"))
+                .arg(release.version.toString()),
+            body);
+    });
+    m_updates->start();
 
     // 1. The menu where the desktop has no tray is the configuration window's; it is built
     //    with the status item below.
@@ -371,15 +397,21 @@ void AppDelegate::finishLaunching() {
         *m_controller, *m_grid, [this] { showConfigWindow(); },
         [this] {
             showConfigWindow(ConfigSelection{.section = ConfigSection::updates, .page = {}});
+            // With a newer version known the section already says how to get it.
+            if (!m_updates->status().available()) {
+                m_updates->checkNow();
+            }
         });
     m_status->setNotices(m_notices.get(), m_platform.symbols.get());
     m_notices->start();
+    m_status->setUpdateService(m_updates.get());
 
     // The very first start: once its window closes, the status item says what it is for.
     if (!AppSettings::hasLaunchedBefore(m_defaults)) {
         m_defaults.setValue(StatusBarController::hintPendingKey, true);
     }
     // 14. The window.
+    const QString previousVersion = AppSettings::lastLaunchedVersion(m_defaults);
     const WindowAtLaunch facts{
         .configOnly = m_configOnly,
         .firstLaunchOfVersion = AppSettings::checkAndRecordUpdateLaunch(
@@ -387,11 +419,35 @@ void AppDelegate::finishLaunching() {
         .launchedAsLoginItem = m_platform.loginItem->startedAtLogin(m_arguments),
         .openWindowAtLaunch = m_settings->openWindowAtLaunch(),
     };
-    if (shouldOpenWindowAtLaunch(m_arguments, facts)) {
+    if (facts.firstLaunchOfVersion) {
+        WhatsNew::recordUpdate(m_defaults, previousVersion);
+    }
+    if (shouldOpenWindowAtLaunch(m_arguments, facts) || WhatsNew::isPending(m_defaults)) {
         showConfigWindow(m_initialSelection);
     } else {
         qCInfo(lcApp, "launched quietly (login item or window-at-launch off)");
     }
+    if (WhatsNew::isPending(m_defaults)) {
+        showWhatsNew(WhatsNew::pendingNotes(m_defaults, ReleaseFeed::shipped(QLocale().bcp47Name()),
+                                            QCoreApplication::applicationVersion()));
+        WhatsNew::markShown(m_defaults);
+    }
+}
+
+void AppDelegate::showWhatsNew(const QList<Release>& releases) {
+    if (releases.isEmpty()) {
+        return;
+    }
+    auto* view = new WhatsNewView(releases, QCoreApplication::applicationVersion(),
+                                  m_platform.colorScheme->colorScheme());
+    view->setAttribute(Qt::WA_DeleteOnClose);
+    connect(view, &WhatsNewView::done, view, &QWidget::close);
+    // One at a time: a second opening replaces the first.
+    delete m_whatsNew;
+    m_whatsNew = view;
+    view->show();
+    view->raise();
+    view->activateWindow();
 }
 
 void AppDelegate::showConfigWindow(const std::optional<ConfigSelection>& selection) {
@@ -659,6 +715,20 @@ ConfigContext AppDelegate::makeConfigContext() {
     context.customDrafts = &m_customDrafts;
     context.faces = m_faces.get();
     context.faceBase = [this] { return stillContext(); };
+    context.updates = m_updates.get();
+    context.installation = PlatformServices::installation();
+    context.showWhatsNew = [this] {
+        const SemanticVersion running =
+            SemanticVersion::parse(QCoreApplication::applicationVersion())
+                .value_or(SemanticVersion{});
+        QList<Release> notes;
+        for (const Release& release : ReleaseFeed::shipped(QLocale().bcp47Name()).releases) {
+            if (release.version == running) {
+                notes.append(release);
+            }
+        }
+        showWhatsNew(notes);
+    };
     return context;
 }
 

@@ -7,11 +7,14 @@
 #include "net/Endpoints.h"
 #include "platform/PlatformServices.h"
 #include "platform/ScheduledTask.h"
+#include "updates/Release.h"
 
 #include <QHash>
 #include <QObject>
+#include <QPointer>
 #include <QStringList>
 #include <QUuid>
+#include <QWidget>
 
 #include <memory>
 #include <optional>
@@ -53,6 +56,7 @@ class StatusBarController;
 class ThemeStore;
 class TickCoordinator;
 class TopologyMemory;
+class UpdateService;
 class WeatherServices;
 class WidgetRegistry;
 class Clock;
@@ -114,6 +118,9 @@ private:
     void openFile(const QString& path);
     // The daily automatic backup, first 25 s after launch.
     void checkBackup();
+    // The notes of the versions since the last start, in a window of their own; nothing when this
+    // build ships none for them.
+    void showWhatsNew(const QList<Release>& releases);
 
     Defaults& m_defaults;
     Clocks m_clocks;
@@ -132,6 +139,8 @@ private:
     // The weather the web brings; before the desktop.
     Endpoints m_endpoints;
     std::unique_ptr<WeatherServices> m_weather;
+    // The release list, at start and daily while automatic checks are on.
+    std::unique_ptr<UpdateService> m_updates;
     std::unique_ptr<CalendarStore> m_calendarStore;
     std::unique_ptr<SampleRunner> m_calendarRunner;
     std::unique_ptr<CalendarSubscriptions> m_subscriptions;
@@ -172,6 +181,8 @@ private:
     std::unique_ptr<SingleInstance> m_instance;
     ScheduledTask m_deferredLaunch;
     ScheduledTask m_backupCheck;
+    // Deletes itself when closed.
+    QPointer<QWidget> m_whatsNew;
 };
 
 } // namespace tw

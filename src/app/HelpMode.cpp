@@ -26,6 +26,7 @@ Modes:
   --icon OUT.png               the program's icon, 512 points a side
   --snapshot-aiprompt OUT.txt [LANG]  the prompt that asks an AI assistant for a custom widget,
                                in English or German (LANG de...; default: en)
+  --snapshot-whatsnew OUT.png  the "What's new" window with this version's notes
   --snapshot-browse OUT.png    draw the gallery page of the configuration window
   --snapshot-kit OUT.png       every control of the configuration window on one sheet
   --snapshot-general OUT.png   the configuration window's General section
@@ -92,7 +93,7 @@ Environment:
                                a path): nothing is cached or remembered while it is set
   TKW_ENDPOINT_BASE=URL        send every web request to URL/<service> instead of the
                                public services (forecast, geocoding, air-quality, ipapi,
-                               ipwho, ipinfo, notices), and a custom widget's addresses to
+                               ipwho, ipinfo, notices, releases), and a custom widget's addresses to
                                URL/web/<host><path>, for tests against a local server
   TKW_SILENT=1                 play no sound: a timer ends without ringing
 %3

@@ -76,6 +76,7 @@ const QList<LaunchStep>& LaunchChain::steps() {
         {"--counts", 0, core, &runCountsMode},
         {"--icon", 1, offscreen, &runIconMode},
         {"--snapshot-aiprompt", 1, core, &runSnapshotAIPromptMode},
+        {"--snapshot-whatsnew", 1, offscreenWidgets, &runSnapshotWhatsNewMode},
         {"--snapshot-browse", 1, offscreenWidgets, &runSnapshotBrowseMode},
         {"--snapshot-kit", 1, offscreenWidgets, &runSnapshotKitMode},
         {"--snapshot-general", 1, offscreenWidgets, &runSnapshotGeneralMode},

@@ -22,6 +22,9 @@ std::optional<int> runCountsMode(LaunchContext& context);
 // The assistant prompt as UTF-8 text, in English or, for a language beginning with "de", German.
 std::optional<int> runSnapshotAIPromptMode(LaunchContext& context);
 std::optional<int> runIconMode(LaunchContext& context);
+// --snapshot-whatsnew <out.png> [--dark|--light] [--scale X]: the "What's new" window with the
+// notes of this version, 560 × 520 points.
+std::optional<int> runSnapshotWhatsNewMode(LaunchContext& context);
 // --snapshot-browse <out.png> [--dark|--light] [--scale X] [--theme T]: the configuration
 // window's gallery page at 980 × 680 points in the house style.
 std::optional<int> runSnapshotBrowseMode(LaunchContext& context);

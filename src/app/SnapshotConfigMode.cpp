@@ -14,6 +14,7 @@
 #include "faces/FaceContext.h"
 #include "faces/FaceRegistry.h"
 #include "look/ThemeStore.h"
+#include "net/QtHttpClient.h"
 #include "platform/LockScreenSurface.h"
 #include "platform/PlatformServices.h"
 #include "platform/QtScheduler.h"
@@ -21,6 +22,7 @@
 #include "readings/AppEnergyMeter.h"
 #include "settings/AppSettings.h"
 #include "tick/SnapshotClock.h"
+#include "updates/UpdateService.h"
 
 #include <QCoreApplication>
 #include <QImage>
@@ -38,6 +40,20 @@ struct Guide {
     std::optional<int> step;
     bool hasTray = true;
 };
+
+// A version after this one with a few notes, as the release list would name it.
+QByteArray sampleNewerReleases() {
+    const SemanticVersion running =
+        SemanticVersion::parse(QCoreApplication::applicationVersion()).value_or(SemanticVersion{});
+    const SemanticVersion next{running.major, running.minor + 1, 0, {}};
+    return QStringLiteral(
+               R"([{"version":"%1","date":"2026-12-15","title":"Market tiles",)"
+               R"("notes":["Stocks, coins and currencies on the desktop, with the day’s course.",)"
+               R"("Measure your line from a tile or the command line.",)"
+               R"("Stacks remember the tile you looked at last."]}])")
+        .arg(next.toString())
+        .toUtf8();
+}
 
 // The window as the host shows it, over preferences of its own that nothing writes back.
 QImage configPicture(LaunchContext& context, const SnapshotWidgetOptions& options,
@@ -97,6 +113,29 @@ QImage configPicture(LaunchContext& context, const SnapshotWidgetOptions& option
     };
     const ColorScheme scheme =
         options.shade == GlassLook::Shade::Light ? ColorScheme::Light : ColorScheme::Dark;
+    // The updates section as it looks with a newer version found, from a list that never
+    // reaches the network.
+    QtHttpClient http(scheduler);
+    defaults.setValue(UpdateService::lastCheckKey, context.clock.now().toString(Qt::ISODateWithMs));
+    defaults.setValue(UpdateService::outcomeKey, QStringLiteral("available"));
+    defaults.setValue(UpdateService::newerKey, QString::fromUtf8(sampleNewerReleases()));
+    UpdateService updates(UpdateService::Services{
+        .http = http,
+        .endpoints = Endpoints(),
+        .clock = context.clock,
+        .scheduler = scheduler,
+        .defaults = defaults,
+        .runningVersion = QCoreApplication::applicationVersion(),
+        .language = QStringLiteral("en"),
+    });
+    config.updates = &updates;
+    config.installation = PlatformServices::installation();
+    config.showWhatsNew = [] {};
+    // A picture opens nothing, but shows its buttons as a person finds them.
+    if (!config.open) {
+        config.open = [](const QUrl&) { return false; };
+    }
+    config.clock = &context.clock;
     ConfigRoot root(config, scheme);
     // Laid out and drawn without being shown: nothing reaches a screen.
     root.resize(ConfigWindow::contentSize);

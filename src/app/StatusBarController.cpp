@@ -7,6 +7,7 @@
 #include "platform/Defaults.h"
 #include "platform/SymbolProvider.h"
 #include "text/L.h"
+#include "updates/UpdateService.h"
 
 #include <QApplication>
 #include <QLoggingCategory>
@@ -104,8 +105,12 @@ void StatusBarController::buildMenu(QMenu& menu, const MenuState& state,
     QAction* redo = menu.addAction(L("menu.layoutRedo", QStringLiteral("Redo Layout Change")));
     redo->setEnabled(state.canRedo);
     QObject::connect(redo, &QAction::triggered, &menu, [f = actions.redo] { call(f); });
-    QObject::connect(menu.addAction(L("menu.update.check", QStringLiteral("Check for Updates…"))),
-                     &QAction::triggered, &menu, [f = actions.checkForUpdates] { call(f); });
+    const QString update = state.availableVersion.isEmpty()
+                               ? L("menu.update.check", QStringLiteral("Check for Updates…"))
+                               : L("menu.update.available", QStringLiteral("Update available: %1…"))
+                                     .arg(state.availableVersion);
+    QObject::connect(menu.addAction(update), &QAction::triggered, &menu,
+                     [f = actions.checkForUpdates] { call(f); });
     menu.addSeparator();
     QObject::connect(menu.addAction(L("menu.quit", QStringLiteral("Quit Tarnwick"))),
                      &QAction::triggered, &menu, [f = actions.quit] { call(f); });
@@ -199,8 +204,12 @@ void StatusBarController::noticeClicked(const QString& id) {
 }
 
 StatusBarController::MenuState StatusBarController::state() const {
-    MenuState state{m_controller.displayFollower().visitorCount(), m_grid.canUndo(),
-                    m_grid.canRedo()};
+    const Release* newest = m_updates ? m_updates->status().available() : nullptr;
+    MenuState state{.visitorCount = m_controller.displayFollower().visitorCount(),
+                    .canUndo = m_grid.canUndo(),
+                    .canRedo = m_grid.canRedo(),
+                    .notices = {},
+                    .availableVersion = newest ? newest->version.toString() : QString()};
     if (m_notices) {
         for (const Notice& notice :
              m_notices->notices(Notice::Placement::menu, m_notices->clock().now())) {

@@ -20,6 +20,7 @@ class DesktopController;
 class GridStore;
 class NoticeService;
 class SymbolProvider;
+class UpdateService;
 
 class StatusBarController final : public QObject {
     Q_OBJECT
@@ -36,6 +37,8 @@ public:
         bool canUndo = false;
         bool canRedo = false;
         QList<MenuNotice> notices = {};
+        // The newest version the update check found, empty when none is newer.
+        QString availableVersion = {};
     };
     struct MenuActions {
         std::function<void()> openSettings;
@@ -49,9 +52,9 @@ public:
     };
 
     // Clears `menu` and fills it, in order: the notices for the menu and a separator after them,
-    // the visitors line (when widgets are parked), "Open
-    // Tarnwick…", "Show / Hide on Desktop", undo and redo of the layout, "Check for Updates…", a
-    // separator, "Quit Tarnwick".
+    // the visitors line (when widgets are parked), "Open Tarnwick…", "Show / Hide on Desktop",
+    // undo and redo of the layout, "Check for Updates…" (or "Update available: 1.2.0…" once one
+    // is found), a separator, "Quit Tarnwick".
     static void buildMenu(QMenu& menu, const MenuState& state, const MenuActions& actions);
 
     StatusBarController(DesktopController& controller, GridStore& grid,
@@ -71,6 +74,8 @@ public:
     void setNotices(NoticeService* notices, const SymbolProvider* symbols);
     // Runs the first action of the notice with `id` (opens the window for one without actions).
     void noticeClicked(const QString& id);
+    // Where the menu learns of a newer version; without one it always offers a check.
+    void setUpdateService(const UpdateService* updates) { m_updates = updates; }
     // Fills a menu that opens elsewhere (the configuration window's) the same way, on each opening.
     void attach(QMenu& menu);
     MenuState state() const;
@@ -85,6 +90,7 @@ private:
     QSystemTrayIcon* m_item = nullptr;
     NoticeService* m_notices = nullptr;
     const SymbolProvider* m_symbols = nullptr;
+    const UpdateService* m_updates = nullptr;
 };
 
 } // namespace tw

@@ -5,6 +5,7 @@
 #include "look/Theme.h"
 #include "model/WidgetOption.h"
 #include "model/WidgetSize.h"
+#include "platform/Installation.h"
 
 #include <QHash>
 #include <QList>
@@ -40,6 +41,7 @@ class SymbolProvider;
 class SmartLayoutCoordinator;
 class ThemeStore;
 class TickCoordinator;
+class UpdateService;
 class WidgetRegistry;
 struct FaceContext;
 struct GeoSuggestion;
@@ -154,6 +156,13 @@ struct ConfigContext {
     NoticeService* notices = nullptr;
     // Draws the symbols of notices; none leaves their badges plain.
     const SymbolProvider* symbols = nullptr;
+    // The update check the "updates" section shows and drives; none leaves it to say only how
+    // new versions arrive.
+    UpdateService* updates = nullptr;
+    // How this copy was installed, which decides how a new version is brought in.
+    Installation installation = {};
+    // Opens the "What's new" window with the notes of this version.
+    std::function<void()> showWhatsNew = {};
 
     // Whether a change can be kept; the page says so when it cannot.
     bool canSave() const;

@@ -304,6 +304,10 @@ bool AppSettings::checkAndRecordUpdateLaunch(Defaults& defaults, const QString& 
     return updated;
 }
 
+QString AppSettings::lastLaunchedVersion(const Defaults& defaults) {
+    return StoredValue::word(defaults.value(kLastLaunchedVersion)).value_or(QString());
+}
+
 bool AppSettings::hasLaunchedBefore(const Defaults& defaults) {
     return defaults.contains(kLastLaunchedVersion) || isExistingInstall(defaults);
 }

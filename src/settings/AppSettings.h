@@ -131,6 +131,8 @@ public:
     // Whether this start is the first on a version other than the last one recorded; records
     // `currentVersion`. Sets "tarnwick.hasUpdated" when it says yes.
     static bool checkAndRecordUpdateLaunch(Defaults& defaults, const QString& currentVersion);
+    // The version the last start recorded; empty when none did.
+    static QString lastLaunchedVersion(const Defaults& defaults);
     // True if the defaults show an earlier run of the application.
     static bool isExistingInstall(const Defaults& defaults);
     // Whether any start before this one left its mark; false only on the very first start.

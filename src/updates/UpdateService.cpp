@@ -144,6 +144,18 @@ void UpdateService::finish(const HttpResponse& response) {
     save();
     scheduleNext();
     Q_EMIT statusChanged();
+    announce();
+}
+
+void UpdateService::announce() {
+    const Release* newest = m_status.available();
+    const auto announced =
+        SemanticVersion::parse(m_services.defaults.value(announcedKey).toString());
+    if (newest == nullptr || (announced && newest->version <= *announced)) {
+        return;
+    }
+    m_services.defaults.setValue(announcedKey, newest->version.toString());
+    Q_EMIT newVersionFound(*newest);
 }
 
 void UpdateService::scheduleNext() {

@@ -39,6 +39,8 @@ public:
     static inline const QString lastCheckKey = QStringLiteral("tarnwick.updates.lastCheck");
     static inline const QString outcomeKey = QStringLiteral("tarnwick.updates.outcome");
     static inline const QString newerKey = QStringLiteral("tarnwick.updates.newer");
+    // The newest version already announced, so that each is announced once.
+    static inline const QString announcedKey = QStringLiteral("tarnwick.updates.announced");
     static constexpr std::chrono::hours interval{24};
     static constexpr std::chrono::seconds timeout{20};
 
@@ -64,9 +66,13 @@ public:
 Q_SIGNALS:
     void statusChanged();
     void automaticChanged(bool on);
+    // A check found a newer version than any announced before: once per version, for a
+    // notification.
+    void newVersionFound(const tw::Release& release);
 
 private:
     void finish(const HttpResponse& response);
+    void announce();
     void scheduleNext();
     void save();
 

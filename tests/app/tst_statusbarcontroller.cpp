@@ -25,19 +25,25 @@ private Q_SLOTS:
         QTest::addColumn<bool>("canRedo");
         QTest::addColumn<QStringList>("expected");
         QTest::addColumn<QString>("calls");
+        QTest::addColumn<QString>("available");
         QTest::newRow("nothing parked: starts with Open")
-            << 0 << false << false << kBase << "open toggle updates quit";
+            << 0 << false << false << kBase << "open toggle updates quit" << QString();
         QTest::newRow("one parked, undo")
             << 1 << true << false
             << QStringList{QStringLiteral("1 widget is parked here until its display is back")} +
                    kBase
-            << "open toggle undo updates quit";
+            << "open toggle undo updates quit" << QString();
         QTest::newRow("three parked, undo and redo")
             << 3 << true << true
             << QStringList{QStringLiteral(
                    "3 widgets are parked here until their display is back")} +
                    kBase
-            << "open toggle undo redo updates quit";
+            << "open toggle undo redo updates quit" << QString();
+        QStringList updated = kBase;
+        updated[4] = QStringLiteral("Update available: 0.3.0…");
+        QTest::newRow("a newer version found")
+            << 0 << false << false << updated << "open toggle updates quit"
+            << QStringLiteral("0.3.0");
     }
     void menuInItsOrder() {
         QFETCH(int, visitors);
@@ -54,8 +60,21 @@ private Q_SLOTS:
                                                        .checkForUpdates = record("updates"),
                                                        .quit = record("quit")};
         QMenu menu;
-        StatusBarController::buildMenu(menu, {2, true, true}, actions);
-        StatusBarController::buildMenu(menu, {visitors, canUndo, canRedo}, actions);
+        QFETCH(QString, available);
+        StatusBarController::buildMenu(menu,
+                                       {.visitorCount = 2,
+                                        .canUndo = true,
+                                        .canRedo = true,
+                                        .notices = {},
+                                        .availableVersion = QStringLiteral("9.0.0")},
+                                       actions);
+        StatusBarController::buildMenu(menu,
+                                       {.visitorCount = visitors,
+                                        .canUndo = canUndo,
+                                        .canRedo = canRedo,
+                                        .notices = {},
+                                        .availableVersion = available},
+                                       actions);
         QStringList titles;
         for (QAction* action : menu.actions()) {
             titles.append(action->isSeparator() ? QStringLiteral("—") : action->text());

@@ -19,6 +19,7 @@ using Outcome = UpdateStatus::Outcome;
 
 Q_DECLARE_METATYPE(tw::test::LoopbackHttpServer::Answer)
 Q_DECLARE_METATYPE(tw::UpdateStatus::Outcome)
+Q_DECLARE_METATYPE(tw::Release)
 
 namespace {
 
@@ -143,13 +144,26 @@ private Q_SLOTS:
         QCOMPARE(newerVersions(service->status()), QStringLiteral("0.3.0 0.2.0"));
 
         service = rig.service();
+        QSignalSpy found(service.get(), &UpdateService::newVersionFound);
         QCOMPARE(service->status().outcome, Outcome::failed);
         QCOMPARE(service->status().newer.first().notes,
                  QStringList{QStringLiteral("Stacks remember their order")});
         QCOMPARE(service->status().lastCheck, rig.clock.now());
-        service = rig.service(QStringLiteral("0.3.0"));
+        // Announced once per version, across restarts.
+        rig.server.route(feedPath, LoopbackHttpServer::ok(newer));
+        service->checkNow();
+        QVERIFY(settles(*service));
+        QCOMPARE(found.count(), 0);
+        rig.server.route(feedPath, LoopbackHttpServer::ok(feed(R"({"version":"0.4.0"})")));
+        service->checkNow();
+        QVERIFY(settles(*service));
+        QCOMPARE(found.count(), 1);
+        QCOMPARE(found.first().first().value<Release>().version.toString(),
+                 QStringLiteral("0.4.0"));
+
+        service = rig.service(QStringLiteral("0.4.0"));
         QCOMPARE(service->status().available(), nullptr);
-        QCOMPARE(rig.requests(), 2);
+        QCOMPARE(rig.requests(), 4);
     }
 
     // Automatic checks: one at start and one a day; off asks nothing, by hand still works.
