@@ -920,6 +920,118 @@ class TimerTileTest(HostCase):
                     "the press on the idle timer did not start it")
 
 
+class ReleaseServer(http.server.ThreadingHTTPServer):
+    """The published release list on loopback, under TKW_ENDPOINT_BASE's "releases"; the answer
+    waits until `released`."""
+
+    ANSWER = os.path.join(os.path.dirname(os.path.abspath(__file__)), "answers", "releases.json")
+
+    def __init__(self):
+        self.requests = []
+        self.released = threading.Event()
+        server = self
+
+        class Handler(http.server.BaseHTTPRequestHandler):
+            def do_GET(self):
+                server.requests.append((self.path, self.headers.get("User-Agent", "")))
+                server.released.wait(30)
+                body = b""
+                if self.path == "/releases/releases.json":
+                    with open(server.ANSWER, "rb") as f:
+                        body = f.read()
+                self.send_response(200 if body else 404)
+                self.send_header("Content-Type", "application/json")
+                self.send_header("Content-Length", str(len(body)))
+                self.end_headers()
+                self.wfile.write(body)
+
+            def log_message(self, *args):
+                pass
+
+        super().__init__(("127.0.0.1", 0), Handler)
+        threading.Thread(target=self.serve_forever, daemon=True).start()
+
+    def base(self):
+        return "http://127.0.0.1:%d" % self.server_address[1]
+
+
+class UpdateCheckTest(HostCase):
+    """The check at start finds a newer version in the published list: the desktop's
+    notification service is told once, with its notes, and the window's Updates section shows
+    them. Notifications go to python3-dbusmock's daemon on a private session bus."""
+
+    panel_count = 3
+    SYSTEM_PYTHON = "/usr/bin/python3"
+
+    def setUp(self):
+        if subprocess.run([self.SYSTEM_PYTHON, "-c", "import dbusmock"],
+                          capture_output=True, check=False).returncode != 0:
+            self.skipTest("python3-dbusmock is not installed")
+        # A returning person on this version: the window without the guide or "What's new".
+        self.conf = ("tarnwick.openWindowAtLaunch=true\ntarnwick.hasSeenGuide=true\n"
+                     "tarnwick.lastLaunchedVersion=%s\n" % VERSION)
+        super().setUp()
+
+    def before_launch(self):
+        self.server = ReleaseServer()
+        self.addCleanup(self.server.server_close)
+        self.addCleanup(self.server.shutdown)
+        self.addCleanup(self.server.released.set)
+        bus = subprocess.Popen(["dbus-daemon", "--session", "--nofork", "--print-address=1"],
+                               stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True,
+                               preexec_fn=dies_with_parent)
+        self.helpers.append(bus)
+        self.addCleanup(bus.stdout.close)
+        self.bus = bus.stdout.readline().strip()
+        self.notified = os.path.join(self.config_home, "notifications.log")
+        self.helpers.append(subprocess.Popen(
+            [self.SYSTEM_PYTHON, "-m", "dbusmock", "--session", "-t", "notification_daemon",
+             "-l", self.notified],
+            env={**os.environ, "DBUS_SESSION_BUS_ADDRESS": self.bus},
+            stdout=subprocess.DEVNULL, preexec_fn=dies_with_parent))
+        self.assertTrue(self.session.wait_for(lambda: os.path.exists(self.notified)),
+                        "the notification daemon never came")
+
+    def environment(self):
+        return {"TKW_ENDPOINT_BASE": self.server.base(), "TKW_CONFIG_SECTION": "updates",
+                "DBUS_SESSION_BUS_ADDRESS": self.bus}
+
+    def notifications(self):
+        with open(self.notified, encoding="utf-8") as f:
+            return [line for line in f if " Notify " in line]
+
+    def test_a_newer_version_and_its_notes_show(self):
+        self.assertTrue(self.session.wait_for(lambda: self.server.requests, timeout=15),
+                        "the start asked for no release list")
+        path, agent = self.server.requests[0]
+        # Only the list is asked for: no query, no version, nothing of the person.
+        self.assertEqual(path, "/releases/releases.json")
+        self.assertNotIn(VERSION, agent)
+        window = self.config_window()
+        self.assertTrue(window, "the window did not open")
+        x, y, w, h = self.session.geometry(int(window[0]))
+        page = (x + 200, y, w - 200, h)
+        before = self.pixels(*page)
+        self.server.released.set()
+        self.assertTrue(self.session.wait_for(lambda: self.notifications(), timeout=15),
+                        "no notification of the new version")
+        said = self.notifications()
+        self.assertEqual(len(said), 1, said)
+        self.assertIn("Tarnwick 9.0.0 is available", said[0])
+        self.assertIn("Tiles learn to juggle.", said[0])
+        self.assertTrue(self.session.wait_for(lambda: self.pixels(*page) != before, timeout=10),
+                        "the Updates section did not change when the list came")
+        self.assertTrue(self.session.wait_for(
+            lambda: "tarnwick.updates.outcome=available" in self.conf_text()),
+            "the finding was not kept")
+        self.assertIn("Tiles learn to juggle.", self.conf_text())
+        self.screenshot("update-available.png")
+
+    def conf_text(self):
+        with open(self.conf_path, encoding="utf-8") as f:
+            return f.read()
+
+
 class CustomWidgetFileTest(HostCase):
     """A ".twkwidget" file opened while the host runs, as a file manager's double-click opens it:
     the second start hands it over and ends, and the widget joins the desktop as a tile."""
