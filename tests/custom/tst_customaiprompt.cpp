@@ -67,8 +67,7 @@ private Q_SLOTS:
     }
     void extractsTheWidget() {
         QFETCH(QString, answer);
-        QFETCH(QString, json);
-        QCOMPARE(CustomAIPrompt::extractJSON(answer).value_or(QString()), json);
+        QTEST(CustomAIPrompt::extractJSON(answer).value_or(QString()), "json");
     }
 };
 

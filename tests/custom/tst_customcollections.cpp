@@ -84,12 +84,11 @@ private Q_SLOTS:
     }
     void series() {
         QFETCH(CustomElement, bars);
-        QFETCH(QString, numbers);
         QStringList text;
         for (const double n : CustomCollections::series(bars, bag())) {
             text << QString::number(n);
         }
-        QCOMPARE(text.join(u'|'), numbers);
+        QTEST(text.join(u'|'), "numbers");
     }
 };
 

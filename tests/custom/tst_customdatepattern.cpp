@@ -28,8 +28,7 @@ private Q_SLOTS:
     }
     void qtFormat() {
         QFETCH(QString, pattern);
-        QFETCH(QString, format);
-        QCOMPARE(CustomDatePattern::qtFormat(pattern), format);
+        QTEST(CustomDatePattern::qtFormat(pattern), "format");
     }
 };
 

@@ -103,10 +103,9 @@ private Q_SLOTS:
     }
     void paths() {
         QFETCH(QString, path);
-        QFETCH(QString, text);
         QFETCH(QString, number);
         const CustomJSON json = document();
-        QCOMPARE(json.string(path).value_or(u"-"_s), text);
+        QTEST(json.string(path).value_or(u"-"_s), "text");
         const std::optional<double> value = json.number(path);
         QCOMPARE(value ? QString::number(*value, 'g', 12) : u"-"_s, number);
     }

@@ -92,10 +92,8 @@ private Q_SLOTS:
     }
     void knownTokens() {
         QFETCH(QString, text);
-        QFETCH(QString, unknown);
-        QFETCH(bool, readsData);
-        QCOMPARE(CustomTokens::unknownTokens(text).join(u'|'), unknown);
-        QCOMPARE(CustomTokens::referencesSourceData(text), readsData);
+        QTEST(CustomTokens::unknownTokens(text).join(u'|'), "unknown");
+        QTEST(CustomTokens::referencesSourceData(text), "readsData");
     }
 
     // The number an element stands for; "-" for none.
@@ -140,8 +138,7 @@ private Q_SLOTS:
     }
     void uptimeText() {
         QFETCH(double, seconds);
-        QFETCH(QString, text);
-        QCOMPARE(CustomTokens::uptimeText(std::chrono::duration<double>(seconds)), text);
+        QTEST(CustomTokens::uptimeText(std::chrono::duration<double>(seconds)), "text");
     }
 };
 

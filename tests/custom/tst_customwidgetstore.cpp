@@ -1,6 +1,7 @@
 #include "Files.h"
 #include "ManualClock.h"
 #include "ManualScheduler.h"
+#include "TestRows.h"
 #include "custom/CustomWidgetStore.h"
 #include "grid/GridStore.h"
 #include "model/GridLayout.h"
@@ -89,12 +90,12 @@ private Q_SLOTS:
         QTest::addColumn<int>("widgets");
         QTest::addColumn<bool>("healthy");
         QTest::addColumn<bool>("setAside");
-        QTest::newRow("no file") << QByteArray() << false << 0 << true << false;
-        QTest::newRow("two widgets") << QByteArray() << false << 2 << true << false;
-        QTest::newRow("not JSON") << QByteArray("{\"widgets\": [") << false << 0 << false << true;
-        QTest::newRow("a widget of the wrong type")
-            << j("{'schema':1,'widgets':[{'name':5}]}") << false << 0 << false << true;
-        QTest::newRow("a directory") << QByteArray() << true << 0 << false << false;
+        row("no file", QByteArray(), false, 0, true, false);
+        row("two widgets", QByteArray(), false, 2, true, false);
+        row("not JSON", QByteArray("{\"widgets\": ["), false, 0, false, true);
+        row("a widget of the wrong type", j("{'schema':1,'widgets':[{'name':5}]}"), false, 0, false,
+            true);
+        row("a directory", QByteArray(), true, 0, false, false);
     }
     void loadsTheFile() {
         QFETCH(QByteArray, bytes);
@@ -223,12 +224,12 @@ private Q_SLOTS:
     void refusesFilesItCannotUse_data() {
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<QString>("message");
-        QTest::newRow("missing") << QByteArray() << u"The file couldn’t be read."_s;
-        QTest::newRow("not a widget") << QByteArray("[1,2]") << u"That isn’t valid JSON."_s;
-        QTest::newRow("plain http to the internet")
-            << j("{'name':'N','sizes':['small'],'source':{'url':'http://example.org'},"
-                 "'rows':[{'elements':[{'type':'text','text':'x'}]}]}")
-            << QString();
+        row("missing", QByteArray(), u"The file couldn’t be read."_s);
+        row("not a widget", QByteArray("[1,2]"), u"That isn’t valid JSON."_s);
+        row("plain http to the internet",
+            j("{'name':'N','sizes':['small'],'source':{'url':'http://example.org'},"
+              "'rows':[{'elements':[{'type':'text','text':'x'}]}]}"),
+            QString());
     }
     void refusesFilesItCannotUse() {
         QFETCH(QByteArray, bytes);
@@ -287,18 +288,16 @@ private Q_SLOTS:
     void nextCopyName_data() {
         QTest::addColumn<QStringList>("taken");
         QTest::addColumn<QString>("next");
-        QTest::newRow("free") << QStringList{u"Sun"_s} << u"Sun copy"_s;
-        QTest::newRow("taken") << QStringList{u"Sun"_s, u"Sun copy"_s} << u"Sun copy 2"_s;
-        QTest::newRow("a gap is filled")
-            << QStringList{u"Sun copy"_s, u"Sun copy 3"_s} << u"Sun copy 2"_s;
-        QTest::newRow("further") << QStringList{u"Sun copy"_s, u"Sun copy 2"_s} << u"Sun copy 3"_s;
+        row("free", QStringList{u"Sun"_s}, u"Sun copy"_s);
+        row("taken", QStringList{u"Sun"_s, u"Sun copy"_s}, u"Sun copy 2"_s);
+        row("a gap is filled", QStringList{u"Sun copy"_s, u"Sun copy 3"_s}, u"Sun copy 2"_s);
+        row("further", QStringList{u"Sun copy"_s, u"Sun copy 2"_s}, u"Sun copy 3"_s);
     }
     void nextCopyName() {
         QFETCH(QStringList, taken);
-        QFETCH(QString, next);
-        QCOMPARE(CustomWidgetStore::nextCopyName(QStringLiteral("Sun"),
-                                                 QSet<QString>(taken.begin(), taken.end())),
-                 next);
+        QTEST(CustomWidgetStore::nextCopyName(QStringLiteral("Sun"),
+                                              QSet<QString>(taken.begin(), taken.end())),
+              "next");
     }
 };
 

@@ -4,6 +4,7 @@
 #include "ManualClock.h"
 #include "ManualScheduler.h"
 #include "ScriptedReadings.h"
+#include "TestRows.h"
 #include "custom/CustomWidgetRuntime.h"
 #include "desktop/DesktopController.h"
 #include "faces/FaceRegistry.h"
@@ -212,6 +213,16 @@ struct Fixture {
         controller->setStackRotate(turning, 4);
         return turning;
     }
+    // Covers or uncovers a panel, past the debounce.
+    void cover(const QUuid& id, bool covered) {
+        Q_EMIT windowing.coveredChanged(controller->panel(id)->windowHandle(), covered);
+        scheduler.advance(DesktopController::occlusionDebounce);
+    }
+    qsizetype requestsTo(const QByteArray& prefix) const {
+        return std::count_if(
+            server.requests().cbegin(), server.requests().cend(),
+            [&](const auto& request) { return request.target.startsWith(prefix); });
+    }
     int visiblePanels() const {
         int n = 0;
         for (const QUuid& id : controller->panelIDs()) {
@@ -279,24 +290,22 @@ private Q_SLOTS:
         QTest::addColumn<QString>("onto");
         QTest::addColumn<QPointF>("dropped");
         QTest::addColumn<QPointF>("kept");
-        QTest::newRow("off the left edge") << "" << QPointF(-100, 500) << QPointF(0, 704);
-        QTest::newRow("half past the right edge") << "" << QPointF(1800, 500) << QPointF(1800, 704);
-        QTest::newRow("mostly past the right edge")
-            << "" << QPointF(1900, 500) << QPointF(1818, 704);
-        QTest::newRow("fully onto the same size") << "calendar" << QPointF(10, 10) << QPointF();
-        QTest::newRow("half onto another size") << "weather" << QPointF(0, 102 - 48) << QPointF();
+        row("off the left edge", "", QPointF(-100, 500), QPointF(0, 704));
+        row("half past the right edge", "", QPointF(1800, 500), QPointF(1800, 704));
+        row("mostly past the right edge", "", QPointF(1900, 500), QPointF(1818, 704));
+        row("fully onto the same size", "calendar", QPointF(10, 10), QPointF());
+        row("half onto another size", "weather", QPointF(0, 102 - 48), QPointF());
     }
     void drops() {
         QFETCH(QString, onto);
         QFETCH(QPointF, dropped);
-        QFETCH(QPointF, kept);
         Fixture f;
         const QUuid clock = f.id("clock");
         const QUuid moved = onto.isEmpty() ? clock : f.byKind(qPrintable(onto)).id;
         f.dropAt(moved, onto.isEmpty() ? dropped : f.tile(f.byKind("clock")).topLeft() + dropped);
         const auto saved = f.grid->instance(moved);
         if (onto.isEmpty()) {
-            QCOMPARE(QPointF(*saved->posX, *saved->posY), kept);
+            QTEST(QPointF(*saved->posX, *saved->posY), "kept");
             QCOMPARE(f.controller->panel(moved)->tileRect(), f.tile(*saved));
         } else if (onto == QLatin1String("calendar")) {
             QVERIFY(saved->stackID && saved->stackID == f.grid->instance(clock)->stackID);
@@ -369,9 +378,9 @@ private Q_SLOTS:
     void clickZonesOfAStack_data() {
         QTest::addColumn<QPointF>("point");
         QTest::addColumn<int>("index");
-        QTest::newRow("left arrow") << QPointF(22 + 10, 150) << 1;
-        QTest::newRow("right arrow") << QPointF(22 + 204 - 10, 150) << 1;
-        QTest::newRow("dots do not step") << QPointF(22 + 100, 22 + 10) << 0;
+        row("left arrow", QPointF(22 + 10, 150), 1);
+        row("right arrow", QPointF(22 + 204 - 10, 150), 1);
+        row("dots do not step", QPointF(22 + 100, 22 + 10), 0);
     }
     void clickZonesOfAStack() {
         QFETCH(QPointF, point);
@@ -397,10 +406,9 @@ private Q_SLOTS:
     void aClickSwitchesTheActivityList_data() {
         QTest::addColumn<QString>("clickAction");
         QTest::addColumn<QStringList>("lists");
-        QTest::newRow("switches back and forth")
-            << QString() << QStringList{QStringLiteral("memory"), QStringLiteral("cpu")};
-        QTest::newRow("a chosen action wins")
-            << QStringLiteral("none") << QStringList{QString(), QString()};
+        row("switches back and forth", QString(),
+            QStringList{QStringLiteral("memory"), QStringLiteral("cpu")});
+        row("a chosen action wins", QStringLiteral("none"), QStringList{QString(), QString()});
     }
     void aClickSwitchesTheActivityList() {
         QFETCH(QString, clickAction);
@@ -498,8 +506,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("titles");
         const QString rest = QStringLiteral("Size|Glass|Show Next|Rotate Every|Remove from Stack|"
                                             "Remove Widget");
-        QTest::newRow("with settings") << "clock" << QStringLiteral("Widget Settings…|") + rest;
-        QTest::newRow("without settings") << "worldclock" << rest;
+        row("with settings", "clock", QStringLiteral("Widget Settings…|") + rest);
+        row("without settings", "worldclock", rest);
     }
     void contextMenuInItsOrder() {
         QFETCH(QString, kind);
@@ -532,18 +540,13 @@ private Q_SLOTS:
         QTest::addColumn<bool>("transitions");
         using Mode = AppSettings::EnergyMode;
         using Kind = AnimationPace::Kind;
-        QTest::newRow("high") << Mode::high << false << false << false << false << Kind::Smooth
-                              << true;
-        QTest::newRow("the window in front")
-            << Mode::high << false << true << false << true << Kind::Paused << true;
-        QTest::newRow("covered") << Mode::high << false << false << true << true << Kind::Paused
-                                 << false;
-        QTest::newRow("balanced under the pointer")
-            << Mode::balanced << false << false << false << true << Kind::Smooth << true;
-        QTest::newRow("balanced elsewhere")
-            << Mode::balanced << false << false << false << false << Kind::Paused << true;
-        QTest::newRow("high with power short")
-            << Mode::high << true << false << false << true << Kind::Paused << false;
+        row("high", Mode::high, false, false, false, false, Kind::Smooth, true);
+        row("the window in front", Mode::high, false, true, false, true, Kind::Paused, true);
+        row("covered", Mode::high, false, false, true, true, Kind::Paused, false);
+        row("balanced under the pointer", Mode::balanced, false, false, false, true, Kind::Smooth,
+            true);
+        row("balanced elsewhere", Mode::balanced, false, false, false, false, Kind::Paused, true);
+        row("high with power short", Mode::high, true, false, false, true, Kind::Paused, false);
     }
     void pace() {
         QFETCH(AppSettings::EnergyMode, mode);
@@ -575,14 +578,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("animate");
         QTest::addColumn<bool>("moves");
         using Mode = AppSettings::EnergyMode;
-        QTest::newRow("high") << Mode::high << false << false << "" << true;
-        QTest::newRow("covered") << Mode::high << true << false << "" << false;
-        QTest::newRow("energy saver") << Mode::saver << false << true << "" << false;
-        QTest::newRow("balanced under the pointer")
-            << Mode::balanced << false << true << "" << true;
-        QTest::newRow("balanced elsewhere") << Mode::balanced << false << false << "" << false;
-        QTest::newRow("the tile's scene is off")
-            << Mode::high << false << false << "false" << false;
+        row("high", Mode::high, false, false, "", true);
+        row("covered", Mode::high, true, false, "", false);
+        row("energy saver", Mode::saver, false, true, "", false);
+        row("balanced under the pointer", Mode::balanced, false, true, "", true);
+        row("balanced elsewhere", Mode::balanced, false, false, "", false);
+        row("the tile's scene is off", Mode::high, false, false, "false", false);
     }
     void scenesMoveAtThePace() {
         QFETCH(AppSettings::EnergyMode, mode);
@@ -638,10 +639,9 @@ private Q_SLOTS:
         QTest::addColumn<QString>("link");
         QTest::addColumn<bool>("topLeft");
         QTest::addColumn<QStringList>("opened");
-        QTest::newRow("a web page")
-            << "https://x.example/a" << true << QStringList{u"open https://x.example/a"_s};
-        QTest::newRow("elsewhere on the tile") << "https://x.example/a" << false << QStringList();
-        QTest::newRow("a file") << "file:///etc/passwd" << true << QStringList();
+        row("a web page", "https://x.example/a", true, QStringList{u"open https://x.example/a"_s});
+        row("elsewhere on the tile", "https://x.example/a", false, QStringList());
+        row("a file", "file:///etc/passwd", true, QStringList());
     }
     void aClickOpensTheLinkAtItsPoint() {
         QFETCH(QString, link);
@@ -699,12 +699,9 @@ private Q_SLOTS:
         QVERIFY(f.readings.board().network.has_value());
         QCOMPARE(f.controller->panel(network->id)->context().readings, &f.readings.board());
 
-        QObject* window = f.controller->panel(network->id)->windowHandle();
-        Q_EMIT f.windowing.coveredChanged(window, true);
-        f.scheduler.advance(DesktopController::occlusionDebounce);
+        f.cover(network->id, true);
         QCOMPARE(f.readings.demand(), ReadingFeeds());
-        Q_EMIT f.windowing.coveredChanged(window, false);
-        f.scheduler.advance(DesktopController::occlusionDebounce);
+        f.cover(network->id, false);
         QCOMPARE(f.readings.demand(), ReadingFeeds(ReadingFeed::network));
         f.controller->hide();
         QCOMPARE(f.readings.demand(), ReadingFeeds());
@@ -724,10 +721,7 @@ private Q_SLOTS:
         definition.rows[0].elements = {CustomElement()};
         definition.rows[0].elements[0].text = u"{data:v}"_s;
         f.custom.setDefinitions({definition});
-        const auto fetches = [&] {
-            return std::count_if(f.server.requests().cbegin(), f.server.requests().cend(),
-                                 [](const auto& request) { return request.target == "/feed"; });
-        };
+        const auto fetches = [&] { return f.requestsTo("/feed"); };
 
         const auto tile =
             f.grid->addFree(definition.kind(), WidgetSize::small, std::nullopt, QPointF(1500, 900));
@@ -743,14 +737,11 @@ private Q_SLOTS:
         QVERIFY(f.readings.demand().testFlags(ReadingFeeds(ReadingFeed::system) |
                                               ReadingFeed::battery));
 
-        QObject* window = f.controller->panel(tile->id)->windowHandle();
-        Q_EMIT f.windowing.coveredChanged(window, true);
-        f.scheduler.advance(DesktopController::occlusionDebounce);
+        f.cover(tile->id, true);
         f.scheduler.advance(std::chrono::seconds(61));
         QTest::qWait(50);
         QCOMPARE(fetches(), 1);
-        Q_EMIT f.windowing.coveredChanged(window, false);
-        f.scheduler.advance(DesktopController::occlusionDebounce);
+        f.cover(tile->id, false);
         QVERIFY(QTest::qWaitFor([&] { return fetches() == 2; }, 5000));
     }
 
@@ -759,12 +750,7 @@ private Q_SLOTS:
     void weatherFollowsTheTilesInView() {
         Fixture f;
         const auto forecasts = [&] {
-            int count = 0;
-            for (const auto& request : f.server.requests()) {
-                count +=
-                    request.target.startsWith("/forecast/v1/forecast?latitude=52.5200&") ? 1 : 0;
-            }
-            return count;
+            return f.requestsTo("/forecast/v1/forecast?latitude=52.5200&");
         };
         const WidgetSettings berlin{{QStringLiteral("location"), QStringLiteral("custom")},
                                     {QStringLiteral("locLat"), QStringLiteral("52.52")},
@@ -775,24 +761,21 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitFor([&] { return forecasts() == 1; }, 5000));
         QCOMPARE(f.controller->panel(tile->id)->context().weather, &f.weather.board());
 
-        QObject* window = f.controller->panel(tile->id)->windowHandle();
-        Q_EMIT f.windowing.coveredChanged(window, true);
-        f.scheduler.advance(DesktopController::occlusionDebounce);
+        f.cover(tile->id, true);
         f.scheduler.advance(WeatherService::goodFor);
         QTest::qWait(50);
         QCOMPARE(forecasts(), 1);
-        Q_EMIT f.windowing.coveredChanged(window, false);
-        f.scheduler.advance(DesktopController::occlusionDebounce);
+        f.cover(tile->id, false);
         QVERIFY(QTest::qWaitFor([&] { return forecasts() == 2; }, 5000));
     }
 
     // Whatever moved a panel while the displays were in flux, it ends where the grid says.
     void panelsReturnWhereTheGridSays_data() {
         QTest::addColumn<QString>("event");
-        QTest::newRow("the machine woke") << "wake";
-        QTest::newRow("the displays woke") << "screens wake";
-        QTest::newRow("a settle that changed nothing") << "unchanged";
-        QTest::newRow("the veil lifted") << "veil";
+        row("the machine woke", "wake");
+        row("the displays woke", "screens wake");
+        row("a settle that changed nothing", "unchanged");
+        row("the veil lifted", "veil");
     }
     void panelsReturnWhereTheGridSays() {
         QFETCH(QString, event);

@@ -2,6 +2,7 @@
 // where it stopped.
 #include "ManualClock.h"
 #include "ManualScheduler.h"
+#include "TestRows.h"
 #include "desktop/SceneDriver.h"
 
 #include <QTest>
@@ -17,11 +18,11 @@ private Q_SLOTS:
     void framesFollowTheRate_data() {
         QTest::addColumn<double>("fps");
         QTest::addColumn<int>("framesInASecond");
-        QTest::newRow("still") << 0.0 << 0;
-        QTest::newRow("efficient") << 8.0 << 8;
-        QTest::newRow("smooth") << 30.0 << 30;
-        QTest::newRow("negative is still") << -4.0 << 0;
-        QTest::newRow("not a number is still") << std::nan("") << 0;
+        row("still", 0.0, 0);
+        row("efficient", 8.0, 8);
+        row("smooth", 30.0, 30);
+        row("negative is still", -4.0, 0);
+        row("not a number is still", std::nan(""), 0);
     }
     void framesFollowTheRate() {
         QFETCH(double, fps);

@@ -1,6 +1,7 @@
 // The desktop's picture behind the glass: fitted as the desktop fits it at the detail it has,
 // read off the main thread from a real file, followed when it changes, put together across two
 // displays, and a tile's glass drawn over it. Two displays side by side, the right one at 2x.
+#include "TestRows.h"
 #include "desktop/WallpaperBackdrop.h"
 #include "faces/FaceContext.h"
 #include "faces/TileRenderer.h"
@@ -15,6 +16,7 @@
 #include <QTest>
 
 using namespace tw;
+using tw::test::row;
 using Fill = DesktopPicture::Fill;
 
 namespace {
@@ -62,22 +64,19 @@ private Q_SLOTS:
         QTest::addColumn<QColor>("middleTop");
         QTest::addColumn<QColor>("right");
         const QColor red(Qt::red), blue(Qt::blue), black(Qt::black);
-        QTest::newRow("zoom covers, cropped") << Fill::zoom << red << red << blue;
-        QTest::newRow("fit shows it whole, with bars") << Fill::fit << red << black << blue;
-        QTest::newRow("stretch squeezes") << Fill::stretch << red << red << blue;
-        QTest::newRow("center keeps its pixels") << Fill::center << red << red << blue;
-        QTest::newRow("tile starts at the corner") << Fill::tile << red << red << red;
+        row("zoom covers, cropped", Fill::zoom, red, red, blue);
+        row("fit shows it whole, with bars", Fill::fit, red, black, blue);
+        row("stretch squeezes", Fill::stretch, red, red, blue);
+        row("center keeps its pixels", Fill::center, red, red, blue);
+        row("tile starts at the corner", Fill::tile, red, red, red);
     }
     void fitted() {
         QFETCH(Fill, fill);
         const QImage out = WallpaperBackdrop::fitted(halves(), fill, QSize(100, 100));
         QCOMPARE(out.size(), QSize(100, 100));
-        QFETCH(QColor, left);
-        QFETCH(QColor, middleTop);
-        QFETCH(QColor, right);
-        QCOMPARE(out.pixelColor(2, 50), left);
-        QCOMPARE(out.pixelColor(48, 2), middleTop);
-        QCOMPARE(out.pixelColor(97, 50), right);
+        QTEST(out.pixelColor(2, 50), "left");
+        QTEST(out.pixelColor(48, 2), "middleTop");
+        QTEST(out.pixelColor(97, 50), "right");
     }
 
     void detailRatio_data() {
@@ -85,16 +84,12 @@ private Q_SLOTS:
         QTest::addColumn<Fill>("fill");
         QTest::addColumn<qreal>("devicePixelRatio");
         QTest::addColumn<qreal>("ratio");
-        QTest::newRow("4K zoomed at 2x: all of it")
-            << QSize(3840, 2160) << Fill::zoom << 2.0 << 2.0;
-        QTest::newRow("4K at 1x") << QSize(3840, 2160) << Fill::zoom << 1.0 << 1.0;
-        QTest::newRow("no more than the picture holds")
-            << QSize(2880, 1620) << Fill::span << 2.0 << 1.5;
-        QTest::newRow("a small picture, at least 1") << QSize(640, 480) << Fill::fit << 2.0 << 1.0;
-        QTest::newRow("fit: the longer side's detail")
-            << QSize(3840, 1000) << Fill::fit << 2.0 << 2.0;
-        QTest::newRow("centred: a pixel to a point")
-            << QSize(3840, 2160) << Fill::center << 2.0 << 1.0;
+        row("4K zoomed at 2x: all of it", QSize(3840, 2160), Fill::zoom, 2.0, 2.0);
+        row("4K at 1x", QSize(3840, 2160), Fill::zoom, 1.0, 1.0);
+        row("no more than the picture holds", QSize(2880, 1620), Fill::span, 2.0, 1.5);
+        row("a small picture, at least 1", QSize(640, 480), Fill::fit, 2.0, 1.0);
+        row("fit: the longer side's detail", QSize(3840, 1000), Fill::fit, 2.0, 2.0);
+        row("centred: a pixel to a point", QSize(3840, 2160), Fill::center, 2.0, 1.0);
     }
     void detailRatio() {
         QFETCH(QSize, picture);
@@ -118,10 +113,10 @@ private Q_SLOTS:
         blue.fill(Qt::blue);
         const QColor r(Qt::red);
         const QColor b(Qt::blue);
-        QTest::newRow("two pictures") << red << blue << Fill::zoom << r << b;
+        row("two pictures", red, blue, Fill::zoom, r, b);
         // 200 × 100, red|blue: zoomed on each display its middle shows, blue then red.
-        QTest::newRow("one picture on each") << halves() << halves() << Fill::zoom << b << r;
-        QTest::newRow("one picture spanned") << halves() << halves() << Fill::span << r << b;
+        row("one picture on each", halves(), halves(), Fill::zoom, b, r);
+        row("one picture spanned", halves(), halves(), Fill::span, r, b);
     }
     void acrossDisplays() {
         QCOMPARE(QGuiApplication::screens().size(), 2);
@@ -191,8 +186,8 @@ private Q_SLOTS:
     // the sharp picture where nothing blends the window with the desktop, and clear elsewhere.
     void glassOverThePicture_data() {
         QTest::addColumn<bool>("opaqueMargin");
-        QTest::newRow("without a compositor") << true;
-        QTest::newRow("with a compositor") << false;
+        row("without a compositor", true);
+        row("with a compositor", false);
     }
     void glassOverThePicture() {
         QFETCH(bool, opaqueMargin);

@@ -67,14 +67,14 @@ private Q_SLOTS:
     void loadsWhatItCan_data() {
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<QString>("loaded");
-        QTest::newRow("not JSON") << QByteArray("{\"instances\": [") << "";
-        QTest::newRow("empty file") << QByteArray() << "";
-        QTest::newRow("a number out of range, nothing else") << QByteArray("[1e999]") << "";
+        row("not JSON", QByteArray("{\"instances\": ["), "");
+        row("empty file", QByteArray(), "");
+        row("a number out of range, nothing else", QByteArray("[1e999]"), "");
         const QString both = QStringLiteral("moon small 3,4; clock large 0,0");
         const QByteArray head = R"({"instances":[{"kind":"moon","size":"small","col":3,"row":4},
             {"kind":"clock","size":"large","col":0,"row":0,"settings":{)";
-        QTest::newRow("a number out of range in a key nothing reads")
-            << head + R"("unread": [1e999]}}]})" << both;
+        row("a number out of range in a key nothing reads", head + R"("unread": [1e999]}}]})",
+            both);
     }
     void loadsWhatItCan() {
         QFETCH(QByteArray, bytes);
@@ -137,49 +137,47 @@ private Q_SLOTS:
         QTest::addColumn<QString>("stored");
         QTest::addColumn<bool>("customStoreHealthy");
         QTest::addColumn<QString>("healed");
-        QTest::newRow("unknown kinds go, the retired alias stays")
-            << "fax small 0,0; analogclock small 0,0" << true << "analogclock small 0,0";
-        QTest::newRow("an unknown custom kind goes while its store is healthy")
-            << "GONE small 0,0; CUSTOM small 1,0" << true << "CUSTOM small 1,0";
-        QTest::newRow("and stays while it is unreadable")
-            << "GONE small 0,0; CUSTOM small 1,0" << false << "GONE small 0,0; CUSTOM small 1,0";
+        row("unknown kinds go, the retired alias stays", "fax small 0,0; analogclock small 0,0",
+            true, "analogclock small 0,0");
+        row("an unknown custom kind goes while its store is healthy",
+            "GONE small 0,0; CUSTOM small 1,0", true, "CUSTOM small 1,0");
+        row("and stays while it is unreadable", "GONE small 0,0; CUSTOM small 1,0", false,
+            "GONE small 0,0; CUSTOM small 1,0");
         // clock lost tall: small and large are both 1 away with equal ratios; small has fewer
         // cells.
-        QTest::newRow("a retired size moves to the nearest and leaves its stack")
-            << "clock tall 0,0 stack A#0 at 10,500; stocks tall 1,0 stack A#1 at 10,500;"
-               "stocks tall 2,0 stack A#2 at 10,500"
-            << true
-            << "clock small 0,0 at 10,500; stocks tall 1,0 stack A#0 at 10,500; "
-               "stocks tall 2,0 stack A#1 at 10,500";
-        QTest::newRow("a stack of two that loses one dissolves")
-            << "fax small 0,0 stack A#0; moon small 1,0 stack A#1" << true << "moon small 1,0";
-        QTest::newRow("stack indices close their gaps")
-            << "moon small 0,0 stack A#5; clock small 1,0 stack A#0; battery small 2,0 stack A#2"
-            << true
-            << "moon small 0,0 stack A#2; clock small 1,0 stack A#0; battery small 2,0 stack A#1";
-        QTest::newRow("a stack index without a stack goes")
-            << "moon small 0,0 index 3" << true << "moon small 0,0";
-        QTest::newRow("a retired lock size moves too; nonsense stays")
-            << "clock large 0,0 lock huge; clock large 2,0 lock wide; clock large 4,0 lock vast"
-            << true
-            << "clock large 0,0 lock wideTall; clock large 2,0 lock wide; clock large 4,0 lock "
-               "vast";
-        QTest::newRow("a collision: the lower row keeps the cell")
-            << "clock large 1,1; clock large 0,0" << true << "clock large 2,0; clock large 0,0";
-        QTest::newRow("off the grid's edge: to the first free slot")
-            << "clock large 0,0; weather wide 7,0; clock large 0,9" << true
-            << "clock large 0,0; weather wide 2,0; clock large 4,0";
-        QTest::newRow("unplaced ones fill free slots by creation order")
-            << "moon small -1,-1 #2; clock small -1,-1 #1; battery small 0,0" << true
-            << "moon small 2,0; clock small 1,0; battery small 0,0";
+        row("a retired size moves to the nearest and leaves its stack",
+            "clock tall 0,0 stack A#0 at 10,500; stocks tall 1,0 stack A#1 at 10,500;"
+            "stocks tall 2,0 stack A#2 at 10,500",
+            true,
+            "clock small 0,0 at 10,500; stocks tall 1,0 stack A#0 at 10,500; "
+            "stocks tall 2,0 stack A#1 at 10,500");
+        row("a stack of two that loses one dissolves",
+            "fax small 0,0 stack A#0; moon small 1,0 stack A#1", true, "moon small 1,0");
+        row("stack indices close their gaps",
+            "moon small 0,0 stack A#5; clock small 1,0 stack A#0; battery small 2,0 stack A#2",
+            true,
+            "moon small 0,0 stack A#2; clock small 1,0 stack A#0; battery small 2,0 stack A#1");
+        row("a stack index without a stack goes", "moon small 0,0 index 3", true, "moon small 0,0");
+        row("a retired lock size moves too; nonsense stays",
+            "clock large 0,0 lock huge; clock large 2,0 lock wide; clock large 4,0 lock vast", true,
+            "clock large 0,0 lock wideTall; clock large 2,0 lock wide; clock large 4,0 lock "
+            "vast");
+        row("a collision: the lower row keeps the cell", "clock large 1,1; clock large 0,0", true,
+            "clock large 2,0; clock large 0,0");
+        row("off the grid's edge: to the first free slot",
+            "clock large 0,0; weather wide 7,0; clock large 0,9", true,
+            "clock large 0,0; weather wide 2,0; clock large 4,0");
+        row("unplaced ones fill free slots by creation order",
+            "moon small -1,-1 #2; clock small -1,-1 #1; battery small 0,0", true,
+            "moon small 2,0; clock small 1,0; battery small 0,0");
         // Six grand tiles fill rows 0 to 8; two rows high, the clock overflows from row 9 and
         // finds no other slot.
         const QString full = QStringLiteral(
             "weather grand 0,0; weather grand 4,0; weather grand 0,3; CUSTOM grand 4,3; "
             "CUSTOM grand 0,6; CUSTOM grand 4,6; ");
-        QTest::newRow("a full grid leaves the rest unplaced where they stand")
-            << QString(full + QStringLiteral("clock large 0,9 at 300,700; moon small 3,9")) << true
-            << QString(full + QStringLiteral("clock large -1,-1 at 300,700; moon small 3,9"));
+        row("a full grid leaves the rest unplaced where they stand",
+            QString(full + QStringLiteral("clock large 0,9 at 300,700; moon small 3,9")), true,
+            QString(full + QStringLiteral("clock large -1,-1 at 300,700; moon small 3,9")));
     }
     void healsAtLoad() {
         QFETCH(QString, stored);
@@ -207,12 +205,12 @@ private Q_SLOTS:
     // "wanted: allowed... -> nearest".
     void nearest_data() {
         QTest::addColumn<QString>("sizes");
-        QTest::newRow("empty list") << "huge: -> huge";
-        QTest::newRow("exact") << "wide: small wide -> wide";
-        QTest::newRow("least distance") << "grand: small huge large -> huge";
-        QTest::newRow("equal distance: nearer ratio") << "banner: large panorama -> panorama";
-        QTest::newRow("equal ratio: fewer cells") << "tall: large small -> small";
-        QTest::newRow("full tie: the first") << "large: tall wide -> tall";
+        row("empty list", "huge: -> huge");
+        row("exact", "wide: small wide -> wide");
+        row("least distance", "grand: small huge large -> huge");
+        row("equal distance: nearer ratio", "banner: large panorama -> panorama");
+        row("equal ratio: fewer cells", "tall: large small -> small");
+        row("full tie: the first", "large: tall wide -> tall");
     }
     void nearest() {
         QFETCH(QString, sizes);
@@ -266,8 +264,8 @@ private Q_SLOTS:
     void addFreeRefuses_data() {
         QTest::addColumn<QString>("kind");
         QTest::addColumn<int>("present");
-        QTest::newRow("unknown kind") << "fax" << 0;
-        QTest::newRow("stocks at its six") << "stocks" << 6;
+        row("unknown kind", "fax", 0);
+        row("stocks at its six", "stocks", 6);
     }
     void addFreeRefuses() {
         QFETCH(QString, kind);
@@ -375,8 +373,8 @@ private Q_SLOTS:
     void aFailedSaveChangesNothingOnDisk_data() {
         QTest::addColumn<int>("calls");
         QTest::addColumn<int>("error");
-        QTest::newRow("write ENOSPC") << int(TwFaultWrite) << ENOSPC;
-        QTest::newRow("fsync EIO") << int(TwFaultSync) << EIO;
+        row("write ENOSPC", int(TwFaultWrite), ENOSPC);
+        row("fsync EIO", int(TwFaultSync), EIO);
     }
     void aFailedSaveChangesNothingOnDisk() {
         QFETCH(int, calls);

@@ -207,12 +207,12 @@ private Q_SLOTS:
         QTest::addColumn<Gaps>("gaps");
         QTest::addColumn<int>("steps");
         QTest::addColumn<double>("oldest");
-        QTest::newRow("nothing to go back to") << Gaps{} << 0 << 300.0;
-        QTest::newRow("two moves 1.0 s apart") << Gaps{5000, 1000} << 2 << 300.0;
-        QTest::newRow("two moves 0.999 s apart") << Gaps{5000, 999} << 1 << 300.0;
-        QTest::newRow("ten moves 0.9 s apart slide the window")
-            << Gaps{5000, 900, 900, 900, 900, 900, 900, 900, 900, 900} << 1 << 300.0;
-        QTest::newRow("41 changes keep the last 40") << Gaps{5000} + Gaps(40, 1000) << 40 << 310.0;
+        row("nothing to go back to", Gaps{}, 0, 300.0);
+        row("two moves 1.0 s apart", Gaps{5000, 1000}, 2, 300.0);
+        row("two moves 0.999 s apart", Gaps{5000, 999}, 1, 300.0);
+        row("ten moves 0.9 s apart slide the window",
+            Gaps{5000, 900, 900, 900, 900, 900, 900, 900, 900, 900}, 1, 300.0);
+        row("41 changes keep the last 40", Gaps{5000} + Gaps(40, 1000), 40, 310.0);
     }
     void steps() {
         QFETCH(Gaps, gaps);
@@ -246,9 +246,9 @@ private Q_SLOTS:
 
     void aNewChangeEmptiesTheRedoStack_data() {
         QTest::addColumn<int>("gap");
-        QTest::newRow("after a pause") << 5000;
+        row("after a pause", 5000);
         // The change that ends the pause within a burst pushes nothing, and still forgets redo.
-        QTest::newRow("within the burst window") << 100;
+        row("within the burst window", 100);
     }
     void aNewChangeEmptiesTheRedoStack() {
         QFETCH(int, gap);

@@ -288,11 +288,11 @@ private Q_SLOTS:
         QTest::addColumn<QPointF>("point");
         QTest::addColumn<StackRotation::Zone>("zone");
         // A tile 204 points wide; y runs up from its bottom edge.
-        QTest::newRow("left arrow") << QPointF(29, 100) << StackRotation::Zone::previous;
-        QTest::newRow("right arrow") << QPointF(175, 100) << StackRotation::Zone::next;
-        QTest::newRow("dots") << QPointF(100, 19) << StackRotation::Zone::dots;
-        QTest::newRow("arrows win over dots") << QPointF(10, 5) << StackRotation::Zone::previous;
-        QTest::newRow("the tile's own") << QPointF(30, 20) << StackRotation::Zone::tile;
+        row("left arrow", QPointF(29, 100), StackRotation::Zone::previous);
+        row("right arrow", QPointF(175, 100), StackRotation::Zone::next);
+        row("dots", QPointF(100, 19), StackRotation::Zone::dots);
+        row("arrows win over dots", QPointF(10, 5), StackRotation::Zone::previous);
+        row("the tile's own", QPointF(30, 20), StackRotation::Zone::tile);
     }
     void zones() {
         QFETCH(QPointF, point);
@@ -328,27 +328,28 @@ private Q_SLOTS:
     void gesture_data() {
         QTest::addColumn<Events>("events");
         QTest::addColumn<Steps>("steps");
-        QTest::newRow("one swipe left is one step forward")
-            << Events{pad(Phase::began, -10), pad(Phase::changed, -10), pad(Phase::changed, -10),
-                      pad(Phase::changed, -30), pad(Phase::ended, 0)}
-            << Steps{0, 0, 1, 0, 0};
-        QTest::newRow("a swipe right steps back")
-            << Events{pad(Phase::began, 12), pad(Phase::changed, 12)} << Steps{0, -1};
-        QTest::newRow("short swipes don't add up")
-            << Events{pad(Phase::began, -20), pad(Phase::ended, 0), pad(Phase::began, -20)}
-            << Steps{0, 0, 0};
-        QTest::newRow("cancel resets") << Events{pad(Phase::began, -20), pad(Phase::cancelled, 0),
-                                                 pad(Phase::began, -20), pad(Phase::changed, -4)}
-                                       << Steps{0, 0, 0, 1};
-        QTest::newRow("the larger axis counts") << Events{pad(Phase::began, 5, -30)} << Steps{1};
-        QTest::newRow("momentum never steps")
-            << Events{{0, -100, Phase::changed, true, {}}, {0, -100, Phase::none, true, {}}}
-            << Steps{0, 0};
-        QTest::newRow("wheel down steps forward, clicks within 0.35 s merge")
-            << Events{wheel(-1, 0), wheel(-1, 200), wheel(-1, 350), wheel(-1, 351)}
-            << Steps{1, 0, 0, 1};
-        QTest::newRow("wheel up steps back; zero is nothing")
-            << Events{wheel(0, 0), wheel(3, 10), wheel(0, 1000)} << Steps{0, -1, 0};
+        row("one swipe left is one step forward",
+            Events{pad(Phase::began, -10), pad(Phase::changed, -10), pad(Phase::changed, -10),
+                   pad(Phase::changed, -30), pad(Phase::ended, 0)},
+            Steps{0, 0, 1, 0, 0});
+        row("a swipe right steps back", Events{pad(Phase::began, 12), pad(Phase::changed, 12)},
+            Steps{0, -1});
+        row("short swipes don't add up",
+            Events{pad(Phase::began, -20), pad(Phase::ended, 0), pad(Phase::began, -20)},
+            Steps{0, 0, 0});
+        row("cancel resets",
+            Events{pad(Phase::began, -20), pad(Phase::cancelled, 0), pad(Phase::began, -20),
+                   pad(Phase::changed, -4)},
+            Steps{0, 0, 0, 1});
+        row("the larger axis counts", Events{pad(Phase::began, 5, -30)}, Steps{1});
+        row("momentum never steps",
+            Events{{0, -100, Phase::changed, true, {}}, {0, -100, Phase::none, true, {}}},
+            Steps{0, 0});
+        row("wheel down steps forward, clicks within 0.35 s merge",
+            Events{wheel(-1, 0), wheel(-1, 200), wheel(-1, 350), wheel(-1, 351)},
+            Steps{1, 0, 0, 1});
+        row("wheel up steps back; zero is nothing",
+            Events{wheel(0, 0), wheel(3, 10), wheel(0, 1000)}, Steps{0, -1, 0});
     }
     void gesture() {
         QFETCH(Events, events);

@@ -220,12 +220,12 @@ private Q_SLOTS:
         QTest::addColumn<QPointF>("centre");
         QTest::addColumn<QString>("regions");
         QTest::addColumn<bool>("legal");
-        QTest::newRow("flush with the top-left corner") << QPointF(48, 48) << "" << true;
-        QTest::newRow("past the left edge") << QPointF(47, 48) << "" << false;
-        QTest::newRow("touching the clock") << QPointF(232, 100) << "clock" << false;
-        QTest::newRow("just short of it") << QPointF(231.9, 100) << "" << true;
-        QTest::newRow("between clock and login") << QPointF(500, 300) << "clock,login" << false;
-        QTest::newRow("over the footer") << QPointF(300, 940) << "footer" << false;
+        row("flush with the top-left corner", QPointF(48, 48), "", true);
+        row("past the left edge", QPointF(47, 48), "", false);
+        row("touching the clock", QPointF(232, 100), "clock", false);
+        row("just short of it", QPointF(231.9, 100), "", true);
+        row("between clock and login", QPointF(500, 300), "clock,login", false);
+        row("over the footer", QPointF(300, 940), "footer", false);
     }
     void legality() {
         QFETCH(QPointF, centre);
@@ -242,11 +242,11 @@ private Q_SLOTS:
         QTest::addColumn<double>("scale");
         QTest::addColumn<double>("expected");
         // To a span of 2000.
-        QTest::newRow("near edge, scaled") << 100.0 << 1000.0 << 2.0 << 200.0;
-        QTest::newRow("centre band edge") << 570.0 << 1000.0 << 1.0 << 1070.0;
-        QTest::newRow("just past the band") << 571.0 << 1000.0 << 1.0 << 1571.0;
-        QTest::newRow("below the band") << 429.0 << 1000.0 << 1.0 << 429.0;
-        QTest::newRow("no source span") << 300.0 << 0.0 << 1.0 << 300.0;
+        row("near edge, scaled", 100.0, 1000.0, 2.0, 200.0);
+        row("centre band edge", 570.0, 1000.0, 1.0, 1070.0);
+        row("just past the band", 571.0, 1000.0, 1.0, 1571.0);
+        row("below the band", 429.0, 1000.0, 1.0, 429.0);
+        row("no source span", 300.0, 0.0, 1.0, 300.0);
     }
     void carry() {
         QFETCH(double, pos);

@@ -175,10 +175,10 @@ private Q_SLOTS:
         QTest::addColumn<double>("opacity");
         QTest::addColumn<ThemeColor>("expected");
         const ThemeColor blue{10 / 255.0, 132 / 255.0, 1.0, 1.0};
-        QTest::newRow("with #") << "#0A84FF" << 1.0 << blue;
-        QTest::newRow("without #, lower case") << "0a84ff" << 1.0 << blue;
-        QTest::newRow("blanks, opacity") << "  #FFFFFF \n" << 0.5 << ThemeColor{1, 1, 1, 0.5};
-        QTest::newRow("not hex") << "#GGGGGG" << 1.0 << ThemeColor{};
+        row("with #", "#0A84FF", 1.0, blue);
+        row("without #, lower case", "0a84ff", 1.0, blue);
+        row("blanks, opacity", " #FFFFFF \n", 0.5, ThemeColor{1, 1, 1, 0.5});
+        row("not hex", "#GGGGGG", 1.0, ThemeColor{});
     }
     void hexScanning() {
         QFETCH(QString, text);
@@ -216,12 +216,12 @@ private Q_SLOTS:
         QTest::addColumn<double>("s");
         QTest::addColumn<double>("b");
         QTest::addColumn<int>("bin");
-        QTest::newRow("saturation exactly 0.22") << 0.5 << 0.22 << 0.9 << -1;
-        QTest::newRow("brightness exactly 0.3") << 0.5 << 0.8 << 0.3 << -1;
-        QTest::newRow("just above both") << 0.5 << 0.2201 << 0.3001 << 6;
-        QTest::newRow("just below a twelfth") << 0.083 << 0.8 << 0.9 << 0;
-        QTest::newRow("a twelfth") << 1.0 / 12 << 0.8 << 0.9 << 1;
-        QTest::newRow("1") << 1.0 << 0.8 << 0.9 << 11;
+        row("saturation exactly 0.22", 0.5, 0.22, 0.9, -1);
+        row("brightness exactly 0.3", 0.5, 0.8, 0.3, -1);
+        row("just above both", 0.5, 0.2201, 0.3001, 6);
+        row("just below a twelfth", 0.083, 0.8, 0.9, 0);
+        row("a twelfth", 1.0 / 12, 0.8, 0.9, 1);
+        row("1", 1.0, 0.8, 0.9, 11);
     }
     void bins() {
         QFETCH(double, h);
@@ -253,15 +253,15 @@ private Q_SLOTS:
         QTest::addColumn<double>("accentSaturation");
         const QList<RGB> grey(100, RGB{0.5, 0.5, 0.5});
         const QList<RGB> night(100, RGB{0.1, 0.05, 0.3});
-        QTest::newRow("all grey") << grey << 0.6 << 0.8;
+        row("all grey", grey, 0.6, 0.8);
         QList<RGB> sunset = grey;
         sunset += QList<RGB>(30, RGB{1.0, 0.5, 0.0}); // orange, hue 1/12
         sunset += QList<RGB>(10, RGB{0.0, 0.0, 1.0}); // a little vivid blue
-        QTest::newRow("orange outweighs blue") << sunset << 1.0 / 12 << 0.68;
+        row("orange outweighs blue", sunset, 1.0 / 12, 0.68);
         // Equal weights: the first bin wins.
         QList<RGB> tie(20, RGB{1.0, 0.0, 0.0});
         tie += QList<RGB>(20, RGB{0.0, 1.0, 0.0});
-        QTest::newRow("a tie goes to the first") << tie << 0.0 << 0.68;
+        row("a tie goes to the first", tie, 0.0, 0.68);
     }
     void theme() {
         QFETCH(QList<RGB>, pixels);

@@ -163,10 +163,10 @@ private Q_SLOTS:
 
     void failures_data() {
         QTest::addColumn<QString>("markdown");
-        QTest::newRow("open strong") << QStringLiteral("**open");
-        QTest::newRow("open code") << QStringLiteral("a `b");
-        QTest::newRow("crossed markers") << QStringLiteral("**a *b** c*");
-        QTest::newRow("marker across lines") << QStringLiteral("**one\ntwo**");
+        row("open strong", QStringLiteral("**open"));
+        row("open code", QStringLiteral("a `b"));
+        row("crossed markers", QStringLiteral("**a *b** c*"));
+        row("marker across lines", QStringLiteral("**one\ntwo**"));
     }
     void failures() {
         QFETCH(QString, markdown);
