@@ -1,6 +1,7 @@
 #include "FaultShim.h"
 #include "GridFixture.h"
 #include "NotAFile.h"
+#include "TestRows.h"
 
 #include <QSignalSpy>
 #include <QTest>

@@ -295,7 +295,7 @@ private Q_SLOTS:
         QSignalSpy spy(&settings, &AppSettings::effectiveEnergyModeChanged);
         settings.setPowerConstrained(true);
         QCOMPARE(settings.effectiveEnergyMode(), constrained);
-        QTEST(spy.count(), "moves");
+        QTEST(int(spy.count()), "moves");
         // Turning the switch over while constrained, then power coming back: the chosen mode.
         settings.setAutoSaver(!autoSaver);
         settings.setPowerConstrained(false);
