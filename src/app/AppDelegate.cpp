@@ -48,6 +48,7 @@
 #include "readings/PowerWatcher.h"
 #include "readings/Readings.h"
 #include "settings/AppSettings.h"
+#include "speed/SpeedTestService.h"
 #include "text/L.h"
 #include "tick/MinuteCoordinator.h"
 #include "tick/TickCoordinator.h"
@@ -179,6 +180,13 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         m_calendar->calendar().forceRefreshAll(m_clocks.system.now());
         m_calendar->reminders().forceRefreshAll(m_clocks.system.now());
     });
+    m_speedTest = std::make_unique<SpeedTestService>(SpeedTestService::Services{
+        .clock = m_clocks.system,
+        .scheduler = *m_scheduler,
+        .defaults = m_defaults,
+        .endpoints = m_endpoints,
+        .plan = {},
+    });
     m_secrets = PlatformServices::makeSecretStore();
     m_customWidgets = std::make_unique<CustomWidgetStore>(CustomWidgetStore::Services{
         .clock = m_clocks.system,
@@ -288,6 +296,7 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .custom = m_custom.get(),
         .desk = m_desk.get(),
         .calendar = m_calendar.get(),
+        .speedTest = m_speedTest.get(),
     });
     // A timer that ends where nobody sees it says so in a notification.
     m_desk->setInView([this](const QUuid& id) { return m_controller->isInView(id); });
@@ -556,6 +565,7 @@ FaceContext AppDelegate::stillContext() const {
     base.weather = &m_weather->board();
     base.custom = &m_custom->board();
     base.calendar = &m_calendar->board();
+    base.speedTest = &m_speedTest->board();
     return base;
 }
 

@@ -25,6 +25,7 @@ class AppEnergyMeter;
 class AppSettings;
 class CalendarHub;
 class CalendarSetup;
+class SpeedTestService;
 class CalendarSubscriptions;
 class CalendarWatcher;
 class ConfigWindow;
@@ -147,6 +148,8 @@ private:
     std::unique_ptr<CalendarSetup> m_calendarSetup;
     std::unique_ptr<CalendarWatcher> m_calendarWatcher;
     std::unique_ptr<CalendarHub> m_calendar;
+    // Runs only when a person starts it from its tile; before the desktop.
+    std::unique_ptr<SpeedTestService> m_speedTest;
     // The person's own widget kinds; before the catalogue and the grid, which ask it.
     std::unique_ptr<SecretStore> m_secrets;
     std::unique_ptr<CustomWidgetStore> m_customWidgets;

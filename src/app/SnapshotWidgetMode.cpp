@@ -1,6 +1,7 @@
 #include "app/LaunchModes.h"
 #include "app/PictureCalendar.h"
 #include "app/PictureReadings.h"
+#include "app/PictureSpeedTest.h"
 #include "app/PictureWeather.h"
 #include "app/SnapshotReport.h"
 #include "app/SnapshotWidgetOptions.h"
@@ -142,6 +143,8 @@ std::optional<int> runSnapshotWidgetMode(LaunchContext& context) {
         face.custom = custom ? &*custom : nullptr;
         const CalendarBoard calendar = pictureCalendar(face.settings, face.now);
         face.calendar = &calendar;
+        const SpeedTestBoard speedTest = pictureSpeedTest(face.settings);
+        face.speedTest = &speedTest;
         picture = renderer.picture(widgetFace, face);
     }
     return reportSnapshot(

@@ -18,6 +18,7 @@
 #include "readings/MediaNowPlayingService.h"
 #include "readings/Readings.h"
 #include "settings/AppSettings.h"
+#include "speed/SpeedTestService.h"
 #include "tick/TickCoordinator.h"
 #include "weather/WeatherServices.h"
 
@@ -38,6 +39,7 @@ Q_LOGGING_CATEGORY(lcClicks, "Desktop")
 using namespace std::chrono_literals;
 
 constexpr double margin = TilePlacement::panelMargin;
+const QString speedTestKind = QStringLiteral("speedtest");
 
 } // namespace
 
@@ -60,6 +62,7 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
                  .custom = services.custom ? &services.custom->board() : nullptr,
                  .desk = services.desk ? &services.desk->board() : nullptr,
                  .calendar = services.calendar ? &services.calendar->board() : nullptr,
+                 .speedTest = services.speedTest ? &services.speedTest->board() : nullptr,
                  .scheduler = &services.scheduler,
                  .clock = &services.clock})
     , m_follower({.displays = services.displays,
@@ -146,6 +149,16 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
         connect(desk, &DeskTimers::boardChanged, this, [this] {
             for (auto& [id, tile] : m_tiles) {
                 if (DeskTimers::isDeskKind(tile.instance.kind) && tile.panel->isVisible()) {
+                    tile.panel->contentChanged();
+                }
+            }
+        });
+    }
+    if (SpeedTestService* speedTest = m_services.speedTest) {
+        connect(speedTest, &SpeedTestService::boardChanged, this, [this] {
+            for (auto& [id, tile] : m_tiles) {
+                if (tile.instance.kind == speedTestKind && tile.panel->isVisible() &&
+                    !tile.state->occluded()) {
                     tile.panel->contentChanged();
                 }
             }
@@ -535,6 +548,12 @@ bool DesktopController::handlePlainClick(const QUuid& id, QPointF point) {
     // A reminder's check mark marks it done, or open again, in its file.
     if (spot.reminder && m_services.calendar != nullptr) {
         m_services.calendar->reminders().toggleCompletion(*spot.reminder, m_services.clock.now());
+        return true;
+    }
+    // The speed test's button starts a run, or cancels the one under way.
+    if (spot.control && instance->kind == speedTestKind && m_services.speedTest != nullptr) {
+        SpeedTestService& speedTest = *m_services.speedTest;
+        speedTest.phase().isRunning() ? speedTest.cancel() : speedTest.start();
         return true;
     }
     // A transport button goes to the player the tile shows.

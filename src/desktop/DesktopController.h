@@ -45,6 +45,7 @@ class Notifications;
 class Readings;
 class Scheduler;
 class ScreenTopologyWatcher;
+class SpeedTestService;
 class SymbolProvider;
 class TickCoordinator;
 class TopologyMemory;
@@ -93,6 +94,8 @@ public:
         // The person's events and reminders, kept fresh for the tiles in view that chose a
         // source; without it such tiles show them loading.
         CalendarHub* calendar = nullptr;
+        // The speed test the tile starts and shows; without it the tile's button does nothing.
+        SpeedTestService* speedTest = nullptr;
     };
 
     static constexpr std::chrono::milliseconds occlusionDebounce{150};

@@ -55,6 +55,7 @@ void TileContent::refresh(DesktopTile& tile) const {
     context.custom = m_services.custom;
     context.desk = m_services.desk;
     context.calendar = m_services.calendar;
+    context.speedTest = m_services.speedTest;
     tile.feeds = feedsOf(tile, face, context.settings);
     tile.showsWeather = face.showsWeather(context.settings);
     tile.showsCalendar = face.showsCalendar(context.settings);

@@ -25,6 +25,7 @@ struct CalendarBoard;
 struct CustomBoard;
 struct DeskBoard;
 struct ReadingsBoard;
+struct SpeedTestBoard;
 struct WeatherBoard;
 struct DesktopTile;
 
@@ -53,6 +54,8 @@ public:
         // The events and reminders tiles show; without it a tile with a chosen calendar shows
         // it loading.
         const CalendarBoard* calendar = nullptr;
+        // The speed test's figures; without it its tile shows nothing measured.
+        const SpeedTestBoard* speedTest = nullptr;
         // What runs animated scenes; without them every scene stands still.
         Scheduler* scheduler = nullptr;
         const Clock* clock = nullptr;

@@ -12,6 +12,7 @@
 #include "model/WidgetMetadata.h"
 #include "model/WidgetSize.h"
 #include "readings/ReadingsBoard.h"
+#include "speed/SpeedTestBoard.h"
 #include "tick/AnimationPace.h"
 #include "weather/WeatherBoard.h"
 
@@ -69,6 +70,9 @@ struct FaceContext {
     // The events and reminders tiles show; null where none were read, and a tile whose person
     // chose a calendar then draws it loading.
     const CalendarBoard* calendar = nullptr;
+    // The speed test's phase, figures and history; null where there is none, and the face then
+    // shows a sample in previews and pictures and nothing measured elsewhere.
+    const SpeedTestBoard* speedTest = nullptr;
 
     // Size, scale and settings of one instance; the rest keeps its defaults for the host to fill.
     static FaceContext forInstance(const WidgetMetadata& metadata, const WidgetInstance& instance);

@@ -19,6 +19,7 @@
 #include "faces/RemindersFace.h"
 #include "faces/SensorsFace.h"
 #include "faces/SimpleClockFace.h"
+#include "faces/SpeedTestFace.h"
 #include "faces/StopwatchFace.h"
 #include "faces/SystemFace.h"
 #include "faces/TimerFace.h"
@@ -43,6 +44,7 @@ FaceRegistry::FaceRegistry()
     add(QStringLiteral("countdown"), std::make_unique<CountdownFace>());
     add(QStringLiteral("timer"), std::make_unique<TimerFace>());
     add(QStringLiteral("pomodoro"), std::make_unique<PomodoroFace>());
+    add(QStringLiteral("speedtest"), std::make_unique<SpeedTestFace>());
     add(QStringLiteral("stopwatch"), std::make_unique<StopwatchFace>());
     add(QStringLiteral("battery"), std::make_unique<BatteryFace>());
     add(QStringLiteral("network"), std::make_unique<NetworkFace>());

@@ -12,6 +12,7 @@ import glob
 import http.server
 import json
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -1555,6 +1556,83 @@ class NowPlayingTest(HostCase):
         self.player.wait(timeout=10)
         self.assertTrue(self.session.wait_for(lambda: not red(), timeout=10),
                         "the tile kept the track of a player that left")
+
+
+class SpeedLine:
+    """The build's speed test host at a set rate, as a process of its own."""
+
+    def __init__(self, mbit):
+        server = os.path.join(os.path.dirname(BINARY), "tkw_speedtest_server")
+        self.process = subprocess.Popen([server, "--mbit", str(mbit)], stdin=subprocess.PIPE,
+                                        stdout=subprocess.PIPE, text=True,
+                                        preexec_fn=dies_with_parent)
+        self.base = "http://127.0.0.1:" + self.process.stdout.readline().strip().split("=")[1]
+
+    def close(self):
+        """Ends the host; what it served and swallowed, in bytes."""
+        self.process.stdin.close()
+        totals = dict(pair.split("=") for pair in self.process.stdout.readline().split())
+        self.process.wait(timeout=10)
+        return int(totals["served"]), int(totals["swallowed"])
+
+
+class SpeedTestTest(HostCase):
+    """The speed test against a local host held to 80 Mbit/s: from the command line, which prints
+    its fields and exits 0, and from the tile, whose press runs a test that joins the history."""
+
+    panel_count = 1
+    line_pattern = re.compile(r"phase=(\S+) live=([\d.]+) down=([\d.]+|—) ping=([\d.]+|—)$")
+
+    def before_launch(self):
+        self.line = SpeedLine(80)
+        tile = {"id": "D0000000-0000-4000-8000-000000000013", "kind": "speedtest",
+                "size": "small", "order": 0, "page": 0, "col": 0, "row": 0, "posX": 300,
+                "posY": 700}
+        with open(os.path.join(self.data_dir, "grid.json"), "w", encoding="utf-8") as f:
+            json.dump({"instances": [tile], "pageCount": 1}, f)
+
+    def environment(self):
+        return {"TKW_ENDPOINT_BASE": self.line.base}
+
+    def tearDown(self):
+        self.line.close()
+        super().tearDown()
+
+    def history(self):
+        with open(self.conf_path, encoding="utf-8") as f:
+            return "tarnwick.speedtest.history" in f.read()
+
+    def test_command_line(self):
+        run = subprocess.run([BINARY, "--speedtest-cli"], capture_output=True, text=True,
+                             timeout=60, env=self.session.env({
+                                 "TKW_ENDPOINT_BASE": self.line.base,
+                                 "XDG_CONFIG_HOME": self.config_home,
+                                 "QT_LOGGING_RULES": "*.info=false"}))
+        self.assertEqual(run.returncode, 0, run.stderr)
+        lines = run.stdout.splitlines()
+        matched = [self.line_pattern.match(line) for line in lines]
+        self.assertTrue(all(matched), run.stdout)
+        phases = [m.group(1) for m in matched]
+        self.assertEqual(phases[-1], "done", run.stdout)
+        self.assertIn("download", phases)
+        self.assertIn("upload", phases)
+        down = float(matched[-1].group(3))
+        # Something measured, and never more than the line gives.
+        self.assertTrue(0 < down <= 80 * 1.1, run.stdout)
+        self.assertNotEqual(matched[-1].group(4), "—")
+
+    def test_tile_runs_a_test(self):
+        self.assertFalse(self.history())
+        rect = self.panel_of(self.by_kind("speedtest"))
+        self.session.xdotool("mousemove", "--sync", *centre(rect))
+        self.session.xdotool("click", 1)
+        self.assertTrue(self.session.wait_for(self.history, timeout=60),
+                        "the press on the tile did not run a test to its end")
+        self.screenshot("speedtest-done.png")
+        served, swallowed = self.line.close()
+        self.line = SpeedLine(80)
+        self.assertGreater(served, 1_000_000)
+        self.assertGreater(swallowed, 1_000_000)
 
 
 def main():
