@@ -35,6 +35,7 @@
 #include "grid/GridStore.h"
 #include "lockscreen/LockScreenController.h"
 #include "look/ThemeStore.h"
+#include "market/MarketServices.h"
 #include "model/WidgetRegistry.h"
 #include "net/QtHttpClient.h"
 #include "notices/NoticeService.h"
@@ -165,6 +166,8 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .defaults = m_defaults,
         .location = m_platform.location.get(),
     });
+    m_market = std::make_unique<MarketServices>(
+        MarketFetch{.http = *m_http, .endpoints = m_endpoints, .clock = m_clocks.system});
     // Nothing is read from the calendars until a tile's person chooses one.
     const QString subscribed = AppPaths::appSupportDir() + QStringLiteral("/Subscriptions");
     m_calendarStore = PlatformServices::makeCalendarStore({}, {subscribed});
@@ -297,6 +300,7 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .desk = m_desk.get(),
         .calendar = m_calendar.get(),
         .speedTest = m_speedTest.get(),
+        .market = m_market.get(),
     });
     // A timer that ends where nobody sees it says so in a notification.
     m_desk->setInView([this](const QUuid& id) { return m_controller->isInView(id); });
@@ -566,6 +570,7 @@ FaceContext AppDelegate::stillContext() const {
     base.custom = &m_custom->board();
     base.calendar = &m_calendar->board();
     base.speedTest = &m_speedTest->board();
+    base.market = &m_market->board();
     return base;
 }
 

@@ -59,6 +59,7 @@ class TickCoordinator;
 class TopologyMemory;
 class UpdateService;
 class WeatherServices;
+class MarketServices;
 class WidgetRegistry;
 class Clock;
 
@@ -142,6 +143,7 @@ private:
     std::unique_ptr<WeatherServices> m_weather;
     // The release list, at start and daily while automatic checks are on.
     std::unique_ptr<UpdateService> m_updates;
+    std::unique_ptr<MarketServices> m_market;
     std::unique_ptr<CalendarStore> m_calendarStore;
     std::unique_ptr<SampleRunner> m_calendarRunner;
     std::unique_ptr<CalendarSubscriptions> m_subscriptions;

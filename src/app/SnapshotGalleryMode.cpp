@@ -7,6 +7,7 @@
 #include "faces/FaceRegistry.h"
 #include "faces/GallerySheet.h"
 #include "faces/TileRenderer.h"
+#include "market/MarketSample.h"
 #include "model/WidgetRegistry.h"
 #include "platform/PlatformServices.h"
 #include "tick/SnapshotClock.h"
@@ -46,6 +47,8 @@ std::optional<int> runSnapshotGalleryMode(LaunchContext& context) {
         base.readings = &readings;
         const WeatherBoard weather = pictureWeather({}, base.now);
         base.weather = &weather;
+        const MarketBoard market = sampleMarket(base.now);
+        base.market = &market;
         picture = GallerySheet::render(faces, renderer, base);
     }
     return reportSnapshot(context, QStringLiteral("snapshot-gallery"), path, picture,

@@ -10,6 +10,7 @@
 #include "faces/FaceContext.h"
 #include "faces/FaceRegistry.h"
 #include "faces/TileRenderer.h"
+#include "market/MarketSample.h"
 #include "model/WidgetRegistry.h"
 #include "platform/PlatformServices.h"
 #include "tick/SnapshotClock.h"
@@ -145,6 +146,8 @@ std::optional<int> runSnapshotWidgetMode(LaunchContext& context) {
         face.calendar = &calendar;
         const SpeedTestBoard speedTest = pictureSpeedTest(face.settings);
         face.speedTest = &speedTest;
+        const MarketBoard market = sampleMarket(face.now, face.settings);
+        face.market = &market;
         picture = renderer.picture(widgetFace, face);
     }
     return reportSnapshot(

@@ -19,6 +19,8 @@ public:
     FaceContext& base() { return m_base; }
     // The weather the previews show: a made-up forecast, so that a tile looks as it will.
     WeatherBoard& weather() { return m_weather; }
+    // The quotes the previews show: made up, as the weather is.
+    MarketBoard& market() { return m_market; }
 
 private:
     const FaceRegistry& m_faces;
@@ -26,6 +28,7 @@ private:
     mutable TileRenderer m_renderer;
     FaceContext m_base;
     WeatherBoard m_weather;
+    MarketBoard m_market;
 };
 
 } // namespace tw

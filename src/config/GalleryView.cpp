@@ -4,6 +4,7 @@
 #include "config/GalleryCard.h"
 #include "config/GalleryPreviewSource.h"
 #include "faces/FaceRegistry.h"
+#include "market/MarketSample.h"
 #include "model/WidgetRegistry.h"
 #include "platform/Clock.h"
 #include "readings/Readings.h"
@@ -78,6 +79,8 @@ GalleryView::GalleryView(const FaceRegistry& faces, const SymbolProvider& symbol
     m_source->weather().places.insert(WeatherBoard::currentPlace,
                                       mockPlace(WxScene::clouds, base.now));
     base.weather = &m_source->weather();
+    m_source->market() = sampleMarket(base.now);
+    base.market = &m_source->market();
     setObjectName(QStringLiteral("gallery"));
 
     m_search->setObjectName(QStringLiteral("gallery-search"));

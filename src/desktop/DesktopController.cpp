@@ -8,6 +8,7 @@
 #include "faces/FaceRegistry.h"
 #include "grid/GridStore.h"
 #include "grid/RectEdges.h"
+#include "market/MarketServices.h"
 #include "model/WidgetAction.h"
 #include "model/WidgetRegistry.h"
 #include "platform/Clock.h"
@@ -63,6 +64,7 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
                  .desk = services.desk ? &services.desk->board() : nullptr,
                  .calendar = services.calendar ? &services.calendar->board() : nullptr,
                  .speedTest = services.speedTest ? &services.speedTest->board() : nullptr,
+                 .market = services.market ? &services.market->board() : nullptr,
                  .scheduler = &services.scheduler,
                  .clock = &services.clock})
     , m_follower({.displays = services.displays,
@@ -120,6 +122,17 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
         connect(calendar, &CalendarHub::boardChanged, this, [this] {
             for (auto& [id, tile] : m_tiles) {
                 if (tile.showsCalendar && tile.panel->isVisible() && !tile.state->occluded()) {
+                    tile.panel->contentChanged();
+                }
+            }
+        });
+    }
+    if (MarketServices* market = m_services.market) {
+        connect(&m_services.ticker, &TickCoordinator::nowChanged, market,
+                [this] { refreshMarket(); });
+        connect(market, &MarketServices::boardChanged, this, [this] {
+            for (auto& [id, tile] : m_tiles) {
+                if (!tile.market.isEmpty() && tile.panel->isVisible() && !tile.state->occluded()) {
                     tile.panel->contentChanged();
                 }
             }
@@ -415,6 +428,7 @@ void DesktopController::updateDemand() {
     refreshWeather();
     refreshCustom();
     refreshCalendar();
+    refreshMarket();
     Readings* readings = m_services.readings;
     if (readings == nullptr) {
         return;
@@ -489,6 +503,22 @@ void DesktopController::refreshCalendar() {
     }
     if (!events.isEmpty() || !reminders.isEmpty()) {
         calendar->refresh(m_services.clock.now(), events, reminders);
+    }
+}
+
+void DesktopController::refreshMarket() {
+    MarketServices* market = m_services.market;
+    if (market == nullptr) {
+        return;
+    }
+    MarketDemand inView;
+    for (const auto& [id, tile] : m_tiles) {
+        if (tile.panel->isVisible() && !tile.state->occluded()) {
+            inView.add(tile.market);
+        }
+    }
+    if (!inView.isEmpty()) {
+        market->refresh(inView, m_services.clock.now());
     }
 }
 

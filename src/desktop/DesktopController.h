@@ -50,6 +50,7 @@ class SymbolProvider;
 class TickCoordinator;
 class TopologyMemory;
 class WeatherServices;
+class MarketServices;
 class WallpaperBackdrop;
 class WidgetRegistry;
 class Workspace;
@@ -96,6 +97,9 @@ public:
         CalendarHub* calendar = nullptr;
         // The speed test the tile starts and shows; without it the tile's button does nothing.
         SpeedTestService* speedTest = nullptr;
+        // The quotes of shares, coins and currencies, fetched for the tiles in view; without
+        // them quote faces show them loading.
+        MarketServices* market = nullptr;
     };
 
     static constexpr std::chrono::milliseconds occlusionDebounce{150};
@@ -164,6 +168,8 @@ private:
     void refreshCustom();
     // Reads, where stale, the events and reminders of the calendar tiles in view.
     void refreshCalendar();
+    // Asks, where stale, for the quotes the tiles in view show.
+    void refreshMarket();
     QList<DropDecision::Tile> shownTiles(const QUuid& except) const;
 
     Services m_services;

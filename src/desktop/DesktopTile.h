@@ -5,6 +5,7 @@
 #include "desktop/DesktopPanel.h"
 #include "desktop/PanelState.h"
 #include "desktop/SceneDriver.h"
+#include "market/MarketSettings.h"
 #include "model/WidgetInstance.h"
 #include "readings/ReadingFeed.h"
 #include "tick/TimeSource.h"
@@ -23,6 +24,7 @@ struct DesktopTile {
     ReadingFeeds feeds;         // the machine's readings its face shows
     bool showsWeather = false;  // its face draws the weather of the place its settings name
     bool showsCalendar = false; // its face draws the events or reminders its settings choose
+    MarketDemand market;        // the quotes its face draws
 };
 
 } // namespace tw

@@ -56,9 +56,11 @@ void TileContent::refresh(DesktopTile& tile) const {
     context.desk = m_services.desk;
     context.calendar = m_services.calendar;
     context.speedTest = m_services.speedTest;
+    context.market = m_services.market;
     tile.feeds = feedsOf(tile, face, context.settings);
     tile.showsWeather = face.showsWeather(context.settings);
     tile.showsCalendar = face.showsCalendar(context.settings);
+    tile.market = MarketDemand::of(tile.instance.kind, context.settings);
 
     const auto grain = face.grain(tile.instance.size, context.settings);
     if (!grain) {

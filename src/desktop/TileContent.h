@@ -24,6 +24,7 @@ class WidgetRegistry;
 struct CalendarBoard;
 struct CustomBoard;
 struct DeskBoard;
+struct MarketBoard;
 struct ReadingsBoard;
 struct SpeedTestBoard;
 struct WeatherBoard;
@@ -56,6 +57,8 @@ public:
         const CalendarBoard* calendar = nullptr;
         // The speed test's figures; without it its tile shows nothing measured.
         const SpeedTestBoard* speedTest = nullptr;
+        // The quotes; without them a quote tile shows them loading.
+        const MarketBoard* market = nullptr;
         // What runs animated scenes; without them every scene stands still.
         Scheduler* scheduler = nullptr;
         const Clock* clock = nullptr;

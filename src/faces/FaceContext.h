@@ -8,6 +8,7 @@
 #include "faces/GlassLook.h"
 #include "faces/SurfaceFlags.h"
 #include "look/Theme.h"
+#include "market/MarketBoard.h"
 #include "model/WidgetInstance.h"
 #include "model/WidgetMetadata.h"
 #include "model/WidgetSize.h"
@@ -73,6 +74,9 @@ struct FaceContext {
     // The speed test's phase, figures and history; null where there is none, and the face then
     // shows a sample in previews and pictures and nothing measured elsewhere.
     const SpeedTestBoard* speedTest = nullptr;
+    // The quotes of shares, coins and currencies; null where none were fetched, and a quote tile
+    // then draws its loading state.
+    const MarketBoard* market = nullptr;
 
     // Size, scale and settings of one instance; the rest keeps its defaults for the host to fill.
     static FaceContext forInstance(const WidgetMetadata& metadata, const WidgetInstance& instance);

@@ -7,6 +7,8 @@
 #include "faces/CalendarFace.h"
 #include "faces/ClockFace.h"
 #include "faces/CountdownFace.h"
+#include "faces/CryptoFace.h"
+#include "faces/CurrencyFace.h"
 #include "faces/CustomWidgetFace.h"
 #include "faces/DayProgressFace.h"
 #include "faces/DiskFace.h"
@@ -20,6 +22,7 @@
 #include "faces/SensorsFace.h"
 #include "faces/SimpleClockFace.h"
 #include "faces/SpeedTestFace.h"
+#include "faces/StocksFace.h"
 #include "faces/StopwatchFace.h"
 #include "faces/SystemFace.h"
 #include "faces/TimerFace.h"
@@ -60,6 +63,9 @@ FaceRegistry::FaceRegistry()
     add(QStringLiteral("weather"), std::make_unique<WeatherFace>());
     add(QStringLiteral("calendar"), std::make_unique<CalendarFace>());
     add(QStringLiteral("reminders"), std::make_unique<RemindersFace>());
+    add(QStringLiteral("stocks"), std::make_unique<StocksFace>());
+    add(QStringLiteral("crypto"), std::make_unique<CryptoFace>());
+    add(QStringLiteral("currency"), std::make_unique<CurrencyFace>());
 }
 
 FaceRegistry::~FaceRegistry() = default;

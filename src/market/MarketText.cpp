@@ -27,7 +27,7 @@ QString sign(const QString& currency) {
 QString number(double value, double significantBelow = 1) {
     const double size = std::abs(value);
     const QLocale locale;
-    if (size >= 10'000) {
+    if (size >= 1'000) {
         return locale.toString(value, 'f', 0);
     }
     if (size >= significantBelow || size == 0) {

@@ -8,8 +8,8 @@
 namespace tw::MarketText {
 
 // "$189.84", "€67,234", "0.0812 CHF": the currency's sign in front where it has a common one,
-// its code behind otherwise, nothing without one; fewer decimals for large figures, four
-// significant ones below one.
+// its code behind otherwise, nothing without one; no cents from a thousand up, four significant
+// figures below one.
 QString price(double value, const QString& currency);
 // The same with a sign: "+1.23", "−0.52".
 QString change(double value, const QString& currency);
