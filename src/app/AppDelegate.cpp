@@ -647,6 +647,12 @@ ConfigContext AppDelegate::makeConfigContext() {
                                   ConfigContext::CitiesFound done) {
         m_weather->searchCities(text, requester, std::move(done));
     };
+    context.checkQuote = [this](const QString& kind, const QString& key, const QString& text,
+                                const WidgetSettings& settings, const QObject* requester,
+                                std::function<void(const QuoteCheck&)> done) {
+        m_market->check(kind, key, text, settings, m_clocks.system.now(), requester,
+                        std::move(done));
+    };
     context.relaunch = [] {
         const std::unique_ptr<Relauncher> relauncher = PlatformServices::makeRelauncher();
         // The files this start was handed have been opened; the next start must not open them.

@@ -3,6 +3,8 @@
 #pragma once
 
 #include "look/Theme.h"
+#include "market/QuoteCheck.h"
+#include "model/WidgetInstance.h"
 #include "model/WidgetOption.h"
 #include "model/WidgetSize.h"
 #include "platform/Installation.h"
@@ -130,6 +132,13 @@ struct ConfigContext {
     using CitySearch =
         std::function<void(const QString& text, const QObject* requester, CitiesFound done)>;
     CitySearch searchCities = {};
+    // Asks the service of a tile of `kind` about `text` typed as its option `key` ("symbol",
+    // "coin", "to"), with the tile's other settings; the answer never comes once `requester` is
+    // gone. None keeps what is typed unchecked.
+    std::function<void(const QString& kind, const QString& key, const QString& text,
+                       const WidgetSettings& settings, const QObject* requester,
+                       std::function<void(const QuoteCheck&)> done)>
+        checkQuote = {};
 
     // The person's custom widgets; without them the window leaves their editor out. Without the
     // runtime (what fetches their sources) the editor cannot test a source.

@@ -3,6 +3,7 @@
 #include "config/CalendarSourcesView.h"
 #include "config/ConfigContext.h"
 #include "config/PlaceField.h"
+#include "config/QuoteField.h"
 #include "config/SettingsCard.h"
 #include "config/SizePicker.h"
 #include "config/SwitchButton.h"
@@ -233,6 +234,21 @@ void WidgetSettingsPage::addOptions(const QString& kind) {
             control = place;
             break;
         }
+        case WidgetOption::Type::quote: {
+            QuoteField::Check check;
+            if (m_context.checkQuote) {
+                check = [this, kind,
+                         key = option.key](const QString& text, const WidgetSettings& settings,
+                                           const QObject* requester, QuoteField::Checked done) {
+                    m_context.checkQuote(kind, key, text, settings, requester, std::move(done));
+                };
+            }
+            auto* quote = new QuoteField(std::move(check));
+            connect(quote, &QuoteField::chosen, this,
+                    [this, key = option.key](const QString& value) { setOption(key, value); });
+            control = quote;
+            break;
+        }
         }
         control->setProperty("optionKey", option.key);
         m_options.insert(option.key, control);
@@ -332,6 +348,8 @@ void WidgetSettingsPage::refresh() {
         const QSignalBlocker blocker(control);
         if (auto* place = qobject_cast<PlaceField*>(control)) {
             place->show(settings);
+        } else if (auto* quote = qobject_cast<QuoteField*>(control)) {
+            quote->show(value, settings);
         } else if (auto* box = qobject_cast<QComboBox*>(control)) {
             box->setCurrentIndex(std::max(0, box->findData(value)));
         } else if (auto* toggle = qobject_cast<SwitchButton*>(control)) {

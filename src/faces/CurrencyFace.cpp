@@ -75,11 +75,13 @@ std::optional<TimeGrain> CurrencyFace::grain(WidgetSize size,
 void CurrencyFace::paint(QPainter& painter, const QRectF& rect, const FaceContext& context) const {
     const QString base = MarketSettings::currencyBase(context.settings);
     const QStringList targets = MarketSettings::currencyTargets(context.settings);
-    const CurrencyBoard* board = context.market != nullptr ? &context.market->currency : nullptr;
-    const bool failed = board != nullptr && board->failed.contains(base);
-    const auto found = board != nullptr ? board->latest.constFind(base)
-                                        : QHash<QString, CurrencyRates>::const_iterator();
-    if (board == nullptr || found == board->latest.cend()) {
+    const bool failed = context.market != nullptr && context.market->currency.failed.contains(base);
+    const CurrencyRates* kept = nullptr;
+    if (context.market != nullptr) {
+        const auto it = context.market->currency.latest.constFind(base);
+        kept = it != context.market->currency.latest.cend() ? &*it : nullptr;
+    }
+    if (kept == nullptr) {
         if (failed) {
             ReadingKit::drawNotice(
                 painter, context, rect, QStringLiteral("wifi.slash"),
@@ -94,7 +96,7 @@ void CurrencyFace::paint(QPainter& painter, const QRectF& rect, const FaceContex
         }
         return;
     }
-    const CurrencyRates& rates = *found;
+    const CurrencyRates& rates = *kept;
     const qreal w = rect.width();
     const qreal h = rect.height();
     const QString against = L("currency.against", QStringLiteral("1 %1 buys")).arg(base);

@@ -5,6 +5,7 @@
 #include "market/CryptoService.h"
 #include "market/CurrencyService.h"
 #include "market/MarketSettings.h"
+#include "market/QuoteCheck.h"
 #include "market/StockService.h"
 
 #include <QObject>
@@ -12,16 +13,6 @@
 #include <functional>
 
 namespace tw {
-
-struct QuoteCheck {
-    bool ok = false;
-    // What the person reads under the field: the name and price found, or why there is none.
-    QString text;
-    // The value to keep in the settings when `ok` ("AAPL", "bitcoin", "USD,GBP").
-    QString value;
-
-    bool operator==(const QuoteCheck&) const = default;
-};
 
 class MarketServices final : public QObject {
     Q_OBJECT

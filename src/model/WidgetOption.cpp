@@ -231,6 +231,49 @@ WidgetOption place() {
         .defaultValue = QString()};
 }
 
+// Currencies by their code, as stored and as shown.
+QList<WidgetOption::Choice> currencyChoices(const QStringList& codes) {
+    QList<WidgetOption::Choice> choices;
+    for (const QString& code : codes) {
+        choices.append({code, code.toUpper()});
+    }
+    return choices;
+}
+
+QList<WidgetOption> cryptoOptions() {
+    return {{.key = QStringLiteral("coin"),
+             .title = L("option.coin", QStringLiteral("Coin (name or ticker)")),
+             .type = Type::quote,
+             .choices = {},
+             .defaultValue = QStringLiteral("bitcoin")},
+            {.key = QStringLiteral("vs"),
+             .title = L("option.vs", QStringLiteral("Prices in")),
+             .type = Type::choice,
+             .choices = currencyChoices({QStringLiteral("usd"), QStringLiteral("eur"),
+                                         QStringLiteral("gbp"), QStringLiteral("jpy"),
+                                         QStringLiteral("chf"), QStringLiteral("cad"),
+                                         QStringLiteral("aud")}),
+             .defaultValue = QStringLiteral("usd")}};
+}
+
+QList<WidgetOption> currencyOptions() {
+    // Common currencies of the central bank's reference rates.
+    return {{.key = QStringLiteral("base"),
+             .title = L("option.base", QStringLiteral("One unit of")),
+             .type = Type::choice,
+             .choices = currencyChoices(
+                 {QStringLiteral("EUR"), QStringLiteral("USD"), QStringLiteral("GBP"),
+                  QStringLiteral("CHF"), QStringLiteral("JPY"), QStringLiteral("CAD"),
+                  QStringLiteral("AUD"), QStringLiteral("SEK"), QStringLiteral("NOK"),
+                  QStringLiteral("DKK"), QStringLiteral("PLN"), QStringLiteral("CZK")}),
+             .defaultValue = QStringLiteral("EUR")},
+            {.key = QStringLiteral("to"),
+             .title = L("option.to", QStringLiteral("In (codes, separated by commas)")),
+             .type = Type::quote,
+             .choices = {},
+             .defaultValue = QStringLiteral("USD,GBP,CHF,JPY")}};
+}
+
 QList<WidgetOption> weatherOptions() {
     const auto choice = [](const char* value, const char* key, const char* title) {
         return WidgetOption::Choice{QLatin1String(value), L(key, QString::fromUtf8(title))};
@@ -364,6 +407,19 @@ QList<WidgetOption> WidgetOption::of(const QString& kind) {
                  .choices = {{QString(),
                               L("option.npPlayer.any", QStringLiteral("Whichever played last"))}},
                  .defaultValue = QString()}};
+    }
+    if (kind == QLatin1String("stocks")) {
+        return {{.key = QStringLiteral("symbol"),
+                 .title = L("option.symbol", QStringLiteral("Symbol")),
+                 .type = Type::quote,
+                 .choices = {},
+                 .defaultValue = QStringLiteral("AAPL")}};
+    }
+    if (kind == QLatin1String("crypto")) {
+        return cryptoOptions();
+    }
+    if (kind == QLatin1String("currency")) {
+        return currencyOptions();
     }
     if (kind == QLatin1String("moon")) {
         return {place(), hourFormat()};

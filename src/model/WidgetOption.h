@@ -13,7 +13,9 @@ struct WidgetOption {
     // `place`: where the tile is about, one of `choices` ("" where the machine is, "custom" a city
     // found by name and kept beside the key, in "locName", "locLat", "locLon" and "locCountry").
     // `source`: one of `choices` or a calendar or list the host finds on the machine, by its id.
-    enum class Type { choice, toggle, text, date, place, source };
+    // `quote`: a share's symbol, a coin or a list of currencies, kept only once the service
+    // has answered for it.
+    enum class Type { choice, toggle, text, date, place, source, quote };
 
     struct Choice {
         QString value;

@@ -1,4 +1,5 @@
 #include "../grid/GridFixture.h"
+#include "../market/MarketAnswers.h"
 #include "../weather/WeatherRig.h"
 #include "Files.h"
 #include "TestRows.h"
@@ -7,12 +8,14 @@
 #include "config/ConfigRoot.h"
 #include "config/DesktopWidgetsPage.h"
 #include "config/PlaceField.h"
+#include "config/QuoteField.h"
 #include "config/SizePicker.h"
 #include "config/SwitchButton.h"
 #include "config/WidgetSettingsPage.h"
 #include "desk/CalendarSetup.h"
 #include "desk/CalendarSubscriptions.h"
 #include "look/ThemeStore.h"
+#include "market/MarketServices.h"
 #include "platform/linux/VdirCalendarStore.h"
 #include "settings/AppSettings.h"
 #include "weather/WeatherServices.h"
@@ -182,6 +185,39 @@ private Q_SLOTS:
 
     // The weather tile's place: "A city" writes nothing until one is picked; a search goes out a
     // moment after the last key, through the real city search against a loopback server.
+    // A symbol is kept only once the service knows it; until then the field says why not.
+    void quoteIsCheckedBeforeItIsKept() {
+        QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+        Rig rig;
+        WeatherRig web;
+        web.server.route("/stocks/v8/finance/chart/AAPL", LoopbackHttpServer::ok(chartAnswer()));
+        web.server.route("/stocks/v8/finance/chart/NOPE",
+                         LoopbackHttpServer::status(404, chartNotFound));
+        MarketServices market({.http = web.http, .endpoints = web.endpoints, .clock = web.clock});
+        rig.context.checkQuote = [&](const QString& kind, const QString& key, const QString& text,
+                                     const WidgetSettings& settings, const QObject* requester,
+                                     std::function<void(const QuoteCheck&)> done) {
+            market.check(kind, key, text, settings, web.clock.now(), requester, std::move(done));
+        };
+        const QUuid id = rig.add(QStringLiteral("stocks"), WidgetSize::wide);
+        WidgetSettingsPage page(rig.context, id);
+        auto* quote = qobject_cast<QuoteField*>(page.optionControl(QStringLiteral("symbol")));
+        QVERIFY(quote);
+        QCOMPARE(quote->field()->text(), u"AAPL"_s);
+        const auto enter = [&](const QString& text) {
+            quote->field()->setText(text);
+            Q_EMIT quote->field()->editingFinished();
+            return QTest::qWaitFor([&] { return quote->status() != u"Checking…"_s; }, 10'000);
+        };
+        QVERIFY(enter(u"nope"_s));
+        QVERIFY2(quote->status().contains(u"Indices start with a caret"_s),
+                 qPrintable(quote->status()));
+        QVERIFY(!rig.tile(id).settings);
+        QVERIFY(enter(u" aapl "_s));
+        QCOMPARE(quote->status(), u"Apple Inc. · $189.84"_s);
+        QCOMPARE(rig.setting(id, u"symbol"_s), u"AAPL"_s);
+    }
+
     void citySearch_data() {
         QTest::addColumn<LoopbackHttpServer::Answer>("answer");
         QTest::addColumn<QStringList>("shown");

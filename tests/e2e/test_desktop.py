@@ -882,6 +882,87 @@ class NoticeTest(HostCase):
         self.assertFalse(self.banner_shows(geometry), "a dismissed notice came back")
 
 
+class MarketServer(WeatherServer):
+    """The three quote services on loopback, with their recorded answers."""
+
+    FILES = {"stocks": "stocks-chart.json", "crypto": "crypto-price.json",
+             "currency": "currency-latest.json"}
+
+
+# The colours of a rise and a fall on either glass.
+RISE = [(72, 214, 120), (22, 138, 64)]
+FALL = [(255, 112, 84), (214, 52, 34)]
+
+
+class MarketTilesTest(HostCase):
+    """Two Stocks tiles of one symbol, a Crypto and a Currency tile on the desktop: each service
+    asked once, the stocks' symbol once for both, and every tile past its loading state with its
+    prices, the day's rise and fall in their colours."""
+
+    panel_count = 4
+
+    def before_launch(self):
+        self.server = MarketServer()
+        self.addCleanup(self.server.server_close)
+        self.addCleanup(self.server.shutdown)
+        self.addCleanup(self.server.released.set)
+        tiles = [{"id": "F0000000-0000-4000-8000-00000000000%d" % n, "kind": kind, "size": "wide",
+                  "order": n, "page": 0, "col": 0, "row": 0, "posX": x, "posY": y,
+                  "settings": settings}
+                 for n, (kind, x, y, settings) in enumerate([
+                     ("stocks", 300, 300, {"symbol": " aapl"}),
+                     ("stocks", 600, 300, {"symbol": "AAPL"}),
+                     ("crypto", 300, 600, {}),
+                     ("currency", 600, 600, {"to": "USD,GBP,JPY"})])]
+        with open(os.path.join(self.data_dir, "grid.json"), "w", encoding="utf-8") as f:
+            json.dump({"instances": tiles, "pageCount": 1}, f)
+        self.log = os.path.join(self.config_home, "host.log")
+
+    def environment(self):
+        self.host.stderr = open(self.log, "w", encoding="utf-8")
+        self.addCleanup(self.host.stderr.close)
+        return {"TKW_ENDPOINT_BASE": self.server.base(),
+                "QT_LOGGING_RULES": "*.info=false;Market.info=true"}
+
+    def lines(self):
+        with open(self.log, encoding="utf-8") as f:
+            return [line.split(": ", 1)[-1].strip() for line in f if "Market" in line]
+
+    def has_colour(self, rect, colours):
+        return any(max(abs(a - b) for a, b in zip(pixel, colour)) < 40
+                   for row in self.pixels(*rect) for pixel in row for colour in colours)
+
+    def test_the_tiles_show_prices_from_the_services(self):
+        rects = {i["id"]: self.panel_of(i) for i in self.instances().values()}
+        self.assertTrue(self.session.wait_for(lambda: len(self.server.requests) >= 3, timeout=15),
+                        "the tiles asked for no quotes: %s" % self.server.requests)
+        loading = {key: self.pixels(*rect) for key, rect in rects.items()}
+        self.server.released.set()
+        self.assertTrue(self.session.wait_for(
+            lambda: {"stocks: AAPL at 189.840000", "currency: 4 rate(s) for EUR"} <=
+            set(self.lines()), timeout=30), "no quotes: %s" % self.lines())
+        for key, rect in rects.items():
+            self.assertTrue(self.session.wait_for(lambda: self.pixels(*rect) != loading[key],
+                                                  timeout=10), key + " still shows it loading")
+        by_service = {}
+        for request in self.server.requests:
+            by_service.setdefault(request.split("/")[1], []).append(request)
+        self.assertEqual(sorted(by_service), ["crypto", "currency", "stocks"], self.server.requests)
+        self.assertEqual(by_service["stocks"],
+                         ["/stocks/v8/finance/chart/AAPL?range=1d&interval=15m"])
+        self.assertEqual(len(by_service["crypto"]), 1, self.server.requests)
+        self.assertIn("ids=bitcoin,ethereum,binancecoin,solana&vs_currencies=usd",
+                      by_service["crypto"][0])
+        self.assertEqual(by_service["currency"],
+                         ["/currency/v1/latest?base=EUR&symbols=USD,GBP,JPY"])
+        stocks = self.panel_of(self.by_kind("stocks"))
+        crypto = self.panel_of(self.by_kind("crypto"))
+        self.assertTrue(self.session.wait_for(lambda: self.has_colour(stocks, RISE), timeout=10),
+                        "the share's rise is not drawn in its colour")
+        self.assertTrue(self.has_colour(crypto, FALL), "the coin's fall is not drawn in its colour")
+        self.screenshot("market-tiles.png")
+
+
 # The timer's colour once it has run out.
 TIMER_DONE = (255, 149, 0)
 

@@ -244,7 +244,7 @@ private Q_SLOTS:
         row("an unknown symbol", "stocks", "symbol", "nope", false, "Indices start with a caret",
             "");
         row("no symbol", "stocks", "symbol", "  ", false, "Type a symbol", "");
-        row("a coin by ticker", "crypto", "coin", "eth", true, "Ethereum · $3,456.70", "ethereum");
+        row("a coin by ticker", "crypto", "coin", "eth", true, "Ethereum · $3,457", "ethereum");
         row("not a coin", "crypto", "coin", "dogs", false, "Not a coin", "");
         row("currencies", "currency", "to", "usd, jpy", true, "1 EUR = 1.0842 USD", "USD,JPY");
         row("not a code", "currency", "to", "usd, dollar", false, "“dollar” is not", "");

@@ -154,6 +154,9 @@ private:
             case tw::WidgetOption::Type::date:
                 QVERIFY2(values.isEmpty(), qPrintable(where));
                 break;
+            case tw::WidgetOption::Type::quote:
+                QVERIFY2(values.isEmpty() && !option.defaultValue.isEmpty(), qPrintable(where));
+                break;
             }
         }
     }
