@@ -178,8 +178,7 @@ void QuoteKit::drawQuote(QPainter& painter, const FaceContext& context, const QR
         // Banner: who, what it costs, and the day, side by side.
         const qreal unit = std::min(h / rows, 18.0);
         const QRectF left(rect.left(), rect.top(), w * 0.42, h);
-        const qreal used = drawColumn(painter, context, left, shown, unit, Qt::AlignLeft);
-        Q_UNUSED(used)
+        drawColumn(painter, context, left, shown, unit, Qt::AlignLeft);
         drawSparkline(painter, context,
                       QRectF(rect.left() + w * 0.46, rect.top() + h * 0.1, w * 0.54, h * 0.8),
                       shown.series, shown.reference, lineColour);
