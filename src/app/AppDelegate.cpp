@@ -488,7 +488,7 @@ void AppDelegate::showConfigWindow(const std::optional<ConfigSelection>& selecti
                 });
         connect(m_configWindow.get(), &ConfigWindow::closed, this, [this] {
             m_energy->windowClosed(m_clocks.system.uptime());
-            m_status->showHintIfPending(m_defaults);
+            m_status->showHintIfPending(m_defaults, *m_platform.notifications);
         });
         // Covered by other windows, it is as good as closed.
         m_platform.windowing->watchCoverage(m_configWindow->windowHandle());

@@ -5,6 +5,7 @@
 #include "notices/NoticeService.h"
 #include "platform/Clock.h"
 #include "platform/Defaults.h"
+#include "platform/Notifications.h"
 #include "platform/SymbolProvider.h"
 #include "text/L.h"
 #include "updates/UpdateService.h"
@@ -144,14 +145,22 @@ StatusBarController::StatusBarController(DesktopController& controller, GridStor
 
 StatusBarController::~StatusBarController() = default;
 
-bool StatusBarController::showHintIfPending(Defaults& defaults) {
-    if (m_item == nullptr || !defaults.value(hintPendingKey).toBool()) {
+bool StatusBarController::showHintIfPending(Defaults& defaults, Notifications& notifications) {
+    if (!defaults.value(hintPendingKey).toBool()) {
         return false;
     }
-    m_item->showMessage(QStringLiteral("Tarnwick"),
-                        L("menu.hint", QStringLiteral("Click the icon for settings, to show or "
-                                                      "hide your widgets and to quit.")),
-                        gridIcon());
+    if (m_item != nullptr) {
+        m_item->showMessage(QStringLiteral("Tarnwick"),
+                            L("menu.hint", QStringLiteral("Click the icon for settings, to show or "
+                                                          "hide your widgets and to quit.")),
+                            gridIcon());
+    } else {
+        notifications.notify(
+            QStringLiteral("Tarnwick"),
+            L("menu.hint.window", QStringLiteral("Your widgets stay on the desktop. Open Tarnwick "
+                                                 "again for settings, to show or hide them and to "
+                                                 "quit: its menu is in the window.")));
+    }
     defaults.setValue(hintPendingKey, false);
     return true;
 }

@@ -19,6 +19,7 @@ class Defaults;
 class DesktopController;
 class GridStore;
 class NoticeService;
+class Notifications;
 class SymbolProvider;
 class UpdateService;
 
@@ -66,9 +67,10 @@ public:
     bool hasTray() const;
 
     // Once, after the first start: a message at the icon saying what it is for, when
-    // "tarnwick.menuHint.pending" says one is due. Without a tray it stays due. True when shown.
+    // "tarnwick.menuHint.pending" says one is due. Without a tray there is no icon to point at:
+    // a notification says where the menu is instead. True when shown.
     static inline const QString hintPendingKey = QStringLiteral("tarnwick.menuHint.pending");
-    bool showHintIfPending(Defaults& defaults);
+    bool showHintIfPending(Defaults& defaults, Notifications& notifications);
     // The notices for the menu, from the service the host keeps; `symbols` draws their icons. Both
     // must outlive the controller; without them the menu has no notices.
     void setNotices(NoticeService* notices, const SymbolProvider* symbols);

@@ -15,7 +15,6 @@
 #include <QLocale>
 #include <QPushButton>
 #include <QStackedWidget>
-#include <QStyle>
 #include <QTimeEdit>
 #include <QVBoxLayout>
 
@@ -182,10 +181,10 @@ QWidget* SmartRulesCard::rowFor(const SmartLayoutRule& rule, qsizetype index, qs
             .arg(rule.name.toHtmlEscaped(), describe(rule).toHtmlEscaped(),
                  (profile ? profile->displayName() : QStringLiteral("—")).toHtmlEscaped()),
         row);
-    auto* up = new QPushButton(style()->standardIcon(QStyle::SP_ArrowUp), QString(), row);
+    auto* up = new QPushButton(QStringLiteral("↑"), row);
     up->setAccessibleName(L("layouts.rule.up", QStringLiteral("Earlier")));
     up->setEnabled(index > 0);
-    auto* down = new QPushButton(style()->standardIcon(QStyle::SP_ArrowDown), QString(), row);
+    auto* down = new QPushButton(QStringLiteral("↓"), row);
     down->setAccessibleName(L("layouts.rule.down", QStringLiteral("Later")));
     down->setEnabled(index + 1 < count);
     auto* change = new QPushButton(L("common.edit", QStringLiteral("Edit")), row);
