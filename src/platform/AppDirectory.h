@@ -1,0 +1,30 @@
+// What the system knows of an application by its id: the name people read, its icon and the
+// kind of application it is.
+#pragma once
+
+#include "platform/AppCategory.h"
+
+#include <QString>
+
+namespace tw {
+
+struct AppListing {
+    QString name;
+    // An icon theme's name or a file; empty for none.
+    QString icon;
+    AppCategory category = AppCategory::other;
+    // Its window is the screen locker or saver: nobody uses the machine while it is in front.
+    bool isScreenLocker = false;
+
+    bool operator==(const AppListing&) const = default;
+};
+
+class AppDirectory {
+public:
+    virtual ~AppDirectory() = default;
+
+    // An application not installed here has its id as name, no icon and `other`.
+    virtual AppListing listing(const QString& id) const = 0;
+};
+
+} // namespace tw
