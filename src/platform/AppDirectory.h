@@ -10,7 +10,7 @@ namespace tw {
 
 struct AppListing {
     QString name;
-    // An icon theme's name or a file; empty for none.
+    // A picture file of its icon; empty for none.
     QString icon;
     AppCategory category = AppCategory::other;
     // Its window is the screen locker or saver: nobody uses the machine while it is in front.
@@ -25,6 +25,8 @@ public:
 
     // An application not installed here has its id as name, no icon and `other`.
     virtual AppListing listing(const QString& id) const = 0;
+    // The file of an icon theme's icon by its name; empty where none is installed.
+    virtual QString iconFile(const QString& iconName) const = 0;
 };
 
 } // namespace tw

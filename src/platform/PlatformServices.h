@@ -2,6 +2,7 @@
 // these and never name an implementation.
 #pragma once
 
+#include "platform/AppDirectory.h"
 #include "platform/BluetoothSource.h"
 #include "platform/CalendarStore.h"
 #include "platform/ColorSchemeWatcher.h"
@@ -25,6 +26,7 @@
 #include "platform/SoundPlayer.h"
 #include "platform/SymbolProvider.h"
 #include "platform/SystemSource.h"
+#include "platform/UserPresence.h"
 #include "platform/Workspace.h"
 
 #include <QString>
@@ -72,6 +74,12 @@ struct PlatformServices {
     static std::unique_ptr<Relauncher> makeRelauncher();
     // The session's media players, dated by `clock`, which must outlive them.
     static std::unique_ptr<MediaPlayers> makeMediaPlayers(const Clock& clock);
+    // Whether the person is at the machine, dated by `clock`; `displays` going dark count as
+    // away. Both must outlive it.
+    static std::unique_ptr<UserPresence> makeUserPresence(const Clock& clock,
+                                                          const Displays* displays);
+    // The installed applications by the id `ForegroundApplication` gives.
+    static std::unique_ptr<AppDirectory> makeAppDirectory();
     // This process's own cost alone, for pictures of the window drawn without the host.
     static std::unique_ptr<ProcessUsage> makeProcessUsage();
     // Puts pictures on the displays through the running desktop; reaches the display itself, so

@@ -117,6 +117,8 @@ std::optional<DesktopEntry> DesktopEntry::parse(const QByteArray& text) {
             entry.tryExec = value;
         } else if (key == QLatin1String("StartupWMClass")) {
             entry.startupWMClass = value;
+        } else if (key == QLatin1String("Icon")) {
+            entry.icon = value;
         } else if (key == QLatin1String("Categories")) {
             entry.categories = listValue(value);
         } else if (key == QLatin1String("Keywords")) {

@@ -24,6 +24,8 @@ struct DesktopEntry {
     QString tryExec;
     // The window class the application's windows carry, where it differs from the entry's id.
     QString startupWMClass;
+    // An icon theme's name, or a file.
+    QString icon;
     // The list values, split at ";".
     QStringList categories;
     QStringList keywords;

@@ -12,6 +12,7 @@
 #include "platform/linux/LinuxMachineIdentity.h"
 #include "platform/linux/LinuxPictureSetter.h"
 #include "platform/linux/LinuxSystemSource.h"
+#include "platform/linux/LinuxUserPresence.h"
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/MaterialSymbolProvider.h"
 #include "platform/linux/MprisMediaPlayers.h"
@@ -24,12 +25,15 @@
 #include "platform/linux/VdirCalendarStore.h"
 #include "platform/linux/X11DesktopWindowing.h"
 #include "platform/linux/X11ForegroundApplication.h"
+#include "platform/linux/XdgAppDirectory.h"
 #include "platform/linux/XdgAutostart.h"
 #include "platform/null/MemorySecretStore.h"
 #include "platform/null/SilentSoundPlayer.h"
 
 #include <QCoreApplication>
+#include <QDBusConnection>
 #include <QDir>
+#include <QGuiApplication>
 
 namespace tw {
 
@@ -110,6 +114,21 @@ std::unique_ptr<Relauncher> PlatformServices::makeRelauncher() {
 
 std::unique_ptr<MediaPlayers> PlatformServices::makeMediaPlayers(const Clock& clock) {
     return MprisMediaPlayers::create(clock);
+}
+
+std::unique_ptr<UserPresence> PlatformServices::makeUserPresence(const Clock& clock,
+                                                                 const Displays* displays) {
+    auto* x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+    return std::make_unique<LinuxUserPresence>(
+        LinuxUserPresence::Services{.x11 = x11 != nullptr ? x11->connection() : nullptr,
+                                    .logind = QDBusConnection::systemBus(),
+                                    .session = {},
+                                    .clock = clock,
+                                    .displays = displays});
+}
+
+std::unique_ptr<AppDirectory> PlatformServices::makeAppDirectory() {
+    return std::make_unique<XdgAppDirectory>(XdgAppDirectory::forSession());
 }
 
 std::unique_ptr<DesktopPictureSetter> PlatformServices::makeDesktopPictureSetter() {

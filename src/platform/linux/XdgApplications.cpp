@@ -134,13 +134,19 @@ std::optional<QString> XdgApplications::withKeyword(const QString& keyword) cons
 }
 
 std::optional<QString> XdgApplications::nameForWindowClass(const QString& windowClass) const {
+    const std::optional<Found> found = entryForWindowClass(windowClass);
+    return found ? std::optional(found->entry.name) : std::nullopt;
+}
+
+std::optional<XdgApplications::Found>
+XdgApplications::entryForWindowClass(const QString& windowClass) const {
     if (windowClass.isEmpty()) {
         return std::nullopt;
     }
     for (const Installed& installed : m_installed) {
         if (installed.entry.startupWMClass.compare(windowClass, Qt::CaseInsensitive) == 0 &&
             !installed.entry.name.isEmpty()) {
-            return installed.entry.name;
+            return Found{.id = installed.id, .entry = installed.entry};
         }
     }
     for (const Installed& installed : m_installed) {
@@ -148,7 +154,7 @@ std::optional<QString> XdgApplications::nameForWindowClass(const QString& window
         if ((id.compare(windowClass, Qt::CaseInsensitive) == 0 ||
              id.endsWith(QLatin1Char('.') + windowClass, Qt::CaseInsensitive)) &&
             !installed.entry.name.isEmpty()) {
-            return installed.entry.name;
+            return Found{.id = installed.id, .entry = installed.entry};
         }
     }
     return std::nullopt;

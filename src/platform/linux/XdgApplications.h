@@ -37,6 +37,12 @@ public:
     // The name of the application whose windows carry `windowClass`: by StartupWMClass, else by
     // an id that is the class or ends in ".<class>", ignoring case.
     std::optional<QString> nameForWindowClass(const QString& windowClass) const;
+    // The entry of that application, with its id ("org.gnome.Nautilus.desktop").
+    struct Found {
+        QString id;
+        DesktopEntry entry;
+    };
+    std::optional<Found> entryForWindowClass(const QString& windowClass) const;
 
 private:
     struct Installed {

@@ -13,6 +13,8 @@ public:
         return m_known.value(id, AppListing{.name = id, .icon = {}, .category = AppCategory::other, .isScreenLocker = false});
     }
 
+    QString iconFile(const QString&) const override { return {}; }
+
     void add(const QString& id, const AppListing& listing) { m_known.insert(id, listing); }
 
 private:
