@@ -13,6 +13,7 @@
 #include "config/WhatsNewView.h"
 #include "custom/CustomWidgetRuntime.h"
 #include "custom/CustomWidgetStore.h"
+#include "desk/AppUsageService.h"
 #include "desk/CalendarHub.h"
 #include "desk/CalendarSetup.h"
 #include "desk/DeskTimers.h"
@@ -190,6 +191,16 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .endpoints = m_endpoints,
         .plan = {},
     });
+    m_presence = PlatformServices::makeUserPresence(m_clocks.system, m_platform.displays.get());
+    m_apps = PlatformServices::makeAppDirectory();
+    m_appUsage = std::make_unique<AppUsageService>(AppUsageService::Services{
+        .foreground = *m_platform.foreground,
+        .presence = *m_presence,
+        .apps = *m_apps,
+        .clock = m_clocks.system,
+        .scheduler = *m_scheduler,
+        .path = AppPaths::appSupportDir() + QStringLiteral("/app-usage.json"),
+    });
     m_secrets = PlatformServices::makeSecretStore();
     m_customWidgets = std::make_unique<CustomWidgetStore>(CustomWidgetStore::Services{
         .clock = m_clocks.system,
@@ -301,6 +312,7 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .calendar = m_calendar.get(),
         .speedTest = m_speedTest.get(),
         .market = m_market.get(),
+        .appUsage = m_appUsage.get(),
     });
     // A timer that ends where nobody sees it says so in a notification.
     m_desk->setInView([this](const QUuid& id) { return m_controller->isInView(id); });
@@ -571,6 +583,7 @@ FaceContext AppDelegate::stillContext() const {
     base.calendar = &m_calendar->board();
     base.speedTest = &m_speedTest->board();
     base.market = &m_market->board();
+    base.appUsage = &m_appUsage->board();
     return base;
 }
 
@@ -643,6 +656,7 @@ ConfigContext AppDelegate::makeConfigContext() {
         }
         return choices;
     };
+    context.clearAppUsage = [this] { m_appUsage->clear(); };
     context.searchCities = [this](const QString& text, const QObject* requester,
                                   ConfigContext::CitiesFound done) {
         m_weather->searchCities(text, requester, std::move(done));

@@ -23,6 +23,7 @@ namespace tw {
 
 class AppEnergyMeter;
 class AppSettings;
+class AppUsageService;
 class CalendarHub;
 class CalendarSetup;
 class SpeedTestService;
@@ -152,6 +153,10 @@ private:
     std::unique_ptr<CalendarHub> m_calendar;
     // Runs only when a person starts it from its tile; before the desktop.
     std::unique_ptr<SpeedTestService> m_speedTest;
+    // App time, counted while its tile is on the desktop.
+    std::unique_ptr<UserPresence> m_presence;
+    std::unique_ptr<AppDirectory> m_apps;
+    std::unique_ptr<AppUsageService> m_appUsage;
     // The person's own widget kinds; before the catalogue and the grid, which ask it.
     std::unique_ptr<SecretStore> m_secrets;
     std::unique_ptr<CustomWidgetStore> m_customWidgets;

@@ -1,4 +1,5 @@
 #include "app/LaunchModes.h"
+#include "app/PictureAppUsage.h"
 #include "app/PictureCalendar.h"
 #include "app/PictureReadings.h"
 #include "app/PictureSpeedTest.h"
@@ -148,6 +149,9 @@ std::optional<int> runSnapshotWidgetMode(LaunchContext& context) {
         face.speedTest = &speedTest;
         const MarketBoard market = sampleMarket(face.now, face.settings);
         face.market = &market;
+        const AppUsageBoard appUsage = pictureAppUsage(face.instanceID, face.settings, face.now,
+                                                       *PlatformServices::makeAppDirectory());
+        face.appUsage = &appUsage;
         picture = renderer.picture(widgetFace, face);
     }
     return reportSnapshot(

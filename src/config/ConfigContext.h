@@ -122,6 +122,8 @@ struct ConfigContext {
     CalendarSetup* calendarSetup = nullptr;
     // Asks the person for a folder; none uses the system's folder dialog.
     std::function<QString(QWidget* parent)> pickFolder = {};
+    // Forgets the app time counted on this machine; none leaves the app time tile's "Clear" out.
+    std::function<void()> clearAppUsage = {};
     // Whether a tile this large, in points, fits on some display; none takes every size.
     std::function<bool(const QSizeF&)> tileFits = {};
     // The places a city search answers with, or none and why (the person's words).

@@ -257,6 +257,36 @@ void WidgetSettingsPage::addOptions(const QString& kind) {
                                       ? place->addTo(*card, option.title, QString())
                                       : card->addRow(option.title, QString(), control));
     }
+    if (kind == QLatin1String("appusage")) {
+        addAppUsageRows(*card);
+    }
+}
+
+void WidgetSettingsPage::addAppUsageRows(SettingsCard& card) {
+    card.addRow(L("appusage.goal.note",
+                  QStringLiteral("Focus: at least this long in Work apps today. Limit: at most "
+                                 "this long in Entertainment apps today. The goal shows in the 2×2 "
+                                 "and larger sizes and counts from midnight.")),
+                QString(), nullptr);
+    if (!m_context.clearAppUsage) {
+        return;
+    }
+    auto* row = new QWidget();
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto* clear = new QPushButton(L("appusage.clear", QStringLiteral("Clear")));
+    auto* done = new QLabel();
+    layout->addWidget(done);
+    layout->addWidget(clear);
+    connect(clear, &QPushButton::clicked, this, [this, done] {
+        m_context.clearAppUsage();
+        done->setText(L("appusage.cleared", QStringLiteral("Cleared")));
+    });
+    m_options.insert(QStringLiteral("clear"), clear);
+    card.addRow(L("appusage.clear.title", QStringLiteral("Counted app time")),
+                L("appusage.clear.caption",
+                  QStringLiteral("Kept on this computer only. Clear forgets every app's time.")),
+                row);
 }
 
 void WidgetSettingsPage::fillChoices(QComboBox* box, const WidgetOption& option,

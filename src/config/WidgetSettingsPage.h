@@ -21,6 +21,7 @@ namespace tw {
 struct ConfigContext;
 struct FixedLocation;
 class CalendarSourcesView;
+class SettingsCard;
 class SizePicker;
 struct WidgetOption;
 
@@ -58,6 +59,8 @@ private:
     void addOptions(const QString& kind);
     void addCalendarSources(const QString& kind);
     void fillChoices(QComboBox* box, const WidgetOption& option, const QString& kind);
+    // The goal's note and "Clear" of the app time tile.
+    void addAppUsageRows(SettingsCard& card);
     // The day a date option shows for its stored value.
     QDate shownDay(const QString& value) const;
 

@@ -88,7 +88,8 @@ qint64 AppUsageLedger::firstHour(AppUsageRange range, const QDateTime& now) {
     case AppUsageRange::last24h:
         return hour - 23;
     case AppUsageRange::today:
-        return hourOf(static_cast<double>(now.date().startOfDay(now.timeZone()).toSecsSinceEpoch()));
+        return hourOf(
+            static_cast<double>(now.date().startOfDay(now.timeZone()).toSecsSinceEpoch()));
     case AppUsageRange::week:
         return hour - 167;
     }
@@ -129,8 +130,7 @@ AppUsageSummary AppUsageLedger::top(int count, const QDateTime& now, AppUsageRan
     return summarise(std::move(rows), count);
 }
 
-AppUsageSummary AppUsageLedger::topCategories(int count, const QDateTime& now,
-                                              AppUsageRange range,
+AppUsageSummary AppUsageLedger::topCategories(int count, const QDateTime& now, AppUsageRange range,
                                               const CategoryOf& categoryOf) const {
     QList<AppUsageRow> rows;
     for (const auto& [category, seconds] : categorySums(now, range, categoryOf)) {
@@ -154,8 +154,8 @@ QByteArray AppUsageLedger::toJson() const {
     for (auto name = m_names.cbegin(); name != m_names.cend(); ++name) {
         names.insert(name.key(), name.value());
     }
-    return QJsonDocument(QJsonObject{{QStringLiteral("buckets"), buckets},
-                                     {QStringLiteral("names"), names}})
+    return QJsonDocument(
+               QJsonObject{{QStringLiteral("buckets"), buckets}, {QStringLiteral("names"), names}})
         .toJson(QJsonDocument::Compact);
 }
 

@@ -64,7 +64,7 @@ public:
     static qint64 firstHour(AppUsageRange range, const QDateTime& now);
     QHash<QString, double> sums(const QDateTime& now, AppUsageRange range) const;
     std::map<AppCategory, double> categorySums(const QDateTime& now, AppUsageRange range,
-                                            const CategoryOf& categoryOf) const;
+                                               const CategoryOf& categoryOf) const;
     // The `count` apps used longest, ties by name regardless of case.
     AppUsageSummary top(int count, const QDateTime& now, AppUsageRange range) const;
     AppUsageSummary topCategories(int count, const QDateTime& now, AppUsageRange range,

@@ -81,8 +81,7 @@ void AppUsageService::stop() {
 
 void AppUsageService::tick() {
     // Away, nothing is in front as far as counting goes.
-    const std::optional<AppRef> app =
-        m_services.presence.isAway() ? std::nullopt : frontmost();
+    const std::optional<AppRef> app = m_services.presence.isAway() ? std::nullopt : frontmost();
     m_tracker.tick(app, now(), m_services.presence.idleSeconds());
     if (++m_ticks % ticksPerSave == 0) {
         save();
@@ -191,8 +190,7 @@ void AppUsageService::updateViews(bool all) {
         const AppUsageSettings settings = AppUsageSettings::read(tile.value());
         const AppUsageView* old = m_board.viewFor(tile.key());
         const bool due = all || old == nullptr || old->settings != settings ||
-                         old->at.secsTo(at) >= settings.everyMinutes * 60 ||
-                         old->at.secsTo(at) < 0;
+                         old->at.secsTo(at) >= settings.everyMinutes * 60 || old->at.secsTo(at) < 0;
         if (!due) {
             board.views.insert(tile.key(), *old);
             continue;

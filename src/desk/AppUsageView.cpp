@@ -40,10 +40,9 @@ AppUsageView makeAppUsageView(const AppUsageLedger& ledger, const AppUsageSettin
     AppUsageView view;
     view.settings = settings;
     view.at = now;
-    view.summary =
-        settings.byCategory
-            ? ledger.topCategories(appUsageTopCount, now, settings.range, categoryOf)
-            : ledger.top(appUsageTopCount, now, settings.range);
+    view.summary = settings.byCategory
+                       ? ledger.topCategories(appUsageTopCount, now, settings.range, categoryOf)
+                       : ledger.top(appUsageTopCount, now, settings.range);
     if (!settings.byCategory) {
         for (const AppUsageRow& row : view.summary.rows) {
             view.icons.insert(row.appID, iconOf(row.appID));

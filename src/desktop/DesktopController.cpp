@@ -1,6 +1,7 @@
 #include "desktop/DesktopController.h"
 
 #include "custom/CustomWidgetRuntime.h"
+#include "desk/AppUsageService.h"
 #include "desk/CalendarHub.h"
 #include "desk/DeskTimers.h"
 #include "desktop/PanelContextMenu.h"
@@ -65,6 +66,7 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
                  .calendar = services.calendar ? &services.calendar->board() : nullptr,
                  .speedTest = services.speedTest ? &services.speedTest->board() : nullptr,
                  .market = services.market ? &services.market->board() : nullptr,
+                 .appUsage = services.appUsage ? &services.appUsage->board() : nullptr,
                  .scheduler = &services.scheduler,
                  .clock = &services.clock})
     , m_follower({.displays = services.displays,
@@ -133,6 +135,18 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
         connect(market, &MarketServices::boardChanged, this, [this] {
             for (auto& [id, tile] : m_tiles) {
                 if (!tile.market.isEmpty() && tile.panel->isVisible() && !tile.state->occluded()) {
+                    tile.panel->contentChanged();
+                }
+            }
+        });
+    }
+    if (AppUsageService* appUsage = m_services.appUsage) {
+        connect(&m_services.ticker, &TickCoordinator::nowChanged, appUsage,
+                &AppUsageService::refresh);
+        connect(appUsage, &AppUsageService::boardChanged, this, [this] {
+            for (auto& [id, tile] : m_tiles) {
+                if (tile.instance.kind == QLatin1String("appusage") && tile.panel->isVisible() &&
+                    !tile.state->occluded()) {
                     tile.panel->contentChanged();
                 }
             }
@@ -270,6 +284,7 @@ void DesktopController::sync() {
         }
         applyStackVisibility();
         updateDesktopActive();
+        followAppUsage();
     }
     Q_EMIT synced();
 }
@@ -520,6 +535,20 @@ void DesktopController::refreshMarket() {
     if (!inView.isEmpty()) {
         market->refresh(inView, m_services.clock.now());
     }
+}
+
+void DesktopController::followAppUsage() {
+    AppUsageService* appUsage = m_services.appUsage;
+    if (appUsage == nullptr) {
+        return;
+    }
+    QHash<QUuid, WidgetSettings> tiles;
+    for (const auto& [id, tile] : m_tiles) {
+        if (tile.instance.kind == QLatin1String("appusage")) {
+            tiles.insert(id, tile.instance.settings.value_or(WidgetSettings()));
+        }
+    }
+    appUsage->showTiles(tiles);
 }
 
 void DesktopController::handleDragEnded(const QUuid& draggedID) {

@@ -33,6 +33,7 @@ namespace tw {
 class AppSettings;
 class Clock;
 class ColorSchemeWatcher;
+class AppUsageService;
 class CalendarHub;
 class CustomWidgetRuntime;
 class DeskTimers;
@@ -100,6 +101,9 @@ public:
         // The quotes of shares, coins and currencies, fetched for the tiles in view; without
         // them quote faces show them loading.
         MarketServices* market = nullptr;
+        // Counts app time while an app time tile is on the desktop; without it they say nothing
+        // was counted.
+        AppUsageService* appUsage = nullptr;
     };
 
     static constexpr std::chrono::milliseconds occlusionDebounce{150};
@@ -170,6 +174,8 @@ private:
     void refreshCalendar();
     // Asks, where stale, for the quotes the tiles in view show.
     void refreshMarket();
+    // Tells the app time service which of its tiles are on the desktop.
+    void followAppUsage();
     QList<DropDecision::Tile> shownTiles(const QUuid& except) const;
 
     Services m_services;

@@ -57,6 +57,7 @@ void TileContent::refresh(DesktopTile& tile) const {
     context.calendar = m_services.calendar;
     context.speedTest = m_services.speedTest;
     context.market = m_services.market;
+    context.appUsage = m_services.appUsage;
     tile.feeds = feedsOf(tile, face, context.settings);
     tile.showsWeather = face.showsWeather(context.settings);
     tile.showsCalendar = face.showsCalendar(context.settings);

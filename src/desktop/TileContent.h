@@ -21,6 +21,7 @@ class MinuteCoordinator;
 class SymbolProvider;
 class TickCoordinator;
 class WidgetRegistry;
+struct AppUsageBoard;
 struct CalendarBoard;
 struct CustomBoard;
 struct DeskBoard;
@@ -59,6 +60,8 @@ public:
         const SpeedTestBoard* speedTest = nullptr;
         // The quotes; without them a quote tile shows them loading.
         const MarketBoard* market = nullptr;
+        // What each app time tile shows; without it they say nothing was counted.
+        const AppUsageBoard* appUsage = nullptr;
         // What runs animated scenes; without them every scene stands still.
         Scheduler* scheduler = nullptr;
         const Clock* clock = nullptr;

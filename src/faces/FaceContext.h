@@ -3,6 +3,7 @@
 #pragma once
 
 #include "custom/CustomBoard.h"
+#include "desk/AppUsageView.h"
 #include "desk/CalendarBoard.h"
 #include "desk/DeskBoard.h"
 #include "faces/GlassLook.h"
@@ -77,6 +78,8 @@ struct FaceContext {
     // The quotes of shares, coins and currencies; null where none were fetched, and a quote tile
     // then draws its loading state.
     const MarketBoard* market = nullptr;
+    // What each app time tile shows; null where nothing was counted, and the tile then says so.
+    const AppUsageBoard* appUsage = nullptr;
 
     // Size, scale and settings of one instance; the rest keeps its defaults for the host to fill.
     static FaceContext forInstance(const WidgetMetadata& metadata, const WidgetInstance& instance);

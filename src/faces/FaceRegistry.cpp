@@ -2,6 +2,7 @@
 
 #include "faces/ActivityFace.h"
 #include "faces/AirQualityFace.h"
+#include "faces/AppUsageFace.h"
 #include "faces/BatteryFace.h"
 #include "faces/BluetoothFace.h"
 #include "faces/CalendarFace.h"
@@ -66,6 +67,7 @@ FaceRegistry::FaceRegistry()
     add(QStringLiteral("stocks"), std::make_unique<StocksFace>());
     add(QStringLiteral("crypto"), std::make_unique<CryptoFace>());
     add(QStringLiteral("currency"), std::make_unique<CurrencyFace>());
+    add(QStringLiteral("appusage"), std::make_unique<AppUsageFace>());
 }
 
 FaceRegistry::~FaceRegistry() = default;

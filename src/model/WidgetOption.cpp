@@ -191,6 +191,52 @@ QList<WidgetOption> timerOptions() {
          .defaultValue = QStringLiteral("tenSeconds")}};
 }
 
+// The goal measures today in one category whatever the range shown, so it has a note of its own.
+QList<WidgetOption> appUsageOptions() {
+    const auto choice = [](const char* value, const char* key, const char* title) {
+        return WidgetOption::Choice{QLatin1String(value), L(key, QLatin1String(title))};
+    };
+    QList<WidgetOption::Choice> hours;
+    for (int n = 1; n <= 12; ++n) {
+        hours.append({QString::number(n), L("appusage.goal.hours", QStringLiteral("%n h"))
+                                              .replace(QStringLiteral("%n"), QString::number(n))});
+    }
+    return {
+        {.key = QStringLiteral("range"),
+         .title = L("appusage.range", QStringLiteral("Shows")),
+         .type = Type::choice,
+         .choices = {choice("24h", "appusage.range.24h", "24 hours"),
+                     choice("today", "appusage.range.today", "Today"),
+                     choice("7d", "appusage.range.7d", "7 days")},
+         .defaultValue = QStringLiteral("24h")},
+        {.key = QStringLiteral("group"),
+         .title = L("appusage.group", QStringLiteral("Group")),
+         .type = Type::choice,
+         .choices = {choice("apps", "appusage.group.apps", "Apps"),
+                     choice("categories", "appusage.group.categories", "Categories")},
+         .defaultValue = QStringLiteral("apps")},
+        {.key = QStringLiteral("goal"),
+         .title = L("appusage.goal", QStringLiteral("Goal")),
+         .type = Type::choice,
+         .choices = {choice("off", "appusage.goal.off", "Off"),
+                     choice("focus", "appusage.goal.focus", "Focus"),
+                     choice("limit", "appusage.goal.limit", "Limit")},
+         .defaultValue = QStringLiteral("off")},
+        {.key = QStringLiteral("goalHours"),
+         .title = L("appusage.goal.length", QStringLiteral("Goal length")),
+         .type = Type::choice,
+         .choices = hours,
+         .defaultValue = QStringLiteral("2")},
+        {.key = QStringLiteral("every"),
+         .title = L("appusage.every", QStringLiteral("Refresh")),
+         .type = Type::choice,
+         .choices = {choice("10", "appusage.every.10", "Every 10 minutes"),
+                     choice("30", "appusage.every.30", "Every 30 minutes"),
+                     choice("60", "appusage.every.60", "Every hour")},
+         .defaultValue = QStringLiteral("10")},
+    };
+}
+
 QList<WidgetOption> pomodoroOptions() {
     QList<WidgetOption::Choice> rounds;
     for (int n = 2; n <= 8; ++n) {
@@ -420,6 +466,9 @@ QList<WidgetOption> WidgetOption::of(const QString& kind) {
     }
     if (kind == QLatin1String("currency")) {
         return currencyOptions();
+    }
+    if (kind == QLatin1String("appusage")) {
+        return appUsageOptions();
     }
     if (kind == QLatin1String("moon")) {
         return {place(), hourFormat()};

@@ -7,7 +7,7 @@ namespace tw {
 
 enum class AppCategory { work, communication, web, creative, entertainment, other };
 
-inline constexpr RawValues<AppCategory, 6> appCategoryWords(
-    {"work", "communication", "web", "creative", "entertainment", "other"});
+inline constexpr RawValues<AppCategory, 6> appCategoryWords({"work", "communication", "web",
+                                                             "creative", "entertainment", "other"});
 
 } // namespace tw

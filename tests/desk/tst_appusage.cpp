@@ -26,8 +26,8 @@ AppUsageTracker play(const QString& steps) {
         std::optional<AppRef> app;
         if (who != QLatin1String("-")) {
             const QString id = who.section(QLatin1Char(':'), 0, 0);
-            const QString name = who.contains(QLatin1Char(':')) ? who.section(QLatin1Char(':'), 1)
-                                                                : id.toUpper();
+            const QString name =
+                who.contains(QLatin1Char(':')) ? who.section(QLatin1Char(':'), 1) : id.toUpper();
             app = AppRef{.id = id, .name = name};
         }
         tracker.tick(app, hour0 + when.section(QLatin1Char('/'), 0, 0).toDouble(),
@@ -72,8 +72,8 @@ private Q_SLOTS:
         row("299 s idle still counts up to now", "a@0 a@100/299", "a=100", "a");
         row("301 s idle counts to the last input and 300 s, then stops", "a@0 a@100/301", "a=99",
             "");
-        row("after stopping for idle nothing counts until input", "a@0 a@100/301 a@120/321",
-            "a=99", "");
+        row("after stopping for idle nothing counts until input", "a@0 a@100/301 a@120/321", "a=99",
+            "");
         row("input again starts the clock", "a@0 a@100/301 a@120/2 a@140", "a=119", "a");
         row("the first tick after a long stall adds at most 150 s", "a@0 a@3600", "a=150", "a");
         row("a negative idle counts as none", "a@0 a@20/-40", "a=20", "a");
@@ -115,8 +115,9 @@ private Q_SLOTS:
                    hour0 + to);
         QStringList parts;
         for (const auto& [hour, apps] : ledger.buckets()) {
-            parts.append(QStringLiteral("%1:%2").arg(hour - AppUsageLedger::hourOf(hour0)).arg(
-                apps.value(QStringLiteral("a"))));
+            parts.append(QStringLiteral("%1:%2")
+                             .arg(hour - AppUsageLedger::hourOf(hour0))
+                             .arg(apps.value(QStringLiteral("a"))));
         }
         QCOMPARE(parts.join(QLatin1Char(' ')), buckets);
         QCOMPARE(ledger.names().isEmpty(), buckets.isEmpty());
@@ -125,8 +126,8 @@ private Q_SLOTS:
     void prune() {
         AppUsageLedger ledger;
         const double hour = 3600;
-        ledger.add({.id = QStringLiteral("old"), .name = QStringLiteral("Old")},
-                   hour0 - 193 * hour, hour0 - 193 * hour + 60);
+        ledger.add({.id = QStringLiteral("old"), .name = QStringLiteral("Old")}, hour0 - 193 * hour,
+                   hour0 - 193 * hour + 60);
         ledger.add({.id = QStringLiteral("kept"), .name = QStringLiteral("Kept")},
                    hour0 - 192 * hour, hour0 - 192 * hour + 60);
         QVERIFY(ledger.hasExpired(hour0));
@@ -146,8 +147,7 @@ private Q_SLOTS:
         row("equal seconds by name, regardless of case", "zed:zed@0 b:Bee@10 a:apple@20 a:apple@30",
             6, false, "a=10 b=10 zed=10", 30.0);
         row("the total counts rows cut off", "a@0 b@30 c@50 c@60", 1, false, "a=30", 60.0);
-        row("by category", "code@0 web@30 doc@50 doc@60", 6, true, "cat:work=40 cat:web=20",
-            60.0);
+        row("by category", "code@0 web@30 doc@50 doc@60", 6, true, "cat:work=40 cat:web=20", 60.0);
     }
     void summaries() {
         QFETCH(QString, steps);
@@ -191,8 +191,8 @@ private Q_SLOTS:
             ledger.add(app, hour0 - hoursBefore * 3600.0, hour0 - hoursBefore * 3600.0 + 3600);
         }
         const QByteArray stored = ledger.toJson();
-        const QDateTime now = QDateTime::fromSecsSinceEpoch(qint64(hour0) + 1800,
-                                                            QTimeZone(zone.toUtf8()));
+        const QDateTime now =
+            QDateTime::fromSecsSinceEpoch(qint64(hour0) + 1800, QTimeZone(zone.toUtf8()));
         QCOMPARE(ledger.top(6, now, AppUsageRange(range)).total, seconds);
         QCOMPARE(ledger.toJson(), stored);
     }
@@ -231,11 +231,11 @@ private Q_SLOTS:
     }
 
     void goal() {
-        AppUsageSettings settings = AppUsageSettings::read(
-            {{QStringLiteral("goal"), QStringLiteral("limit")},
-             {QStringLiteral("goalHours"), QStringLiteral("3")},
-             {QStringLiteral("range"), QStringLiteral("7d")},
-             {QStringLiteral("every"), QStringLiteral("45")}});
+        AppUsageSettings settings =
+            AppUsageSettings::read({{QStringLiteral("goal"), QStringLiteral("limit")},
+                                    {QStringLiteral("goalHours"), QStringLiteral("3")},
+                                    {QStringLiteral("range"), QStringLiteral("7d")},
+                                    {QStringLiteral("every"), QStringLiteral("45")}});
         QCOMPARE(settings.goalSeconds(), 3 * 3600.0);
         QCOMPARE(settings.everyMinutes, 10);
         const AppUsageLedger ledger = play(QStringLiteral("game@0 code@60 code@200")).ledger;

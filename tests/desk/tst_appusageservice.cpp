@@ -30,22 +30,21 @@ struct Fixture {
     std::unique_ptr<AppUsageService> service;
 
     Fixture() {
-        apps.add(QStringLiteral("xscreensaver"),
-                 {.name = QStringLiteral("XScreenSaver"),
-                  .icon = {},
-                  .category = AppCategory::other,
-                  .isScreenLocker = true});
+        apps.add(QStringLiteral("xscreensaver"), {.name = QStringLiteral("XScreenSaver"),
+                                                  .icon = {},
+                                                  .category = AppCategory::other,
+                                                  .isScreenLocker = true});
         make();
     }
     QString path() const { return dir.filePath(QStringLiteral("app-usage.json")); }
     void make() {
-        service = std::make_unique<AppUsageService>(AppUsageService::Services{
-            .foreground = foreground,
-            .presence = presence,
-            .apps = apps,
-            .clock = clock,
-            .scheduler = scheduler,
-            .path = path()});
+        service =
+            std::make_unique<AppUsageService>(AppUsageService::Services{.foreground = foreground,
+                                                                        .presence = presence,
+                                                                        .apps = apps,
+                                                                        .clock = clock,
+                                                                        .scheduler = scheduler,
+                                                                        .path = path()});
     }
     void show(const WidgetSettings& settings = {}) { service->showTiles({{tile, settings}}); }
     void front(const QString& id, bool self = false) {

@@ -9,8 +9,10 @@
 #include "platform/linux/BluezBluetoothSource.h"
 #include "platform/linux/FreedesktopNotifications.h"
 #include "platform/linux/GeoClueLocationSource.h"
+#include "platform/linux/LinuxUserPresence.h"
 #include "platform/linux/PortalColorScheme.h"
 #include "platform/linux/UPowerPowerSource.h"
+#include "platform/null/FixedDisplays.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -633,6 +635,79 @@ private Q_SLOTS:
         QVERIFY(moveTo(-33.87, 151.21));
         QTRY_COMPARE(resolved.count(), 3);
         QCOMPARE(resolved.last(), (QVariantList{-33.87, 151.21}));
+    }
+
+    void presenceFollowsTheLoginSession() {
+        const QString login = QStringLiteral("org.freedesktop.login1");
+        const QString manager = QStringLiteral("/org/freedesktop/login1");
+        const QString session = QStringLiteral("/org/freedesktop/login1/session/c1");
+        const QString sessionInterface = QStringLiteral("org.freedesktop.login1.Session");
+        QVERIFY(m_bus.startService(
+            login, {QStringLiteral("--session"), QStringLiteral("-t"), QStringLiteral("logind")}));
+        QCOMPARE(SessionBusMock::mockCall(login, manager, QStringLiteral("AddSession"),
+                                          {QStringLiteral("c1"), QStringLiteral("seat0"), 1000U,
+                                           QStringLiteral("robin"), true})
+                     .type(),
+                 QDBusMessage::ReplyMessage);
+        // Found through the session the environment names.
+        qputenv("XDG_SESSION_ID", "c1");
+        test::ManualClock clock;
+        FixedDisplays displays;
+        LinuxUserPresence presence({.x11 = nullptr,
+                                    .logind = QDBusConnection::sessionBus(),
+                                    .session = {},
+                                    .clock = clock,
+                                    .displays = &displays});
+        qunsetenv("XDG_SESSION_ID");
+        const auto update = [&](const QVariantMap& properties) {
+            SessionBusMock::mockCall(login, session, QStringLiteral("UpdateProperties"),
+                                     {sessionInterface, properties});
+        };
+        const auto sleep = [&](bool start) {
+            SessionBusMock::mockCall(login, manager, QStringLiteral("EmitSignal"),
+                                     {QStringLiteral("org.freedesktop.login1.Manager"),
+                                      QStringLiteral("PrepareForSleep"), QStringLiteral("b"),
+                                      QVariantList{start}});
+        };
+        const QList<std::pair<std::function<void()>, bool>> steps{
+            {[&] { call(login, session, sessionInterface, QStringLiteral("Lock"), {}); }, true},
+            {[&] { call(login, session, sessionInterface, QStringLiteral("Unlock"), {}); }, false},
+            {[&] {
+                 update({{QStringLiteral("LockedHint"), true}});
+             },
+             true},
+            {[&] {
+                 update({{QStringLiteral("LockedHint"), false}});
+             },
+             false},
+            {[&] {
+                 update({{QStringLiteral("Active"), false}});
+             },
+             true},
+            {[&] {
+                 update({{QStringLiteral("Active"), true}});
+             },
+             false},
+            {[&] { sleep(true); }, true},
+            {[&] { sleep(false); }, false},
+            {[&] { Q_EMIT displays.screensDidSleep(); }, true},
+            {[&] { Q_EMIT displays.screensDidWake(); }, false},
+        };
+        QSignalSpy changes(&presence, &UserPresence::awayChanged);
+        // The session's properties are read first; nothing is away yet.
+        QTest::qWait(200);
+        QVERIFY(!presence.isAway());
+        for (const auto& [step, away] : steps) {
+            step();
+            QTRY_COMPARE(presence.isAway(), away);
+        }
+        QCOMPARE(changes.count(), steps.size());
+        // Without an X server the session's idle hint tells how long input has been away.
+        QCOMPARE(presence.idleSeconds(), 0.0);
+        const auto since = static_cast<qulonglong>(clock.now().toMSecsSinceEpoch() - 400000) * 1000;
+        update({{QStringLiteral("IdleHint"), true},
+                {QStringLiteral("IdleSinceHint"), QVariant::fromValue(since)}});
+        QTRY_COMPARE(presence.idleSeconds(), 400.0);
     }
 
 private:

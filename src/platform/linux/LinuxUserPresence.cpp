@@ -41,7 +41,8 @@ LinuxUserPresence::LinuxUserPresence(const Services& services, QObject* parent)
     , m_services(services) {
     if (xcb_connection_t* x11 = m_services.x11) {
         m_root = xcb_setup_roots_iterator(xcb_get_setup(x11)).data->root;
-        const xcb_query_extension_reply_t* extension = xcb_get_extension_data(x11, &xcb_screensaver_id);
+        const xcb_query_extension_reply_t* extension =
+            xcb_get_extension_data(x11, &xcb_screensaver_id);
         m_serverIdle = extension != nullptr && extension->present;
     }
     if (const Displays* displays = m_services.displays) {

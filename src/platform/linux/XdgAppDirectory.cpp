@@ -81,7 +81,8 @@ QString XdgAppDirectory::iconFile(const QString& iconName) const {
                 for (const QString& context :
                      sizeDir.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name)) {
                     for (const QString& name : names) {
-                        const QString candidate = sizeDir.filePath(context + QLatin1Char('/') + name);
+                        const QString candidate =
+                            sizeDir.filePath(context + QLatin1Char('/') + name);
                         if (file.isEmpty() && QFileInfo(candidate).isFile()) {
                             file = candidate;
                         }

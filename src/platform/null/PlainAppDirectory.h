@@ -10,7 +10,10 @@ namespace tw {
 class PlainAppDirectory final : public AppDirectory {
 public:
     AppListing listing(const QString& id) const override {
-        return m_known.value(id, AppListing{.name = id, .icon = {}, .category = AppCategory::other, .isScreenLocker = false});
+        return m_known.value(id, AppListing{.name = id,
+                                            .icon = {},
+                                            .category = AppCategory::other,
+                                            .isScreenLocker = false});
     }
 
     QString iconFile(const QString&) const override { return {}; }
