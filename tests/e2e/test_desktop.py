@@ -1112,6 +1112,45 @@ class UpdateCheckTest(HostCase):
     def conf_text(self):
         with open(self.conf_path, encoding="utf-8") as f:
             return f.read()
+class AppTimeTileTest(HostCase):
+    """An App Time tile on the desktop counts the application in front by its window class, and
+    the count is saved to app-usage.json when the last such tile goes; the host's own windows
+    count as nothing."""
+
+    panel_count = 1
+
+    def before_launch(self):
+        tile = {"id": "D0000000-0000-4000-8000-000000000012", "kind": "appusage",
+                "size": "large", "order": 0, "page": 0, "col": 0, "row": 0, "posX": 300,
+                "posY": 500}
+        with open(os.path.join(self.data_dir, "grid.json"), "w", encoding="utf-8") as f:
+            json.dump({"instances": [tile], "pageCount": 1}, f)
+
+    def test_counts_the_window_in_front(self):
+        ledger = os.path.join(self.data_dir, "app-usage.json")
+        self.assertFalse(os.path.exists(ledger))
+        self.helpers.append(subprocess.Popen(["xmessage", "-name", "apptime", "counted"],
+                                             env=self.session.env()))
+        window = self.session.wait_for(lambda: self.session.output(
+            ["xdotool", "search", "--classname", "^apptime$"]).split(), timeout=20)
+        self.assertTrue(window, "the other application's window did not appear")
+        self.session.xdotool("windowactivate", "--sync", window[0])
+        time.sleep(4)
+        tile = self.by_kind("appusage")
+        self.session.xdotool("mousemove", "--sync", *centre(self.panel_of(tile)))
+        # "Remove Widget" is the menu's last entry; the host's own menu ends the stretch.
+        self.choose_last_menu_entry(3)
+        self.settle(lambda: os.path.exists(ledger), "no app-usage.json after the tile went")
+        with open(ledger, encoding="utf-8") as f:
+            saved = json.load(f)
+        seconds = {}
+        for apps in saved["buckets"].values():
+            for app, counted in apps.items():
+                seconds[app] = seconds.get(app, 0) + counted
+        self.assertEqual(list(seconds), ["Xmessage"], saved)
+        self.assertGreater(seconds["Xmessage"], 3, saved)
+        self.assertLess(seconds["Xmessage"], 30, saved)
+        self.assertEqual(saved["names"], {"Xmessage": "Xmessage"})
 
 
 class CustomWidgetFileTest(HostCase):
