@@ -146,7 +146,7 @@ void SpeedTestService::pingAnswered(QNetworkReply* reply, std::chrono::nanosecon
 void SpeedTestService::measure(Phase::Kind direction) {
     const SpeedTestPlan& plan = m_services.plan;
     const bool upload = direction == Phase::Kind::upload;
-    SpeedTransfers::Spec spec{
+    SpeedTransfers::Job job{
         .url = upload ? m_services.endpoints.url(Endpoints::Service::SpeedTest,
                                                  QStringLiteral("/__up"))
                       : downUrl(m_services.endpoints, plan.downloadBytes),
@@ -155,7 +155,7 @@ void SpeedTestService::measure(Phase::Kind direction) {
         .timeout = upload ? plan.uploadTimeout : plan.requestTimeout,
         .failureLimit = plan.failureLimit,
     };
-    m_run->transfers = std::make_unique<SpeedTransfers>(*m_run->network, std::move(spec));
+    m_run->transfers = std::make_unique<SpeedTransfers>(*m_run->network, std::move(job));
     m_run->meter = SpeedMeter();
     m_run->length = upload ? plan.uploadTime : plan.downloadTime;
     m_run->started = m_services.clock.uptime();

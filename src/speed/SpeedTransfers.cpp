@@ -13,10 +13,10 @@ constexpr qint64 readBuffer = 256 * 1024;
 
 } // namespace
 
-SpeedTransfers::SpeedTransfers(QNetworkAccessManager& network, Spec spec, QObject* parent)
+SpeedTransfers::SpeedTransfers(QNetworkAccessManager& network, Job job, QObject* parent)
     : QObject(parent)
     , m_network(network)
-    , m_spec(std::move(spec)) {}
+    , m_job(std::move(job)) {}
 
 SpeedTransfers::~SpeedTransfers() {
     stop();
@@ -44,7 +44,7 @@ QNetworkReply* SpeedTransfers::send(QNetworkAccessManager& network, const QUrl& 
 
 void SpeedTransfers::start() {
     m_stopped = false;
-    for (int i = 0; i < m_spec.parallel; ++i) {
+    for (int i = 0; i < m_job.parallel; ++i) {
         launch();
     }
 }
@@ -60,9 +60,9 @@ void SpeedTransfers::stop() {
 }
 
 void SpeedTransfers::launch() {
-    const bool uploading = !m_spec.upload.isEmpty();
+    const bool uploading = !m_job.upload.isEmpty();
     QNetworkReply* reply =
-        send(m_network, m_spec.url, uploading ? &m_spec.upload : nullptr, m_spec.timeout);
+        send(m_network, m_job.url, uploading ? &m_job.upload : nullptr, m_job.timeout);
     m_replies.append(reply);
     if (uploading) {
         // Counts what left for the line; each reply reports its own running total.
@@ -92,7 +92,7 @@ void SpeedTransfers::drain(QNetworkReply* reply) {
 }
 
 void SpeedTransfers::finished(QNetworkReply* reply) {
-    if (m_spec.upload.isEmpty()) {
+    if (m_job.upload.isEmpty()) {
         drain(reply);
     }
     m_replies.removeOne(reply);
@@ -100,7 +100,7 @@ void SpeedTransfers::finished(QNetworkReply* reply) {
     const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     const bool whole = reply->error() == QNetworkReply::NoError && status >= 200 && status < 300;
     (whole ? m_counter.confirmed : m_counter.failed) += 1;
-    if (!m_stopped && m_counter.failed < m_spec.failureLimit) {
+    if (!m_stopped && m_counter.failed < m_job.failureLimit) {
         launch();
     }
 }

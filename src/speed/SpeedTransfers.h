@@ -19,7 +19,7 @@ namespace tw {
 class SpeedTransfers final : public QObject {
     Q_OBJECT
 public:
-    struct Spec {
+    struct Job {
         QUrl url;
         // Empty for downloads; the body of every upload otherwise.
         QByteArray upload;
@@ -30,7 +30,7 @@ public:
         int failureLimit = 8;
     };
 
-    SpeedTransfers(QNetworkAccessManager& network, Spec spec, QObject* parent = nullptr);
+    SpeedTransfers(QNetworkAccessManager& network, Job job, QObject* parent = nullptr);
     ~SpeedTransfers() override;
 
     void start();
@@ -48,7 +48,7 @@ private:
     void drain(QNetworkReply* reply);
 
     QNetworkAccessManager& m_network;
-    Spec m_spec;
+    Job m_job;
     ByteCounter m_counter;
     QList<QNetworkReply*> m_replies;
     bool m_stopped = true;
