@@ -1,5 +1,6 @@
 // The app time ledger and its tracker as plain values: what a stretch in front adds, where idle
 // time and gaps cut it off, how the summaries sort and what the file keeps.
+#include "LedgerTotals.h"
 #include "TestRows.h"
 #include "desk/AppUsageTracker.h"
 #include "desk/AppUsageView.h"
@@ -34,21 +35,6 @@ AppUsageTracker play(const QString& steps) {
                      when.section(QLatin1Char('/'), 1).toDouble());
     }
     return tracker;
-}
-
-// "id=seconds …", summed over every hour, sorted by id.
-QString totals(const AppUsageLedger& ledger) {
-    QMap<QString, double> sums;
-    for (const auto& [hour, apps] : ledger.buckets()) {
-        for (auto app = apps.cbegin(); app != apps.cend(); ++app) {
-            sums[app.key()] += app.value();
-        }
-    }
-    QStringList parts;
-    for (auto sum = sums.cbegin(); sum != sums.cend(); ++sum) {
-        parts.append(sum.key() + QLatin1Char('=') + QString::number(sum.value()));
-    }
-    return parts.join(QLatin1Char(' '));
 }
 
 QString rowsOf(const AppUsageSummary& summary) {

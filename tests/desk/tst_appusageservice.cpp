@@ -1,6 +1,7 @@
 // The app time service on a manual clock with an application in front and idle time set by the
 // test: it counts only while a tile is shown and the person is there, and keeps its file.
 #include "Files.h"
+#include "LedgerTotals.h"
 #include "ManualScheduler.h"
 #include "TestRows.h"
 #include "desk/AppUsageService.h"
@@ -74,20 +75,6 @@ struct Fixture {
         }
     }
 };
-
-QString totals(const AppUsageLedger& ledger) {
-    QMap<QString, double> sums;
-    for (const auto& [hour, apps] : ledger.buckets()) {
-        for (auto app = apps.cbegin(); app != apps.cend(); ++app) {
-            sums[app.key()] += app.value();
-        }
-    }
-    QStringList parts;
-    for (auto sum = sums.cbegin(); sum != sums.cend(); ++sum) {
-        parts.append(sum.key() + QLatin1Char('=') + QString::number(sum.value()));
-    }
-    return parts.join(QLatin1Char(' '));
-}
 
 QString stored(const QString& path) {
     const std::optional<AppUsageLedger> ledger = AppUsageLedger::fromJson(readFile(path));
