@@ -313,6 +313,7 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .speedTest = m_speedTest.get(),
         .market = m_market.get(),
         .appUsage = m_appUsage.get(),
+        .behaviours = &m_behaviours,
     });
     // A timer that ends where nobody sees it says so in a notification.
     m_desk->setInView([this](const QUuid& id) { return m_controller->isInView(id); });

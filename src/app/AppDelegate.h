@@ -4,6 +4,7 @@
 #pragma once
 
 #include "config/ConfigSection.h"
+#include "model/TileBehaviour.h"
 #include "net/Endpoints.h"
 #include "platform/PlatformServices.h"
 #include "platform/ScheduledTask.h"
@@ -182,6 +183,9 @@ private:
     std::unique_ptr<FaceRegistry> m_faces;
     std::unique_ptr<WallpaperBackdrop> m_backdrop;
     std::unique_ptr<DesktopWallpaper> m_wallpaper;
+    // The behaviours of kinds with state of their own, all added before the desktop, which
+    // connects to each when it is made.
+    TileBehaviours m_behaviours;
     std::unique_ptr<DesktopController> m_controller;
     // Before the status item and the window, which show its notices.
     std::unique_ptr<NoticeService> m_notices;

@@ -24,7 +24,9 @@
 #include "tick/TickCoordinator.h"
 #include "weather/WeatherServices.h"
 
+#include <QAction>
 #include <QLoggingCategory>
+#include <QMenu>
 #include <QScopedValueRollback>
 #include <QSet>
 #include <QWindow>
@@ -67,6 +69,7 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
                  .speedTest = services.speedTest ? &services.speedTest->board() : nullptr,
                  .market = services.market ? &services.market->board() : nullptr,
                  .appUsage = services.appUsage ? &services.appUsage->board() : nullptr,
+                 .behaviours = services.behaviours,
                  .scheduler = &services.scheduler,
                  .clock = &services.clock})
     , m_follower({.displays = services.displays,
@@ -117,6 +120,23 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
                 }
             }
         });
+    }
+    if (m_services.behaviours != nullptr) {
+        for (const QString& kind : m_services.behaviours->kinds()) {
+            connect(m_services.behaviours->find(kind), &TileBehaviour::changed, this,
+                    [this, kind](const QUuid& changed) {
+                        for (auto& [id, tile] : m_tiles) {
+                            if (tile.instance.kind != kind ||
+                                (!changed.isNull() && id != changed)) {
+                                continue;
+                            }
+                            m_content.applyPace(tile);
+                            if (tile.panel->isVisible() && !tile.state->occluded()) {
+                                tile.panel->contentChanged();
+                            }
+                        }
+                    });
+        }
     }
     if (CalendarHub* calendar = m_services.calendar) {
         connect(&m_services.ticker, &TickCoordinator::nowChanged, calendar,
@@ -285,6 +305,7 @@ void DesktopController::sync() {
         applyStackVisibility();
         updateDesktopActive();
         followAppUsage();
+        followBehaviours();
     }
     Q_EMIT synced();
 }
@@ -312,7 +333,43 @@ void DesktopController::follow(const WidgetInstance& instance) {
 
 bool DesktopController::isTypedInto(const QString& kind) const {
     const auto definition = m_services.registry.definition(kind);
-    return definition && definition->metadata.typedInto;
+    const TileBehaviour* behaviour = behaviourOf(kind);
+    return (definition && definition->metadata.typedInto) ||
+           (behaviour != nullptr && behaviour->takesKeys());
+}
+
+TileBehaviour* DesktopController::behaviourOf(const QString& kind) const {
+    return m_services.behaviours != nullptr ? m_services.behaviours->find(kind) : nullptr;
+}
+
+void DesktopController::connectBehaviour(DesktopPanel& panel, const QUuid& id,
+                                         const QString& kind) {
+    TileBehaviour* behaviour = behaviourOf(kind);
+    if (behaviour == nullptr) {
+        return;
+    }
+    // The instance as the grid has it at the moment of the event, not as it was at spawn.
+    const auto current = [this, id] { return m_services.grid.instance(id); };
+    panel.onKey = [behaviour, current](const TileBehaviour::Key& key) {
+        const auto instance = current();
+        return instance && behaviour->key(*instance, key);
+    };
+    panel.onFocusChange = [behaviour, current](bool focused) {
+        if (const auto instance = current()) {
+            behaviour->focusChanged(*instance, focused);
+        }
+    };
+    if (behaviour->takesDrops()) {
+        panel.setAcceptDrops(true);
+        panel.acceptsDrop = [behaviour, current](const QMimeData& data) {
+            const auto instance = current();
+            return instance && behaviour->acceptsDrop(*instance, data);
+        };
+        panel.onDrop = [behaviour, current](const QMimeData& data) {
+            const auto instance = current();
+            return instance && behaviour->drop(*instance, data);
+        };
+    }
 }
 
 void DesktopController::spawn(const WidgetInstance& instance) {
@@ -364,6 +421,7 @@ void DesktopController::spawn(const WidgetInstance& instance) {
     for (auto signal : {&PanelState::hoveringChanged, &PanelState::occludedChanged}) {
         connect(state, signal, panel, [this, id] { m_content.applyPace(m_tiles.at(id)); });
     }
+    connectBehaviour(*panel, id, instance.kind);
     m_windows.insert(static_cast<QObject*>(panel->windowHandle()), id);
     m_content.refresh(m_tiles.emplace(id, std::move(tile)).first->second);
 }
@@ -440,6 +498,7 @@ void DesktopController::refreshOcclusion() {
 
 void DesktopController::updateDemand() {
     // A weather or custom tile just come into view is served without waiting for the next tick.
+    followBehaviours();
     refreshWeather();
     refreshCustom();
     refreshCalendar();
@@ -551,6 +610,29 @@ void DesktopController::followAppUsage() {
     appUsage->showTiles(tiles);
 }
 
+void DesktopController::followBehaviours() {
+    if (m_services.behaviours == nullptr) {
+        return;
+    }
+    QHash<QString, QList<BehaviourTile>> tiles;
+    for (const QString& kind : m_services.behaviours->kinds()) {
+        tiles.insert(kind, {});
+    }
+    for (const auto& [id, tile] : m_tiles) {
+        const auto found = tiles.find(tile.instance.kind);
+        if (found != tiles.end()) {
+            found->append({.instance = tile.instance, .inView = isInView(id)});
+        }
+    }
+    for (auto it = tiles.cbegin(); it != tiles.cend(); ++it) {
+        const auto known = m_behaviourTiles.constFind(it.key());
+        if (known == m_behaviourTiles.cend() || *known != it.value()) {
+            m_behaviourTiles.insert(it.key(), it.value());
+            m_services.behaviours->find(it.key())->setTiles(it.value());
+        }
+    }
+}
+
 void DesktopController::handleDragEnded(const QUuid& draggedID) {
     m_draggingID.reset();
     const auto found = m_tiles.find(draggedID);
@@ -585,11 +667,17 @@ bool DesktopController::handlePlainClick(const QUuid& id, QPointF point) {
             return true;
         }
     }
+    const auto shown = m_tiles.find(id);
+    // A kind with a behaviour of its own takes the click first, with the control under it.
+    if (TileBehaviour* behaviour = behaviourOf(instance->kind);
+        behaviour != nullptr && shown != m_tiles.end() &&
+        behaviour->press(*instance, shown->second.panel->spotAt(point).command)) {
+        return true;
+    }
     if (isTypedInto(instance->kind)) {
         return false;
     }
     // A face that can show nothing until the person chooses something opens its settings.
-    const auto shown = m_tiles.find(id);
     if (shown != m_tiles.end() && widgetSettingsOpener &&
         m_services.faces.face(instance->kind)
             .opensSettingsOnClick(shown->second.panel->context())) {
@@ -658,7 +746,7 @@ QMenu* DesktopController::contextMenu(const QUuid& id) {
     }
     const QUuid stackID = instance->stackID.value_or(QUuid());
     GridStore& grid = m_services.grid;
-    return PanelContextMenu::build(
+    QMenu* menu = PanelContextMenu::build(
         PanelContextMenu::Facts::of(*instance, m_services.registry, grid,
                                     m_services.theme.glassStyle()),
         {
@@ -677,6 +765,29 @@ QMenu* DesktopController::contextMenu(const QUuid& id) {
             .remove = [&grid, id] { grid.remove(id); },
         },
         this);
+    addBehaviourItems(*menu, *instance);
+    return menu;
+}
+
+void DesktopController::addBehaviourItems(QMenu& menu, const WidgetInstance& instance) {
+    TileBehaviour* behaviour = behaviourOf(instance.kind);
+    const QList<TileBehaviour::MenuItem> items =
+        behaviour != nullptr ? behaviour->menuItems(instance) : QList<TileBehaviour::MenuItem>();
+    if (items.isEmpty()) {
+        return;
+    }
+    QAction* first = menu.actions().value(0);
+    const QUuid id = instance.id;
+    for (const TileBehaviour::MenuItem& item : items) {
+        auto* action = new QAction(item.title, &menu);
+        connect(action, &QAction::triggered, this, [this, behaviour, id, command = item.command] {
+            if (const auto current = m_services.grid.instance(id)) {
+                behaviour->press(*current, command);
+            }
+        });
+        menu.insertAction(first, action);
+    }
+    menu.insertSeparator(first);
 }
 
 void DesktopController::setWidgetSize(const QUuid& id, WidgetSize size) {

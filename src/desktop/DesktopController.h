@@ -15,6 +15,7 @@
 #include "grid/StackFronts.h"
 #include "grid/StackScrollGesture.h"
 #include "look/ThemeStore.h"
+#include "model/TileBehaviour.h"
 #include "platform/ScheduledTask.h"
 #include "tick/PaintLedger.h"
 
@@ -104,6 +105,8 @@ public:
         // Counts app time while an app time tile is on the desktop; without it they say nothing
         // was counted.
         AppUsageService* appUsage = nullptr;
+        // What kinds with state of their own do with typing, clicks, drops and being in view.
+        TileBehaviours* behaviours = nullptr;
     };
 
     static constexpr std::chrono::milliseconds occlusionDebounce{150};
@@ -176,6 +179,13 @@ private:
     void refreshMarket();
     // Tells the app time service which of its tiles are on the desktop.
     void followAppUsage();
+    // Tells each kind's behaviour its tiles and which of them are in view, when that changed.
+    void followBehaviours();
+    TileBehaviour* behaviourOf(const QString& kind) const;
+    // Wires a new panel's typing, focus and drops to its kind's behaviour.
+    void connectBehaviour(DesktopPanel& panel, const QUuid& id, const QString& kind);
+    // A behaviour's own entries at the head of a tile's context menu.
+    void addBehaviourItems(QMenu& menu, const WidgetInstance& instance);
     QList<DropDecision::Tile> shownTiles(const QUuid& except) const;
 
     Services m_services;
@@ -189,6 +199,7 @@ private:
     LiquidRenderQueue m_lenses;
     PaintLedger m_paints;
     std::map<QUuid, DesktopTile> m_tiles;
+    QHash<QString, QList<BehaviourTile>> m_behaviourTiles;
     QHash<QObject*, QUuid> m_windows;
     StackScrollGesture m_stackScroll;
     ScheduledTask m_occlusionTask;

@@ -12,6 +12,8 @@
 
 #include <QContextMenuEvent>
 #include <QCursor>
+#include <QDropEvent>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
@@ -42,6 +44,9 @@ DesktopPanel::DesktopPanel(const QUuid& instanceID, DesktopWindowing& windowing,
     setWindowTitle(QStringLiteral("Tarnwick"));
     // Tools that look at windows (and the end-to-end tests) find a tile's panel by its role.
     setWindowRole(instanceID.toString(QUuid::WithoutBraces));
+    if (focus == DesktopWindowing::Focus::WhenClicked) {
+        setFocusPolicy(Qt::ClickFocus);
+    }
     winId();
     m_windowing.prepare(windowHandle(), focus);
 }
@@ -427,6 +432,47 @@ void DesktopPanel::wheelEvent(QWheelEvent* event) {
     }
     scroll.at = m_clock.uptime();
     event->setAccepted(onScroll(scroll));
+}
+
+void DesktopPanel::keyPressEvent(QKeyEvent* event) {
+    const TileBehaviour::Key key{
+        .key = event->key(), .modifiers = event->modifiers(), .text = event->text()};
+    if (!onKey || !onKey(key)) {
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void DesktopPanel::focusInEvent(QFocusEvent* event) {
+    if (onFocusChange) {
+        onFocusChange(true);
+    }
+    QWidget::focusInEvent(event);
+}
+
+void DesktopPanel::focusOutEvent(QFocusEvent* event) {
+    if (onFocusChange) {
+        onFocusChange(false);
+    }
+    QWidget::focusOutEvent(event);
+}
+
+void DesktopPanel::dragEnterEvent(QDragEnterEvent* event) {
+    event->setAccepted(acceptsDrop && event->mimeData() != nullptr &&
+                       acceptsDrop(*event->mimeData()));
+}
+
+void DesktopPanel::dragMoveEvent(QDragMoveEvent* event) {
+    event->setAccepted(acceptsDrop && event->mimeData() != nullptr &&
+                       acceptsDrop(*event->mimeData()));
+}
+
+void DesktopPanel::dropEvent(QDropEvent* event) {
+    const bool taken = onDrop && event->mimeData() != nullptr && onDrop(*event->mimeData());
+    if (taken) {
+        event->acceptProposedAction();
+    } else {
+        event->ignore();
+    }
 }
 
 WidgetFace::Spot DesktopPanel::spotAt(QPointF point) const {

@@ -8,6 +8,7 @@
 #include "faces/WidgetFace.h"
 #include "grid/StackScrollGesture.h"
 #include "model/Metrics.h"
+#include "model/TileBehaviour.h"
 #include "platform/DesktopWindowing.h"
 
 #include <QPointer>
@@ -103,6 +104,14 @@ public:
     std::function<bool(const StackScrollGesture::Event&)> onScroll;
     // After each paint, with the time it took.
     std::function<void(std::chrono::nanoseconds)> onPainted;
+    // Typing into a tile that takes the keyboard, and its focus coming and going; true when the
+    // key was used.
+    std::function<bool(const TileBehaviour::Key&)> onKey;
+    std::function<void(bool)> onFocusChange;
+    // Whether something dragged over the tile is welcome, and taking it; drops reach a panel
+    // only once it accepts them.
+    std::function<bool(const QMimeData&)> acceptsDrop;
+    std::function<bool(const QMimeData&)> onDrop;
 
 Q_SIGNALS:
     // A slide reached its end.
@@ -122,6 +131,12 @@ protected:
     void hideEvent(QHideEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     void paintTile(const QRect& dirty);

@@ -58,6 +58,7 @@ void TileContent::refresh(DesktopTile& tile) const {
     context.speedTest = m_services.speedTest;
     context.market = m_services.market;
     context.appUsage = m_services.appUsage;
+    context.behaviours = m_services.behaviours;
     tile.feeds = feedsOf(tile, face, context.settings);
     tile.showsWeather = face.showsWeather(context.settings);
     tile.showsCalendar = face.showsCalendar(context.settings);

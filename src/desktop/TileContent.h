@@ -22,6 +22,7 @@ class SymbolProvider;
 class TickCoordinator;
 class WidgetRegistry;
 struct AppUsageBoard;
+class TileBehaviours;
 struct CalendarBoard;
 struct CustomBoard;
 struct DeskBoard;
@@ -62,6 +63,9 @@ public:
         const MarketBoard* market = nullptr;
         // What each app time tile shows; without it they say nothing was counted.
         const AppUsageBoard* appUsage = nullptr;
+        // The behaviours of kinds that keep state of their own; without them their faces draw a
+        // sample.
+        const TileBehaviours* behaviours = nullptr;
         // What runs animated scenes; without them every scene stands still.
         Scheduler* scheduler = nullptr;
         const Clock* clock = nullptr;

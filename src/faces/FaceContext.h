@@ -10,6 +10,7 @@
 #include "faces/SurfaceFlags.h"
 #include "look/Theme.h"
 #include "market/MarketBoard.h"
+#include "model/TileBehaviour.h"
 #include "model/WidgetInstance.h"
 #include "model/WidgetMetadata.h"
 #include "model/WidgetSize.h"
@@ -80,6 +81,9 @@ struct FaceContext {
     const MarketBoard* market = nullptr;
     // What each app time tile shows; null where nothing was counted, and the tile then says so.
     const AppUsageBoard* appUsage = nullptr;
+    // The desktop's behaviours of kinds that keep state of their own (a note's text, the
+    // clipboard's clippings); null in pictures, previews and the gallery, which draw a sample.
+    const TileBehaviours* behaviours = nullptr;
 
     // Size, scale and settings of one instance; the rest keeps its defaults for the host to fill.
     static FaceContext forInstance(const WidgetMetadata& metadata, const WidgetInstance& instance);
@@ -89,6 +93,11 @@ struct FaceContext {
     static FaceContext forKind(const WidgetMetadata& metadata, WidgetSize size);
 
     const QString& kind() const { return metadata.kind; }
+    // The behaviour of this kind as its own class, or null where there is none.
+    template <class T>
+    const T* behaviour() const {
+        return behaviours != nullptr ? behaviours->as<T>(kind()) : nullptr;
+    }
 
     // The settings value of `key`, or `fallback` when it is absent or empty.
     QString setting(const QString& key, const QString& fallback = {}) const;

@@ -35,6 +35,8 @@ public:
         std::optional<MediaCommand> media;
         // A reminder whose check mark is there: a press marks it done, or open again.
         std::optional<ReminderItem> reminder;
+        // A control of a kind with a behaviour of its own, which the click hands it by name.
+        QString command;
     };
 
     virtual ~WidgetFace() = default;

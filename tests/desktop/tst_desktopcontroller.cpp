@@ -30,8 +30,11 @@
 #include "weather/WeatherServices.h"
 
 #include <QCursor>
+#include <QDropEvent>
 #include <QEnterEvent>
+#include <QKeyEvent>
 #include <QMenu>
+#include <QMimeData>
 #include <QPainter>
 #include <QTemporaryDir>
 #include <QTest>
@@ -92,6 +95,50 @@ private:
     QUrl m_link;
 };
 
+// A face whose top-left quarter is the control "empty".
+class CommandFace final : public WidgetFace {
+public:
+    std::optional<TimeGrain> grain(WidgetSize, const WidgetSettings&) const override {
+        return std::nullopt;
+    }
+    void paint(QPainter&, const QRectF&, const FaceContext&) const override {}
+    Spot spotAt(const QRectF& rect, QPointF point, const FaceContext&) const override {
+        Spot spot;
+        if (QRectF(rect.topLeft(), rect.size() / 2).contains(point)) {
+            spot.command = QStringLiteral("empty");
+        }
+        return spot;
+    }
+};
+
+// Writes down what the desktop tells it; takes only the "empty" control, keys and drops of text.
+class RecordingBehaviour final : public TileBehaviour {
+public:
+    QList<QList<BehaviourTile>> tiles;
+    QStringList events;
+    void setTiles(const QList<BehaviourTile>& now) override { tiles << now; }
+    bool press(const WidgetInstance&, const QString& command) override {
+        events << u"press "_s + command;
+        return command == u"empty"_s;
+    }
+    bool takesKeys() const override { return true; }
+    bool key(const WidgetInstance&, const Key& key) override {
+        events << u"key "_s + key.text;
+        return true;
+    }
+    bool takesDrops() const override { return true; }
+    bool acceptsDrop(const WidgetInstance&, const QMimeData& data) const override {
+        return data.hasText();
+    }
+    bool drop(const WidgetInstance&, const QMimeData& data) override {
+        events << u"drop "_s + data.text();
+        return true;
+    }
+    QList<MenuItem> menuItems(const WidgetInstance&) const override {
+        return {{.title = u"Empty Trash"_s, .command = u"empty-all"_s}};
+    }
+};
+
 // The catalogue entries of the custom kinds the runtime knows, as the store would give them.
 class BoardDefinitions final : public CustomWidgetDefinitions {
 public:
@@ -137,6 +184,8 @@ struct Fixture {
                              .defaults = defaults,
                              .location = nullptr}};
     CustomWidgetRuntime custom{http, clock, &readings.board()};
+    RecordingBehaviour trash;
+    TileBehaviours behaviours;
     std::unique_ptr<ThemeStore> theme;
     std::unique_ptr<TickCoordinator> ticker;
     std::unique_ptr<MinuteCoordinator> minutes;
@@ -146,6 +195,7 @@ struct Fixture {
     Fixture() {
         qputenv("TKW_APP_SUPPORT_DIR", dir.path().toUtf8());
         customDefinitions.board = &custom.board();
+        behaviours.add(u"trash"_s, &trash);
         theme = std::make_unique<ThemeStore>(defaults, clock,
                                              dir.filePath(QStringLiteral("theme.json")));
         ticker = std::make_unique<TickCoordinator>(scheduler, clock, clock);
@@ -170,6 +220,7 @@ struct Fixture {
             .readings = &readings,
             .weather = &weather,
             .custom = &custom,
+            .behaviours = &behaviours,
         });
         controller->show();
     }
@@ -661,6 +712,51 @@ private Q_SLOTS:
         QTEST(f.workspace.requests(), "opened");
         QCOMPARE(f.controller->panel(tile->id)->spotAt({22 + at.x(), 118 - at.y()}).help,
                  topLeft ? u"help"_s : QString());
+    }
+
+    // A kind with a behaviour of its own learns its tiles and which are in view, and takes the
+    // clicks, keys, drops and menu entries of its tiles.
+    void aBehaviourTakesItsTiles() {
+        Fixture f;
+        f.useFace("trash", std::make_unique<CommandFace>());
+        const auto tile =
+            f.grid->addFree(u"trash"_s, WidgetSize::small, std::nullopt, QPointF(1500, 900));
+        QVERIFY(tile);
+        QCOMPARE(f.trash.tiles.last(), (QList<BehaviourTile>{{*tile, true}}));
+        f.cover(tile->id, true);
+        QCOMPARE(f.trash.tiles.last(), (QList<BehaviourTile>{{*tile, false}}));
+        const qsizetype told = f.trash.tiles.size();
+        f.cover(tile->id, true);
+        QCOMPARE(f.trash.tiles.size(), told);
+
+        const QRectF inside = TileRenderer::contentRect(
+            QSizeF(96, 96), TileShape::of(f.registry.definition(u"trash"_s)->metadata));
+        // Internal orientation: y up from the panel's bottom edge, 22 points of margin.
+        const QPointF control = inside.topLeft() + QPointF(4, 4);
+        const QPointF elsewhere = inside.bottomRight() - QPointF(4, 4);
+        QVERIFY(f.controller->handlePlainClick(tile->id, {22 + control.x(), 118 - control.y()}));
+        QVERIFY(
+            !f.controller->handlePlainClick(tile->id, {22 + elsewhere.x(), 118 - elsewhere.y()}));
+        DesktopPanel& panel = *f.controller->panel(tile->id);
+        QCOMPARE(panel.focusPolicy(), Qt::ClickFocus);
+        QKeyEvent key(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, u"a"_s);
+        QCoreApplication::sendEvent(&panel, &key);
+        QMimeData text;
+        text.setText(u"note"_s);
+        QDragEnterEvent enter(QPoint(60, 60), Qt::CopyAction, &text, Qt::LeftButton,
+                              Qt::NoModifier);
+        QCoreApplication::sendEvent(&panel, &enter);
+        QVERIFY(enter.isAccepted());
+        QDropEvent drop(QPointF(60, 60), Qt::CopyAction, &text, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&panel, &drop);
+        std::unique_ptr<QMenu> menu(f.controller->contextMenu(tile->id));
+        QCOMPARE(menu->actions().first()->text(), u"Empty Trash"_s);
+        menu->actions().first()->trigger();
+        QCOMPARE(f.trash.events, (QStringList{u"press empty"_s, u"press "_s, u"key a"_s,
+                                              u"drop note"_s, u"press empty-all"_s}));
+
+        f.grid->remove(tile->id);
+        QCOMPARE(f.trash.tiles.last(), QList<BehaviourTile>());
     }
 
     // The veil lifts 8 s after it fell at the latest, the panels 0.35 s later; a panel covered
