@@ -1,9 +1,11 @@
 // The quote answers: whatever bytes arrive, a share's quote has a positive price, a capped series
 // of positive closes and a percentage only with a previous close; coins only those asked for,
-// each priced; rates only under the base asked for, with positive rates under currency codes.
+// each priced; rates only under the base asked for, with positive rates under currency codes; a
+// symbol search offers at most eight symbols, each once, with nothing blank or spaced in them.
 #include "Require.h"
 #include "market/CryptoQuote.h"
 #include "market/CurrencyRates.h"
+#include "market/QuoteSuggestion.h"
 #include "market/StockQuote.h"
 
 #include <QByteArray>
@@ -30,6 +32,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         }
         require(quote->percent().has_value() == (quote->previousClose > 0),
                 "a percentage without a previous close");
+    }
+
+    const QList<tw::QuoteSuggestion> matches = tw::QuoteSuggestion::fromStockSearch(bytes);
+    require(matches.size() <= tw::QuoteSuggestion::mostShown, "matches past the cap");
+    QStringList symbols;
+    for (const tw::QuoteSuggestion& match : matches) {
+        require(!match.value.isEmpty() && !match.value.contains(QLatin1Char(' ')),
+                "a symbol no chart can be asked for");
+        require(!symbols.contains(match.value), "a symbol offered twice");
+        symbols << match.value;
     }
 
     const QStringList ids{QStringLiteral("bitcoin"), QStringLiteral("ethereum")};

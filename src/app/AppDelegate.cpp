@@ -668,6 +668,10 @@ ConfigContext AppDelegate::makeConfigContext() {
         m_market->check(kind, key, text, settings, m_clocks.system.now(), requester,
                         std::move(done));
     };
+    context.suggestQuotes = [this](const QString& kind, const QString& text,
+                                   const QObject* requester, ConfigContext::QuotesFound done) {
+        m_market->suggest(kind, text, requester, std::move(done));
+    };
     context.relaunch = [] {
         const std::unique_ptr<Relauncher> relauncher = PlatformServices::makeRelauncher();
         // The files this start was handed have been opened; the next start must not open them.

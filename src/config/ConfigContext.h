@@ -4,6 +4,7 @@
 
 #include "look/Theme.h"
 #include "market/QuoteCheck.h"
+#include "market/QuoteSuggestion.h"
 #include "model/WidgetInstance.h"
 #include "model/WidgetOption.h"
 #include "model/WidgetSize.h"
@@ -141,6 +142,14 @@ struct ConfigContext {
                        const WidgetSettings& settings, const QObject* requester,
                        std::function<void(const QuoteCheck&)> done)>
         checkQuote = {};
+    // The matches or why there are none (the person's words).
+    using QuotesFound =
+        std::function<void(const QList<QuoteSuggestion>& matches, const QString& failure)>;
+    // What `text` typed as the symbol of a tile of `kind` may mean; the answer never comes once
+    // `requester` is gone. None leaves the suggestions out.
+    std::function<void(const QString& kind, const QString& text, const QObject* requester,
+                       QuotesFound done)>
+        suggestQuotes = {};
 
     // The person's custom widgets; without them the window leaves their editor out. Without the
     // runtime (what fetches their sources) the editor cannot test a source.

@@ -146,10 +146,10 @@ QPushButton#flat:hover { background: @hover; }
 QLineEdit#gallery-search { padding: 7px 10px; border-radius: 9px; font-size: 14px; }
 QLineEdit#gallery-search:focus { padding: 6px 9px; }
 QLabel#cardName { font-size: 14px; font-weight: 600; }
-QPushButton#placeResult { background: transparent; border: none; border-radius: 7px; padding: 0; text-align: left; }
-QPushButton#placeResult:hover { background: @hover; }
-QPushButton#placeResult:focus { border: 1px solid @accent; }
-QLabel#placeName { font-weight: 600; }
+QPushButton#suggestion { background: transparent; border: none; border-radius: 7px; padding: 0; text-align: left; }
+QPushButton#suggestion:hover { background: @hover; }
+QPushButton#suggestion:focus { border: 1px solid @accent; }
+QLabel#suggestionTitle { font-weight: 600; }
 QLabel#emptyTitle { font-size: 17px; font-weight: 600; }
 QPushButton#chip { background: transparent; border: 1px solid @fieldBorder; border-radius: 13px; padding: 4px 13px; min-height: 16px; }
 QPushButton#chip:hover { background: @hover; }

@@ -1,6 +1,7 @@
 #include "config/PlaceField.h"
 
 #include "config/SettingsCard.h"
+#include "config/SuggestionButton.h"
 #include "platform/Scheduler.h"
 #include "text/L.h"
 #include "weather/GeoSuggestion.h"
@@ -23,36 +24,6 @@ constexpr int kMostText = 100;
 std::optional<FixedLocation> keptCity(WidgetSettings settings, const QString& key) {
     settings.insert(key, customValue);
     return FixedLocation::fromSettings(settings);
-}
-
-// A button as tall as its two lines, which a push button's own size leaves out.
-class ResultButton final : public QPushButton {
-public:
-    using QPushButton::QPushButton;
-    QSize sizeHint() const override { return layout()->totalSizeHint(); }
-    QSize minimumSizeHint() const override { return layout()->totalMinimumSize(); }
-};
-
-QPushButton* resultButton(const GeoSuggestion& place) {
-    auto* button = new ResultButton();
-    button->setObjectName(QStringLiteral("placeResult"));
-    button->setCursor(Qt::PointingHandCursor);
-    const QString detail = place.detail();
-    button->setAccessibleName(detail.isEmpty() ? place.name
-                                               : place.name + QStringLiteral(", ") + detail);
-    auto* lines = new QVBoxLayout(button);
-    lines->setContentsMargins(10, 5, 10, 5);
-    lines->setSpacing(1);
-    auto* name = new QLabel(place.name, button);
-    name->setObjectName(QStringLiteral("placeName"));
-    lines->addWidget(name);
-    if (!detail.isEmpty()) {
-        lines->addWidget(caption(detail, button));
-    }
-    for (QLabel* label : button->findChildren<QLabel*>()) {
-        label->setAttribute(Qt::WA_TransparentForMouseEvents);
-    }
-    return button;
 }
 
 } // namespace
@@ -209,7 +180,7 @@ void PlaceField::answer(const QString& text, const QList<GeoSuggestion>& places,
         return;
     }
     for (const GeoSuggestion& place : places) {
-        QPushButton* button = resultButton(place);
+        QPushButton* button = suggestionButton(place.name, place.detail());
         connect(button, &QPushButton::clicked, this, [this, place] {
             m_awaitingCity = false;
             m_search->clear();

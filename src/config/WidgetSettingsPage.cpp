@@ -243,7 +243,14 @@ void WidgetSettingsPage::addOptions(const QString& kind) {
                     m_context.checkQuote(kind, key, text, settings, requester, std::move(done));
                 };
             }
-            auto* quote = new QuoteField(std::move(check));
+            QuoteField::Suggest suggest;
+            if (m_context.suggestQuotes) {
+                suggest = [this, kind](const QString& text, const QObject* requester,
+                                       QuoteField::Found done) {
+                    m_context.suggestQuotes(kind, text, requester, std::move(done));
+                };
+            }
+            auto* quote = new QuoteField(std::move(check), std::move(suggest), m_context.scheduler);
             connect(quote, &QuoteField::chosen, this,
                     [this, key = option.key](const QString& value) { setOption(key, value); });
             control = quote;

@@ -58,6 +58,17 @@ void MarketServices::refresh(const MarketDemand& inView, const QDateTime& now) {
     }
 }
 
+void MarketServices::suggest(const QString& kind, const QString& text, const QObject* requester,
+                             StockService::Found done) {
+    if (kind == QLatin1String("stocks")) {
+        m_stocks.search(text, requester, std::move(done));
+    } else if (kind == QLatin1String("crypto")) {
+        done(QuoteSuggestion::coinsMatching(text), {});
+    } else {
+        done({}, {});
+    }
+}
+
 void MarketServices::check(const QString& kind, const QString& key, const QString& text,
                            const WidgetSettings& settings, const QDateTime& now,
                            const QObject* requester, Checked done) {

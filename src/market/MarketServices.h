@@ -37,6 +37,12 @@ public:
                const WidgetSettings& settings, const QDateTime& now, const QObject* requester,
                Checked done);
 
+    // What `text` typed as the symbol of a tile of `kind` may mean: the service's search for
+    // shares, the table for coins, nothing for currencies; `done` runs once, unless `requester`
+    // goes first.
+    void suggest(const QString& kind, const QString& text, const QObject* requester,
+                 StockService::Found done);
+
 Q_SIGNALS:
     void boardChanged();
 

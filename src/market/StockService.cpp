@@ -51,6 +51,36 @@ void StockService::refreshIfStale(const QString& symbol, const QDateTime& now, b
                      [this, key](const HttpResponse& response) { take(key, response); });
 }
 
+void StockService::search(const QString& text, const QObject* requester, Found done) {
+    const QString wanted = text.simplified();
+    if (wanted.isEmpty()) {
+        done({}, {});
+        return;
+    }
+    HttpRequest request;
+    request.url =
+        m_fetch.endpoints.url(Endpoints::Service::Stocks, QStringLiteral("/v1/finance/search"));
+    // Encoded by hand: a "+" or "&" in what was typed must reach the service as typed.
+    const QByteArray query = "q=" + QUrl::toPercentEncoding(wanted) +
+                             "&quotesCount=" + QByteArray::number(QuoteSuggestion::mostShown) +
+                             "&newsCount=0";
+    request.url.setQuery(QString::fromLatin1(query), QUrl::StrictMode);
+    request.headers = {{"User-Agent", userAgent}};
+    request.timeout = MarketFetch::timeout;
+    request.maxBytes = searchMaxBytes;
+    m_fetch.http.get(request, requester, [done = std::move(done)](const HttpResponse& response) {
+        if (!response.isSuccess()) {
+            const QString why = response.error != HttpError::None
+                                    ? response.message
+                                    : QStringLiteral("HTTP %1").arg(response.status);
+            qCInfo(lcMarket, "stock search failed: %s", qUtf8Printable(why));
+            done({}, why);
+            return;
+        }
+        done(QuoteSuggestion::fromStockSearch(response.body), {});
+    });
+}
+
 void StockService::take(const QString& symbol, const HttpResponse& response) {
     const QDateTime now = m_fetch.clock.now();
     m_gate.end(symbol);

@@ -5,10 +5,12 @@
 #include "market/FetchGate.h"
 #include "market/MarketBoard.h"
 #include "market/MarketFetch.h"
+#include "market/QuoteSuggestion.h"
 
 #include <QObject>
 
 #include <chrono>
+#include <functional>
 #include <optional>
 
 namespace tw {
@@ -19,6 +21,8 @@ public:
     static constexpr std::chrono::seconds freshFor{60};
     // The chart service turns away clients that do not look like a browser.
     static constexpr char userAgent[] = "Mozilla/5.0 (X11; Linux x86_64)";
+    // A search answers with a handful of matches and some news; far less than this.
+    static constexpr qint64 searchMaxBytes = 256 * 1024;
 
     explicit StockService(const MarketFetch& fetch, QObject* parent = nullptr);
 
@@ -33,6 +37,13 @@ public:
     // Fetches the symbol unless it is blank, in flight, held off by the service, or (without
     // `force`) fetched less than `freshFor` ago.
     void refreshIfStale(const QString& symbol, const QDateTime& now, bool force = false);
+
+    // The matches or, when the service could not be asked, why (the person's words).
+    using Found =
+        std::function<void(const QList<QuoteSuggestion>& matches, const QString& failure)>;
+    // Asks the service's symbol search for what `text` may mean; `done` runs once, unless
+    // `requester` goes first.
+    void search(const QString& text, const QObject* requester, Found done);
 
 Q_SIGNALS:
     void boardChanged();

@@ -185,19 +185,30 @@ private Q_SLOTS:
 
     // The weather tile's place: "A city" writes nothing until one is picked; a search goes out a
     // moment after the last key, through the real city search against a loopback server.
-    // A symbol is kept only once the service knows it; until then the field says why not.
-    void quoteIsCheckedBeforeItIsKept() {
+    // A symbol is kept only once the service knows it; until then the field says why not. While
+    // the person types, the service's matches show a moment after the last key; a click on one
+    // checks and keeps it.
+    void quoteIsSuggestedAndCheckedBeforeItIsKept() {
         QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
         Rig rig;
         WeatherRig web;
         web.server.route("/stocks/v8/finance/chart/AAPL", LoopbackHttpServer::ok(chartAnswer()));
+        web.server.route("/stocks/v8/finance/chart/APC.F", LoopbackHttpServer::ok(chartAnswer()));
         web.server.route("/stocks/v8/finance/chart/NOPE",
                          LoopbackHttpServer::status(404, chartNotFound));
+        web.server.route("/stocks/v1/finance/search", LoopbackHttpServer::ok(R"({"quotes":[
+            {"symbol":"AAPL","shortname":"Apple Inc.","typeDisp":"Equity","exchDisp":"NASDAQ"},
+            {"symbol":"APC.F","shortname":"Apple Inc.","typeDisp":"Equity","exchDisp":"Frankfurt"}]})"));
         MarketServices market({.http = web.http, .endpoints = web.endpoints, .clock = web.clock});
+        rig.context.scheduler = &web.scheduler;
         rig.context.checkQuote = [&](const QString& kind, const QString& key, const QString& text,
                                      const WidgetSettings& settings, const QObject* requester,
                                      std::function<void(const QuoteCheck&)> done) {
             market.check(kind, key, text, settings, web.clock.now(), requester, std::move(done));
+        };
+        rig.context.suggestQuotes = [&](const QString& kind, const QString& text,
+                                        const QObject* requester, ConfigContext::QuotesFound done) {
+            market.suggest(kind, text, requester, std::move(done));
         };
         const QUuid id = rig.add(QStringLiteral("stocks"), WidgetSize::wide);
         WidgetSettingsPage page(rig.context, id);
@@ -213,8 +224,22 @@ private Q_SLOTS:
         QVERIFY2(quote->status().contains(u"Indices start with a caret"_s),
                  qPrintable(quote->status()));
         QVERIFY(!rig.tile(id).settings);
-        QVERIFY(enter(u" aapl "_s));
+
+        quote->field()->clear();
+        QTest::keyClicks(quote->field(), u"S&P"_s);
+        web.scheduler.advance(QuoteField::debounce - std::chrono::milliseconds(1));
+        QCOMPARE(web.requestsTo("/stocks/v1/finance/search"), 0);
+        web.scheduler.advance(std::chrono::milliseconds(1));
+        QVERIFY(QTest::qWaitFor([&] { return quote->suggestions().size() == 2; }, 10'000));
+        QCOMPARE(web.requestsTo("/stocks/v1/finance/search?q=S%26P&"), 1);
+        QCOMPARE(quote->suggestions().first()->accessibleName(),
+                 u"AAPL · Apple Inc., Equity · NASDAQ"_s);
+        quote->suggestions().last()->click();
+        QVERIFY(QTest::qWaitFor([&] { return quote->status() != u"Checking…"_s; }, 10'000));
         QCOMPARE(quote->status(), u"Apple Inc. · $189.84"_s);
+        QCOMPARE(rig.setting(id, u"symbol"_s), u"APC.F"_s);
+        QVERIFY(quote->suggestions().isEmpty());
+        QVERIFY(enter(u" aapl "_s));
         QCOMPARE(rig.setting(id, u"symbol"_s), u"AAPL"_s);
     }
 

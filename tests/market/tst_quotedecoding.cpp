@@ -5,6 +5,7 @@
 #include "market/FetchGate.h"
 #include "market/MarketSettings.h"
 #include "market/MarketText.h"
+#include "market/QuoteSuggestion.h"
 #include "market/StockQuote.h"
 
 #include <QTest>
@@ -69,6 +70,57 @@ private Q_SLOTS:
             QCOMPARE(quote->series.size(), points);
             QCOMPARE(quote->updated, noon);
         }
+    }
+
+    // What a symbol search offers: usable symbols once each, in the service's order, at most
+    // eight; the coin table by ticker first, then by id or name.
+    void suggestions_data() {
+        QTest::addColumn<QByteArray>("answer");
+        QTest::addColumn<QString>("coinText");
+        QTest::addColumn<QStringList>("values");
+        QTest::addColumn<QStringList>("titles");
+        row("real answer", QByteArray(R"({"quotes":[
+                {"exchange":"NMS","shortname":"Apple Inc.","quoteType":"EQUITY","symbol":"AAPL",
+                 "exchDisp":"NASDAQ","typeDisp":"Equity"},
+                {"exchange":"GER","longname":"Apple Inc.","quoteType":"EQUITY","symbol":"apc.de"}],
+                "news":[{"title":"x"}]})"),
+            "", QStringList{u"AAPL"_qs, u"APC.DE"_qs},
+            QStringList{u"AAPL · Apple Inc."_qs, u"APC.DE · Apple Inc."_qs});
+        row("unusable entries skipped", QByteArray(R"({"quotes":[{"symbol":"A B"},{"symbol":7},
+                {"shortname":"No symbol"},{"symbol":"MSFT"},{"symbol":"msft"},
+                {"symbol":"ABCDEFGHIJKLMNOPQRSTUVWXYZ"},[1]]})"),
+            "", QStringList{u"MSFT"_qs}, QStringList{u"MSFT"_qs});
+        row("capped",
+            "{\"quotes\":[" + QByteArray(R"({"symbol":"X"},)").repeated(3) +
+                R"({"symbol":"A1"},{"symbol":"A2"},{"symbol":"A3"},{"symbol":"A4"},
+                          {"symbol":"A5"},{"symbol":"A6"},{"symbol":"A7"},{"symbol":"A8"}]})",
+            "",
+            QStringList{u"X"_qs, u"A1"_qs, u"A2"_qs, u"A3"_qs, u"A4"_qs, u"A5"_qs, u"A6"_qs,
+                        u"A7"_qs},
+            QStringList{u"X"_qs, u"A1"_qs, u"A2"_qs, u"A3"_qs, u"A4"_qs, u"A5"_qs, u"A6"_qs,
+                        u"A7"_qs});
+        row("broken", QByteArray(R"({"quotes":{"symbol":"AAPL"}})"), "", QStringList{},
+            QStringList{});
+        row("coin by ticker", QByteArray(), "eth", QStringList{u"ethereum"_qs},
+            QStringList{u"ETH · Ethereum"_qs});
+        row("coin by name", QByteArray(), "  dogeC", QStringList{u"dogecoin"_qs},
+            QStringList{u"DOGE · Dogecoin"_qs});
+        row("no coin", QByteArray(), "zzz", QStringList{}, QStringList{});
+    }
+    void suggestions() {
+        QFETCH(QByteArray, answer);
+        QFETCH(QString, coinText);
+        const QList<QuoteSuggestion> found = coinText.isEmpty()
+                                                 ? QuoteSuggestion::fromStockSearch(answer)
+                                                 : QuoteSuggestion::coinsMatching(coinText);
+        QStringList values;
+        QStringList titles;
+        for (const QuoteSuggestion& suggestion : found) {
+            values << suggestion.value;
+            titles << suggestion.title;
+        }
+        QTEST(values, "values");
+        QTEST(titles, "titles");
     }
 
     void coins() {
