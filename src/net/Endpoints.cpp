@@ -30,6 +30,8 @@ const char* publicBase(Endpoints::Service service) {
         return "https://notices.tarnwick.app";
     case Endpoints::Service::Releases:
         return "https://tarnwick.com";
+    case Endpoints::Service::GitHub:
+        return "https://api.github.com";
     }
     return "";
 }
@@ -87,6 +89,8 @@ QString Endpoints::name(Service service) {
         return QStringLiteral("notices");
     case Service::Releases:
         return QStringLiteral("releases");
+    case Service::GitHub:
+        return QStringLiteral("github");
     }
     return {};
 }

@@ -24,11 +24,14 @@ public:
         Notices,
         // The release list the update check reads.
         Releases,
+        // The code host's REST API: activity of people and repositories.
+        GitHub,
     };
     static constexpr std::array allServices{
         Service::Forecast, Service::Geocoding, Service::AirQuality, Service::IpApi,
         Service::IpWho,    Service::IpInfo,    Service::Stocks,     Service::Crypto,
-        Service::Currency, Service::SpeedTest, Service::Notices,    Service::Releases};
+        Service::Currency, Service::SpeedTest, Service::Notices,    Service::Releases,
+        Service::GitHub};
 
     // The public HTTPS addresses.
     Endpoints() = default;
