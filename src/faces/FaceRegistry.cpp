@@ -15,6 +15,7 @@
 #include "faces/DiskFace.h"
 #include "faces/FlipClockFace.h"
 #include "faces/GenericFace.h"
+#include "faces/GitHubFace.h"
 #include "faces/MoonFace.h"
 #include "faces/NetworkFace.h"
 #include "faces/NowPlayingFace.h"
@@ -22,6 +23,7 @@
 #include "faces/RemindersFace.h"
 #include "faces/SensorsFace.h"
 #include "faces/SimpleClockFace.h"
+#include "faces/SmartHomeFace.h"
 #include "faces/SpeedTestFace.h"
 #include "faces/StocksFace.h"
 #include "faces/StopwatchFace.h"
@@ -68,6 +70,8 @@ FaceRegistry::FaceRegistry()
     add(QStringLiteral("crypto"), std::make_unique<CryptoFace>());
     add(QStringLiteral("currency"), std::make_unique<CurrencyFace>());
     add(QStringLiteral("appusage"), std::make_unique<AppUsageFace>());
+    add(QStringLiteral("github"), std::make_unique<GitHubFace>());
+    add(QStringLiteral("smarthome"), std::make_unique<SmartHomeFace>());
 }
 
 FaceRegistry::~FaceRegistry() = default;

@@ -115,6 +115,20 @@ constexpr std::array kMappings{
     Mapping{"newspaper", "newspaper", 0xeb81},
     Mapping{"shippingbox", "inventory_2", 0xe1a1},
     Mapping{"megaphone.fill", "campaign", 0xef49},
+    // The connected tiles: GitHub's figures and the smart home's entities.
+    Mapping{"bell.fill", "notifications", 0xe7f4},
+    Mapping{"tag.fill", "sell", 0xf05b},
+    Mapping{"arrow.triangle.pull", "call_merge", 0xe0b3},
+    Mapping{"person.2.fill", "people", 0xe7fb},
+    Mapping{"lightbulb.fill", "lightbulb", 0xe0f0},
+    Mapping{"power", "power_settings_new", 0xe8ac},
+    Mapping{"fan.fill", "toys", 0xe332},
+    Mapping{"lock.fill", "lock", 0xe897},
+    Mapping{"lock.open.fill", "lock_open", 0xe898},
+    Mapping{"door.left.hand.closed", "sensor_door", 0xf1b5},
+    Mapping{"figure.walk", "directions_walk", 0xe536},
+    Mapping{"drop.fill", "water_drop", 0xe798},
+    Mapping{"sensor.fill", "sensors", 0xe51e},
 };
 
 const Mapping* find(const QString& symbol) {
