@@ -51,6 +51,7 @@
 #include "readings/Readings.h"
 #include "settings/AppSettings.h"
 #include "speed/SpeedTestService.h"
+#include "connected/ConnectedTiles.h"
 #include "text/L.h"
 #include "tick/MinuteCoordinator.h"
 #include "tick/TickCoordinator.h"
@@ -202,6 +203,15 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .path = AppPaths::appSupportDir() + QStringLiteral("/app-usage.json"),
     });
     m_secrets = PlatformServices::makeSecretStore();
+    m_connected = std::make_unique<ConnectedTiles>(ConnectedTiles::Services{
+        .http = *m_http,
+        .endpoints = m_endpoints,
+        .clock = m_clocks.system,
+        .scheduler = *m_scheduler,
+        .secrets = *m_secrets,
+    });
+    m_behaviours.add(QStringLiteral("github"), &m_connected->github());
+    m_behaviours.add(QStringLiteral("smarthome"), &m_connected->smartHome());
     m_customWidgets = std::make_unique<CustomWidgetStore>(CustomWidgetStore::Services{
         .clock = m_clocks.system,
         .secrets = *m_secrets,

@@ -28,6 +28,7 @@ class AppUsageService;
 class CalendarHub;
 class CalendarSetup;
 class SpeedTestService;
+class ConnectedTiles;
 class CalendarSubscriptions;
 class CalendarWatcher;
 class ConfigWindow;
@@ -160,6 +161,8 @@ private:
     std::unique_ptr<AppUsageService> m_appUsage;
     // The person's own widget kinds; before the catalogue and the grid, which ask it.
     std::unique_ptr<SecretStore> m_secrets;
+    // GitHub and Home Assistant: their services and the behaviours of their tiles.
+    std::unique_ptr<ConnectedTiles> m_connected;
     std::unique_ptr<CustomWidgetStore> m_customWidgets;
     // What feeds custom widgets, over the same client and readings.
     std::unique_ptr<CustomWidgetRuntime> m_custom;

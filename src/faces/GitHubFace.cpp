@@ -1,5 +1,7 @@
 #include "faces/GitHubFace.h"
 
+#include "connected/GitHubBehaviour.h"
+
 #include "faces/FaceContext.h"
 #include "faces/FaceKit.h"
 #include "faces/ReadingKit.h"
@@ -390,7 +392,11 @@ QString GitHubFace::compactCount(int count) {
 GitHubFace::Shown GitHubFace::shownOf(const FaceContext& context) {
     Shown shown;
     shown.target = GitHubTarget::parse(context.setting(QStringLiteral("target")));
-    if (context.surface.showsDemoContent && !context.surface.isLiveSurface) {
+    if (const GitHubBehaviour* tiles = context.behaviour<GitHubBehaviour>()) {
+        if (shown.target) {
+            shown.state = tiles->state(shown.target->key());
+        }
+    } else if (context.surface.showsDemoContent) {
         shown.state = sampleState(context.now.isValid()
                                       ? context.now
                                       : QDateTime(QDate(2026, 3, 14), QTime(9, 26)));

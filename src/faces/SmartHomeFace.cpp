@@ -1,5 +1,7 @@
 #include "faces/SmartHomeFace.h"
 
+#include "connected/SmartHomeBehaviour.h"
+
 #include "faces/FaceContext.h"
 #include "faces/FaceKit.h"
 #include "faces/ReadingKit.h"
@@ -291,7 +293,7 @@ const QStringList& sampleIds() {
 }
 
 bool showsSample(const FaceContext& context) {
-    return context.surface.showsDemoContent && !context.surface.isLiveSurface;
+    return context.behaviour<SmartHomeBehaviour>() == nullptr && context.surface.showsDemoContent;
 }
 
 } // namespace
@@ -376,6 +378,9 @@ QString SmartHomeFace::stateText(const HaEntity& entity) {
 const SmartHomeBoard& SmartHomeFace::boardOf(const FaceContext& context) {
     static const SmartHomeBoard none;
     static const SmartHomeBoard sample = sampleBoard();
+    if (const SmartHomeBehaviour* tiles = context.behaviour<SmartHomeBehaviour>()) {
+        return tiles->board();
+    }
     return showsSample(context) ? sample : none;
 }
 
@@ -439,6 +444,10 @@ WidgetFace::Spot SmartHomeFace::spotAt(const QRectF& rect, QPointF point,
                                        const FaceContext& context) const {
     const SmartHomeBoard& board = boardOf(context);
     Spot spot;
+    if (board.status == SmartHomeStatus::noAccount ||
+        board.status == SmartHomeStatus::unauthorised) {
+        return spot;
+    }
     for (const Card& card : cardsOf(rect, context, board)) {
         if (!card.rect.contains(point)) {
             continue;
@@ -450,6 +459,7 @@ WidgetFace::Spot SmartHomeFace::spotAt(const QRectF& rect, QPointF point,
                                   .arg(card.id)
                             : card.id;
         } else if (card.entity->isToggleable() && board.status == SmartHomeStatus::live) {
+            spot.command = SmartHomeBehaviour::togglePrefix + card.id;
             spot.help = (card.entity->isOn() ? L("smarthome.turnOff", QStringLiteral("Turn off %1"))
                                              : L("smarthome.turnOn", QStringLiteral("Turn on %1")))
                             .arg(card.entity->name);

@@ -12,9 +12,6 @@ namespace tw {
 
 class SmartHomeFace final : public WidgetFace {
 public:
-    // The command a click on a toggleable card sends: "toggle:" and the entity id.
-    static constexpr QLatin1StringView togglePrefix{"toggle:"};
-
     std::optional<TimeGrain> grain(WidgetSize size, const WidgetSettings& settings) const override;
     void paint(QPainter& painter, const QRectF& rect, const FaceContext& context) const override;
     Spot spotAt(const QRectF& rect, QPointF point, const FaceContext& context) const override;

@@ -2,9 +2,11 @@
 #include "ManualClock.h"
 #include "ManualScheduler.h"
 #include "TestRows.h"
+#include "connected/GitHubBehaviour.h"
 #include "connected/GitHubService.h"
 #include "net/Endpoints.h"
 #include "net/QtHttpClient.h"
+#include "platform/null/MemorySecretStore.h"
 
 #include <QLoggingCategory>
 #include <QSignalSpy>
@@ -233,6 +235,43 @@ private Q_SLOTS:
         rig.github.setToken(QString());
         QCOMPARE(rig.github.state(u"kde/kate"_qs).notifications,
                  GitHubNotifications::needsToken);
+    }
+
+    // The tiles: only targets in view are fetched, again as the checks come round; the token
+    // comes from the keychain and a new one goes back there; "Refresh Now" skips the pace.
+    void behaviour() {
+        Rig rig;
+        MemorySecretStore secrets;
+        secrets.write(QString(GitHubBehaviour::tokenKey), u"ghp_kept"_qs);
+        GitHubBehaviour tiles(rig.github, rig.scheduler, secrets);
+        QSignalSpy repaint(&tiles, &TileBehaviour::changed);
+        WidgetInstance tile;
+        tile.settings = WidgetSettings{{u"target"_qs, u"kde/kate"_qs}};
+        tiles.setTiles({{tile, false}});
+        rig.scheduler.advance(GitHubService::pace * 2);
+        QTest::qWait(50);
+        QCOMPARE(rig.requests(), 0);
+
+        tiles.setTiles({{tile, true}});
+        QTRY_COMPARE(rig.requests(), 4);
+        QTRY_VERIFY(!repaint.isEmpty());
+        QCOMPARE(rig.server.requests()[0].header("Authorization"), QByteArray("Bearer ghp_kept"));
+        rig.scheduler.advance(GitHubService::pace);
+        QTRY_COMPARE(rig.requests(), 8);
+
+        QCOMPARE(tiles.menuItems(tile).size(), 1);
+        QVERIFY(tiles.press(tile, tiles.menuItems(tile)[0].command));
+        QTRY_COMPARE(rig.requests(), 12);
+        QVERIFY(!tiles.press(tile, QString()));
+
+        tiles.setToken(QString());
+        QVERIFY(secrets.values().isEmpty());
+        QTRY_COMPARE(rig.requests(), 15);
+        QVERIFY(rig.server.requests().last().header("Authorization").isEmpty());
+        tiles.setTiles({});
+        rig.scheduler.advance(GitHubService::pace * 2);
+        QTest::qWait(50);
+        QCOMPARE(rig.requests(), 15);
     }
 };
 
