@@ -14,8 +14,8 @@ std::optional<GitHubTarget> targetOf(const WidgetInstance& tile) {
 
 } // namespace
 
-GitHubBehaviour::GitHubBehaviour(GitHubService& service, Scheduler& scheduler,
-                                 SecretStore& secrets, QObject* parent)
+GitHubBehaviour::GitHubBehaviour(GitHubService& service, Scheduler& scheduler, SecretStore& secrets,
+                                 QObject* parent)
     : TileBehaviour(parent)
     , m_service(service)
     , m_scheduler(scheduler)

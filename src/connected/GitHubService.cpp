@@ -75,8 +75,8 @@ void GitHubService::setToken(const QString& token) {
         GitHubState& state = m_states[key];
         state.activity.notificationCount.reset();
         state.activity.notifications.clear();
-        state.notifications = hasToken() ? GitHubNotifications::shown
-                                         : GitHubNotifications::needsToken;
+        state.notifications =
+            hasToken() ? GitHubNotifications::shown : GitHubNotifications::needsToken;
         if (state.status == GitHubStatus::tokenRefused) {
             state.status = GitHubStatus::loading;
             state.message.clear();
@@ -123,7 +123,8 @@ void GitHubService::refresh(const GitHubTarget& target, Refresh when) {
     } else {
         request(run, Part::main, QStringLiteral("/users/") + owner);
         request(run, Part::stars,
-                QStringLiteral("/users/") + owner + QStringLiteral("/repos?per_page=100&sort=pushed"));
+                QStringLiteral("/users/") + owner +
+                    QStringLiteral("/repos?per_page=100&sort=pushed"));
         request(run, Part::reviews,
                 QStringLiteral("/search/issues?per_page=20&q=is:open+is:pr+archived:false+"
                                "review-requested:") +
@@ -202,8 +203,7 @@ void GitHubService::take(const std::shared_ptr<Run>& run, Part part, const QStri
     } else if (response.status == 404 && part == Part::release) {
         run->activity.release.reset();
         run->activity.hasNoRelease = true;
-    } else if ((response.status == 403 || response.status == 404) &&
-               part == Part::notifications) {
+    } else if ((response.status == 403 || response.status == 404) && part == Part::notifications) {
         run->notificationsRefused = true;
     } else if (response.status == 404 && part == Part::main) {
         fail(GitHubStatus::notFound,
@@ -212,8 +212,8 @@ void GitHubService::take(const std::shared_ptr<Run>& run, Part part, const QStri
                  : L("github.noUser", QStringLiteral("No such person on GitHub")));
     } else if (response.status != 404) {
         qCInfo(lcGitHub) << pathOf(url) << "answered" << response.status;
-        fail(GitHubStatus::failed, L("github.error", QStringLiteral("GitHub answered %1"))
-                                       .arg(response.status));
+        fail(GitHubStatus::failed,
+             L("github.error", QStringLiteral("GitHub answered %1")).arg(response.status));
     }
 
     if (!body.isNull()) {
@@ -258,8 +258,8 @@ void GitHubService::take(const std::shared_ptr<Run>& run, Part part, const QStri
             break;
         }
         case Part::reviews: {
-            const auto list = run->target.isRepository() ? decodeGitHubPulls(body)
-                                                         : decodeGitHubSearch(body);
+            const auto list =
+                run->target.isRepository() ? decodeGitHubPulls(body) : decodeGitHubSearch(body);
             readable = list.has_value();
             if (list) {
                 activity.reviewCount = list->total;

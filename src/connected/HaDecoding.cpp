@@ -93,8 +93,7 @@ HaMessage decodeHaMessage(const QByteArray& frame) {
                                           .changed = {}};
                 message.removed = true;
             }
-            message.type =
-                message.entity ? HaMessage::Type::stateChanged : HaMessage::Type::other;
+            message.type = message.entity ? HaMessage::Type::stateChanged : HaMessage::Type::other;
         }
     }
     return message;

@@ -9,9 +9,9 @@ QString HaEntity::domain() const {
 }
 
 bool HaEntity::isToggleable() const {
-    static const QStringList domains{QStringLiteral("light"),        QStringLiteral("switch"),
-                                     QStringLiteral("fan"),          QStringLiteral("input_boolean"),
-                                     QStringLiteral("automation"),   QStringLiteral("siren"),
+    static const QStringList domains{QStringLiteral("light"),      QStringLiteral("switch"),
+                                     QStringLiteral("fan"),        QStringLiteral("input_boolean"),
+                                     QStringLiteral("automation"), QStringLiteral("siren"),
                                      QStringLiteral("humidifier")};
     return domains.contains(domain()) && !isUnavailable();
 }

@@ -68,8 +68,7 @@ QList<TileBehaviour::MenuItem> SmartHomeBehaviour::menuItems(const WidgetInstanc
     if (status == SmartHomeStatus::noAccount || status == SmartHomeStatus::live) {
         return {};
     }
-    return {{L("smarthome.reconnect", QStringLiteral("Reconnect Now")),
-             QString(reconnectCommand)}};
+    return {{L("smarthome.reconnect", QStringLiteral("Reconnect Now")), QString(reconnectCommand)}};
 }
 
 } // namespace tw

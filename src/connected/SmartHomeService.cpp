@@ -98,8 +98,9 @@ void SmartHomeService::readStates() {
     request.url = m_address.resolved(QUrl(QStringLiteral("/api/states")));
     request.headers = {{"Authorization", "Bearer " + m_token.toUtf8()}};
     request.maxBytes = maxBytes;
-    m_services.http.get(request, m_requester.get(),
-                        [this](const HttpResponse& response) { takeStates(response, After::stay); });
+    m_services.http.get(request, m_requester.get(), [this](const HttpResponse& response) {
+        takeStates(response, After::stay);
+    });
 }
 
 void SmartHomeService::connectNow() {
@@ -190,13 +191,12 @@ void SmartHomeService::openSocket() {
             lose(SmartHomeStatus::unreachable, unreachableWords());
         }
     });
-    m_handshakeTask = m_services.scheduler.singleShot(handshakeLimit, milliseconds(500), this,
-                                                      [this, generation] {
-                                                          if (generation == m_generation) {
-                                                              lose(SmartHomeStatus::unreachable,
-                                                                   unreachableWords());
-                                                          }
-                                                      });
+    m_handshakeTask = m_services.scheduler.singleShot(
+        handshakeLimit, milliseconds(500), this, [this, generation] {
+            if (generation == m_generation) {
+                lose(SmartHomeStatus::unreachable, unreachableWords());
+            }
+        });
     socket->open(socketAddress());
 }
 
@@ -271,8 +271,8 @@ void SmartHomeService::onMessage(const HaMessage& message) {
 
 bool SmartHomeService::toggle(const QString& entityId) {
     const auto entity = m_board.entities.constFind(entityId);
-    if (m_board.status != SmartHomeStatus::live || !m_socket ||
-        entity == m_board.entities.cend() || !entity->isToggleable()) {
+    if (m_board.status != SmartHomeStatus::live || !m_socket || entity == m_board.entities.cend() ||
+        !entity->isToggleable()) {
         return false;
     }
     const int id = m_nextId++;
@@ -287,8 +287,8 @@ bool SmartHomeService::toggle(const QString& entityId) {
     board.pending.insert(entityId);
     board.refused.remove(entityId);
     publish(board);
-    auto task = std::make_shared<ScheduledTask>(m_services.scheduler.singleShot(
-        toggleLimit, milliseconds(500), this, [this, entityId] {
+    auto task = std::make_shared<ScheduledTask>(
+        m_services.scheduler.singleShot(toggleLimit, milliseconds(500), this, [this, entityId] {
             SmartHomeBoard late = m_board;
             late.pending.remove(entityId);
             m_toggleTasks.remove(entityId);

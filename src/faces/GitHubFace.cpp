@@ -1,7 +1,6 @@
 #include "faces/GitHubFace.h"
 
 #include "connected/GitHubBehaviour.h"
-
 #include "faces/FaceContext.h"
 #include "faces/FaceKit.h"
 #include "faces/ReadingKit.h"
@@ -43,13 +42,16 @@ Layout layoutOf(const QRectF& rect, WidgetSize size) {
     switch (size) {
     case WidgetSize::small:
         return {QRectF(rect.topLeft(), QSizeF(rect.width(), h * 0.24)),
-                rect.adjusted(0, h * 0.28, 0, 0), {}};
+                rect.adjusted(0, h * 0.28, 0, 0),
+                {}};
     case WidgetSize::wide:
         return {QRectF(rect.topLeft(), QSizeF(rect.width(), h * 0.3)),
-                rect.adjusted(0, h * 0.4, 0, 0), {}};
+                rect.adjusted(0, h * 0.4, 0, 0),
+                {}};
     case WidgetSize::banner:
         return {QRectF(rect.topLeft(), QSizeF(rect.width() * 0.36, h)),
-                rect.adjusted(rect.width() * 0.4, h * 0.1, 0, -h * 0.1), {}};
+                rect.adjusted(rect.width() * 0.4, h * 0.1, 0, -h * 0.1),
+                {}};
     default: {
         const QRectF header(rect.topLeft(), QSizeF(rect.width(), 34));
         const QRectF figures(rect.left(), header.bottom() + 6, rect.width(), 42);
@@ -79,14 +81,12 @@ QList<Figure> figuresOf(const GitHubFace::Shown& shown) {
                                ? target.webAddress() + u"/pulls"_qs
                                : QStringLiteral("https://github.com/pulls/review-requested")}};
     if (target.isRepository()) {
-        const QString tag = activity.release ? activity.release->tag
-                            : activity.hasNoRelease
-                                ? L("github.noRelease", QStringLiteral("None"))
-                                : ReadingText::missing();
-        figures.append({QStringLiteral("tag.fill"), tag,
-                        L("github.release", QStringLiteral("Release")),
-                        activity.release ? activity.release->url
-                                         : target.webAddress() + u"/releases"_qs});
+        const QString tag = activity.release        ? activity.release->tag
+                            : activity.hasNoRelease ? L("github.noRelease", QStringLiteral("None"))
+                                                    : ReadingText::missing();
+        figures.append(
+            {QStringLiteral("tag.fill"), tag, L("github.release", QStringLiteral("Release")),
+             activity.release ? activity.release->url : target.webAddress() + u"/releases"_qs});
     } else if (shown.state.notifications == GitHubNotifications::shown) {
         figures.append({QStringLiteral("bell.fill"), count(activity.notificationCount),
                         L("github.unread", QStringLiteral("Unread")),
@@ -162,10 +162,12 @@ void drawHeader(QPainter& painter, const FaceContext& context, const QRectF& rec
     const QRectF titleRect(rect.left() + icon + 5, rect.top(), rect.width() - icon - 5,
                            titleHeight);
     const qreal largest = std::min(titleHeight * 0.78, 15.0);
-    const qreal titleSize = std::max(
-        largest * 0.75, FaceKit::fittingPixelSize(title, titleRect.size(), QFont::DemiBold, largest));
-    FaceKit::drawElided(painter, context, titleRect, title, FaceKit::font(titleSize, QFont::DemiBold),
-                        context.primary(), Qt::AlignLeft | Qt::AlignVCenter);
+    const qreal titleSize =
+        std::max(largest * 0.75,
+                 FaceKit::fittingPixelSize(title, titleRect.size(), QFont::DemiBold, largest));
+    FaceKit::drawElided(painter, context, titleRect, title,
+                        FaceKit::font(titleSize, QFont::DemiBold), context.primary(),
+                        Qt::AlignLeft | Qt::AlignVCenter);
     if (!twoLines) {
         return;
     }
@@ -181,10 +183,11 @@ void drawHeader(QPainter& painter, const FaceContext& context, const QRectF& rec
 QList<QRectF> figureCells(const QRectF& rect, qsizetype count) {
     QList<QRectF> cells;
     const qreal gap = 8;
-    const qreal w = (rect.width() - gap * static_cast<qreal>(count - 1)) / static_cast<qreal>(count);
+    const qreal w =
+        (rect.width() - gap * static_cast<qreal>(count - 1)) / static_cast<qreal>(count);
     for (qsizetype i = 0; i < count; ++i) {
-        cells.append(QRectF(rect.left() + (w + gap) * static_cast<qreal>(i), rect.top(), w,
-                            rect.height()));
+        cells.append(
+            QRectF(rect.left() + (w + gap) * static_cast<qreal>(i), rect.top(), w, rect.height()));
     }
     return cells;
 }
@@ -214,12 +217,11 @@ void drawFigures(QPainter& painter, const FaceContext& context, const QRectF& re
         FaceKit::drawSymbol(painter, context, figures[i].symbol,
                             QRectF(cell.left(), cell.top() + (valueHeight - icon) / 2, icon, icon),
                             context.accent(), figures[i].label);
-        FaceKit::drawText(painter, context,
-                          QRectF(cell.left() + icon + 3, cell.top(), cell.width() - icon - 3,
-                                 valueHeight),
-                          Qt::AlignLeft | Qt::AlignVCenter, figures[i].value,
-                          FaceKit::font(std::min(common, fits[i]), QFont::DemiBold),
-                          context.primary());
+        FaceKit::drawText(
+            painter, context,
+            QRectF(cell.left() + icon + 3, cell.top(), cell.width() - icon - 3, valueHeight),
+            Qt::AlignLeft | Qt::AlignVCenter, figures[i].value,
+            FaceKit::font(std::min(common, fits[i]), QFont::DemiBold), context.primary());
         FaceKit::drawElided(painter, context,
                             QRectF(cell.left(), cell.top() + valueHeight, cell.width(),
                                    rect.height() - valueHeight),
@@ -253,11 +255,12 @@ void drawHero(QPainter& painter, const FaceContext& context, const QRectF& rect,
     FaceKit::drawText(painter, context, valueRect.adjusted(icon + 4, 0, 0, 0),
                       Qt::AlignLeft | Qt::AlignVCenter, figure.value,
                       FaceKit::font(size, QFont::DemiBold), context.primary());
-    FaceKit::drawFitted(painter, context,
-                        QRectF(rect.left(), valueRect.bottom(), rect.width(), h - valueRect.height()),
-                        stale.isEmpty() ? figure.label : stale, QFont::Medium,
-                        stale.isEmpty() ? context.secondary() : ReadingKit::warning(context),
-                        Qt::AlignLeft | Qt::AlignVCenter, 12);
+    FaceKit::drawFitted(
+        painter, context,
+        QRectF(rect.left(), valueRect.bottom(), rect.width(), h - valueRect.height()),
+        stale.isEmpty() ? figure.label : stale, QFont::Medium,
+        stale.isEmpty() ? context.secondary() : ReadingKit::warning(context),
+        Qt::AlignLeft | Qt::AlignVCenter, 12);
 }
 
 QList<QRectF> lineRects(const QRectF& list, qsizetype count) {
@@ -304,8 +307,8 @@ void drawList(QPainter& painter, const FaceContext& context, const QRectF& list,
                             lines[i].title, FaceKit::font(12.5, QFont::Medium), context.primary(),
                             Qt::AlignLeft | Qt::AlignVCenter);
         FaceKit::drawElided(painter, context,
-                            QRectF(text.left(), text.top() + 15, text.width(), 13),
-                            lines[i].detail, FaceKit::font(10.5), context.secondary(),
+                            QRectF(text.left(), text.top() + 15, text.width(), 13), lines[i].detail,
+                            FaceKit::font(10.5), context.secondary(),
                             Qt::AlignLeft | Qt::AlignVCenter);
     }
 }
@@ -319,8 +322,8 @@ bool drawWhole(QPainter& painter, const FaceContext& context, const QRectF& rect
     QString detail;
     if (!shown.target) {
         headline = L("github.chooseTitle", QStringLiteral("Choose whom to follow"));
-        detail = L("github.chooseDetail",
-                   QStringLiteral("A person or a repository, in the settings"));
+        detail =
+            L("github.chooseDetail", QStringLiteral("A person or a repository, in the settings"));
     } else if (state.status == GitHubStatus::notFound) {
         symbol = QStringLiteral("magnifyingglass");
         headline = state.message;
@@ -354,20 +357,40 @@ GitHubState sampleState(const QDateTime& now) {
     a.stars = 4821;
     a.forks = 212;
     a.openIssues = 37;
-    a.release = GitHubRelease{QStringLiteral("v2.4.0"), QStringLiteral("Clearer glass"),
-                              now.addDays(-4), {}, false};
+    a.release = GitHubRelease{
+        QStringLiteral("v2.4.0"), QStringLiteral("Clearer glass"), now.addDays(-4), {}, false};
     a.reviewCount = 3;
-    a.reviews = {{QStringLiteral("Stacks remember their order"), a.title, 412,
-                  QStringLiteral("mira"), {}, now.addSecs(-40 * 60)},
-                 {QStringLiteral("Faster blur on large tiles"), a.title, 409,
-                  QStringLiteral("jonas"), {}, now.addSecs(-5 * 3600)},
-                 {QStringLiteral("Weather: hourly wind"), a.title, 398, QStringLiteral("ines"),
-                  {}, now.addDays(-2)}};
+    a.reviews = {{QStringLiteral("Stacks remember their order"),
+                  a.title,
+                  412,
+                  QStringLiteral("mira"),
+                  {},
+                  now.addSecs(-40 * 60)},
+                 {QStringLiteral("Faster blur on large tiles"),
+                  a.title,
+                  409,
+                  QStringLiteral("jonas"),
+                  {},
+                  now.addSecs(-5 * 3600)},
+                 {QStringLiteral("Weather: hourly wind"),
+                  a.title,
+                  398,
+                  QStringLiteral("ines"),
+                  {},
+                  now.addDays(-2)}};
     a.notificationCount = 2;
-    a.notifications = {{QStringLiteral("Crash when a display sleeps"), a.title, 415,
-                        QStringLiteral("mention"), {}, now.addSecs(-12 * 60)},
-                       {QStringLiteral("v2.4.0 released"), a.title, 0,
-                        QStringLiteral("subscribed"), {}, now.addDays(-3)}};
+    a.notifications = {{QStringLiteral("Crash when a display sleeps"),
+                        a.title,
+                        415,
+                        QStringLiteral("mention"),
+                        {},
+                        now.addSecs(-12 * 60)},
+                       {QStringLiteral("v2.4.0 released"),
+                        a.title,
+                        0,
+                        QStringLiteral("subscribed"),
+                        {},
+                        now.addDays(-3)}};
     return state;
 }
 
@@ -397,9 +420,8 @@ GitHubFace::Shown GitHubFace::shownOf(const FaceContext& context) {
             shown.state = tiles->state(shown.target->key());
         }
     } else if (context.surface.showsDemoContent) {
-        shown.state = sampleState(context.now.isValid()
-                                      ? context.now
-                                      : QDateTime(QDate(2026, 3, 14), QTime(9, 26)));
+        shown.state = sampleState(
+            context.now.isValid() ? context.now : QDateTime(QDate(2026, 3, 14), QTime(9, 26)));
         if (!shown.target) {
             shown.target = GitHubTarget::parse(shown.state.activity.title);
         } else {
@@ -446,8 +468,8 @@ WidgetFace::Spot GitHubFace::spotAt(const QRectF& rect, QPointF point,
     const Layout layout = layoutOf(rect, context.size);
     if (layout.header.contains(point)) {
         spot.link = QUrl(shown.target->webAddress());
-        spot.help = L("github.openPage", QStringLiteral("Open %1 on GitHub"))
-                        .arg(shown.target->key());
+        spot.help =
+            L("github.openPage", QStringLiteral("Open %1 on GitHub")).arg(shown.target->key());
         return spot;
     }
     const QList<Figure> figures = figuresOf(shown);

@@ -1,7 +1,6 @@
 #include "faces/SmartHomeFace.h"
 
 #include "connected/SmartHomeBehaviour.h"
-
 #include "faces/FaceContext.h"
 #include "faces/FaceKit.h"
 #include "faces/ReadingKit.h"
@@ -118,14 +117,12 @@ QRectF cardsArea(const QRectF& rect, WidgetSize size) {
 
 QList<Card> cardsOf(const QRectF& rect, const FaceContext& context, const SmartHomeBoard& board) {
     const QStringList ids = SmartHomeFace::chosen(context.settings);
-    const qsizetype shown =
-        std::min<qsizetype>(ids.size(), SmartHomeFace::capacity(context.size));
+    const qsizetype shown = std::min<qsizetype>(ids.size(), SmartHomeFace::capacity(context.size));
     const QList<QRectF> rects = cardRects(cardsArea(rect, context.size), context.size, shown);
     QList<Card> cards;
     for (qsizetype i = 0; i < rects.size(); ++i) {
         const auto found = board.entities.constFind(ids[i]);
-        cards.append({ids[i],
-                      found == board.entities.cend() ? std::nullopt : std::optional(*found),
+        cards.append({ids[i], found == board.entities.cend() ? std::nullopt : std::optional(*found),
                       rects[i]});
     }
     return cards;
@@ -141,10 +138,9 @@ QString linkWords(const FaceContext& context, const SmartHomeBoard& board) {
         return L("smarthome.connecting", QStringLiteral("Connecting…"));
     case SmartHomeStatus::unreachable:
     case SmartHomeStatus::failed:
-        return board.updated.isValid()
-                   ? L("smarthome.offline", QStringLiteral("Offline · %1"))
-                         .arg(MarketText::age(board.updated, now))
-                   : board.message;
+        return board.updated.isValid() ? L("smarthome.offline", QStringLiteral("Offline · %1"))
+                                             .arg(MarketText::age(board.updated, now))
+                                       : board.message;
     case SmartHomeStatus::unauthorised:
     case SmartHomeStatus::noAccount:
         break;
@@ -196,9 +192,9 @@ void drawCard(QPainter& painter, const FaceContext& context, const Card& card,
             stateColor = ReadingKit::warning(context);
         }
     }
-    const QColor iconColor = on ? ink : (known && !card.entity->isUnavailable()
-                                             ? context.accent()
-                                             : context.secondary());
+    const QColor iconColor =
+        on ? ink
+           : (known && !card.entity->isUnavailable() ? context.accent() : context.secondary());
     FaceKit::drawSymbol(painter, context, known ? symbolOf(*card.entity) : u"sensor.fill"_qs,
                         QRectF(inner.topLeft(), QSizeF(icon, icon)), iconColor, name);
 
@@ -207,15 +203,14 @@ void drawCard(QPainter& painter, const FaceContext& context, const Card& card,
                          refused.isEmpty() && inner.height() >= 44;
     const qreal nameSize = std::min(12.5, inner.height() * 0.24);
     if (reading) {
-        FaceKit::drawFitted(painter, context,
-                            QRectF(inner.left() + icon + 4, inner.top(),
-                                   inner.width() - icon - 4, icon),
-                            state, QFont::DemiBold, ink, Qt::AlignRight | Qt::AlignVCenter,
-                            icon * 0.95);
-        drawName(painter, context,
-                 QRectF(inner.left(), inner.bottom() - nameSize * 1.4, inner.width(),
-                        nameSize * 1.4),
-                 name, nameSize, QFont::Medium, soft);
+        FaceKit::drawFitted(
+            painter, context,
+            QRectF(inner.left() + icon + 4, inner.top(), inner.width() - icon - 4, icon), state,
+            QFont::DemiBold, ink, Qt::AlignRight | Qt::AlignVCenter, icon * 0.95);
+        drawName(
+            painter, context,
+            QRectF(inner.left(), inner.bottom() - nameSize * 1.4, inner.width(), nameSize * 1.4),
+            name, nameSize, QFont::Medium, soft);
         return;
     }
     const qreal stateSize = std::min(11.0, inner.height() * 0.22);
@@ -223,11 +218,11 @@ void drawCard(QPainter& painter, const FaceContext& context, const Card& card,
              QRectF(inner.left(), inner.bottom() - stateSize * 1.35 - nameSize * 1.35,
                     inner.width(), nameSize * 1.35),
              name, nameSize, QFont::DemiBold, ink);
-    FaceKit::drawElided(painter, context,
-                        QRectF(inner.left(), inner.bottom() - stateSize * 1.35, inner.width(),
-                               stateSize * 1.35),
-                        state, FaceKit::font(stateSize, QFont::Medium), stateColor,
-                        Qt::AlignLeft | Qt::AlignVCenter);
+    FaceKit::drawElided(
+        painter, context,
+        QRectF(inner.left(), inner.bottom() - stateSize * 1.35, inner.width(), stateSize * 1.35),
+        state, FaceKit::font(stateSize, QFont::Medium), stateColor,
+        Qt::AlignLeft | Qt::AlignVCenter);
 }
 
 void drawHeader(QPainter& painter, const FaceContext& context, const QRectF& rect,
@@ -238,11 +233,10 @@ void drawHeader(QPainter& painter, const FaceContext& context, const QRectF& rec
                         context.metadata.displayName);
     const QString words = linkWords(context, board);
     const qreal wordsWidth = words.isEmpty() ? 0 : rect.width() * 0.55;
-    FaceKit::drawElided(painter, context,
-                        QRectF(row.left() + 23, row.top(), row.width() - 23 - wordsWidth, 20),
-                        L("smarthome.title", QStringLiteral("Home")),
-                        FaceKit::font(14, QFont::DemiBold), context.primary(),
-                        Qt::AlignLeft | Qt::AlignVCenter);
+    FaceKit::drawElided(
+        painter, context, QRectF(row.left() + 23, row.top(), row.width() - 23 - wordsWidth, 20),
+        L("smarthome.title", QStringLiteral("Home")), FaceKit::font(14, QFont::DemiBold),
+        context.primary(), Qt::AlignLeft | Qt::AlignVCenter);
     if (!words.isEmpty()) {
         FaceKit::drawElided(painter, context,
                             QRectF(row.right() - wordsWidth, row.top(), wordsWidth, 20), words,
@@ -283,12 +277,10 @@ SmartHomeBoard sampleBoard() {
 }
 
 const QStringList& sampleIds() {
-    static const QStringList ids{QStringLiteral("light.living_room"),
-                                 QStringLiteral("sensor.outdoor_temperature"),
-                                 QStringLiteral("switch.coffee_machine"),
-                                 QStringLiteral("binary_sensor.front_door"),
-                                 QStringLiteral("light.desk_lamp"),
-                                 QStringLiteral("sensor.living_room_humidity")};
+    static const QStringList ids{
+        QStringLiteral("light.living_room"),     QStringLiteral("sensor.outdoor_temperature"),
+        QStringLiteral("switch.coffee_machine"), QStringLiteral("binary_sensor.front_door"),
+        QStringLiteral("light.desk_lamp"),       QStringLiteral("sensor.living_room_humidity")};
     return ids;
 }
 
@@ -350,8 +342,7 @@ QString SmartHomeFace::stateText(const HaEntity& entity) {
     const QString kind = entity.deviceClass;
     if (domain == u"binary_sensor") {
         const bool on = entity.state == u"on";
-        if (kind == u"door" || kind == u"window" || kind == u"opening" ||
-            kind == u"garage_door") {
+        if (kind == u"door" || kind == u"window" || kind == u"opening" || kind == u"garage_door") {
             return on ? L("smarthome.open", QStringLiteral("Open"))
                       : L("smarthome.closed", QStringLiteral("Closed"));
         }
@@ -386,9 +377,9 @@ const SmartHomeBoard& SmartHomeFace::boardOf(const FaceContext& context) {
 
 bool SmartHomeFace::opensSettingsOnClick(const FaceContext& context) const {
     const SmartHomeBoard& board = boardOf(context);
-    return !showsSample(context) && (board.status == SmartHomeStatus::noAccount ||
-                                     board.status == SmartHomeStatus::unauthorised ||
-                                     chosen(context.settings).isEmpty());
+    return !showsSample(context) &&
+           (board.status == SmartHomeStatus::noAccount ||
+            board.status == SmartHomeStatus::unauthorised || chosen(context.settings).isEmpty());
 }
 
 void SmartHomeFace::paint(QPainter& painter, const QRectF& rect, const FaceContext& context) const {
@@ -414,9 +405,10 @@ void SmartHomeFace::paint(QPainter& painter, const QRectF& rect, const FaceConte
         detail = L("smarthome.chooseDetail", QStringLiteral("Lights, switches and sensors, in "
                                                             "the settings"));
     } else if (!hasValues && board.status != SmartHomeStatus::live) {
-        symbol = board.status == SmartHomeStatus::connecting || board.status == SmartHomeStatus::idle
-                     ? symbol
-                     : QStringLiteral("exclamationmark.triangle");
+        symbol =
+            board.status == SmartHomeStatus::connecting || board.status == SmartHomeStatus::idle
+                ? symbol
+                : QStringLiteral("exclamationmark.triangle");
         headline = linkWords(context, board);
         detail = board.retryAt.isValid()
                      ? L("smarthome.retryAt", QStringLiteral("Trying again at %1"))
@@ -453,11 +445,10 @@ WidgetFace::Spot SmartHomeFace::spotAt(const QRectF& rect, QPointF point,
             continue;
         }
         if (!card.entity) {
-            spot.help = board.statesRead
-                            ? L("smarthome.unknownHelp",
-                                QStringLiteral("Home Assistant does not know %1"))
-                                  .arg(card.id)
-                            : card.id;
+            spot.help = board.statesRead ? L("smarthome.unknownHelp",
+                                             QStringLiteral("Home Assistant does not know %1"))
+                                               .arg(card.id)
+                                         : card.id;
         } else if (card.entity->isToggleable() && board.status == SmartHomeStatus::live) {
             spot.command = SmartHomeBehaviour::togglePrefix + card.id;
             spot.help = (card.entity->isOn() ? L("smarthome.turnOff", QStringLiteral("Turn off %1"))

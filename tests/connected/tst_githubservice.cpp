@@ -163,11 +163,11 @@ private Q_SLOTS:
         const QByteArray reset = QByteArray::number(
             QDateTime(QDate(2026, 11, 24), QTime(12, 20), QTimeZone::utc()).toSecsSinceEpoch());
         row("expired token", LoopbackHttpServer::status(401), Status::tokenRefused, true, 0);
-        row("rate limit spent", limited(403, {{"X-RateLimit-Remaining", "0"},
-                                              {"X-RateLimit-Reset", reset}}),
+        row("rate limit spent",
+            limited(403, {{"X-RateLimit-Remaining", "0"}, {"X-RateLimit-Reset", reset}}),
             Status::rateLimited, true, 15 * 60);
-        row("reset long past", limited(403, {{"X-RateLimit-Remaining", "0"},
-                                             {"X-RateLimit-Reset", "1"}}),
+        row("reset long past",
+            limited(403, {{"X-RateLimit-Remaining", "0"}, {"X-RateLimit-Reset", "1"}}),
             Status::rateLimited, true, 1);
         row("secondary limit", limited(429, {{"Retry-After", "90"}}), Status::rateLimited, true,
             90);
@@ -233,8 +233,7 @@ private Q_SLOTS:
         QCOMPARE(state.status, Status::live);
 
         rig.github.setToken(QString());
-        QCOMPARE(rig.github.state(u"kde/kate"_qs).notifications,
-                 GitHubNotifications::needsToken);
+        QCOMPARE(rig.github.state(u"kde/kate"_qs).notifications, GitHubNotifications::needsToken);
     }
 
     // The tiles: only targets in view are fetched, again as the checks come round; the token

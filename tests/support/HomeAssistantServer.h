@@ -195,8 +195,8 @@ private:
     static QJsonObject result(int id, bool success, const QString& error) {
         QJsonObject answer{{u"id"_qs, id}, {u"type"_qs, u"result"_qs}, {u"success"_qs, success}};
         if (!error.isEmpty()) {
-            answer.insert(u"error"_qs, QJsonObject{{u"code"_qs, u"not_found"_qs},
-                                                   {u"message"_qs, error}});
+            answer.insert(u"error"_qs,
+                          QJsonObject{{u"code"_qs, u"not_found"_qs}, {u"message"_qs, error}});
         }
         return answer;
     }
