@@ -46,6 +46,7 @@ Modes:
       --style STYLE            a style the kind draws (clock: digital, analog)
       --set KEY=VALUE          one setting of the tile; may be repeated
   --snapshot-gallery OUT.png   draw every kind on one sheet
+      --kinds K1,K2,...        only these kinds, each at every size it allows
   --snapshot-share OUT.png     a board's picture for sharing, its tiles over a wallpaper
       --board FILE             the board to draw (default: a sample desk)
   --snapshot-glass OUT.png     draw one tile's liquid glass over a picture

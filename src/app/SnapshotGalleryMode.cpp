@@ -49,7 +49,10 @@ std::optional<int> runSnapshotGalleryMode(LaunchContext& context) {
         base.weather = &weather;
         const MarketBoard market = sampleMarket(base.now);
         base.market = &market;
-        picture = GallerySheet::render(faces, renderer, base);
+        const QStringList kinds = context.arguments.value(QStringLiteral("--kinds"))
+                                      .value_or(QString())
+                                      .split(QLatin1Char(','), Qt::SkipEmptyParts);
+        picture = GallerySheet::render(faces, renderer, base, kinds);
     }
     return reportSnapshot(context, QStringLiteral("snapshot-gallery"), path, picture,
                           options.problem, QString());

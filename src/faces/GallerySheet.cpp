@@ -22,40 +22,75 @@ constexpr qreal kHeading = 44;
 
 struct Placed {
     WidgetDefinition definition;
+    WidgetSize size;
+    // Under the tile: its kind and size, or only its size under a heading that names the kind.
+    QString caption;
     QRectF tile;
 };
 
 struct Section {
-    WidgetCategory category;
+    QString title;
+    QString symbol;
     QRectF heading;
     QList<Placed> tiles;
 };
 
-// Shelf packing: panels left to right, a new row when the width runs out.
-QList<Section> layout(qreal width, qreal& height) {
+// What each section shows, before it is placed.
+QList<Section> sectionsOf(const QStringList& kinds) {
     QList<Section> sections;
+    if (kinds.isEmpty()) {
+        for (const WidgetRegistry::CategoryGroup& group : WidgetRegistry::grouped()) {
+            Section section{title(group.category), symbol(group.category), {}, {}};
+            for (const WidgetDefinition& definition : group.widgets) {
+                const WidgetSize size = definition.metadata.defaultSize;
+                section.tiles.append(
+                    {definition,
+                     size,
+                     definition.metadata.displayName + QStringLiteral("  ·  ") + label(size),
+                     {}});
+            }
+            sections.append(section);
+        }
+        return sections;
+    }
+    const WidgetRegistry registry;
+    for (const QString& kind : kinds) {
+        const auto definition = registry.definition(kind);
+        if (!definition) {
+            continue;
+        }
+        Section section{definition->metadata.displayName, definition->metadata.symbol, {}, {}};
+        for (const WidgetSize size : definition->metadata.allowedSizes) {
+            section.tiles.append({*definition, size, label(size), {}});
+        }
+        sections.append(section);
+    }
+    return sections;
+}
+
+// Shelf packing: panels left to right, a new row when the width runs out.
+QList<Section> layout(const QStringList& kinds, qreal width, qreal& height) {
+    QList<Section> sections = sectionsOf(kinds);
     qreal y = kMargin;
-    for (const WidgetRegistry::CategoryGroup& group : WidgetRegistry::grouped()) {
-        Section section{group.category, QRectF(kMargin, y, width - 2 * kMargin, kHeading), {}};
+    for (Section& section : sections) {
+        section.heading = QRectF(kMargin, y, width - 2 * kMargin, kHeading);
         y += kHeading;
         qreal x = kMargin - TileRenderer::panelMargin;
         qreal rowHeight = 0;
-        for (const WidgetDefinition& definition : group.widgets) {
-            const QSizeF tile = nominalPixelSize(definition.metadata.defaultSize);
+        for (Placed& placed : section.tiles) {
+            const QSizeF tile = nominalPixelSize(placed.size);
             const qreal panelWidth = tile.width() + 2 * TileRenderer::panelMargin;
             if (x + panelWidth > width - kMargin + TileRenderer::panelMargin && rowHeight > 0) {
                 x = kMargin - TileRenderer::panelMargin;
                 y += rowHeight;
                 rowHeight = 0;
             }
-            section.tiles.append({definition, QRectF(QPointF(x + TileRenderer::panelMargin,
-                                                             y + TileRenderer::panelMargin),
-                                                     tile)});
+            placed.tile =
+                QRectF(QPointF(x + TileRenderer::panelMargin, y + TileRenderer::panelMargin), tile);
             x += panelWidth + kGap;
             rowHeight = std::max(rowHeight, tile.height() + 2 * TileRenderer::panelMargin + kLabel);
         }
         y += rowHeight + 12;
-        sections.append(section);
     }
     height = y + kMargin;
     return sections;
@@ -86,9 +121,9 @@ void GallerySheet::paintBackdrop(QPainter& painter, const QRectF& rect) {
 }
 
 QImage GallerySheet::render(const FaceRegistry& faces, TileRenderer& renderer,
-                            const FaceContext& base, qreal width) {
+                            const FaceContext& base, const QStringList& kinds, qreal width) {
     qreal height = 0;
-    const QList<Section> sections = layout(width, height);
+    const QList<Section> sections = layout(kinds, width, height);
     const qreal dpr = base.devicePixelRatio > 0 ? base.devicePixelRatio : 1.0;
     QImage image(
         QSize(static_cast<int>(std::ceil(width * dpr)), static_cast<int>(std::ceil(height * dpr))),
@@ -102,17 +137,17 @@ QImage GallerySheet::render(const FaceRegistry& faces, TileRenderer& renderer,
 
     for (const Section& section : sections) {
         const qreal iconSide = 22;
-        FaceKit::drawSymbol(painter, base, symbol(section.category),
+        FaceKit::drawSymbol(painter, base, section.symbol,
                             QRectF(section.heading.left(),
                                    section.heading.center().y() - iconSide / 2, iconSide, iconSide),
-                            QColor(255, 255, 255, 220), title(section.category));
+                            QColor(255, 255, 255, 220), section.title);
         FaceKit::drawElided(painter, base, section.heading.adjusted(iconSide + 10, 0, 0, 0),
-                            title(section.category), FaceKit::font(20, QFont::Bold),
+                            section.title, FaceKit::font(20, QFont::Bold),
                             QColor(255, 255, 255, 235), Qt::AlignLeft | Qt::AlignVCenter);
         for (const Placed& placed : section.tiles) {
             FaceContext context = base;
             context.metadata = placed.definition.metadata;
-            context.size = placed.definition.metadata.defaultSize;
+            context.size = placed.size;
             context.points = placed.tile.size();
             context.scale = 1.0;
             context.settings = {};
@@ -120,9 +155,7 @@ QImage GallerySheet::render(const FaceRegistry& faces, TileRenderer& renderer,
             FaceKit::drawElided(painter, base,
                                 QRectF(placed.tile.left(), placed.tile.bottom() + 8,
                                        placed.tile.width(), kLabel - 4),
-                                placed.definition.metadata.displayName + QStringLiteral("  ·  ") +
-                                    label(context.size),
-                                FaceKit::font(11), QColor(255, 255, 255, 170),
+                                placed.caption, FaceKit::font(11), QColor(255, 255, 255, 170),
                                 Qt::AlignLeft | Qt::AlignVCenter);
         }
     }
