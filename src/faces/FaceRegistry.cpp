@@ -5,6 +5,7 @@
 #include "faces/AppUsageFace.h"
 #include "faces/BatteryFace.h"
 #include "faces/BluetoothFace.h"
+#include "faces/CalculatorFace.h"
 #include "faces/CalendarFace.h"
 #include "faces/ClockFace.h"
 #include "faces/CountdownFace.h"
@@ -19,6 +20,7 @@
 #include "faces/MoonFace.h"
 #include "faces/NetworkFace.h"
 #include "faces/NowPlayingFace.h"
+#include "faces/PasswordGeneratorFace.h"
 #include "faces/PomodoroFace.h"
 #include "faces/RemindersFace.h"
 #include "faces/SensorsFace.h"
@@ -29,6 +31,7 @@
 #include "faces/StopwatchFace.h"
 #include "faces/SystemFace.h"
 #include "faces/TimerFace.h"
+#include "faces/UnitConverterFace.h"
 #include "faces/WeatherFace.h"
 #include "faces/WordClockFace.h"
 #include "faces/WorldClockFace.h"
@@ -72,6 +75,9 @@ FaceRegistry::FaceRegistry()
     add(QStringLiteral("appusage"), std::make_unique<AppUsageFace>());
     add(QStringLiteral("github"), std::make_unique<GitHubFace>());
     add(QStringLiteral("smarthome"), std::make_unique<SmartHomeFace>());
+    add(QStringLiteral("calculator"), std::make_unique<CalculatorFace>());
+    add(QStringLiteral("unitconverter"), std::make_unique<UnitConverterFace>());
+    add(QStringLiteral("passwordgenerator"), std::make_unique<PasswordGeneratorFace>());
 }
 
 FaceRegistry::~FaceRegistry() = default;
