@@ -53,6 +53,7 @@
 #include "settings/AppSettings.h"
 #include "speed/SpeedTestService.h"
 #include "text/L.h"
+#include "tools/ToolBehaviours.h"
 #include "tick/MinuteCoordinator.h"
 #include "tick/TickCoordinator.h"
 #include "updates/ReleaseFeed.h"
@@ -67,12 +68,32 @@
 #include <QLoggingCategory>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QPainter>
 #include <QWindow>
 
 namespace tw {
 
 Q_LOGGING_CATEGORY(lcApp, "App")
+
+namespace {
+
+// The tool tiles' clipboard; a secret copy carries the mark clipboard keepers leave alone.
+TextClipboard desktopClipboard() {
+    return {
+        .copy = [](const QString& text) { QGuiApplication::clipboard()->setText(text); },
+        .copySecret =
+            [](const QString& text) {
+                auto* data = new QMimeData;
+                data->setText(text);
+                data->setData(QStringLiteral("x-kde-passwordManagerHint"), QByteArrayLiteral("secret"));
+                QGuiApplication::clipboard()->setMimeData(data);
+            },
+        .paste = [] { return QGuiApplication::clipboard()->text(); },
+    };
+}
+
+} // namespace
 
 ConfigSelection AppDelegate::initialConfigSelection(Defaults& defaults) {
     QString page = QString::fromLocal8Bit(qgetenv("TKW_SETTINGS_PAGE"));
@@ -296,6 +317,9 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
     // 12. The desktop, its glass over the desktop's own picture.
     m_backdrop = std::make_unique<WallpaperBackdrop>(m_platform.picture.get());
     m_wallpaper = std::make_unique<DesktopWallpaper>(m_platform.picture.get());
+    m_tools = std::make_unique<ToolBehaviours>(*m_grid, *m_scheduler, desktopClipboard(),
+                                               m_market.get());
+    m_tools->addTo(m_behaviours);
     m_controller = std::make_unique<DesktopController>(DesktopController::Services{
         .theme = *m_theme,
         .ticker = *m_ticker,

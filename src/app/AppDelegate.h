@@ -29,6 +29,7 @@ class CalendarHub;
 class CalendarSetup;
 class SpeedTestService;
 class ConnectedTiles;
+class ToolBehaviours;
 class CalendarSubscriptions;
 class CalendarWatcher;
 class ConfigWindow;
@@ -189,6 +190,7 @@ private:
     // The behaviours of kinds with state of their own, all added before the desktop, which
     // connects to each when it is made.
     TileBehaviours m_behaviours;
+    std::unique_ptr<ToolBehaviours> m_tools;
     std::unique_ptr<DesktopController> m_controller;
     // Before the status item and the window, which show its notices.
     std::unique_ptr<NoticeService> m_notices;

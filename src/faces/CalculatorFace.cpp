@@ -5,6 +5,7 @@
 #include "faces/ReadingKit.h"
 #include "text/L.h"
 #include "tools/CalcParser.h"
+#include "tools/CalculatorBehaviour.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
@@ -147,6 +148,11 @@ std::optional<TimeGrain> CalculatorFace::grain(WidgetSize, const WidgetSettings&
 }
 
 CalculatorTile CalculatorFace::tileOf(const FaceContext& context) {
+    if (const auto* behaviour = context.behaviour<CalculatorBehaviour>()) {
+        if (const CalculatorTile* live = behaviour->tile(context.instanceID)) {
+            return *live;
+        }
+    }
     CalculatorTile tile = CalculatorTile::fromSettings(context.settings);
     if (context.surface.showsDemoContent && tile.state.tape.isEmpty() &&
         tile.state.entry.isEmpty()) {

@@ -4,6 +4,7 @@
 #include "faces/FaceKit.h"
 #include "faces/ReadingKit.h"
 #include "text/L.h"
+#include "tools/PasswordBehaviour.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
@@ -368,6 +369,11 @@ std::optional<TimeGrain> PasswordGeneratorFace::grain(WidgetSize, const WidgetSe
 }
 
 PasswordTile PasswordGeneratorFace::tileOf(const FaceContext& context) {
+    if (const auto* behaviour = context.behaviour<PasswordBehaviour>()) {
+        if (const PasswordTile* live = behaviour->tile(context.instanceID)) {
+            return *live;
+        }
+    }
     return PasswordTile::sample(context.settings);
 }
 

@@ -7,6 +7,7 @@
 #include "text/L.h"
 #include "tools/CalcParser.h"
 #include "tools/CalculatorState.h"
+#include "tools/UnitConverterBehaviour.h"
 
 #include <QLocale>
 #include <QPainter>
@@ -257,7 +258,8 @@ void drawSwap(QPainter& painter, const FaceContext& context, const QRectF& rect,
 }
 
 void drawField(QPainter& painter, const FaceContext& context, const QRectF& field, bool stacked,
-               const QString& amount, const QColor& amountColor, const QString& unit, bool caret) {
+               const QString& amount, qreal textSize, const QColor& amountColor,
+               const QString& unit, bool caret) {
     if (!stacked) {
         painter.save();
         painter.setRenderHint(QPainter::Antialiasing);
@@ -268,9 +270,9 @@ void drawField(QPainter& painter, const FaceContext& context, const QRectF& fiel
     }
     const QRectF text = amountRect(field, stacked);
     const Qt::Alignment align = Qt::AlignLeft | Qt::AlignVCenter;
-    const QRectF took = FaceKit::drawFitted(
-        painter, context, text.adjusted(0, 0, caret ? -4 : 0, 0), amount, QFont::Medium,
-        amountColor, align, text.height() * (stacked ? 0.8 : 0.52));
+    const QRectF took =
+        FaceKit::drawFitted(painter, context, text.adjusted(0, 0, caret ? -4 : 0, 0), amount,
+                            QFont::Medium, amountColor, align, textSize);
     if (caret) {
         painter.save();
         painter.setPen(Qt::NoPen);
@@ -332,7 +334,20 @@ std::optional<TimeGrain> UnitConverterFace::grain(WidgetSize, const WidgetSettin
 }
 
 ConverterTile UnitConverterFace::tileOf(const FaceContext& context) {
+    if (const auto* behaviour = context.behaviour<UnitConverterBehaviour>()) {
+        if (const ConverterTile* live = behaviour->tile(context.instanceID)) {
+            return *live;
+        }
+    }
     ConverterTile tile;
+    // Previews show money, which says most about what the tile can do.
+    if (context.surface.showsDemoContent &&
+        !context.settings.contains(QStringLiteral("category"))) {
+        tile.state =
+            ConverterState::fromSettings({{QStringLiteral("category"), QStringLiteral("currency")},
+                                          {QStringLiteral("amount"), QStringLiteral("250")}});
+        return tile;
+    }
     tile.state = ConverterState::fromSettings(context.settings);
     return tile;
 }
@@ -360,13 +375,20 @@ void UnitConverterFace::paint(QPainter& painter, const QRectF& rect,
     const std::optional<double> result = state.result(rates);
     const QString amount =
         state.amount.isEmpty() ? QStringLiteral("0") : CalculatorState::displayed(state.amount);
-    drawField(painter, context, l.from, l.stacked, amount, context.primary(),
+    const QString shown = tile.copied ? L("convert.copied", QStringLiteral("Copied"))
+                          : result ? CalcNumber::grouped(ConverterTile::resultText(state, *result))
+                                   : QStringLiteral("—");
+    // Both figures at one size, so that neither looks the larger for being short.
+    const QRectF box = amountRect(l.from, l.stacked);
+    const qreal largest = box.height() * (l.stacked ? 0.8 : 0.52);
+    const qreal textSize = std::min(
+        FaceKit::fittingPixelSize(amount, box.size() - QSizeF(4, 0), QFont::Medium, largest),
+        FaceKit::fittingPixelSize(shown, amountRect(l.to, l.stacked).size(), QFont::Medium,
+                                  largest));
+    drawField(painter, context, l.from, l.stacked, amount, textSize, context.primary(),
               unitSymbol(state, state.from), tile.focused);
     drawSwap(painter, context, l.swap, l.stacked);
-    const QString shown = result ? CalcNumber::grouped(ConverterTile::resultText(state, *result))
-                                 : QStringLiteral("—");
-    drawField(painter, context, l.to, l.stacked,
-              tile.copied ? L("convert.copied", QStringLiteral("Copied")) : shown,
+    drawField(painter, context, l.to, l.stacked, shown, textSize,
               tile.copied ? context.accent() : context.primary(), unitSymbol(state, state.to),
               false);
     if (!l.footer.isEmpty()) {

@@ -93,6 +93,14 @@ MarketDemand MarketDemand::of(const QString& kind, const WidgetSettings& setting
     } else if (kind == QLatin1String("currency")) {
         demand.rates.insert(MarketSettings::currencyBase(settings),
                             MarketSettings::currencyTargets(settings));
+    } else if (kind == QLatin1String("unitconverter") &&
+               settings.value(QStringLiteral("category")) == QLatin1String("currency")) {
+        // The converter asks for the rates of what it converts from, into what it converts to.
+        const QString from = currencyCode(settings.value(QStringLiteral("from")));
+        const QString to = currencyCode(settings.value(QStringLiteral("to")));
+        if (!from.isEmpty() && !to.isEmpty() && from != to) {
+            demand.rates.insert(from, {to});
+        }
     }
     return demand;
 }

@@ -320,6 +320,70 @@ QList<WidgetOption> currencyOptions() {
              .defaultValue = QStringLiteral("USD,GBP,CHF,JPY")}};
 }
 
+// Characters from sets, or words from the shipped list; each group counts only in its mode.
+QList<WidgetOption> passwordOptions() {
+    QList<WidgetOption::Choice> lengths;
+    for (const int n : {8, 10, 12, 14, 16, 20, 24, 28, 32, 40, 48, 56, 64}) {
+        lengths.append({QString::number(n), QString::number(n)});
+    }
+    QList<WidgetOption::Choice> words;
+    for (int n = 3; n <= 12; ++n) {
+        words.append({QString::number(n), QString::number(n)});
+    }
+    const WidgetOption::Condition characters{QStringLiteral("mode"), QStringLiteral("characters")};
+    const WidgetOption::Condition inWords{QStringLiteral("mode"), QStringLiteral("words")};
+    const auto when = [](WidgetOption option, const WidgetOption::Condition& condition) {
+        option.activeWhen = condition;
+        return option;
+    };
+    return {
+        {.key = QStringLiteral("mode"),
+         .title = L("option.password.mode", QStringLiteral("Make")),
+         .type = Type::choice,
+         .choices = {{QStringLiteral("characters"),
+                      L("option.password.characters", QStringLiteral("A password"))},
+                     {QStringLiteral("words"),
+                      L("option.password.words", QStringLiteral("A passphrase of words"))}},
+         .defaultValue = QStringLiteral("characters")},
+        when({.key = QStringLiteral("length"),
+              .title = L("option.password.length", QStringLiteral("Characters")),
+              .type = Type::choice,
+              .choices = lengths,
+              .defaultValue = QStringLiteral("20")},
+             characters),
+        when(toggle("lower", L("option.password.lower", QStringLiteral("Lower case (a–z)")), "true"),
+             characters),
+        when(toggle("upper", L("option.password.upper", QStringLiteral("Capitals (A–Z)")), "true"),
+             characters),
+        when(toggle("digits", L("option.password.digits", QStringLiteral("Digits (0–9)")), "true"),
+             characters),
+        when(toggle("symbols", L("option.password.symbols", QStringLiteral("Symbols (#$&…)")),
+                    "true"),
+             characters),
+        when(toggle("similar",
+                    L("option.password.similar", QStringLiteral("Leave out look-alikes (l 1 O 0)")),
+                    "true"),
+             characters),
+        when({.key = QStringLiteral("words"),
+              .title = L("option.password.wordCount", QStringLiteral("Words")),
+              .type = Type::choice,
+              .choices = words,
+              .defaultValue = QStringLiteral("6")},
+             inWords),
+        when({.key = QStringLiteral("separator"),
+              .title = L("option.password.separator", QStringLiteral("Between words")),
+              .type = Type::choice,
+              .choices = {{QStringLiteral("dash"), L("option.separator.dash", QStringLiteral("Dash"))},
+                          {QStringLiteral("space"), L("option.separator.space", QStringLiteral("Space"))},
+                          {QStringLiteral("dot"), L("option.separator.dot", QStringLiteral("Dot"))},
+                          {QStringLiteral("none"), L("option.separator.none", QStringLiteral("Nothing"))}},
+              .defaultValue = QStringLiteral("dash")},
+             inWords),
+        when(toggle("capitalize",
+                    L("option.password.capitalize", QStringLiteral("Capitalise each word")), "false"),
+             inWords)};
+}
+
 QList<WidgetOption> weatherOptions() {
     const auto choice = [](const char* value, const char* key, const char* title) {
         return WidgetOption::Choice{QLatin1String(value), L(key, QString::fromUtf8(title))};
@@ -469,6 +533,20 @@ QList<WidgetOption> WidgetOption::of(const QString& kind) {
     }
     if (kind == QLatin1String("appusage")) {
         return appUsageOptions();
+    }
+    if (kind == QLatin1String("calculator")) {
+        return {{.key = QStringLiteral("decimals"),
+                 .title = L("option.decimals", QStringLiteral("Decimal places")),
+                 .type = Type::choice,
+                 .choices = {{QString(), L("option.decimals.auto", QStringLiteral("As needed"))},
+                             {QStringLiteral("0"), QStringLiteral("0")},
+                             {QStringLiteral("2"), QStringLiteral("2")},
+                             {QStringLiteral("4"), QStringLiteral("4")},
+                             {QStringLiteral("6"), QStringLiteral("6")}},
+                 .defaultValue = QString()}};
+    }
+    if (kind == QLatin1String("passwordgenerator")) {
+        return passwordOptions();
     }
     if (kind == QLatin1String("moon")) {
         return {place(), hourFormat()};

@@ -287,9 +287,8 @@ QString CalcNumber::format(double value, int decimals) {
     if (value == 0) {
         value = 0;
     }
-    const double magnitude = std::fabs(value);
     QString text;
-    if (decimals >= 0 && magnitude < 1e15) {
+    if (decimals >= 0 && std::fabs(value) < 1e15) {
         const int places = std::min(decimals, 12);
         text = QString::number(value, 'f', places);
         if (text.startsWith(QLatin1Char('-')) && text.mid(1) == QString::number(0.0, 'f', places)) {
@@ -297,9 +296,12 @@ QString CalcNumber::format(double value, int decimals) {
         }
         return text;
     }
+    // 15 significant digits hide the binary noise of 0.1 + 0.2; the form is chosen after
+    // rounding, so that a number shown reads back and shows the same again.
+    const double rounded = QString::number(value, 'g', 15).toDouble();
+    const double magnitude = std::fabs(rounded);
     if (magnitude != 0 && (magnitude >= 1e15 || magnitude < 1e-9)) {
-        text = QString::number(value, 'e', 11);
-        // Trailing zeros of the mantissa say nothing.
+        text = QString::number(rounded, 'e', 14);
         const qsizetype e = text.indexOf(QLatin1Char('e'));
         QString mantissa = text.left(e);
         while (mantissa.endsWith(QLatin1Char('0'))) {
@@ -310,10 +312,9 @@ QString CalcNumber::format(double value, int decimals) {
         }
         return mantissa + text.mid(e);
     }
-    // 12 significant digits hide the binary noise of 0.1 + 0.2.
-    text = QString::number(
-        value, 'f',
-        std::max(0, 11 - static_cast<int>(std::floor(std::log10(std::max(magnitude, 1e-9))))));
+    const int places =
+        magnitude == 0 ? 0 : std::max(0, 14 - static_cast<int>(std::floor(std::log10(magnitude))));
+    text = QString::number(rounded, 'f', places);
     if (text.contains(QLatin1Char('.'))) {
         while (text.endsWith(QLatin1Char('0'))) {
             text.chop(1);

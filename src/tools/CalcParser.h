@@ -26,7 +26,7 @@ CalcResult evaluate(QStringView text);
 
 namespace CalcNumber {
 
-// A result as the calculator shows and copies it: up to 12 significant digits, no trailing zeros,
+// A result as the calculator shows and copies it: up to 15 significant digits, no trailing zeros,
 // exponent form ("1.5e+20") beyond 1e15 or below 1e-9; `decimals` from 0 fixes the places.
 QString format(double value, int decimals = -1);
 

@@ -41,7 +41,9 @@ Outcome ToolInput::calculatorKey(CalculatorState& state, int key, Qt::KeyboardMo
     default:
         break;
     }
-    if (text.size() != 1) {
+    // Letters and the like are the desktop's; the calculator's own characters are always taken.
+    static const QString own = QStringLiteral("0123456789.,+-*/^%()xX\u00D7\u00F7\u2212");
+    if (text.size() != 1 || !own.contains(text.front())) {
         return Outcome::ignored;
     }
     return changedIf(state.type(text.front()));

@@ -75,9 +75,10 @@ private Q_SLOTS:
         row("binary noise hidden", 0.1 + 0.2, -1, "0.3");
         row("whole", 42.0, -1, "42");
         row("negative zero", -0.0, -1, "0");
-        row("twelve digits", 2.0 / 3.0, -1, "0.666666666667");
+        row("fifteen digits", 2.0 / 3.0, -1, "0.666666666666667");
         row("large stays plain", 123456789012345.0, -1, "123456789012345");
         row("very large", 1.5e20, -1, "1.5e+20");
+        row("rounded up into the exponent form", 999999999999999.9, -1, "1e+15");
         row("very small", 2.5e-12, -1, "2.5e-12");
         row("fixed places", 2.0 / 3.0, 2, "0.67");
         row("fixed places drop a sign of nothing", -0.001, 2, "0.00");

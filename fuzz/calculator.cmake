@@ -1,0 +1,1 @@
+tw_add_fuzzer(fuzz_calculator LIBS tw_tools)
