@@ -27,6 +27,7 @@
 #include "faces/SimpleClockFace.h"
 #include "faces/SmartHomeFace.h"
 #include "faces/SpeedTestFace.h"
+#include "faces/StarfieldFace.h"
 #include "faces/StocksFace.h"
 #include "faces/StopwatchFace.h"
 #include "faces/SystemFace.h"
@@ -78,6 +79,7 @@ FaceRegistry::FaceRegistry()
     add(QStringLiteral("calculator"), std::make_unique<CalculatorFace>());
     add(QStringLiteral("unitconverter"), std::make_unique<UnitConverterFace>());
     add(QStringLiteral("passwordgenerator"), std::make_unique<PasswordGeneratorFace>());
+    add(QStringLiteral("starfield"), std::make_unique<StarfieldFace>());
 }
 
 FaceRegistry::~FaceRegistry() = default;

@@ -426,6 +426,102 @@ QList<WidgetOption> weatherOptions() {
     };
 }
 
+WidgetOption::Choice pick(const char* value, const char* key, const char* title) {
+    return {QLatin1String(value), L(key, QString::fromUtf8(title))};
+}
+
+QList<WidgetOption> starfieldOptions() {
+    return {{.key = QStringLiteral("sky"),
+             .title = L("option.sky", QStringLiteral("Sky")),
+             .type = Type::choice,
+             .choices = {pick("night", "option.sky.night", "Night"),
+                         pick("twilight", "option.sky.twilight", "Twilight"),
+                         pick("violet", "option.sky.violet", "Violet")},
+             .defaultValue = QStringLiteral("night")},
+            {.key = QStringLiteral("density"),
+             .title = L("option.density", QStringLiteral("Stars")),
+             .type = Type::choice,
+             .choices = {pick("few", "option.density.few", "Few"),
+                         pick("some", "option.density.some", "Some"),
+                         pick("many", "option.density.many", "Many")},
+             .defaultValue = QStringLiteral("some")},
+            {.key = QStringLiteral("drift"),
+             .title = L("option.drift", QStringLiteral("Drift")),
+             .type = Type::choice,
+             .choices = {pick("still", "option.drift.still", "Still"),
+                         pick("slow", "option.drift.slow", "Slow"),
+                         pick("fast", "option.drift.fast", "Faster")},
+             .defaultValue = QStringLiteral("slow")},
+            {.key = QStringLiteral("meteors"),
+             .title = L("option.meteors", QStringLiteral("Shooting stars")),
+             .type = Type::toggle,
+             .choices = {},
+             .defaultValue = QStringLiteral("true")}};
+}
+
+// The sleep timer's lengths in minutes; "0" plays until paused.
+QList<WidgetOption> ambientSoundOptions() {
+    QList<WidgetOption::Choice> volumes;
+    for (int percent = 10; percent <= 100; percent += 10) {
+        volumes.append({QString::number(percent), QStringLiteral("%1 %").arg(percent)});
+    }
+    return {
+        {.key = QStringLiteral("sound"),
+         .title = L("option.sound", QStringLiteral("Sound")),
+         .type = Type::choice,
+         .choices = {pick("rain", "ambient.rain", "Rain"), pick("waves", "ambient.waves", "Waves"),
+                     pick("cafe", "ambient.cafe", "Café"),
+                     pick("white", "ambient.white", "White noise"),
+                     pick("pink", "ambient.pink", "Pink noise"),
+                     pick("brown", "ambient.brown", "Brown noise")},
+         .defaultValue = QStringLiteral("rain")},
+        {.key = QStringLiteral("volume"),
+         .title = L("option.volume.level", QStringLiteral("Volume")),
+         .type = Type::choice,
+         .choices = volumes,
+         .defaultValue = QStringLiteral("50")},
+        {.key = QStringLiteral("sleep"),
+         .title = L("option.sleep", QStringLiteral("Sleep timer")),
+         .type = Type::choice,
+         .choices = {pick("0", "option.sleep.off", "Off"), pick("15", "option.sleep.15", "15 min"),
+                     pick("30", "option.sleep.30", "30 min"),
+                     pick("60", "option.sleep.60", "1 hour"),
+                     pick("90", "option.sleep.90", "1 hour 30 min")},
+         .defaultValue = QStringLiteral("0")}};
+}
+
+// The companion sleeps from "bedtime" to "wakes", hours of the local day.
+QList<WidgetOption> companionOptions() {
+    QList<WidgetOption::Choice> evening{pick("", "option.bedtime.never", "Never sleeps")};
+    for (const int hour : {21, 22, 23, 0}) {
+        evening.append(
+            {QString::number(hour), QStringLiteral("%1:00").arg(hour, 2, 10, QLatin1Char('0'))});
+    }
+    QList<WidgetOption::Choice> morning;
+    for (const int hour : {5, 6, 7, 8, 9}) {
+        morning.append(
+            {QString::number(hour), QStringLiteral("%1:00").arg(hour, 2, 10, QLatin1Char('0'))});
+    }
+    return {{.key = QStringLiteral("coat"),
+             .title = L("option.coat", QStringLiteral("Coat")),
+             .type = Type::choice,
+             .choices = {pick("ginger", "option.coat.ginger", "Ginger"),
+                         pick("grey", "option.coat.grey", "Grey"),
+                         pick("black", "option.coat.black", "Black"),
+                         pick("cream", "option.coat.cream", "Cream")},
+             .defaultValue = QStringLiteral("ginger")},
+            {.key = QStringLiteral("bedtime"),
+             .title = L("option.bedtime", QStringLiteral("Goes to sleep")),
+             .type = Type::choice,
+             .choices = evening,
+             .defaultValue = QStringLiteral("23")},
+            {.key = QStringLiteral("wakes"),
+             .title = L("option.wakes", QStringLiteral("Wakes up")),
+             .type = Type::choice,
+             .choices = morning,
+             .defaultValue = QStringLiteral("7")}};
+}
+
 } // namespace
 
 QList<WidgetOption> WidgetOption::of(const QString& kind) {
@@ -550,6 +646,15 @@ QList<WidgetOption> WidgetOption::of(const QString& kind) {
     }
     if (kind == QLatin1String("moon")) {
         return {place(), hourFormat()};
+    }
+    if (kind == QLatin1String("starfield")) {
+        return starfieldOptions();
+    }
+    if (kind == QLatin1String("ambientsound")) {
+        return ambientSoundOptions();
+    }
+    if (kind == QLatin1String("companion")) {
+        return companionOptions();
     }
     return {};
 }
