@@ -95,8 +95,10 @@ void paintSky(QPainter& p, const QSizeF& size, const Sky& sky, double density, q
     p.rotate(-24);
     p.scale(1.0, 0.32);
     p.translate(-size.width() * 0.62, -size.height() * 0.38);
-    p.fillRect(QRectF(QPointF(), size)
-                   .adjusted(-size.width(), -size.height(), size.width(), size.height()),
+    // Wide enough that, squeezed and turned, its edges stay outside the sky.
+    const qreal reach = 2 * std::max(size.width(), size.height());
+    const QPointF middle(size.width() * 0.62, size.height() * 0.38);
+    p.fillRect(QRectF(middle - QPointF(reach, reach / 0.32), QSizeF(2 * reach, 2 * reach / 0.32)),
                haze);
     p.restore();
     p.setPen(Qt::NoPen);
