@@ -492,7 +492,7 @@ QList<WidgetOption> ambientSoundOptions() {
 
 // The companion sleeps from "bedtime" to "wakes", hours of the local day.
 QList<WidgetOption> companionOptions() {
-    QList<WidgetOption::Choice> evening{pick("", "option.bedtime.never", "Never sleeps")};
+    QList<WidgetOption::Choice> evening{pick("never", "option.bedtime.never", "Never sleeps")};
     for (const int hour : {21, 22, 23, 0}) {
         evening.append(
             {QString::number(hour), QStringLiteral("%1:00").arg(hour, 2, 10, QLatin1Char('0'))});
