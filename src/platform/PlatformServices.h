@@ -18,6 +18,7 @@
 #include "platform/MachineIdentity.h"
 #include "platform/MediaPlayers.h"
 #include "platform/Notifications.h"
+#include "platform/PointerPosition.h"
 #include "platform/PowerSource.h"
 #include "platform/ProcessUsage.h"
 #include "platform/Relauncher.h"
@@ -63,6 +64,8 @@ struct PlatformServices {
     std::unique_ptr<MachineIdentity> machine;
     // The sounds of timers; silent when $TKW_SILENT is "1" (pictures, automated runs).
     std::unique_ptr<SoundPlayer> sounds;
+    // Where the pointer is, for tiles that look at it.
+    std::unique_ptr<PointerPosition> pointer;
 
     // The desktop host's services, every one set; needs the running QApplication.
     static PlatformServices make();

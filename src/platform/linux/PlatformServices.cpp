@@ -20,6 +20,7 @@
 #include "platform/linux/PortalColorScheme.h"
 #include "platform/linux/ProcProcessUsage.h"
 #include "platform/linux/QtDisplays.h"
+#include "platform/linux/QtPointerPosition.h"
 #include "platform/linux/ShellRelauncher.h"
 #include "platform/linux/UPowerPowerSource.h"
 #include "platform/linux/VdirCalendarStore.h"
@@ -51,6 +52,7 @@ PlatformServices PlatformServices::make() {
     services.loginItem = XdgAutostart::forThisProgram();
     services.usage = makeProcessUsage();
     services.location = GeoClueLocationSource::create();
+    services.pointer = std::make_unique<QtPointerPosition>();
     if (qEnvironmentVariable("TKW_SILENT") == QLatin1String("1")) {
         services.sounds = std::make_unique<SilentSoundPlayer>();
     } else {
