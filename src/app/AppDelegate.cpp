@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 
+#include "ambient/AmbientTiles.h"
 #include "app/RememberGridSaves.h"
 #include "app/SingleInstance.h"
 #include "app/StatusBarController.h"
@@ -274,6 +275,15 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .sounds = *m_platform.sounds,
         .notifications = m_platform.notifications.get(),
     });
+    m_ambient = std::make_unique<AmbientTiles>(AmbientTiles::Services{
+        .clock = m_clocks.system,
+        .scheduler = *m_scheduler,
+        .grid = *m_grid,
+        .pointer = m_platform.pointer.get(),
+        .player = AmbientTiles::playerForThisRun(),
+    });
+    m_behaviours.add(QStringLiteral("ambientsound"), &m_ambient->sound());
+    m_behaviours.add(QStringLiteral("companion"), &m_ambient->companions());
     m_watcher = std::make_unique<ScreenTopologyWatcher>(*m_platform.displays, *m_scheduler);
     m_memory = std::make_unique<TopologyMemory>(*m_watcher, m_clocks.system);
     rememberGridSaves(*m_grid, *m_memory, *m_platform.displays);

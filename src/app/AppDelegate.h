@@ -22,6 +22,8 @@
 
 namespace tw {
 
+class AmbientTiles;
+
 class AppEnergyMeter;
 class AppSettings;
 class AppUsageService;
@@ -191,6 +193,7 @@ private:
     // connects to each when it is made.
     TileBehaviours m_behaviours;
     std::unique_ptr<ToolBehaviours> m_tools;
+    std::unique_ptr<AmbientTiles> m_ambient;
     std::unique_ptr<DesktopController> m_controller;
     // Before the status item and the window, which show its notices.
     std::unique_ptr<NoticeService> m_notices;

@@ -1,6 +1,7 @@
 #include "faces/FaceRegistry.h"
 
 #include "faces/ActivityFace.h"
+#include "faces/AmbientSoundFace.h"
 #include "faces/AirQualityFace.h"
 #include "faces/AppUsageFace.h"
 #include "faces/BatteryFace.h"
@@ -11,6 +12,7 @@
 #include "faces/CountdownFace.h"
 #include "faces/CryptoFace.h"
 #include "faces/CurrencyFace.h"
+#include "faces/CompanionFace.h"
 #include "faces/CustomWidgetFace.h"
 #include "faces/DayProgressFace.h"
 #include "faces/DiskFace.h"
@@ -80,6 +82,8 @@ FaceRegistry::FaceRegistry()
     add(QStringLiteral("unitconverter"), std::make_unique<UnitConverterFace>());
     add(QStringLiteral("passwordgenerator"), std::make_unique<PasswordGeneratorFace>());
     add(QStringLiteral("starfield"), std::make_unique<StarfieldFace>());
+    add(QStringLiteral("ambientsound"), std::make_unique<AmbientSoundFace>());
+    add(QStringLiteral("companion"), std::make_unique<CompanionFace>());
 }
 
 FaceRegistry::~FaceRegistry() = default;
