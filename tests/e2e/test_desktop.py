@@ -1002,6 +1002,35 @@ class TimerTileTest(HostCase):
                     "the press on the idle timer did not start it")
 
 
+class AmbientSoundTileTest(HostCase):
+    """The ambient sound tile's own buttons answer clicks: a sound picked on the tile plays and
+    stays in its settings, the volume's + steps it up, the moon steps the sleep timer; the run is
+    silent, so no sound device is opened."""
+
+    panel_count = 1
+
+    def before_launch(self):
+        tile = {"id": "D0000000-0000-4000-8000-000000000021", "kind": "ambientsound",
+                "size": "large", "order": 0, "page": 0, "col": 0, "row": 0, "posX": 300,
+                "posY": 700, "settings": {"sound": "rain", "volume": "50"}}
+        with open(os.path.join(self.data_dir, "grid.json"), "w", encoding="utf-8") as f:
+            json.dump({"instances": [tile], "pageCount": 1}, f)
+
+    def setting(self, key):
+        return self.by_kind("ambientsound").get("settings", {}).get(key)
+
+    def test_buttons_on_the_tile(self):
+        x, y, _, _ = self.panel_of(self.by_kind("ambientsound"))
+        # The tile starts 22 points into its panel; the points are those of the large layout.
+        for (px, py), key, value in (((87, 149), "sound", "cafe"), ((107, 179), "volume", "60"),
+                                     ((158, 179), "sleep", "15")):
+            self.session.xdotool("mousemove", "--sync", str(x + 22 + px), str(y + 22 + py))
+            self.session.xdotool("click", 1)
+            self.settle(lambda: self.setting(key) == value,
+                        "a click on the tile did not set %s to %s" % (key, value))
+        self.screenshot("ambientsound.png")
+
+
 class ReleaseServer(http.server.ThreadingHTTPServer):
     """The published release list on loopback, under TKW_ENDPOINT_BASE's "releases"; the answer
     waits until `released`."""
