@@ -38,14 +38,10 @@ Layout layoutOf(const QRectF& rect, WidgetSize size) {
     switch (size) {
     case WidgetSize::wide:
     case WidgetSize::banner: {
-        qreal left = rect.left();
-        if (size == WidgetSize::banner) {
-            l.category = QRectF(left, rect.top() + h * 0.3, w * 0.2, h * 0.4);
-            left += w * 0.23;
-        } else {
-            l.category = QRectF(left, rect.top(), w * 0.6, h * 0.26);
-        }
-        const qreal top = size == WidgetSize::banner ? rect.top() : rect.top() + h * 0.32;
+        const qreal left = rect.left();
+        // The category above the row: beside it, a banner's chip would be too narrow to read.
+        l.category = QRectF(left, rect.top(), std::min(w * 0.6, 150.0), h * 0.26);
+        const qreal top = rect.top() + h * 0.32;
         const qreal rowHeight = rect.bottom() - top;
         const qreal swapSide = std::min(rowHeight * 0.5, 26.0);
         const qreal field = (rect.right() - left - swapSide - 12) / 2;
@@ -53,6 +49,10 @@ Layout layoutOf(const QRectF& rect, WidgetSize size) {
         l.swap = QRectF(l.from.right() + 6, top + (rowHeight - swapSide) / 2, swapSide, swapSide);
         l.to = QRectF(l.swap.right() + 6, top, field, rowHeight);
         l.stacked = true;
+        if (size == WidgetSize::banner) {
+            l.footer = QRectF(l.category.right() + 8, rect.top(),
+                              rect.right() - l.category.right() - 8, h * 0.26);
+        }
         return l;
     }
     case WidgetSize::wideTall: {
@@ -394,7 +394,9 @@ void UnitConverterFace::paint(QPainter& painter, const QRectF& rect,
     if (!l.footer.isEmpty()) {
         FaceKit::drawElided(painter, context, l.footer, footerText(context, state),
                             FaceKit::font(std::min(l.footer.height() * 0.7, 12.0), QFont::Medium),
-                            context.secondary(), Qt::AlignCenter);
+                            context.secondary(),
+                            context.size == WidgetSize::banner ? Qt::AlignRight | Qt::AlignVCenter
+                                                               : Qt::AlignCenter);
     }
 }
 

@@ -10,6 +10,13 @@ Outcome changedIf(bool changed) {
     return changed ? Outcome::changed : Outcome::unchanged;
 }
 
+// Letters and the like are the desktop's; the characters of a sum are always taken, even where
+// they change nothing.
+const QString& ownCharacters() {
+    static const QString own = QStringLiteral("0123456789.,+-*/^%()xX\u00D7\u00F7\u2212");
+    return own;
+}
+
 bool control(Qt::KeyboardModifiers modifiers) {
     return (modifiers & Qt::ControlModifier) != 0;
 }
@@ -41,9 +48,7 @@ Outcome ToolInput::calculatorKey(CalculatorState& state, int key, Qt::KeyboardMo
     default:
         break;
     }
-    // Letters and the like are the desktop's; the calculator's own characters are always taken.
-    static const QString own = QStringLiteral("0123456789.,+-*/^%()xX\u00D7\u00F7\u2212");
-    if (text.size() != 1 || !own.contains(text.front())) {
+    if (text.size() != 1 || !ownCharacters().contains(text.front())) {
         return Outcome::ignored;
     }
     return changedIf(state.type(text.front()));
@@ -119,7 +124,7 @@ Outcome ToolInput::converterKey(ConverterState& state, int key, Qt::KeyboardModi
     default:
         break;
     }
-    if (text.size() != 1) {
+    if (text.size() != 1 || !ownCharacters().contains(text.front())) {
         return Outcome::ignored;
     }
     return changedIf(state.type(text.front()));
