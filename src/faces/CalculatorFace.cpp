@@ -73,7 +73,7 @@ void drawTape(QPainter& painter, const FaceContext& context, const QRectF& area,
     for (const auto& [index, line] : lines) {
         const CalcTapeLine& sum = state.tape[index];
         const qreal size = std::min(line.height() * 0.55, 13.0);
-        const QString result = CalcNumber::grouped(sum.result);
+        const QString result = CalculatorState::displayed(CalcNumber::grouped(sum.result));
         const QFont resultFont = FaceKit::font(size, QFont::DemiBold);
         const qreal resultWidth =
             std::min(QFontMetricsF(resultFont).horizontalAdvance(result) + 2, line.width() * 0.6);
@@ -129,7 +129,8 @@ void drawDisplay(QPainter& painter, const FaceContext& context, const QRectF& re
     } else if (state.evaluated && !state.tape.isEmpty()) {
         note = CalculatorState::displayed(state.tape.back().expression) + QStringLiteral(" =");
     } else if (const auto preview = state.preview()) {
-        note = QStringLiteral("= ") + CalcNumber::grouped(CalcNumber::format(*preview));
+        note = QStringLiteral("= ") +
+               CalculatorState::displayed(CalcNumber::grouped(CalcNumber::format(*preview)));
     }
     if (!note.isEmpty()) {
         FaceKit::drawElided(painter, context, top, note,
@@ -137,7 +138,7 @@ void drawDisplay(QPainter& painter, const FaceContext& context, const QRectF& re
                             noteColor, Qt::AlignRight | Qt::AlignVCenter);
     }
     QString text = state.entry.isEmpty() ? QStringLiteral("0") : state.entry;
-    text = state.evaluated ? CalcNumber::grouped(text) : CalculatorState::displayed(text);
+    text = CalculatorState::displayed(state.evaluated ? CalcNumber::grouped(text) : text);
     drawEntry(painter, context, main, text, tile.focused);
 }
 

@@ -312,7 +312,7 @@ QString footerText(const FaceContext& context, const ConverterState& state) {
                 day = r.day;
             }
         }
-        return day.isValid() ? L("convert.rates.day", QStringLiteral("Reference rates of %1"))
+        return day.isValid() ? L("convert.rates.day", QStringLiteral("Rates of %1"))
                                    .arg(QLocale().toString(day, QStringLiteral("d MMM")))
                              : L("convert.rates", QStringLiteral("Reference rates"));
     }
@@ -323,7 +323,8 @@ QString footerText(const FaceContext& context, const ConverterState& state) {
         return {};
     }
     return QStringLiteral("1 %1 = %2 %3")
-        .arg(unitSymbol(state, state.from), ConverterTile::resultText(state, *value),
+        .arg(unitSymbol(state, state.from),
+             CalculatorState::displayed(ConverterTile::resultText(state, *value)),
              unitSymbol(state, state.to));
 }
 
@@ -376,8 +377,9 @@ void UnitConverterFace::paint(QPainter& painter, const QRectF& rect,
     const QString amount =
         state.amount.isEmpty() ? QStringLiteral("0") : CalculatorState::displayed(state.amount);
     const QString shown = tile.copied ? L("convert.copied", QStringLiteral("Copied"))
-                          : result ? CalcNumber::grouped(ConverterTile::resultText(state, *result))
-                                   : QStringLiteral("—");
+                          : result    ? CalculatorState::displayed(CalcNumber::grouped(
+                                            ConverterTile::resultText(state, *result)))
+                                      : QStringLiteral("—");
     // Both figures at one size, so that neither looks the larger for being short.
     const QRectF box = amountRect(l.from, l.stacked);
     const qreal largest = box.height() * (l.stacked ? 0.8 : 0.52);
