@@ -4,6 +4,7 @@
 #include "ambient/AmbientSoundSettings.h"
 #include "faces/FaceContext.h"
 #include "faces/FaceKit.h"
+#include "faces/PictureCache.h"
 #include "text/L.h"
 
 #include <QPainter>
@@ -172,24 +173,28 @@ void drawGlyph(QPainter& p, const QRectF& box, AmbientSound sound, const QColor&
     p.restore();
 }
 
-void drawPlayButton(QPainter& p, const QRectF& box, bool playing, const Palette& palette,
-                    double sceneTime) {
+// Ripples going out from the button while the sound plays, slow enough to be calm.
+void drawRipples(QPainter& p, const QRectF& box, const Palette& palette, double sceneTime) {
+    const qreal r = std::min(box.width(), box.height()) / 2;
+    p.save();
+    p.setRenderHint(QPainter::Antialiasing);
+    p.setBrush(Qt::NoBrush);
+    for (int k = 0; k < 3; ++k) {
+        const double phase = std::fmod(sceneTime * 0.3 + k / 3.0, 1.0);
+        QColor ring = palette.accent;
+        ring.setAlphaF(float(0.45 * (1 - phase)));
+        p.setPen(QPen(ring, 1.5));
+        const qreal radius = r * (1 + 0.4 * phase);
+        p.drawEllipse(box.center(), radius, radius);
+    }
+    p.restore();
+}
+
+void drawPlayButton(QPainter& p, const QRectF& box, bool playing, const Palette& palette) {
     const qreal r = std::min(box.width(), box.height()) / 2;
     const QPointF c = box.center();
     p.save();
     p.setRenderHint(QPainter::Antialiasing);
-    if (playing) {
-        // Ripples going out, slow enough to be calm.
-        for (int k = 0; k < 3; ++k) {
-            const double phase = std::fmod(sceneTime * 0.3 + k / 3.0, 1.0);
-            QColor ring = palette.accent;
-            ring.setAlphaF(float(0.45 * (1 - phase)));
-            p.setPen(QPen(ring, 1.5));
-            p.setBrush(Qt::NoBrush);
-            const qreal radius = r * (1 + 0.4 * phase);
-            p.drawEllipse(c, radius, radius);
-        }
-    }
     p.setPen(Qt::NoPen);
     p.setBrush(palette.accent);
     p.drawEllipse(c, r, r);
@@ -285,6 +290,88 @@ QRectF square(QPointF center, qreal side) {
     return {center - QPointF(side / 2, side / 2), QSizeF(side, side)};
 }
 
+// Everything but the ripples: it changes only with the state, so it is kept as a picture.
+void paintStill(QPainter& painter, const QRectF& rect, const FaceContext& context,
+                const Shown& shown, const Palette& palette, const AmbientSoundFace::Layout& l) {
+    painter.save();
+    QLinearGradient fill(rect.topLeft(), rect.bottomLeft());
+    fill.setColorAt(0, palette.top);
+    fill.setColorAt(1, palette.bottom);
+    painter.fillRect(rect, fill);
+
+    drawPlayButton(painter, l.button, shown.playing, palette);
+
+    const bool small = context.size == WidgetSize::small;
+    if (!l.title.isEmpty()) {
+        if (small) {
+            FaceKit::drawElided(painter, context, l.title, displayName(shown.sound),
+                                FaceKit::font(12, QFont::DemiBold), palette.text,
+                                Qt::AlignHCenter | Qt::AlignVCenter);
+        } else {
+            FaceKit::drawFitted(painter, context, l.title, displayName(shown.sound),
+                                QFont::DemiBold, palette.text, Qt::AlignLeft | Qt::AlignVCenter,
+                                17);
+        }
+    }
+    if (!l.status.isEmpty()) {
+        const bool trouble = shown.problem.has_value();
+        FaceKit::drawElided(painter, context, l.status, statusText(shown, context.now),
+                            FaceKit::font(12), trouble ? QColor(0xff, 0x9f, 0x0a) : palette.dim,
+                            Qt::AlignLeft | Qt::AlignVCenter);
+    } else if (small && (shown.problem || shown.sleep.count() > 0)) {
+        const QRectF corner(rect.right() - 34, rect.top() + 6, 28, 14);
+        FaceKit::drawElided(painter, context, corner,
+                            shown.problem ? QStringLiteral("!") : sleepText(shown, context.now),
+                            FaceKit::font(10, QFont::DemiBold),
+                            shown.problem ? QColor(0xff, 0x9f, 0x0a) : palette.dim, Qt::AlignRight);
+    }
+    for (std::size_t i = 0; i < l.sounds.size(); ++i) {
+        const QRectF& box = l.sounds[i];
+        if (box.isEmpty()) {
+            continue;
+        }
+        const AmbientSound sound = allAmbientSounds()[qsizetype(i)];
+        const bool on = sound == shown.sound;
+        drawChip(painter, box, on, palette);
+        drawGlyph(painter,
+                  box.adjusted(box.width() * 0.2, box.height() * 0.2, -box.width() * 0.2,
+                               -box.height() * 0.2),
+                  sound, on ? palette.bottom : palette.text);
+        if (l.soundNames) {
+            FaceKit::drawElided(painter, context,
+                                QRectF(box.left() - 4, box.bottom() + 3, box.width() + 8, 13),
+                                displayName(sound).section(QLatin1Char(' '), 0, 0),
+                                FaceKit::font(10), palette.dim, Qt::AlignHCenter);
+        }
+    }
+    if (!l.volume.isEmpty()) {
+        drawChip(painter, l.quieter, false, palette);
+        drawSign(painter, l.quieter, false, palette.text);
+        drawChip(painter, l.louder, false, palette);
+        drawSign(painter, l.louder, true, palette.text);
+        QColor track = palette.text;
+        track.setAlphaF(0.18f);
+        FaceKit::drawBar(painter, l.volume, shown.volume, palette.accent, track);
+    }
+    if (!l.sleep.isEmpty()) {
+        const bool on = shown.sleep.count() > 0;
+        drawChip(painter, l.sleep, on, palette);
+        const QColor ink = on ? palette.bottom : palette.text;
+        if (l.sleep.width() > l.sleep.height() * 1.5) {
+            const QRectF glyph(l.sleep.left() + 4, l.sleep.top(), l.sleep.height(),
+                               l.sleep.height());
+            drawMoon(painter, glyph, ink);
+            FaceKit::drawElided(painter, context,
+                                l.sleep.adjusted(l.sleep.height() * 0.9 + 3, 0, -4, 0),
+                                sleepText(shown, context.now), FaceKit::font(11, QFont::DemiBold),
+                                ink, Qt::AlignLeft | Qt::AlignVCenter);
+        } else {
+            drawMoon(painter, l.sleep, ink);
+        }
+    }
+    painter.restore();
+}
+
 } // namespace
 
 AmbientSoundFace::Layout AmbientSoundFace::layout(const QRectF& rect, WidgetSize size) {
@@ -368,85 +455,32 @@ double AmbientSoundFace::sceneFps(const FaceContext& context) const {
 void AmbientSoundFace::paint(QPainter& painter, const QRectF& rect,
                              const FaceContext& context) const {
     const Shown shown = shownOf(context);
-    const Palette palette = paletteOf(shown.sound, context.glass.shade == GlassLook::Shade::Dark);
+    const bool dark = context.glass.shade == GlassLook::Shade::Dark;
+    const Palette palette = paletteOf(shown.sound, dark);
     const Layout l = layout(rect, context.size);
-    painter.save();
-    QLinearGradient fill(rect.topLeft(), rect.bottomLeft());
-    fill.setColorAt(0, palette.top);
-    fill.setColorAt(1, palette.bottom);
-    painter.fillRect(rect, fill);
-
-    drawPlayButton(painter, l.button, shown.playing, palette, context.sceneTime);
-
-    const bool small = context.size == WidgetSize::small;
-    if (!l.title.isEmpty()) {
-        if (small) {
-            FaceKit::drawElided(painter, context, l.title, displayName(shown.sound),
-                                FaceKit::font(12, QFont::DemiBold), palette.text,
-                                Qt::AlignHCenter | Qt::AlignVCenter);
-        } else {
-            FaceKit::drawFitted(painter, context, l.title, displayName(shown.sound),
-                                QFont::DemiBold, palette.text, Qt::AlignLeft | Qt::AlignVCenter,
-                                17);
-        }
+    if (context.pictures == nullptr) {
+        paintStill(painter, rect, context, shown, palette, l);
+    } else {
+        FaceContext plain = context;
+        plain.pictures = nullptr;
+        const QString key = QStringLiteral("%1/%2/%3/%4/%5/%6/%7x%8")
+                                .arg(settingValue(shown.sound), statusText(shown, context.now),
+                                     sleepText(shown, context.now))
+                                .arg(shown.playing)
+                                .arg(shown.volume)
+                                .arg(dark)
+                                .arg(rect.width())
+                                .arg(rect.height());
+        context.pictures->drawLatest(
+            painter, rect, QStringLiteral("ambientsound/") + context.instanceID.toString(), key,
+            context.devicePixelRatio, [&](QPainter& p) {
+                p.translate(-rect.topLeft());
+                paintStill(p, rect, plain, shown, palette, l);
+            });
     }
-    if (!l.status.isEmpty()) {
-        const bool trouble = shown.problem.has_value();
-        FaceKit::drawElided(painter, context, l.status, statusText(shown, context.now),
-                            FaceKit::font(12), trouble ? QColor(0xff, 0x9f, 0x0a) : palette.dim,
-                            Qt::AlignLeft | Qt::AlignVCenter);
-    } else if (small && (shown.problem || shown.sleep.count() > 0)) {
-        const QRectF corner(rect.right() - 34, rect.top() + 6, 28, 14);
-        FaceKit::drawElided(painter, context, corner,
-                            shown.problem ? QStringLiteral("!") : sleepText(shown, context.now),
-                            FaceKit::font(10, QFont::DemiBold),
-                            shown.problem ? QColor(0xff, 0x9f, 0x0a) : palette.dim, Qt::AlignRight);
+    if (shown.playing) {
+        drawRipples(painter, l.button, palette, context.sceneTime);
     }
-    for (std::size_t i = 0; i < l.sounds.size(); ++i) {
-        const QRectF& box = l.sounds[i];
-        if (box.isEmpty()) {
-            continue;
-        }
-        const AmbientSound sound = allAmbientSounds()[qsizetype(i)];
-        const bool on = sound == shown.sound;
-        drawChip(painter, box, on, palette);
-        drawGlyph(painter,
-                  box.adjusted(box.width() * 0.2, box.height() * 0.2, -box.width() * 0.2,
-                               -box.height() * 0.2),
-                  sound, on ? palette.bottom : palette.text);
-        if (l.soundNames) {
-            FaceKit::drawElided(painter, context,
-                                QRectF(box.left() - 4, box.bottom() + 3, box.width() + 8, 13),
-                                displayName(sound).section(QLatin1Char(' '), 0, 0),
-                                FaceKit::font(10), palette.dim, Qt::AlignHCenter);
-        }
-    }
-    if (!l.volume.isEmpty()) {
-        drawChip(painter, l.quieter, false, palette);
-        drawSign(painter, l.quieter, false, palette.text);
-        drawChip(painter, l.louder, false, palette);
-        drawSign(painter, l.louder, true, palette.text);
-        QColor track = palette.text;
-        track.setAlphaF(0.18f);
-        FaceKit::drawBar(painter, l.volume, shown.volume, palette.accent, track);
-    }
-    if (!l.sleep.isEmpty()) {
-        const bool on = shown.sleep.count() > 0;
-        drawChip(painter, l.sleep, on, palette);
-        const QColor ink = on ? palette.bottom : palette.text;
-        if (l.sleep.width() > l.sleep.height() * 1.5) {
-            const QRectF glyph(l.sleep.left() + 4, l.sleep.top(), l.sleep.height(),
-                               l.sleep.height());
-            drawMoon(painter, glyph, ink);
-            FaceKit::drawElided(painter, context,
-                                l.sleep.adjusted(l.sleep.height() * 0.9 + 3, 0, -4, 0),
-                                sleepText(shown, context.now), FaceKit::font(11, QFont::DemiBold),
-                                ink, Qt::AlignLeft | Qt::AlignVCenter);
-        } else {
-            drawMoon(painter, l.sleep, ink);
-        }
-    }
-    painter.restore();
 }
 
 WidgetFace::Spot AmbientSoundFace::spotAt(const QRectF& rect, QPointF point,
