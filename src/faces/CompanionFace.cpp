@@ -332,12 +332,44 @@ void drawSleeping(QPainter& p, const QRectF& box, const Shown& shown, const Coat
     }
 }
 
+// A ball of yarn beside the cat on the wider tiles, rolling a little when the cat is happy.
+void drawYarn(QPainter& p, QPointF floor, qreal u, double roll) {
+    const qreal r = u * 0.11;
+    const QPointF c = floor + QPointF(0, -r);
+    p.setPen(Qt::NoPen);
+    p.setBrush(QColor(0, 0, 0, 36));
+    p.drawEllipse(floor + QPointF(0, -u * 0.01), r * 1.1, u * 0.025);
+    QPainterPath thread;
+    thread.moveTo(c + QPointF(r * 0.7, r * 0.6));
+    thread.cubicTo(c + QPointF(r * 1.6, r * 1.1), c + QPointF(r * 2.2, r * 0.4),
+                   c + QPointF(r * 3.0, r * 0.95));
+    const QColor wool(0x5d, 0x86, 0xd6);
+    p.strokePath(thread,
+                 QPen(wool.darker(115), std::max(0.8, u * 0.012), Qt::SolidLine, Qt::RoundCap));
+    p.setPen(QPen(wool.darker(140), std::max(0.8, u * 0.012)));
+    p.setBrush(wool);
+    p.drawEllipse(c, r, r);
+    p.save();
+    p.translate(c);
+    p.rotate(roll);
+    p.setPen(QPen(wool.lighter(135), std::max(0.7, u * 0.01), Qt::SolidLine, Qt::RoundCap));
+    p.setBrush(Qt::NoBrush);
+    for (const double k : {-0.5, 0.0, 0.5}) {
+        p.drawArc(QRectF(-r * 0.9 + k * r * 0.4, -r * 0.95, r * 1.6, r * 1.9), 40 * 16, 110 * 16);
+    }
+    p.drawArc(QRectF(-r * 0.8, -r * 0.3, r * 1.7, r * 1.2), 200 * 16, 120 * 16);
+    p.restore();
+}
+
 } // namespace
 
 QRectF CompanionFace::catBox(const QRectF& rect) {
-    // Square, standing on the tile's floor, with room above for hearts and sleepy letters.
+    // Square, standing on the tile's floor, with room above for hearts and sleepy letters; on a
+    // tile wider than tall it sits right of the middle, its yarn to the left.
     const qreal side = std::min(rect.height() * 0.74, rect.width() * 0.74);
-    return {rect.center().x() - side / 2, rect.bottom() - side - rect.height() * 0.08, side, side};
+    const qreal middle =
+        rect.width() > rect.height() * 1.5 ? rect.left() + rect.width() * 0.58 : rect.center().x();
+    return {middle - side / 2, rect.bottom() - side - rect.height() * 0.08, side, side};
 }
 
 std::optional<TimeGrain> CompanionFace::grain(WidgetSize, const WidgetSettings&) const {
@@ -364,6 +396,11 @@ void CompanionFace::paint(QPainter& painter, const QRectF& rect, const FaceConte
     const QRectF box = catBox(rect);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
+    if (rect.width() > rect.height() * 1.5) {
+        const double roll = shown.mood == Mood::happy ? 25 * std::sin(context.sceneTime * 4) : 0;
+        drawYarn(painter, QPointF(box.left() - box.height() * 0.2, box.bottom()), box.height(),
+                 roll);
+    }
     if (shown.mood == Mood::sleeping) {
         drawSleeping(painter, box, shown, coat, context.sceneTime,
                      FaceKit::font(std::max(9.0, box.height() * 0.14), QFont::Bold));
