@@ -130,13 +130,18 @@ bool PasswordBehaviour::press(const WidgetInstance& instance, const QString& com
         return command.startsWith(QLatin1String("toggle:")) || command == QLatin1String("longer") ||
                command == QLatin1String("shorter");
     }
-    // The person's own choice, so a step they can undo.
+    // The person's own choice, so a step they can undo. The grid tells the desktop at once, which
+    // may hand the tiles over again: find this one afresh after it.
     for (auto it = changes.cbegin(); it != changes.cend(); ++it) {
         m_grid.setSetting(instance.id, it.key(), it.value());
     }
     WidgetSettings after = settings;
     after.insert(changes);
-    make(tile, PasswordRecipe::fromSettings(after));
+    const PasswordRecipe recipe = PasswordRecipe::fromSettings(after);
+    PasswordTile& shown = tileOf(instance);
+    if (shown.recipe != recipe) {
+        make(shown, recipe);
+    }
     Q_EMIT changed(instance.id);
     return true;
 }

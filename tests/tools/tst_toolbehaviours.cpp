@@ -93,7 +93,8 @@ private Q_SLOTS:
         QCOMPARE(grid->instance(tile.id)->settings->value(QStringLiteral("category")),
                  QStringLiteral("currency"));
         clipboard.pasted = QStringLiteral(" 80 ");
-        QVERIFY(converter.key(tile, {.key = Qt::Key_V, .modifiers = Qt::ControlModifier, .text = {}}));
+        QVERIFY(
+            converter.key(tile, {.key = Qt::Key_V, .modifiers = Qt::ControlModifier, .text = {}}));
         QVERIFY(converter.press(tile, QStringLiteral("copy")));
         QCOMPARE(clipboard.copied, QStringList{QStringLiteral("100.00")});
         // The amount typed is kept once the tile lets the keys go.
@@ -145,6 +146,14 @@ private Q_SLOTS:
         Clipboard clipboard;
         PasswordBehaviour passwords(*grid, fixture.scheduler, clipboard.api(),
                                     RandomPick::system());
+        // As the desktop does: each change of the grid hands the tiles over again, at once.
+        connect(grid.get(), &GridStore::layoutChanged, &passwords, [&] {
+            QList<BehaviourTile> tiles;
+            for (const WidgetInstance& instance : grid->layout().instances) {
+                tiles.append({instance, true});
+            }
+            passwords.setTiles(tiles);
+        });
         passwords.setTiles({{tile, true}});
         const QString first = passwords.tile(tile.id)->password;
         QCOMPARE(first.size(), 20);
@@ -155,6 +164,9 @@ private Q_SLOTS:
         QVERIFY(clipboard.copied.isEmpty());
         QVERIFY(passwords.press(tile, QStringLiteral("longer")));
         QCOMPARE(passwords.tile(tile.id)->password.size(), 21);
+        QVERIFY(passwords.press(*grid->instance(tile.id), QStringLiteral("toggle:mode")));
+        QCOMPARE(passwords.tile(tile.id)->recipe.mode, PasswordRecipe::Mode::words);
+        QCOMPARE(passwords.tile(tile.id)->password.count(QLatin1Char('-')), 5);
         QVERIFY(!fixture.readGrid().contains(first.toUtf8()));
         QVERIFY(!fixture.readGrid().contains(passwords.tile(tile.id)->password.toUtf8()));
     }
