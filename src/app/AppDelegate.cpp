@@ -702,6 +702,7 @@ ConfigContext AppDelegate::makeConfigContext() {
         return choices;
     };
     context.clearAppUsage = [this] { m_appUsage->clear(); };
+    context.connected = m_connected.get();
     context.searchCities = [this](const QString& text, const QObject* requester,
                                   ConfigContext::CitiesFound done) {
         m_weather->searchCities(text, requester, std::move(done));

@@ -34,6 +34,7 @@ class CustomWidgetRuntime;
 class CustomWidgetStore;
 class FaceRegistry;
 class CalendarSetup;
+class ConnectedTiles;
 class Defaults;
 class GridStore;
 class LoginItem;
@@ -125,6 +126,8 @@ struct ConfigContext {
     std::function<QString(QWidget* parent)> pickFolder = {};
     // Forgets the app time counted on this machine; none leaves the app time tile's "Clear" out.
     std::function<void()> clearAppUsage = {};
+    // The GitHub and smart home tiles' accounts and entities; none leaves their account out.
+    ConnectedTiles* connected = nullptr;
     // Whether a tile this large, in points, fits on some display; none takes every size.
     std::function<bool(const QSizeF&)> tileFits = {};
     // The places a city search answers with, or none and why (the person's words).

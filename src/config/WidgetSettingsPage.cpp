@@ -1,15 +1,24 @@
 #include "config/WidgetSettingsPage.h"
 
+#include "config/GitHubTokenField.h"
+#include "config/SmartHomeAccountView.h"
+#include "connected/ConnectedTiles.h"
+#include "faces/SmartHomeFace.h"
+
 #include "config/CalendarSourcesView.h"
 #include "config/ConfigContext.h"
+#include "config/GitHubTokenField.h"
 #include "config/PlaceField.h"
 #include "config/QuoteField.h"
 #include "config/SettingsCard.h"
 #include "config/SizePicker.h"
+#include "config/SmartHomeAccountView.h"
 #include "config/SwitchButton.h"
+#include "connected/ConnectedTiles.h"
 #include "desk/CalendarSetup.h"
 #include "faces/CountdownFace.h"
 #include "faces/GallerySheet.h"
+#include "faces/SmartHomeFace.h"
 #include "grid/GridStore.h"
 #include "model/WidgetOption.h"
 #include "model/WidgetRegistry.h"
@@ -164,6 +173,7 @@ WidgetSettingsPage::WidgetSettingsPage(ConfigContext& context, const QUuid& id, 
 
     addOptions(m_instance ? m_instance->kind : QString());
     addCalendarSources(m_instance ? m_instance->kind : QString());
+    addConnectedAccount(m_instance ? m_instance->kind : QString());
     connect(m_context.grid, &GridStore::layoutChanged, this, &WidgetSettingsPage::refresh);
     if (m_context.ticker) {
         connect(m_context.ticker, &TickCoordinator::nowChanged, m_preview, [this] {
@@ -266,6 +276,37 @@ void WidgetSettingsPage::addOptions(const QString& kind) {
     }
     if (kind == QLatin1String("appusage")) {
         addAppUsageRows(*card);
+    }
+}
+
+void WidgetSettingsPage::addConnectedAccount(const QString& kind) {
+    if (m_context.connected == nullptr || !m_instance) {
+        return;
+    }
+    if (kind == QLatin1String("github")) {
+        const auto target =
+            GitHubTarget::parse(m_instance->setting(QStringLiteral("target")).value_or(QString()));
+        auto* token = new GitHubTokenField(m_context.connected->github(),
+                                           target ? target->key() : QString());
+        m_options.insert(QStringLiteral("token"), token);
+        addGroup(QStringLiteral("account"), L("widgetPage.account", QStringLiteral("Account")))
+            ->addRow(L("github.token", QStringLiteral("Token")),
+                     L("github.tokenCaption",
+                       QStringLiteral("Optional: adds your notifications and a higher rate "
+                                      "limit. Kept in the keychain.")),
+                     token);
+    } else if (kind == QLatin1String("smarthome")) {
+        auto* account = new SmartHomeAccountView(
+            m_context.connected->smartHome(),
+            SmartHomeFace::chosen(m_instance->settings.value_or(WidgetSettings())));
+        connect(account, &SmartHomeAccountView::entitiesChosen, this,
+                [this](const QStringList& ids) {
+                    setOption(QStringLiteral("entities"), ids.join(QLatin1Char(',')));
+                });
+        m_options.insert(QStringLiteral("account"), account);
+        addGroup(QStringLiteral("account"),
+                 L("smarthome.account", QStringLiteral("Home Assistant")))
+            ->addWide(account);
     }
 }
 

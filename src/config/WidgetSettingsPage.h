@@ -61,6 +61,8 @@ private:
     void fillChoices(QComboBox* box, const WidgetOption& option, const QString& kind);
     // The goal's note and "Clear" of the app time tile.
     void addAppUsageRows(SettingsCard& card);
+    // The token of a GitHub tile; the account and the entities of a smart home tile.
+    void addConnectedAccount(const QString& kind);
     // The day a date option shows for its stored value.
     QDate shownDay(const QString& value) const;
 

@@ -449,7 +449,8 @@ WidgetFace::Spot SmartHomeFace::spotAt(const QRectF& rect, QPointF point,
                                              QStringLiteral("Home Assistant does not know %1"))
                                                .arg(card.id)
                                          : card.id;
-        } else if (card.entity->isToggleable() && board.status == SmartHomeStatus::live) {
+        } else if (card.entity->isToggleable() && board.status == SmartHomeStatus::live &&
+                   context.setting(QStringLiteral("clicks")) != QLatin1String("none")) {
             spot.command = SmartHomeBehaviour::togglePrefix + card.id;
             spot.help = (card.entity->isOn() ? L("smarthome.turnOff", QStringLiteral("Turn off %1"))
                                              : L("smarthome.turnOn", QStringLiteral("Turn on %1")))

@@ -522,6 +522,28 @@ QList<WidgetOption> companionOptions() {
              .defaultValue = QStringLiteral("7")}};
 }
 
+// Whose activity: a person's login or "owner/name", as GitHubTarget reads it.
+QList<WidgetOption> gitHubOptions() {
+    return {{.key = QStringLiteral("target"),
+             .title = L("option.github.target", QStringLiteral("Person or repository")),
+             .type = Type::text,
+             .choices = {},
+             .defaultValue = QString()}};
+}
+
+// The entities shown ("entities", a comma list) are picked on the tile's page from what Home
+// Assistant lists; a click on a card may be kept from switching anything.
+QList<WidgetOption> smartHomeOptions() {
+    return {{.key = QStringLiteral("clicks"),
+             .title = L("option.smarthome.clicks", QStringLiteral("A click on a light or switch")),
+             .type = Type::choice,
+             .choices = {{QStringLiteral("toggle"),
+                          L("option.smarthome.clicks.toggle", QStringLiteral("Turns it on or off"))},
+                         {QStringLiteral("none"),
+                          L("option.smarthome.clicks.none", QStringLiteral("Does nothing"))}},
+             .defaultValue = QStringLiteral("toggle")}};
+}
+
 } // namespace
 
 QList<WidgetOption> WidgetOption::of(const QString& kind) {
@@ -655,6 +677,12 @@ QList<WidgetOption> WidgetOption::of(const QString& kind) {
     }
     if (kind == QLatin1String("companion")) {
         return companionOptions();
+    }
+    if (kind == QLatin1String("github")) {
+        return gitHubOptions();
+    }
+    if (kind == QLatin1String("smarthome")) {
+        return smartHomeOptions();
     }
     return {};
 }

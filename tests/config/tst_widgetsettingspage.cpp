@@ -2,27 +2,34 @@
 #include "../market/MarketAnswers.h"
 #include "../weather/WeatherRig.h"
 #include "Files.h"
+#include "HomeAssistantServer.h"
 #include "TestRows.h"
 #include "config/CalendarSourcesView.h"
 #include "config/ConfigContext.h"
 #include "config/ConfigRoot.h"
 #include "config/DesktopWidgetsPage.h"
+#include "config/GitHubTokenField.h"
 #include "config/PlaceField.h"
 #include "config/QuoteField.h"
+#include "config/SmartHomeAccountView.h"
 #include "config/SizePicker.h"
 #include "config/SwitchButton.h"
 #include "config/WidgetSettingsPage.h"
+#include "connected/ConnectedTiles.h"
 #include "desk/CalendarSetup.h"
 #include "desk/CalendarSubscriptions.h"
 #include "look/ThemeStore.h"
 #include "market/MarketServices.h"
+#include "net/QtHttpClient.h"
 #include "platform/linux/VdirCalendarStore.h"
+#include "platform/null/MemorySecretStore.h"
 #include "settings/AppSettings.h"
 #include "weather/WeatherServices.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QDateEdit>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -444,6 +451,65 @@ private Q_SLOTS:
 
     // The sidebar's list names each tile, opens its page, and follows removals; the page of a
     // removed tile says it is gone.
+    // The accounts of the connected tiles go to the keychain, never to the grid; the smart home
+    // picker lists what Home Assistant has and keeps the checked entities in the tile's settings.
+    void connectedAccounts() {
+        Rig rig;
+        HomeAssistantServer home;
+        home.entities.insert(u"light.kitchen"_s, {u"on"_s, u"Kitchen"_s, {}});
+        home.entities.insert(u"sensor.outside"_s, {u"4"_s, u"Outside"_s, u"°C"_s});
+        QtHttpClient http(rig.grid.scheduler);
+        MemorySecretStore secrets;
+        const Endpoints endpoints = Endpoints::fromEnvironment();
+        ConnectedTiles connected({.http = http,
+                                  .endpoints = endpoints,
+                                  .clock = rig.grid.clock,
+                                  .scheduler = rig.grid.scheduler,
+                                  .secrets = secrets});
+        rig.context.connected = &connected;
+
+        const QUuid github = rig.add(u"github"_s, WidgetSize::large);
+        {
+            WidgetSettingsPage page(rig.context, github);
+            auto* token = qobject_cast<GitHubTokenField*>(page.optionControl(u"token"_s));
+            QVERIFY(token != nullptr);
+            token->field()->setText(u" ghp_typed "_s);
+            QTest::keyClick(token->field(), Qt::Key_Return);
+            QCOMPARE(secrets.values().value(u"github.token"_s), u"ghp_typed"_s);
+            QVERIFY(token->field()->text().isEmpty());
+            QVERIFY(connected.github().hasToken());
+        }
+
+        const QUuid id = rig.add(u"smarthome"_s, WidgetSize::large);
+        WidgetSettingsPage page(rig.context, id);
+        auto* account = qobject_cast<SmartHomeAccountView*>(page.optionControl(u"account"_s));
+        QVERIFY(account != nullptr);
+        account->address()->setText(home.address());
+        account->token()->setText(u"expired"_s);
+        account->connectButton()->click();
+        QTRY_COMPARE(connected.smartHome().board().status, SmartHomeStatus::unauthorised);
+        QVERIFY(!account->status()->text().isEmpty());
+
+        account->token()->setText(u"good-token"_s);
+        account->connectButton()->click();
+        QCOMPARE(secrets.values().value(u"smarthome.token"_s), u"good-token"_s);
+        QCOMPARE(secrets.values().value(u"smarthome.address"_s), home.address());
+        QTRY_COMPARE(account->entities()->count(), 2);
+        const auto check = [&](const QString& entity) {
+            for (int row = 0; row < account->entities()->count(); ++row) {
+                QListWidgetItem* item = account->entities()->item(row);
+                if (item->text().endsWith(entity)) {
+                    item->setCheckState(Qt::Checked);
+                }
+            }
+        };
+        check(u"sensor.outside"_s);
+        check(u"light.kitchen"_s);
+        QCOMPARE(rig.setting(id, u"entities"_s), u"sensor.outside,light.kitchen"_s);
+        QVERIFY(rig.grid.readGrid().contains("light.kitchen"));
+        QVERIFY(!rig.grid.readGrid().contains("good-token"));
+    }
+
     void desktopListOpensPages() {
         Rig rig;
         const QUuid clock = rig.add(QStringLiteral("clock"), WidgetSize::large);
