@@ -250,18 +250,25 @@ void SmartHomeService::onMessage(const HaMessage& message) {
         }
         return;
     case HaMessage::Type::stateChanged: {
-        SmartHomeBoard board = m_board;
+        // The hot path: changed in place, so that a home of thousands of entities costs no copy
+        // of the board per change.
         const HaEntity& entity = *message.entity;
+        const auto kept = m_board.entities.find(entity.id);
+        const bool known = kept != m_board.entities.end();
         if (message.removed) {
-            board.entities.remove(entity.id);
-        } else if (board.entities.size() < maxHaEntities || board.entities.contains(entity.id)) {
-            board.entities.insert(entity.id, entity);
+            if (known) {
+                m_board.entities.erase(kept);
+            }
+        } else if (known) {
+            *kept = entity;
+        } else if (m_board.entities.size() < maxHaEntities) {
+            m_board.entities.insert(entity.id, entity);
         }
-        board.pending.remove(entity.id);
-        board.refused.remove(entity.id);
+        m_board.pending.remove(entity.id);
+        m_board.refused.remove(entity.id);
         m_toggleTasks.remove(entity.id);
-        board.updated = m_services.clock.now();
-        publish(board);
+        m_board.updated = m_services.clock.now();
+        Q_EMIT boardChanged();
         return;
     }
     case HaMessage::Type::other:

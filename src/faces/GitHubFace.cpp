@@ -442,7 +442,11 @@ bool GitHubFace::opensSettingsOnClick(const FaceContext& context) const {
 }
 
 void GitHubFace::paint(QPainter& painter, const QRectF& rect, const FaceContext& context) const {
-    const Shown shown = shownOf(context);
+    paintShown(painter, rect, context, shownOf(context));
+}
+
+void GitHubFace::paintShown(QPainter& painter, const QRectF& rect, const FaceContext& context,
+                            const Shown& shown) {
     if (drawWhole(painter, context, rect, shown)) {
         return;
     }
@@ -460,7 +464,11 @@ void GitHubFace::paint(QPainter& painter, const QRectF& rect, const FaceContext&
 
 WidgetFace::Spot GitHubFace::spotAt(const QRectF& rect, QPointF point,
                                     const FaceContext& context) const {
-    const Shown shown = shownOf(context);
+    return spotIn(rect, point, context, shownOf(context));
+}
+
+WidgetFace::Spot GitHubFace::spotIn(const QRectF& rect, QPointF point, const FaceContext& context,
+                                    const Shown& shown) {
     Spot spot;
     if (!shown.target || (!shown.state.hasValues() && shown.state.status != GitHubStatus::live)) {
         return spot;
@@ -490,8 +498,8 @@ WidgetFace::Spot GitHubFace::spotAt(const QRectF& rect, QPointF point,
     const QList<Line> lines = linesOf(context, shown.state.activity);
     const QList<QRectF> rects = lineRects(layout.list, lines.size());
     for (qsizetype i = 0; i < rects.size(); ++i) {
-        if (rects[i].contains(point) && !lines[i].link.isEmpty()) {
-            spot.link = QUrl(lines[i].link);
+        if (rects[i].contains(point)) {
+            spot.link = lines[i].link.isEmpty() ? std::nullopt : std::optional(QUrl(lines[i].link));
             spot.help = lines[i].title;
         }
     }

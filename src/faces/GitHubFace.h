@@ -25,6 +25,11 @@ public:
 
     // The tile's target and its state from the host; a made-up repository in previews.
     static Shown shownOf(const FaceContext& context);
+    // What paint and spotAt do with the tile's own `shown`.
+    static void paintShown(QPainter& painter, const QRectF& rect, const FaceContext& context,
+                           const Shown& shown);
+    static Spot spotIn(const QRectF& rect, QPointF point, const FaceContext& context,
+                       const Shown& shown);
     // "987", "1.2k", "34k", "1.5M".
     static QString compactCount(int count);
 };

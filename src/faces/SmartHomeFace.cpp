@@ -248,7 +248,7 @@ void drawHeader(QPainter& painter, const FaceContext& context, const QRectF& rec
 // A mark in the corner of the headerless sizes while the link is not live over values shown.
 void drawCornerMark(QPainter& painter, const FaceContext& context, const QRectF& rect) {
     const qreal side = 14;
-    const QRectF badge(rect.right() - side + 4, rect.top() - 4, side, side);
+    const QRectF badge(rect.right() - side, rect.top(), side, side);
     FaceKit::drawSymbol(painter, context, QStringLiteral("exclamationmark.triangle.fill"), badge,
                         ReadingKit::warning(context), QStringLiteral("!"));
 }
@@ -383,7 +383,11 @@ bool SmartHomeFace::opensSettingsOnClick(const FaceContext& context) const {
 }
 
 void SmartHomeFace::paint(QPainter& painter, const QRectF& rect, const FaceContext& context) const {
-    const SmartHomeBoard& board = boardOf(context);
+    paintBoard(painter, rect, context, boardOf(context));
+}
+
+void SmartHomeFace::paintBoard(QPainter& painter, const QRectF& rect, const FaceContext& context,
+                               const SmartHomeBoard& board) {
     FaceContext shown = context;
     if (showsSample(context) && chosen(context.settings).isEmpty()) {
         shown.settings.insert(entitiesKey, sampleIds().join(QLatin1Char(',')));
@@ -434,7 +438,11 @@ void SmartHomeFace::paint(QPainter& painter, const QRectF& rect, const FaceConte
 
 WidgetFace::Spot SmartHomeFace::spotAt(const QRectF& rect, QPointF point,
                                        const FaceContext& context) const {
-    const SmartHomeBoard& board = boardOf(context);
+    return spotIn(rect, point, context, boardOf(context));
+}
+
+WidgetFace::Spot SmartHomeFace::spotIn(const QRectF& rect, QPointF point,
+                                       const FaceContext& context, const SmartHomeBoard& board) {
     Spot spot;
     if (board.status == SmartHomeStatus::noAccount ||
         board.status == SmartHomeStatus::unauthorised) {

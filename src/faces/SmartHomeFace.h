@@ -26,6 +26,11 @@ public:
     static QString stateText(const HaEntity& entity);
     // The board from the host; a made-up home in previews.
     static const SmartHomeBoard& boardOf(const FaceContext& context);
+    // What paint and spotAt do with a board of the tile's own.
+    static void paintBoard(QPainter& painter, const QRectF& rect, const FaceContext& context,
+                           const SmartHomeBoard& board);
+    static Spot spotIn(const QRectF& rect, QPointF point, const FaceContext& context,
+                       const SmartHomeBoard& board);
 };
 
 } // namespace tw

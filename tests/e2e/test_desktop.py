@@ -1818,6 +1818,91 @@ class CalculatorTileTest(HostCase):
 
 
 
+class GitHubServer(http.server.ThreadingHTTPServer):
+    """GitHub's REST API on loopback under TKW_ENDPOINT_BASE's "github": a repository with an
+    ETag that answers 304 to it, no release, one pull request waiting."""
+
+    ANSWERS = {
+        "/github/repos/kde/kate": b'{"full_name":"kde/kate","description":"An editor",'
+                                  b'"stargazers_count":1234,"forks_count":5}',
+        "/github/repos/kde/kate/pulls": b'[{"title":"Faster search","number":12,"state":"open",'
+                                        b'"html_url":"https://github.com/kde/kate/pull/12"}]',
+    }
+
+    def __init__(self):
+        self.requests = []
+        server = self
+
+        class Handler(http.server.BaseHTTPRequestHandler):
+            def do_GET(self):
+                path = self.path.split("?")[0]
+                tag = self.headers.get("If-None-Match")
+                server.requests.append((path, tag, self.headers.get("Authorization")))
+                body = server.ANSWERS.get(path)
+                if body is not None and tag == '"e1"':
+                    self.send_response(304)
+                    self.end_headers()
+                    return
+                body = body or b'{"message":"Not Found"}'
+                self.send_response(200 if path in server.ANSWERS else 404)
+                self.send_header("Content-Type", "application/json")
+                self.send_header("ETag", '"e1"')
+                self.send_header("Content-Length", str(len(body)))
+                self.end_headers()
+                self.wfile.write(body)
+
+            def log_message(self, *args):
+                pass
+
+        super().__init__(("127.0.0.1", 0), Handler)
+        threading.Thread(target=self.serve_forever, daemon=True).start()
+
+    def base(self):
+        return "http://127.0.0.1:%d" % self.server_address[1]
+
+
+class GitHubTileTest(HostCase):
+    """A GitHub tile of a repository: its three requests on the desktop, no token sent, and
+    "Refresh Now" from its context menu asking again with the ETags, answered 304."""
+
+    panel_count = 1
+
+    def before_launch(self):
+        self.server = GitHubServer()
+        self.addCleanup(self.server.server_close)
+        self.addCleanup(self.server.shutdown)
+        tile = {"id": "E0000000-0000-4000-8000-000000000021", "kind": "github", "size": "large",
+                "order": 0, "page": 0, "col": 0, "row": 0, "posX": 300, "posY": 700,
+                "settings": {"target": "kde/kate"}}
+        with open(os.path.join(self.data_dir, "grid.json"), "w", encoding="utf-8") as f:
+            json.dump({"instances": [tile], "pageCount": 1}, f)
+
+    def environment(self):
+        return {"TKW_ENDPOINT_BASE": self.server.base()}
+
+    def test_refresh_now_asks_again_with_etags(self):
+        self.assertTrue(self.session.wait_for(lambda: len(self.server.requests) >= 3, timeout=15),
+                        "the tile asked GitHub nothing: %s" % self.server.requests)
+        self.assertEqual({r[0] for r in self.server.requests},
+                         {"/github/repos/kde/kate", "/github/repos/kde/kate/releases/latest",
+                          "/github/repos/kde/kate/pulls"})
+        self.assertFalse(any(r[1] or r[2] for r in self.server.requests), self.server.requests)
+        x, y, w, h = self.panel_of(self.by_kind("github"))
+        self.session.xdotool("mousemove", "--sync", x + w // 2, y + h // 2)
+        before = self.session.override_windows()
+        self.session.xdotool("click", "3")
+        self.assertTrue(self.session.wait_for(lambda: self.session.override_windows() - before),
+                        "no menu opened")
+        self.session.xdotool("key", "Down")
+        self.session.xdotool("key", "Return")
+        self.assertTrue(self.session.wait_for(lambda: len(self.server.requests) >= 6, timeout=15),
+                        "Refresh Now asked nothing: %s" % self.server.requests)
+        again = self.server.requests[3:]
+        self.assertEqual(sorted(r[1] for r in again if r[0] != "/github/repos/kde/kate/releases"
+                                "/latest"), ['"e1"', '"e1"'])
+        self.screenshot("github-tile.png")
+
+
 def main():
     global BINARY, ARTIFACTS, VERSION, TEMPLATES
     parser = argparse.ArgumentParser()
