@@ -1837,7 +1837,8 @@ class GitHubServer(http.server.ThreadingHTTPServer):
             def do_GET(self):
                 path = self.path.split("?")[0]
                 tag = self.headers.get("If-None-Match")
-                server.requests.append((path, tag, self.headers.get("Authorization")))
+                if path.startswith("/github/"):
+                    server.requests.append((path, tag, self.headers.get("Authorization")))
                 body = server.ANSWERS.get(path)
                 if body is not None and tag == '"e1"':
                     self.send_response(304)
