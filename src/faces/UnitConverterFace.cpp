@@ -49,10 +49,9 @@ Layout layoutOf(const QRectF& rect, WidgetSize size) {
         l.swap = QRectF(l.from.right() + 6, top + (rowHeight - swapSide) / 2, swapSide, swapSide);
         l.to = QRectF(l.swap.right() + 6, top, field, rowHeight);
         l.stacked = true;
-        if (size == WidgetSize::banner) {
-            l.footer = QRectF(l.category.right() + 8, rect.top(),
-                              rect.right() - l.category.right() - 8, h * 0.26);
-        }
+        // Beside the category: the rate on a banner; on a wide tile, only why a result is missing.
+        l.footer = QRectF(l.category.right() + 8, rect.top(), rect.right() - l.category.right() - 8,
+                          h * 0.26);
         return l;
     }
     case WidgetSize::wideTall: {
@@ -143,10 +142,12 @@ struct PickerLayout {
 
 PickerLayout pickerLayout(const QRectF& rect, qsizetype count, bool words) {
     PickerLayout p;
-    const qreal titleHeight = std::min(rect.height() * 0.2, 20.0);
+    // A one-row tile gives all its height to the choices.
+    const bool compact = rect.height() < 100;
+    const qreal titleHeight = compact ? 0 : std::min(rect.height() * 0.2, 20.0);
     p.title = QRectF(rect.left(), rect.top(), rect.width(), titleHeight);
-    const QRectF area = rect.adjusted(0, titleHeight + 4, 0, 0);
-    const qreal minWidth = words ? 78 : 44;
+    const QRectF area = rect.adjusted(0, compact ? 0 : titleHeight + 4, 0, 0);
+    const qreal minWidth = words ? (compact ? 56 : 78) : 44;
     const int columns = std::max(1, static_cast<int>(area.width() / minWidth));
     const auto rows = static_cast<int>((count + columns - 1) / columns);
     const qreal gap = 4;
@@ -177,8 +178,10 @@ void drawPicker(QPainter& painter, const FaceContext& context, const QRectF& rec
                 const ConverterState& state) {
     const QList<Choice> choices = choicesOf(state);
     const PickerLayout p = pickerLayout(rect, choices.size(), state.picking == Picking::category);
-    FaceKit::drawFitted(painter, context, p.title, pickerTitle(state.picking), QFont::DemiBold,
-                        context.secondary(), Qt::AlignLeft | Qt::AlignVCenter, 13);
+    if (!p.title.isEmpty()) {
+        FaceKit::drawFitted(painter, context, p.title, pickerTitle(state.picking), QFont::DemiBold,
+                            context.secondary(), Qt::AlignLeft | Qt::AlignVCenter, 13);
+    }
     const QString current = state.picking == Picking::category ? state.category
                             : state.picking == Picking::from   ? state.from
                                                                : state.to;
@@ -303,8 +306,14 @@ QString footerText(const FaceContext& context, const ConverterState& state) {
         const CurrencyBoard* rates = context.market ? &context.market->currency : nullptr;
         if (rates == nullptr || !UnitCatalog::currencyRate(*rates, state.from, state.to)) {
             const bool failed = rates != nullptr && rates->failed.contains(state.from);
-            return failed ? L("convert.rates.offline", QStringLiteral("Rates out of reach"))
-                          : L("convert.rates.loading", QStringLiteral("Fetching rates…"));
+            // A wide tile has a word's room for it.
+            const bool brief = context.size == WidgetSize::wide;
+            if (failed) {
+                return brief ? L("convert.rates.offline.brief", QStringLiteral("Offline"))
+                             : L("convert.rates.offline", QStringLiteral("Rates out of reach"));
+            }
+            return brief ? L("convert.rates.loading.brief", QStringLiteral("Fetching…"))
+                         : L("convert.rates.loading", QStringLiteral("Fetching rates…"));
         }
         QDate day;
         for (const CurrencyRates& r : rates->latest) {
@@ -393,12 +402,11 @@ void UnitConverterFace::paint(QPainter& painter, const QRectF& rect,
     drawField(painter, context, l.to, l.stacked, shown, textSize,
               tile.copied ? context.accent() : context.primary(), unitSymbol(state, state.to),
               false);
-    if (!l.footer.isEmpty()) {
+    if (!l.footer.isEmpty() && (context.size != WidgetSize::wide || !result)) {
         FaceKit::drawElided(painter, context, l.footer, footerText(context, state),
                             FaceKit::font(std::min(l.footer.height() * 0.7, 12.0), QFont::Medium),
                             context.secondary(),
-                            context.size == WidgetSize::banner ? Qt::AlignRight | Qt::AlignVCenter
-                                                               : Qt::AlignCenter);
+                            l.stacked ? Qt::AlignRight | Qt::AlignVCenter : Qt::AlignCenter);
     }
 }
 
