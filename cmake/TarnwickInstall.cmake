@@ -29,6 +29,8 @@ add_custom_command(OUTPUT ${tw_icon_pngs}
 add_custom_target(tw_icons ALL DEPENDS ${tw_icon_pngs})
 
 install(TARGETS tarnwick RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+# The web tiles' helper, found by the program beside it in the build and here once installed.
+install(TARGETS tarnwick-web RUNTIME DESTINATION "${CMAKE_INSTALL_LIBEXECDIR}/tarnwick")
 install(FILES "${TW_DESKTOP_ENTRY}" DESTINATION "${CMAKE_INSTALL_DATADIR}/applications")
 install(FILES "${TW_METAINFO}" DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo")
 install(FILES "${tw_linux}/${TW_APP_ID}.mime.xml" DESTINATION "${CMAKE_INSTALL_DATADIR}/mime/packages"

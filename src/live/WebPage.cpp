@@ -1,5 +1,7 @@
 #include "live/WebPage.h"
 
+#include <QCoreApplication>
+#include <QFileInfo>
 #include <QImageReader>
 #include <QLoggingCategory>
 #include <QProcess>
@@ -11,6 +13,19 @@ namespace {
 Q_LOGGING_CATEGORY(lcWeb, "tarnwick.web")
 
 } // namespace
+
+WebPage::Helper WebPage::installedHelper(bool administrator) {
+    const QString dir = QCoreApplication::applicationDirPath();
+    QString program = dir + QStringLiteral("/tarnwick-web");
+    if (!QFileInfo(program).isExecutable()) {
+        program = dir + QStringLiteral("/../libexec/tarnwick/tarnwick-web");
+    }
+    QStringList arguments;
+    if (administrator) {
+        arguments.append(QStringLiteral("--no-sandbox"));
+    }
+    return {QFileInfo(program).absoluteFilePath(), arguments};
+}
 
 WebPage::WebPage(Helper helper, Scheduler& scheduler, QObject* parent)
     : QObject(parent)

@@ -39,6 +39,9 @@ public:
         QStringList arguments;
     };
 
+    // The helper beside this program's executable, else where an installation keeps it.
+    static Helper installedHelper(bool administrator);
+
     // How long a page may take before the tile says so and the helper is ended.
     static constexpr std::chrono::seconds loadLimit{30};
 

@@ -2,6 +2,8 @@
 
 #include "live/WebMessage.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 
 namespace tw {
@@ -18,12 +20,14 @@ std::optional<QUrl> webPageAddress(const QString& typed) {
     if (text.isEmpty() || text.size() > WebMessage::maxLine / 2) {
         return std::nullopt;
     }
-    // Only a scheme of letters before "://" is a scheme; "localhost:8080" is a host and port.
-    const bool hasScheme = text.contains(QLatin1String("://"));
-    QUrl url = QUrl::fromUserInput(hasScheme ? text : QStringLiteral("https://") + text);
-    const QString scheme = url.scheme().toLower();
+    // "localhost:8080" is a host and port; "javascript:…" and "data:…" are schemes.
+    static const QRegularExpression scheme(QStringLiteral("^[A-Za-z][A-Za-z0-9+.-]*:"));
+    static const QRegularExpression hostAndPort(QStringLiteral("^[^/:]+:\\d+(/|$)"));
+    const bool hasScheme = text.contains(scheme) && !text.contains(hostAndPort);
+    const QUrl url(hasScheme ? text : QStringLiteral("https://") + text, QUrl::TolerantMode);
+    const QString chosen = url.scheme().toLower();
     if (!url.isValid() || url.host().isEmpty() ||
-        (scheme != QLatin1String("http") && scheme != QLatin1String("https"))) {
+        (chosen != QLatin1String("http") && chosen != QLatin1String("https"))) {
         return std::nullopt;
     }
     return url;

@@ -102,6 +102,9 @@ struct PlatformServices {
     static std::optional<QString> whyNoDisplay();
     // How this running copy was installed, read from the package manager's own records.
     static Installation installation();
+    // Whether this process has the system administrator's rights, which the web engine's
+    // sandbox refuses to run under.
+    static bool isAdministrator();
 
     // What the program tells a person about this system's side of it.
     struct Wording {

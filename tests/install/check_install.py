@@ -36,6 +36,7 @@ def main():
         share = os.path.join(prefix, "share")
         expected = {
             "bin/tarnwick": None,
+            "libexec/tarnwick/tarnwick-web": None,
             "share/applications/%s.desktop" % APP_ID: None,
             "share/metainfo/%s.metainfo.xml" % APP_ID: None,
             "share/mime/packages/%s.xml" % APP_ID: None,

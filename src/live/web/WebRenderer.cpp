@@ -15,6 +15,9 @@ namespace {
 // Layout and web fonts settle a moment after the load ends; a click's effect a little later.
 constexpr int settleAfterLoadMs = 400;
 constexpr int settleAfterClickMs = 700;
+// The engine may hand out its previous frame for a moment after a new page has loaded: a second
+// look later sends the picture again when it changed.
+constexpr int secondLookMs = 1200;
 
 // Pages may not open windows of their own: a link that asks for one opens in the tile.
 class TilePage : public QWebEnginePage {
@@ -50,15 +53,19 @@ WebRenderer::WebRenderer(QString framePath, std::function<void(const QByteArray&
     // Nothing a page asks for (camera, location, notifications) is granted to a picture.
     connect(page, &QWebEnginePage::featurePermissionRequested, page,
             [page](const QUrl& origin, QWebEnginePage::Feature feature) {
-                page->setFeaturePermission(origin, feature,
-                                           QWebEnginePage::PermissionDeniedByUser);
+                page->setFeaturePermission(origin, feature, QWebEnginePage::PermissionDeniedByUser);
             });
     m_view->setPage(page);
     m_view->setAttribute(Qt::WA_DontShowOnScreen);
     m_view->show();
     connect(page, &QWebEnginePage::loadingChanged, this, &WebRenderer::loadingChanged);
     m_settle.setSingleShot(true);
-    connect(&m_settle, &QTimer::timeout, this, &WebRenderer::capture);
+    connect(&m_settle, &QTimer::timeout, this, [this] {
+        capture(true);
+        m_secondLook.start(secondLookMs);
+    });
+    m_secondLook.setSingleShot(true);
+    connect(&m_secondLook, &QTimer::timeout, this, [this] { capture(false); });
 }
 
 WebRenderer::~WebRenderer() {
@@ -93,14 +100,14 @@ void WebRenderer::loadingChanged(const QWebEngineLoadingInfo& info) {
     switch (info.status()) {
     case QWebEngineLoadingInfo::LoadStartedStatus:
         m_settle.stop();
+        m_secondLook.stop();
         m_say(WebMessage::encode(WebEvent{WebEvent::Kind::loading, {}, {}, {}}));
         return;
     case QWebEngineLoadingInfo::LoadSucceededStatus:
         scrollThenCapture();
         return;
     case QWebEngineLoadingInfo::LoadFailedStatus:
-        m_say(WebMessage::encode(
-            WebEvent{WebEvent::Kind::failed, {}, {}, info.errorString()}));
+        m_say(WebMessage::encode(WebEvent{WebEvent::Kind::failed, {}, {}, info.errorString()}));
         return;
     case QWebEngineLoadingInfo::LoadStoppedStatus:
         return;
@@ -112,17 +119,20 @@ void WebRenderer::scrollThenCapture() {
     m_settle.start(settleAfterLoadMs);
 }
 
-void WebRenderer::capture() {
+void WebRenderer::capture(bool always) {
     const QImage picture = m_view->grab().toImage();
+    if (!always && picture == m_last) {
+        return;
+    }
+    m_last = picture;
     QSaveFile file(m_framePath);
     if (picture.isNull() || !file.open(QIODevice::WriteOnly) || !picture.save(&file, "PNG") ||
         !file.commit()) {
-        m_say(WebMessage::encode(
-            WebEvent{WebEvent::Kind::failed, {}, {}, QStringLiteral("The picture could not be kept")}));
+        m_say(WebMessage::encode(WebEvent{
+            WebEvent::Kind::failed, {}, {}, QStringLiteral("The picture could not be kept")}));
         return;
     }
-    m_say(WebMessage::encode(
-        WebEvent{WebEvent::Kind::frame, m_view->title(), m_view->url(), {}}));
+    m_say(WebMessage::encode(WebEvent{WebEvent::Kind::frame, m_view->title(), m_view->url(), {}}));
 }
 
 } // namespace tw

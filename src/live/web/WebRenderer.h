@@ -4,6 +4,7 @@
 
 #include "live/WebMessage.h"
 
+#include <QImage>
 #include <QObject>
 #include <QTimer>
 
@@ -29,12 +30,16 @@ public:
 private:
     void loadingChanged(const QWebEngineLoadingInfo& info);
     void scrollThenCapture();
-    void capture();
+    // After a load the host waits for a picture, even an unchanged one; a second look sends
+    // only a change.
+    void capture(bool always);
 
     QString m_framePath;
     std::function<void(const QByteArray&)> m_say;
     QWebEngineView* m_view = nullptr;
     QTimer m_settle;
+    QTimer m_secondLook;
+    QImage m_last;
     int m_scroll = 0;
 };
 

@@ -36,6 +36,8 @@
 #include <QDir>
 #include <QGuiApplication>
 
+#include <unistd.h>
+
 namespace tw {
 
 PlatformServices PlatformServices::make() {
@@ -136,6 +138,10 @@ std::unique_ptr<AppDirectory> PlatformServices::makeAppDirectory() {
 std::unique_ptr<DesktopPictureSetter> PlatformServices::makeDesktopPictureSetter() {
     return std::make_unique<LinuxPictureSetter>(
         qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'), Qt::SkipEmptyParts));
+}
+
+bool PlatformServices::isAdministrator() {
+    return ::geteuid() == 0;
 }
 
 std::optional<QString> PlatformServices::whyNoDisplay() {
