@@ -36,6 +36,7 @@
 #include "faces/Wallpaper.h"
 #include "faces/WallpaperRenderer.h"
 #include "grid/GridStore.h"
+#include "live/QtCameraFeed.h"
 #include "lockscreen/LockScreenController.h"
 #include "look/ThemeStore.h"
 #include "market/MarketServices.h"
@@ -291,6 +292,14 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
                                                           *m_scheduler);
     m_lockScreen->start(*m_settings, [this] { return m_grid->layout().instances; });
     m_faces = std::make_unique<FaceRegistry>();
+    m_web = std::make_unique<WebBehaviour>(
+        WebPage::installedHelper(PlatformServices::isAdministrator()), *m_scheduler,
+        *m_platform.workspace, [] { return qGuiApp->devicePixelRatio(); });
+    m_behaviours.add(QStringLiteral("web"), m_web.get());
+    m_mirror = std::make_unique<MirrorBehaviour>([] { return std::make_unique<QtCameraFeed>(); },
+                                                 m_clocks.system,
+                                                 [] { return qGuiApp->devicePixelRatio(); });
+    m_behaviours.add(QStringLiteral("mirror"), m_mirror.get());
     // 6. The update check: at start and daily while automatic checks are on.
     m_updates = std::make_unique<UpdateService>(UpdateService::Services{
         .http = *m_http,

@@ -4,6 +4,8 @@
 #pragma once
 
 #include "config/ConfigSection.h"
+#include "live/MirrorBehaviour.h"
+#include "live/WebBehaviour.h"
 #include "model/TileBehaviour.h"
 #include "net/Endpoints.h"
 #include "platform/PlatformServices.h"
@@ -189,6 +191,8 @@ private:
     std::unique_ptr<FaceRegistry> m_faces;
     std::unique_ptr<WallpaperBackdrop> m_backdrop;
     std::unique_ptr<DesktopWallpaper> m_wallpaper;
+    std::unique_ptr<WebBehaviour> m_web;
+    std::unique_ptr<MirrorBehaviour> m_mirror;
     // The behaviours of kinds with state of their own, all added before the desktop, which
     // connects to each when it is made.
     TileBehaviours m_behaviours;

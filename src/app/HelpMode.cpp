@@ -17,6 +17,9 @@ exits. The first mode in this list wins; other flags are ignored.
 
 Modes:
   -h, --help                   show this text and exit
+  --web ADDRESS OUT.png        draw a web page at 900 x 600 as a web tile does; prints
+                               "web ok=true|false path=OUT.png", exits 1 without a picture
+  --camera                     what this system knows of cameras: access, devices, nodes
   --sensord                    temperatures by kind and fan speeds; exits 1 when none are found
   --wallpapers DIR             write each built-in wallpaper to DIR as a 960 x 600 PNG
   --apply-wallpaper ID         show a built-in wallpaper on every display; ID is one of

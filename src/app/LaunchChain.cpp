@@ -69,6 +69,8 @@ const QList<LaunchStep>& LaunchChain::steps() {
     static const QList<LaunchStep> chain{
         {"--help", 0, core, &runHelpMode},
         {"-h", 0, core, &runHelpMode},
+        {"--web", 2, offscreen, &runWebMode},
+        {"--camera", 0, offscreen, &runCameraMode},
         {"--sensord", 0, core, &runSensordMode},
         {"--wallpapers", 1, offscreen, &runWallpapersMode},
         {"--apply-wallpaper", 1, offscreen, &runApplyWallpaperMode},

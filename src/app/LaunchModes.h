@@ -7,6 +7,11 @@ namespace tw {
 
 // --help, -h: the launch modes, their options and the environment; needs no display.
 std::optional<int> runHelpMode(LaunchContext& context);
+// --web ADDRESS PATH: the page drawn at 900 × 600 through the web tiles' helper, written as a
+// picture; "web ok=true|false path=PATH", exit status 1 when no picture was written.
+std::optional<int> runWebMode(LaunchContext& context);
+// --camera: what this system knows of cameras (access, the devices found, their nodes).
+std::optional<int> runCameraMode(LaunchContext& context);
 // --sensord: the machine's temperatures by kind and its fans as plain lines; exit status 1 when
 // nothing was found.
 std::optional<int> runSensordMode(LaunchContext& context);

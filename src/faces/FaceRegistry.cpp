@@ -19,6 +19,7 @@
 #include "faces/FlipClockFace.h"
 #include "faces/GenericFace.h"
 #include "faces/GitHubFace.h"
+#include "faces/MirrorFace.h"
 #include "faces/MoonFace.h"
 #include "faces/NetworkFace.h"
 #include "faces/NowPlayingFace.h"
@@ -36,6 +37,7 @@
 #include "faces/TimerFace.h"
 #include "faces/UnitConverterFace.h"
 #include "faces/WeatherFace.h"
+#include "faces/WebFace.h"
 #include "faces/WordClockFace.h"
 #include "faces/WorldClockFace.h"
 #include "faces/WorldMapFace.h"
@@ -84,6 +86,8 @@ FaceRegistry::FaceRegistry()
     add(QStringLiteral("starfield"), std::make_unique<StarfieldFace>());
     add(QStringLiteral("ambientsound"), std::make_unique<AmbientSoundFace>());
     add(QStringLiteral("companion"), std::make_unique<CompanionFace>());
+    add(QStringLiteral("web"), std::make_unique<WebFace>());
+    add(QStringLiteral("mirror"), std::make_unique<MirrorFace>());
 }
 
 FaceRegistry::~FaceRegistry() = default;

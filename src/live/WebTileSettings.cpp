@@ -37,7 +37,8 @@ WebTileSettings WebTileSettings::from(const WidgetSettings& settings) {
     WebTileSettings result;
     result.url = webPageAddress(settings.value(QStringLiteral("url"))).value_or(QUrl());
     result.refresh = std::chrono::minutes(
-        std::clamp(settings.value(QStringLiteral("refresh")).toInt(), 0, maxRefreshMinutes));
+        std::clamp(settings.value(QStringLiteral("refresh"), QStringLiteral("15")).toInt(), 0,
+                   maxRefreshMinutes));
     result.scroll = std::clamp(settings.value(QStringLiteral("scroll")).toInt(), 0, maxScroll);
     bool ok = false;
     const double percent = settings.value(QStringLiteral("zoom")).toDouble(&ok);

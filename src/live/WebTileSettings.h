@@ -15,7 +15,7 @@ struct WebTileSettings {
     // Invalid when the person has typed nothing usable.
     QUrl url;
     // Zero: only when the tile comes into view or on "Reload".
-    std::chrono::minutes refresh{0};
+    std::chrono::minutes refresh{15};
     int scroll = 0;
     double zoom = 1.0;
 

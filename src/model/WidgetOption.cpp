@@ -544,6 +544,33 @@ QList<WidgetOption> smartHomeOptions() {
              .defaultValue = QStringLiteral("toggle")}};
 }
 
+// The page, how often it is loaded again, where it is scrolled to and how large it is drawn.
+QList<WidgetOption> webOptions() {
+    QList<WidgetOption::Choice> refresh{
+        {QStringLiteral("0"), L("option.refresh.never", QStringLiteral("Only when shown"))}};
+    for (const int minutes : {5, 15, 30, 60}) {
+        refresh.append({QString::number(minutes),
+                        L("option.minutes.n", QStringLiteral("%1 min")).arg(minutes)});
+    }
+    QList<WidgetOption::Choice> zoom;
+    for (const int percent : {50, 67, 80, 100, 125, 150}) {
+        zoom.append({QString::number(percent), QStringLiteral("%1 %").arg(percent)});
+    }
+    return {text(QStringLiteral("url"), L("option.url", QStringLiteral("Address"))),
+            {.key = QStringLiteral("refresh"),
+             .title = L("option.refresh", QStringLiteral("Load again every")),
+             .type = Type::choice,
+             .choices = refresh,
+             .defaultValue = QStringLiteral("15")},
+            text(QStringLiteral("scroll"),
+                 L("option.scroll", QStringLiteral("Scrolled down by (pixels)"))),
+            {.key = QStringLiteral("zoom"),
+             .title = L("option.zoom", QStringLiteral("Zoom")),
+             .type = Type::choice,
+             .choices = zoom,
+             .defaultValue = QStringLiteral("100")}};
+}
+
 } // namespace
 
 QList<WidgetOption> WidgetOption::of(const QString& kind) {
@@ -566,6 +593,15 @@ QList<WidgetOption> WidgetOption::of(const QString& kind) {
                  .type = Type::date,
                  .choices = {},
                  .defaultValue = {}}};
+    }
+    if (kind == QLatin1String("web")) {
+        return webOptions();
+    }
+    // The camera opens only once the person has said so here.
+    if (kind == QLatin1String("mirror")) {
+        return {
+            toggle("allowed", L("option.allowCamera", QStringLiteral("Use the camera")), "false"),
+            toggle("mirrored", L("option.mirrored", QStringLiteral("Mirrored")), "true")};
     }
     if (kind == QLatin1String("timer")) {
         return timerOptions();

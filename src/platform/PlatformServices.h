@@ -28,6 +28,7 @@
 #include "platform/SymbolProvider.h"
 #include "platform/SystemSource.h"
 #include "platform/UserPresence.h"
+#include "platform/VideoDevices.h"
 #include "platform/Workspace.h"
 
 #include <QString>
@@ -102,6 +103,8 @@ struct PlatformServices {
     static std::optional<QString> whyNoDisplay();
     // How this running copy was installed, read from the package manager's own records.
     static Installation installation();
+    // The machine's video capture devices and this user's access to them.
+    static std::unique_ptr<VideoDevices> makeVideoDevices();
     // Whether this process has the system administrator's rights, which the web engine's
     // sandbox refuses to run under.
     static bool isAdministrator();

@@ -54,11 +54,13 @@ private Q_SLOTS:
             QVERIFY2(!(clocked && read) || kind == QLatin1String("nowplaying"), qPrintable(kind));
             const bool byItsService =
                 kind == QLatin1String("appusage") || kind == QLatin1String("speedtest");
-            // The calculator, converter and password generator change only at their behaviour's
-            // word.
+            // The calculator, converter, password generator, web page and mirror change only at
+            // their behaviour's word.
             const bool byItsBehaviour = QStringList{QStringLiteral("calculator"),
                                                     QStringLiteral("unitconverter"),
-                                                    QStringLiteral("passwordgenerator")}
+                                                    QStringLiteral("passwordgenerator"),
+                                                    QStringLiteral("web"),
+                                                    QStringLiteral("mirror")}
                                             .contains(kind);
             // An animated scene is woken by its own frames.
             const bool animated = face.sceneFps(FaceContext::forKind(
@@ -102,7 +104,6 @@ private Q_SLOTS:
         row("year progress", "yearprogress", WidgetSize::large, none, "minutes");
         row("countdown", "countdown", WidgetSize::wide, none, "seconds");
         row("weather turns to night by the minute", "weather", WidgetSize::large, none, "minutes");
-        row("mirror", "mirror", WidgetSize::large, none, "none");
         row("the air wakes no clock, woken by its weather", "airquality", WidgetSize::large, none,
             "none");
         row("moon", "moon", WidgetSize::small, none, "minutes");

@@ -141,7 +141,7 @@ private Q_SLOTS:
                                   {QStringLiteral("scroll"), QLatin1String(scroll)},
                                   {QStringLiteral("zoom"), QLatin1String(zoom)}};
         };
-        row("defaults", WidgetSettings{}, 0, 0, 1.0);
+        row("defaults", WidgetSettings{}, 15, 0, 1.0);
         row("as chosen", s("15", "400", "150"), 15, 400, 1.5);
         row("negative", s("-5", "-1", "-100"), 0, 0, WebMessage::minZoom);
         row("too much", s("100000", "99999999", "100000"), 24 * 60, 100000, WebMessage::maxZoom);

@@ -23,6 +23,7 @@
 #include "platform/linux/QtPointerPosition.h"
 #include "platform/linux/ShellRelauncher.h"
 #include "platform/linux/UPowerPowerSource.h"
+#include "platform/linux/V4lVideoDevices.h"
 #include "platform/linux/VdirCalendarStore.h"
 #include "platform/linux/X11DesktopWindowing.h"
 #include "platform/linux/X11ForegroundApplication.h"
@@ -138,6 +139,10 @@ std::unique_ptr<AppDirectory> PlatformServices::makeAppDirectory() {
 std::unique_ptr<DesktopPictureSetter> PlatformServices::makeDesktopPictureSetter() {
     return std::make_unique<LinuxPictureSetter>(
         qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'), Qt::SkipEmptyParts));
+}
+
+std::unique_ptr<VideoDevices> PlatformServices::makeVideoDevices() {
+    return std::make_unique<V4lVideoDevices>();
 }
 
 bool PlatformServices::isAdministrator() {
