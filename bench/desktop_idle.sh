@@ -14,6 +14,10 @@
 #   desk      — the first desktop with a running stopwatch and a music tile whose player (a fake
 #               on a private session bus) plays: the stopwatch's digits and the music tile's bar
 #               keep time
+#   web       — the first desktop with a web tile in view showing a still page from loopback:
+#               its helper and the web engine's processes are counted as "kids" (their processor
+#               time in the window and their PSS), and the host's own figures against the first
+#               desktop's
 #   hidden    — no panel and the configuration window closed: the tick must not exist
 #   many300, many1000 — 300 and 1,000 tiles, more than the screen holds: how start-up scales
 # Per run: processor time (all threads, from schedstat) of the program and of the X server as % of
@@ -164,6 +168,40 @@ json.dump({"instances": instances, "pageCount": 1}, open(sys.argv[1], "w"))
 EOF
 }
 
+# The first desktop's three tiles and a web tile showing the page of the loopback page server.
+write_web() {
+  python3 - "$1/grid.json" "$page_url" <<'EOF'
+import json, sys, uuid
+tiles = [("clock", "large", 40, 1040, {}), ("calendar", "large", 340, 1040, {}),
+         ("weather", "wide", 640, 1040, {}),
+         ("web", "wideTall", 40, 700, {"url": sys.argv[2], "refresh": "15"})]
+instances = [{"id": str(uuid.uuid4()).upper(), "kind": kind, "size": size, "order": n, "page": 0,
+              "col": -1, "row": -1, "posX": x, "posY": y, "settings": settings}
+             for n, (kind, size, x, y, settings) in enumerate(tiles)]
+json.dump({"instances": instances, "pageCount": 1}, open(sys.argv[1], "w"))
+EOF
+}
+
+# Every process below `pid`, one a line.
+descendants() {
+  local child
+  for child in $(pgrep -P "$1" || true); do
+    echo "$child"
+    descendants "$child"
+  done
+}
+# "<cpu ns> <pss kB>" of the processes below `pid`: processor time since each started and PSS now.
+kids() {
+  local kid cpu=0 pss=0 more
+  for kid in $(descendants "$1"); do
+    more="$(cat /proc/"$kid"/task/*/schedstat 2>/dev/null | awk '{s += $1} END {printf "%.0f", s}')"
+    cpu=$((cpu + ${more:-0}))
+    more="$(awk '/^Pss:/ {print $2}' "/proc/$kid/smaps_rollup" 2>/dev/null)"
+    pss=$((pss + ${more:-0}))
+  done
+  echo "$cpu $pss"
+}
+
 # A private session bus with one player that plays a long track; sets bus_pid, player_pid and
 # bus_address.
 start_player() {
@@ -197,6 +235,7 @@ one_run() {
     many300) write_tiles "$data" 300 ;;
     many1000) write_tiles "$data" 1000 ;;
     desk) write_desk "$data" ;;
+    web) write_web "$data" ;;
   esac
   local desktop=""
   if [[ "$case" == glass || "$case" == liquid ]]; then
@@ -257,8 +296,12 @@ one_run() {
   local host0 host1 server0 server1 cpu vol xcpu
   host0="$(mktemp)"; host1="$(mktemp)"; server0="$(mktemp)"; server1="$(mktemp)"
   threads "$pid" >"$host0"; threads "$server" >"$server0"
+  local kids0 kids1 kcpu kpss
+  read -r kids0 _ < <(kids "$pid")
   sleep "$span"
   threads "$pid" >"$host1"; threads "$server" >"$server1"
+  read -r kids1 kpss < <(kids "$pid")
+  kcpu=$((kids1 > kids0 ? kids1 - kids0 : 0))
   read -r cpu vol < <(spent "$host0" "$host1")
   read -r xcpu _ < <(spent "$server0" "$server1")
   rm -f "$host0" "$host1" "$server0" "$server1"
@@ -271,10 +314,10 @@ one_run() {
   fi
   rm -rf "$data" "$config"
   line="$(awk -v c="$cpu" -v xc="$xcpu" -v w="$span" -v v="$vol" -v rss="$rss" -v pss="$pss" \
-              -v first="$first_ms" -v name="$case" 'BEGIN {
+              -v first="$first_ms" -v name="$case" -v kc="$kcpu" -v kp="$kpss" 'BEGIN {
     cpu = c / 1e9 / w * 100; x = xc / 1e9 / w * 100
-    printf "%s cpu=%.3f%% xserver=%.3f%% both=%.3f%% rss=%.1fMB pss=%.1fMB first_panel=%sms vcsw=%.2f/s\n",
-      name, cpu, x, cpu + x, rss / 1024, pss / 1024, first, v / w }')"
+    printf "%s cpu=%.3f%% xserver=%.3f%% both=%.3f%% rss=%.1fMB pss=%.1fMB first_panel=%sms vcsw=%.2f/s kids_cpu=%.3f%% kids_pss=%.1fMB\n",
+      name, cpu, x, cpu + x, rss / 1024, pss / 1024, first, v / w, kc / 1e9 / w * 100, kp / 1024 }')"
   echo "$line"
   echo "$line" >>"$results"
 }
@@ -287,7 +330,7 @@ median_of() {
 
 summary() {
   local case="$1" key
-  for key in cpu xserver both rss pss first_panel vcsw; do
+  for key in cpu xserver both rss pss first_panel vcsw kids_cpu kids_pss; do
     grep "^$case " "$results" | tr ' ' '\n' | awk -F= -v k="$key" '$1 == k {print $2}' |
       sed 's/[^0-9.]//g' | awk 'NF' | sort -g | awk -v k="$key" -v c="$case" '
         { v[NR] = $1 }
@@ -300,8 +343,8 @@ summary() {
       'BEGIN { if (b > 0) printf "%s both/reference=%.2f\n", c, a / b }'
   fi
   if [[ "$case" == glass || "$case" == liquid || "$case" == readings || "$case" == weather ||
-        "$case" == desk ]]; then
-    for key in cpu both vcsw; do
+        "$case" == desk || "$case" == web ]]; then
+    for key in cpu both vcsw pss; do
       mine="$(median_of "$case" "$key")"; theirs="$(median_of first "$key")"
       [[ -n "$mine" && -n "$theirs" ]] || continue
       awk -v a="$mine" -v b="$theirs" -v c="$case" -v k="$key" \
@@ -315,6 +358,26 @@ coproc ANSWERS { exec python3 "$(dirname "$0")/serve_answers.py"; }
 answers_pid=$ANSWERS_PID
 read -r endpoints <&"${ANSWERS[0]}"
 trap 'kill "$answers_pid" 2>/dev/null; rm -rf "$results" "$pictures"' EXIT
+
+# The web case's page: still, a heading, text and a block of colour, from loopback.
+page_dir="$(mktemp -d)"
+python3 - "$page_dir/index.html" <<'EOF'
+import sys
+para = "<p>" + "A still page for the web tile, with enough words to wrap over lines. " * 6 + "</p>"
+open(sys.argv[1], "w").write("<title>Bench page</title><body style='font-family:sans-serif'>"
+                             "<h1>Bench page</h1><div style='height:120px;background:#4a8'></div>"
+                             + para * 8 + "</body>")
+EOF
+coproc PAGES { exec python3 -u -c '
+import http.server, os, sys
+os.chdir(sys.argv[1])
+quiet = type("Quiet", (http.server.SimpleHTTPRequestHandler,), {"log_message": lambda *a: None})
+server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), quiet)
+print("http://127.0.0.1:%d/" % server.server_address[1], flush=True)
+server.serve_forever()' "$page_dir"; }
+pages_pid=$PAGES_PID
+read -r page_url <&"${PAGES[0]}"
+trap 'kill "$answers_pid" "$pages_pid" 2>/dev/null; rm -rf "$results" "$pictures" "$page_dir"' EXIT
 
 echo "host: $binary; reference: $reference; settle ${settle}s, window ${window}s, $runs runs per case"
 cases="${CASES:-reference first glass liquid twenty readings hidden many300 many1000}"

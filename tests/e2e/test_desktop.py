@@ -1787,6 +1787,35 @@ class SpeedTestTest(HostCase):
 class CalculatorTileTest(HostCase):
     """Typing into a calculator tile: a click gives it the keys, the sum typed is worked out on
     Return, and the tape in grid.json has it at once, so a quit right after loses nothing."""
+class PageServer(http.server.ThreadingHTTPServer):
+    """Two pages on loopback: a red one that is a link to a blue one."""
+
+    PAGES = {"/": b"<title>Red</title><body style='margin:0;background:#d01010'>"
+                  b"<a href='/two' style='display:block;height:100vh'>next</a>",
+             "/two": b"<title>Blue</title><body style='margin:0;background:#1010d0'>"}
+
+    def __init__(self):
+        class Handler(http.server.BaseHTTPRequestHandler):
+            def do_GET(handler):
+                body = self.PAGES.get(handler.path)
+                handler.send_response(200 if body else 404)
+                handler.send_header("Content-Type", "text/html")
+                handler.end_headers()
+                handler.wfile.write(body or b"")
+
+            def log_message(self, *args):
+                pass
+
+        super().__init__(("127.0.0.1", 0), Handler)
+        threading.Thread(target=self.serve_forever, daemon=True).start()
+
+    def url(self):
+        return "http://127.0.0.1:%d/" % self.server_address[1]
+
+
+class WebTileTest(HostCase):
+    """A web tile shows a loopback page drawn by its helper, the one helper there is, and a click
+    on the page's link takes the tile to the next page."""
 
     panel_count = 1
 
@@ -1816,6 +1845,39 @@ class CalculatorTileTest(HostCase):
                     "a division by zero left the calculator stuck")
         self.screenshot("calculator-typed.png")
 
+        self.server = PageServer()
+        self.addCleanup(self.server.server_close)
+        self.addCleanup(self.server.shutdown)
+        tile = {"id": "D0000000-0000-4000-8000-000000000021", "kind": "web", "size": "large",
+                "order": 0, "page": 0, "col": 0, "row": 0, "posX": 300, "posY": 700,
+                "settings": {"url": self.server.url(), "refresh": "0"}}
+        with open(os.path.join(self.data_dir, "grid.json"), "w", encoding="utf-8") as f:
+            json.dump({"instances": [tile], "pageCount": 1}, f)
+
+    def helpers_running(self):
+        found = subprocess.run(["pgrep", "-P", str(self.host.process.pid), "-x", "tarnwick-web"],
+                               capture_output=True, text=True).stdout.split()
+        return len(found)
+
+    def middle(self, rect):
+        x, y = centre(rect)
+        rows = self.pixels(x - 5, y - 5, 10, 10)
+        return [sum(p[c] for row in rows for p in row) // 100 for c in range(3)]
+
+    def test_a_click_follows_the_pages_link(self):
+        rect = self.panel_of(self.by_kind("web"))
+        red = lambda: self.middle(rect)[0] > 150 and self.middle(rect)[2] < 80
+        if not self.session.wait_for(red, timeout=60):
+            self.screenshot("failed-web-first-page.png")
+            self.fail("the page never showed: %s" % self.middle(rect))
+        self.assertEqual(self.helpers_running(), 1)
+        self.session.xdotool("mousemove", "--sync", *centre(rect))
+        self.session.xdotool("click", 1)
+        blue = lambda: self.middle(rect)[2] > 150 and self.middle(rect)[0] < 80
+        if not self.session.wait_for(blue, timeout=30):
+            self.screenshot("failed-web-next-page.png")
+            self.fail("the click did not follow the link: %s" % self.middle(rect))
+        self.screenshot("web-tile.png")
 
 
 class GitHubServer(http.server.ThreadingHTTPServer):
