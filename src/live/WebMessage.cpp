@@ -37,7 +37,8 @@ std::optional<QUrl> webAddress(const QJsonValue& value) {
         (scheme != QLatin1String("http") && scheme != QLatin1String("https"))) {
         return std::nullopt;
     }
-    return url;
+    // In its encoded form, so that what is sent on reads back as the same address.
+    return QUrl::fromEncoded(url.toEncoded(), QUrl::StrictMode);
 }
 
 double finite(const QJsonValue& value, double fallback) {

@@ -86,6 +86,11 @@ private Q_SLOTS:
         QVERIFY(command);
         QCOMPARE(command->zoom, WebMessage::maxZoom);
         QCOMPARE(command->scroll, 0);
+        // An address as a page may write it reads back the same once sent on.
+        const std::optional<WebCommand> raw =
+            WebMessage::decodeCommand(json("{'load':'https://a.b/p q#x##y','width':1,'height':1}"));
+        QVERIFY(raw);
+        QCOMPARE(WebMessage::decodeCommand(WebMessage::encode(*raw)), raw);
     }
 
     void eventsTakeOnlyWhatTheyMay_data() {
