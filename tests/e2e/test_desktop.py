@@ -1787,6 +1787,37 @@ class SpeedTestTest(HostCase):
 class CalculatorTileTest(HostCase):
     """Typing into a calculator tile: a click gives it the keys, the sum typed is worked out on
     Return, and the tape in grid.json has it at once, so a quit right after loses nothing."""
+
+    panel_count = 1
+
+    def before_launch(self):
+        tile = {"id": "E0000000-0000-4000-8000-000000000003", "kind": "calculator",
+                "size": "large", "order": 0, "page": 0, "col": 0, "row": 0,
+                "posX": 300, "posY": 700}
+        with open(os.path.join(self.data_dir, "grid.json"), "w", encoding="utf-8") as f:
+            json.dump({"instances": [tile], "pageCount": 1}, f)
+
+    def tape(self):
+        return self.by_kind("calculator").get("settings", {}).get("tape", "")
+
+    def test_a_sum_typed_into_the_tile_joins_its_tape(self):
+        x, y, w, _ = self.panel_of(self.by_kind("calculator"))
+        # The display, above the key pad: a click there copies, and gives the tile the keys.
+        self.session.xdotool("mousemove", "--sync", x + w // 2, y + MARGIN + 30)
+        self.session.xdotool("click", "1")
+        self.session.xdotool("type", "--delay", "40", "12*3+4%")
+        self.session.xdotool("key", "Return")
+        self.settle(lambda: self.tape() == "12*3+4%=37.44", "the typed sum is not on the tape")
+        self.session.xdotool("type", "--delay", "40", "/0")
+        self.session.xdotool("key", "Return")
+        self.session.xdotool("key", "BackSpace")
+        self.session.xdotool("type", "--delay", "40", "2=")
+        self.settle(lambda: self.tape().endswith("37.44/2=18.72"),
+                    "a division by zero left the calculator stuck")
+        self.screenshot("calculator-typed.png")
+
+
+
 class PageServer(http.server.ThreadingHTTPServer):
     """Two pages on loopback: a red one that is a link to a blue one."""
 
@@ -1820,31 +1851,6 @@ class WebTileTest(HostCase):
     panel_count = 1
 
     def before_launch(self):
-        tile = {"id": "E0000000-0000-4000-8000-000000000003", "kind": "calculator",
-                "size": "large", "order": 0, "page": 0, "col": 0, "row": 0,
-                "posX": 300, "posY": 700}
-        with open(os.path.join(self.data_dir, "grid.json"), "w", encoding="utf-8") as f:
-            json.dump({"instances": [tile], "pageCount": 1}, f)
-
-    def tape(self):
-        return self.by_kind("calculator").get("settings", {}).get("tape", "")
-
-    def test_a_sum_typed_into_the_tile_joins_its_tape(self):
-        x, y, w, _ = self.panel_of(self.by_kind("calculator"))
-        # The display, above the key pad: a click there copies, and gives the tile the keys.
-        self.session.xdotool("mousemove", "--sync", x + w // 2, y + MARGIN + 30)
-        self.session.xdotool("click", "1")
-        self.session.xdotool("type", "--delay", "40", "12*3+4%")
-        self.session.xdotool("key", "Return")
-        self.settle(lambda: self.tape() == "12*3+4%=37.44", "the typed sum is not on the tape")
-        self.session.xdotool("type", "--delay", "40", "/0")
-        self.session.xdotool("key", "Return")
-        self.session.xdotool("key", "BackSpace")
-        self.session.xdotool("type", "--delay", "40", "2=")
-        self.settle(lambda: self.tape().endswith("37.44/2=18.72"),
-                    "a division by zero left the calculator stuck")
-        self.screenshot("calculator-typed.png")
-
         self.server = PageServer()
         self.addCleanup(self.server.server_close)
         self.addCleanup(self.server.shutdown)
