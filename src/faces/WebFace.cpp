@@ -131,6 +131,11 @@ void drawSamplePage(QPainter& painter, const FaceContext& context, const QRectF&
     const bool side = rect.width() > rect.height() * 1.3;
     const qreal pictureHeight =
         std::min(rect.bottom() - y - m, side ? rect.height() * 0.5 : rect.height() * 0.3);
+    if (pictureHeight < 40) {
+        // A banner has room for the bar and the headline alone.
+        painter.restore();
+        return;
+    }
     const QRectF picture(rect.left() + m, y, side ? body * 0.42 : body, pictureHeight);
     QLinearGradient sky(picture.topLeft(), picture.bottomLeft());
     sky.setColorAt(0, context.accent().lighter(150));
