@@ -1,8 +1,10 @@
 #include "LoopbackHttpServer.h"
 #include "ManualScheduler.h"
 #include "TestRows.h"
+#include "live/WebBehaviour.h"
 #include "live/WebPage.h"
 #include "platform/PlatformServices.h"
+#include "platform/null/NullWorkspace.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -95,6 +97,42 @@ private Q_SLOTS:
         scheduler.advance(1min);
         QTRY_VERIFY_WITH_TIMEOUT(server.requests().size() > first, engineMs);
         QTRY_COMPARE_WITH_TIMEOUT(page.state(), State::shown, engineMs);
+    }
+
+    // A helper for a tile in view only; the menu's commands and a click reach the page.
+    void behaviourRunsAHelperOnlyInView() {
+        LoopbackHttpServer server;
+        server.route("/", html("<body style='background:#10d010'>"));
+        ManualScheduler scheduler;
+        NullWorkspace workspace;
+        WebBehaviour behaviour(realHelper(), scheduler, workspace, [] { return 1.0; });
+        WidgetInstance tile;
+        tile.kind = QStringLiteral("web");
+        tile.size = WidgetSize::large;
+        tile.settings =
+            WidgetSettings{{QStringLiteral("url"), server.url(QStringLiteral("/")).toString()}};
+        WidgetInstance blank = tile;
+        blank.id = QUuid::createUuid();
+        blank.settings.reset();
+        behaviour.setTiles({{tile, false}, {blank, true}});
+        QCOMPARE(behaviour.running(), 0);
+        QVERIFY(behaviour.menuItems(blank).isEmpty());
+        behaviour.setTiles({{tile, true}, {blank, true}});
+        QCOMPARE(behaviour.running(), 1);
+        const WebPage* page = behaviour.page(tile.id);
+        QTRY_COMPARE_WITH_TIMEOUT(page->state(), State::shown, engineMs);
+        QCOMPARE(page->picture().size(), WebBehaviour::pixelsFor(tile, 1.0));
+        QVERIFY(behaviour.press(tile, WebBehaviour::clickCommand(QPointF(0.5, 0.5))));
+        QVERIFY(!behaviour.press(tile, QStringLiteral("web.click:2,0.5")));
+        QVERIFY(!behaviour.press(tile, QString()));
+        QCOMPARE(behaviour.menuItems(tile).size(), 2);
+        QVERIFY(behaviour.press(tile, WebBehaviour::openCommand));
+        QCOMPARE(workspace.requests().value(0),
+                 QStringLiteral("open ") + server.url(QStringLiteral("/")).toString());
+        behaviour.setTiles({{tile, false}});
+        QCOMPARE(behaviour.running(), 0);
+        QCOMPARE(behaviour.page(blank.id), nullptr);
+        QVERIFY(!behaviour.page(tile.id)->picture().isNull());
     }
 
     void saysWhatWentWrong_data() {
