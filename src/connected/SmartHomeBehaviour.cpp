@@ -34,9 +34,12 @@ void SmartHomeBehaviour::setAccount(const QString& address, const QString& token
     } else {
         m_secrets.write(QString(addressKey), m_address);
     }
-    // The same account again is a request to try once more.
-    m_service.setAccount(QString(), QString());
+    const QUrl before = m_service.address();
     m_service.setAccount(m_address, m_token);
+    // The same account again is a request to try once more.
+    if (m_service.address() == before) {
+        m_service.reconnect();
+    }
     Q_EMIT accountChanged();
 }
 
@@ -51,8 +54,7 @@ void SmartHomeBehaviour::setTiles(const QList<BehaviourTile>& tiles) {
 bool SmartHomeBehaviour::press(const WidgetInstance& tile, const QString& command) {
     Q_UNUSED(tile)
     if (command == reconnectCommand) {
-        m_service.setAccount(QString(), QString());
-        m_service.setAccount(m_address, m_token);
+        m_service.reconnect();
         return true;
     }
     if (!command.startsWith(togglePrefix)) {

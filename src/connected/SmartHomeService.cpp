@@ -103,6 +103,19 @@ void SmartHomeService::readStates() {
     });
 }
 
+void SmartHomeService::reconnect() {
+    if (m_address.isEmpty()) {
+        return;
+    }
+    stop();
+    m_retry = firstRetry;
+    if (m_active) {
+        connectNow();
+    } else {
+        readStates();
+    }
+}
+
 void SmartHomeService::connectNow() {
     m_retryTask.cancel();
     SmartHomeBoard board = m_board;

@@ -55,6 +55,8 @@ public:
 
     // Reads the list of states once, for the settings' picker, whether or not a tile shows it.
     void readStates();
+    // Tries again at once, whatever the link's state and wait; what was read stays meanwhile.
+    void reconnect();
 
     // Sends a toggle for the entity; false when there is no live link or it does not toggle.
     bool toggle(const QString& entityId);

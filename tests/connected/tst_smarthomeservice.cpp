@@ -2,8 +2,10 @@
 #include "ManualClock.h"
 #include "ManualScheduler.h"
 #include "TestRows.h"
+#include "connected/SmartHomeBehaviour.h"
 #include "connected/SmartHomeService.h"
 #include "net/QtHttpClient.h"
+#include "platform/null/MemorySecretStore.h"
 
 #include <QLoggingCategory>
 #include <QSignalSpy>
@@ -176,6 +178,36 @@ private Q_SLOTS:
         rig.service.setAccount(u"not an address at all"_qs, u"t"_qs);
         QCOMPARE(rig.service.board().status, Status::noAccount);
         QVERIFY(rig.service.board().entities.isEmpty());
+    }
+
+    // The tile: the account from the keychain, the link only while the tile is in view, a card's
+    // command toggles, and "Reconnect Now" while the link is down.
+    void behaviour() {
+        Rig rig;
+        MemorySecretStore secrets;
+        secrets.write(QString(SmartHomeBehaviour::addressKey), rig.server.address());
+        secrets.write(QString(SmartHomeBehaviour::tokenKey), rig.server.token);
+        SmartHomeBehaviour tiles(rig.service, secrets);
+        QSignalSpy repaint(&tiles, &TileBehaviour::changed);
+        WidgetInstance tile;
+        tiles.setTiles({{tile, false}});
+        QCOMPARE(rig.service.board().status, Status::idle);
+        tiles.setTiles({{tile, false}, {tile, true}});
+        QVERIFY(rig.reaches(Status::live));
+        QVERIFY(!repaint.isEmpty());
+        QVERIFY(tiles.menuItems(tile).isEmpty());
+        QVERIFY(tiles.press(tile, u"toggle:light.kitchen"_qs));
+        QTRY_COMPARE(rig.state(u"light.kitchen"_qs), u"on"_qs);
+        QVERIFY(!tiles.press(tile, QString()));
+
+        rig.server.dropAll();
+        QVERIFY(rig.reaches(Status::unreachable));
+        QCOMPARE(tiles.menuItems(tile).size(), 1);
+        QVERIFY(tiles.press(tile, tiles.menuItems(tile)[0].command));
+        QCOMPARE(rig.state(u"light.kitchen"_qs), u"on"_qs);
+        QVERIFY(rig.reaches(Status::live));
+        tiles.setTiles({{tile, false}});
+        QTRY_COMPARE(rig.server.subscribed(), 0);
     }
 };
 
