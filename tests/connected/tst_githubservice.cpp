@@ -257,6 +257,8 @@ private Q_SLOTS:
         QCOMPARE(rig.server.requests()[0].header("Authorization"), QByteArray("Bearer ghp_kept"));
         rig.scheduler.advance(GitHubService::pace);
         QTRY_COMPARE(rig.requests(), 8);
+        // A fetch under way is never doubled: the next one waits for its answers.
+        QTRY_COMPARE(repaint.size(), 2);
 
         QCOMPARE(tiles.menuItems(tile).size(), 1);
         QVERIFY(tiles.press(tile, tiles.menuItems(tile)[0].command));
