@@ -101,13 +101,13 @@ void WebPage::stop() {
     }
     QProcess* process = std::exchange(m_process, nullptr);
     process->disconnect(this);
+    connect(process, &QProcess::finished, process, &QObject::deleteLater);
+    // The helper ends when its input closes, without the desktop waiting for it; one that hangs
+    // in the engine is killed.
     process->closeWriteChannel();
-    // The helper ends when its input closes; one that hangs in the engine is killed.
-    if (!process->waitForFinished(1500)) {
-        process->kill();
-        process->waitForFinished(1000);
-    }
-    process->deleteLater();
+    std::erase_if(m_reapers, [](const ScheduledTask& task) { return !task.isActive(); });
+    m_reapers.push_back(m_scheduler.singleShot(std::chrono::seconds(3), std::chrono::seconds(1),
+                                               process, [process] { process->kill(); }));
     if (m_state == State::loading) {
         setState(m_picture.isNull() ? State::idle : State::shown);
     }

@@ -14,6 +14,7 @@
 #include <QTemporaryDir>
 
 #include <chrono>
+#include <vector>
 
 class QProcess;
 
@@ -94,6 +95,8 @@ private:
     QString m_problem;
     ScheduledTask m_limit;
     ScheduledTask m_refresh;
+    // Kill helpers that were asked to end and have not.
+    std::vector<ScheduledTask> m_reapers;
 };
 
 } // namespace tw
