@@ -1,0 +1,1 @@
+tw_add_fuzzer(fuzz_trashinfo LIBS tw_platform_os)
