@@ -7,6 +7,7 @@
 
 #include "config/CalendarSourcesView.h"
 #include "config/ConfigContext.h"
+#include "config/FolderField.h"
 #include "config/GitHubTokenField.h"
 #include "config/PlaceField.h"
 #include "config/QuoteField.h"
@@ -244,6 +245,16 @@ void WidgetSettingsPage::addOptions(const QString& kind) {
             control = place;
             break;
         }
+        case WidgetOption::Type::folder: {
+            // Blank keeps the kind's own default, which the field names.
+            auto* folder = new FolderField(kind == QLatin1String("photos")
+                                               ? L("widgetPage.folderPictures", QStringLiteral("Pictures"))
+                                               : L("widgetPage.folderDesktop", QStringLiteral("Desktop")));
+            connect(folder, &FolderField::chosen, this,
+                    [this, key = option.key](const QString& value) { setOption(key, value); });
+            control = folder;
+            break;
+        }
         case WidgetOption::Type::quote: {
             QuoteField::Check check;
             if (m_context.checkQuote) {
@@ -428,6 +439,8 @@ void WidgetSettingsPage::refresh() {
             place->show(settings);
         } else if (auto* quote = qobject_cast<QuoteField*>(control)) {
             quote->show(value, settings);
+        } else if (auto* folder = qobject_cast<FolderField*>(control)) {
+            folder->show(value);
         } else if (auto* box = qobject_cast<QComboBox*>(control)) {
             box->setCurrentIndex(std::max(0, box->findData(value)));
         } else if (auto* toggle = qobject_cast<SwitchButton*>(control)) {

@@ -16,7 +16,9 @@
 #include "faces/CustomWidgetFace.h"
 #include "faces/DayProgressFace.h"
 #include "faces/DiskFace.h"
+#include "faces/DropZoneFace.h"
 #include "faces/FlipClockFace.h"
+#include "faces/FolderFace.h"
 #include "faces/GenericFace.h"
 #include "faces/GitHubFace.h"
 #include "faces/MirrorFace.h"
@@ -24,6 +26,7 @@
 #include "faces/NetworkFace.h"
 #include "faces/NowPlayingFace.h"
 #include "faces/PasswordGeneratorFace.h"
+#include "faces/PhotosFace.h"
 #include "faces/PomodoroFace.h"
 #include "faces/RemindersFace.h"
 #include "faces/SensorsFace.h"
@@ -35,6 +38,7 @@
 #include "faces/StopwatchFace.h"
 #include "faces/SystemFace.h"
 #include "faces/TimerFace.h"
+#include "faces/TrashFace.h"
 #include "faces/UnitConverterFace.h"
 #include "faces/WeatherFace.h"
 #include "faces/WebFace.h"
@@ -88,6 +92,10 @@ FaceRegistry::FaceRegistry()
     add(QStringLiteral("companion"), std::make_unique<CompanionFace>());
     add(QStringLiteral("web"), std::make_unique<WebFace>());
     add(QStringLiteral("mirror"), std::make_unique<MirrorFace>());
+    add(QStringLiteral("photos"), std::make_unique<PhotosFace>());
+    add(QStringLiteral("folder"), std::make_unique<FolderFace>());
+    add(QStringLiteral("dropzone"), std::make_unique<DropZoneFace>());
+    add(QStringLiteral("trash"), std::make_unique<TrashFace>());
 }
 
 FaceRegistry::~FaceRegistry() = default;

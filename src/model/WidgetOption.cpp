@@ -571,6 +571,76 @@ QList<WidgetOption> webOptions() {
              .defaultValue = QStringLiteral("100")}};
 }
 
+WidgetOption folderOption(const char* titleKey, const QString& title) {
+    return {.key = QStringLiteral("folder"),
+            .title = L(titleKey, title),
+            .type = Type::folder,
+            .choices = {},
+            .defaultValue = QString()};
+}
+
+QList<WidgetOption> photosOptions() {
+    const auto every = [](int seconds, const char* key, const char* english) {
+        return WidgetOption::Choice{QString::number(seconds), L(key, QString::fromUtf8(english))};
+    };
+    return {folderOption("option.photos.folder", QStringLiteral("Folder")),
+            {.key = QStringLiteral("interval"),
+             .title = L("option.photos.interval", QStringLiteral("Next picture")),
+             .type = Type::choice,
+             .choices = {every(10, "option.photos.10s", "Every 10 seconds"),
+                         every(30, "option.photos.30s", "Every 30 seconds"),
+                         every(60, "option.photos.1m", "Every minute"),
+                         every(300, "option.photos.5m", "Every 5 minutes"),
+                         every(900, "option.photos.15m", "Every 15 minutes"),
+                         every(3600, "option.photos.1h", "Every hour")},
+             .defaultValue = QStringLiteral("60")},
+            {.key = QStringLiteral("order"),
+             .title = L("option.photos.order", QStringLiteral("Order")),
+             .type = Type::choice,
+             .choices = {{QStringLiteral("shuffle"), L("option.photos.shuffle", QStringLiteral("Shuffled"))},
+                         {QStringLiteral("name"), L("option.photos.byName", QStringLiteral("By name"))}},
+             .defaultValue = QStringLiteral("shuffle")},
+            {.key = QStringLiteral("caption"),
+             .title = L("option.photos.caption", QStringLiteral("Caption")),
+             .type = Type::text,
+             .choices = {},
+             .defaultValue = QString()},
+            {.key = QStringLiteral("names"),
+             .title = L("option.photos.names", QStringLiteral("Show file names")),
+             .type = Type::toggle,
+             .choices = {},
+             .defaultValue = QStringLiteral("false")}};
+}
+
+QList<WidgetOption> folderTileOptions() {
+    WidgetOption path = folderOption("option.folder.path", QStringLiteral("Folder"));
+    path.key = QStringLiteral("path");
+    return {path,
+            {.key = QStringLiteral("sort"),
+             .title = L("option.folder.sort", QStringLiteral("Sort by")),
+             .type = Type::choice,
+             .choices = {{QStringLiteral("name"), L("option.folder.sort.name", QStringLiteral("Name"))},
+                         {QStringLiteral("modified"), L("option.folder.sort.modified", QStringLiteral("Date modified"))},
+                         {QStringLiteral("kind"), L("option.folder.sort.kind", QStringLiteral("Kind"))},
+                         {QStringLiteral("size"), L("option.folder.sort.size", QStringLiteral("Size"))}},
+             .defaultValue = QStringLiteral("name")},
+            {.key = QStringLiteral("hidden"),
+             .title = L("option.folder.hidden", QStringLiteral("Show hidden files")),
+             .type = Type::toggle,
+             .choices = {},
+             .defaultValue = QStringLiteral("false")}};
+}
+
+QList<WidgetOption> dropZoneOptions() {
+    return {folderOption("option.dropzone.folder", QStringLiteral("Put files in")),
+            {.key = QStringLiteral("mode"),
+             .title = L("option.dropzone.mode", QStringLiteral("Dropped files are")),
+             .type = Type::choice,
+             .choices = {{QStringLiteral("move"), L("option.dropzone.move", QStringLiteral("Moved"))},
+                         {QStringLiteral("copy"), L("option.dropzone.copy", QStringLiteral("Copied"))}},
+             .defaultValue = QStringLiteral("move")}};
+}
+
 } // namespace
 
 QList<WidgetOption> WidgetOption::of(const QString& kind) {
@@ -719,6 +789,15 @@ QList<WidgetOption> WidgetOption::of(const QString& kind) {
     }
     if (kind == QLatin1String("smarthome")) {
         return smartHomeOptions();
+    }
+    if (kind == QLatin1String("photos")) {
+        return photosOptions();
+    }
+    if (kind == QLatin1String("folder")) {
+        return folderTileOptions();
+    }
+    if (kind == QLatin1String("dropzone")) {
+        return dropZoneOptions();
     }
     return {};
 }

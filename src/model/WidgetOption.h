@@ -15,7 +15,9 @@ struct WidgetOption {
     // `source`: one of `choices` or a calendar or list the host finds on the machine, by its id.
     // `quote`: a share's symbol, a coin or a list of currencies, kept only once the service
     // has answered for it.
-    enum class Type { choice, toggle, text, date, place, source, quote };
+    // `folder`: a folder of this machine, typed or chosen with the desktop's dialog; empty is the
+    // default the kind names in `defaultValue`'s place.
+    enum class Type { choice, toggle, text, date, place, source, quote, folder };
 
     struct Choice {
         QString value;

@@ -27,6 +27,7 @@
 #include "platform/SoundPlayer.h"
 #include "platform/SymbolProvider.h"
 #include "platform/SystemSource.h"
+#include "platform/Trash.h"
 #include "platform/UserPresence.h"
 #include "platform/VideoDevices.h"
 #include "platform/Workspace.h"
@@ -78,6 +79,8 @@ struct PlatformServices {
     static std::unique_ptr<Relauncher> makeRelauncher();
     // The session's media players, dated by `clock`, which must outlive them.
     static std::unique_ptr<MediaPlayers> makeMediaPlayers(const Clock& clock);
+    // The person's trash, dating what goes in by `clock`, which must outlive it.
+    static std::unique_ptr<Trash> makeTrash(const Clock& clock);
     // Whether the person is at the machine, dated by `clock`; `displays` going dark count as
     // away. Both must outlive it.
     static std::unique_ptr<UserPresence> makeUserPresence(const Clock& clock,

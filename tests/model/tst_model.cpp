@@ -152,6 +152,7 @@ private:
                 break;
             case tw::WidgetOption::Type::text:
             case tw::WidgetOption::Type::date:
+            case tw::WidgetOption::Type::folder:
                 QVERIFY2(values.isEmpty(), qPrintable(where));
                 break;
             case tw::WidgetOption::Type::quote:

@@ -129,6 +129,10 @@ constexpr std::array kMappings{
     Mapping{"figure.walk", "directions_walk", 0xe536},
     Mapping{"drop.fill", "water_drop", 0xe798},
     Mapping{"sensor.fill", "sensors", 0xe51e},
+    // The file tiles: documents, pictures and downloads.
+    Mapping{"doc", "description", 0xe873},
+    Mapping{"photo", "image", 0xe3f4},
+    Mapping{"arrow.down.to.line", "file_download", 0xe2c4},
 };
 
 const Mapping* find(const QString& symbol) {

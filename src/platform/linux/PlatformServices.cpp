@@ -29,6 +29,7 @@
 #include "platform/linux/X11ForegroundApplication.h"
 #include "platform/linux/XdgAppDirectory.h"
 #include "platform/linux/XdgAutostart.h"
+#include "platform/linux/XdgTrash.h"
 #include "platform/null/MemorySecretStore.h"
 #include "platform/null/SilentSoundPlayer.h"
 
@@ -36,6 +37,7 @@
 #include <QDBusConnection>
 #include <QDir>
 #include <QGuiApplication>
+#include <QStandardPaths>
 
 #include <unistd.h>
 
@@ -115,6 +117,14 @@ Installation PlatformServices::installation() {
 
 std::unique_ptr<Relauncher> PlatformServices::makeRelauncher() {
     return std::make_unique<ShellRelauncher>();
+}
+
+std::unique_ptr<Trash> PlatformServices::makeTrash(const Clock& clock) {
+    // The home trash of the freedesktop format, where file managers put what is deleted.
+    return std::make_unique<XdgTrash>(
+        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+            QStringLiteral("/Trash"),
+        clock);
 }
 
 std::unique_ptr<MediaPlayers> PlatformServices::makeMediaPlayers(const Clock& clock) {
