@@ -35,6 +35,7 @@
 #include "faces/TileRenderer.h"
 #include "faces/Wallpaper.h"
 #include "faces/WallpaperRenderer.h"
+#include "files/FileTiles.h"
 #include "grid/GridStore.h"
 #include "live/QtCameraFeed.h"
 #include "lockscreen/LockScreenController.h"
@@ -66,12 +67,14 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDir>
+#include <QFileDialog>
 #include <QLocale>
 #include <QLoggingCategory>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPainter>
+#include <QScreen>
 #include <QWindow>
 
 namespace tw {
@@ -93,6 +96,21 @@ TextClipboard desktopClipboard() {
             },
         .paste = [] { return QGuiApplication::clipboard()->text(); },
     };
+}
+
+// The file tiles ask with the desktop's own folder dialog.
+QString chooseFolder(const QString& title, const QString& start) {
+    return QFileDialog::getExistingDirectory(nullptr, title, start);
+}
+
+// Pictures are decoded once for the sharpest display a tile may stand on.
+qreal largestPixelRatio() {
+    qreal ratio = 1;
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    for (const QScreen* screen : screens) {
+        ratio = std::max(ratio, screen->devicePixelRatio());
+    }
+    return ratio;
 }
 
 } // namespace
@@ -332,6 +350,16 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
     }
     wireEnergyModes(*m_settings, *m_ticker, m_power.get());
     m_energy = std::make_unique<AppEnergyMeter>(*m_platform.usage, m_clocks.system, *m_scheduler);
+
+    m_fileTiles =
+        std::make_unique<FileTiles>(FileTiles::Services{.grid = *m_grid,
+                                                        .workspace = *m_platform.workspace,
+                                                        .clock = m_clocks.system,
+                                                        .scheduler = *m_scheduler,
+                                                        .chooseFolder = chooseFolder,
+                                                        .pixelRatio = largestPixelRatio()},
+                                    PlatformServices::makeTrash(m_clocks.system));
+    m_fileTiles->addTo(m_behaviours);
 
     // 12. The desktop, its glass over the desktop's own picture.
     m_backdrop = std::make_unique<WallpaperBackdrop>(m_platform.picture.get());

@@ -59,6 +59,7 @@ class DeskTimers;
 class QtScheduler;
 class Readings;
 class SampleRunner;
+class FileTiles;
 class ScreenTopologyWatcher;
 class SingleInstance;
 class StatusBarController;
@@ -193,6 +194,7 @@ private:
     std::unique_ptr<DesktopWallpaper> m_wallpaper;
     std::unique_ptr<WebBehaviour> m_web;
     std::unique_ptr<MirrorBehaviour> m_mirror;
+    std::unique_ptr<FileTiles> m_fileTiles;
     // The behaviours of kinds with state of their own, all added before the desktop, which
     // connects to each when it is made.
     TileBehaviours m_behaviours;

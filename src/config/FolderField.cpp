@@ -23,7 +23,8 @@ FolderField::FolderField(const QString& placeholder, QWidget* parent)
     connect(m_field, &QLineEdit::editingFinished, this,
             [this] { Q_EMIT chosen(m_field->text().trimmed()); });
     connect(choose, &QPushButton::clicked, this, [this] {
-        const QString start = m_field->text().trimmed().isEmpty() ? QDir::homePath() : m_field->text().trimmed();
+        const QString start =
+            m_field->text().trimmed().isEmpty() ? QDir::homePath() : m_field->text().trimmed();
         const QString folder = QFileDialog::getExistingDirectory(
             this, L("folderField.title", QStringLiteral("Choose a Folder")), start);
         if (!folder.isEmpty()) {

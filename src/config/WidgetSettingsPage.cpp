@@ -247,9 +247,10 @@ void WidgetSettingsPage::addOptions(const QString& kind) {
         }
         case WidgetOption::Type::folder: {
             // Blank keeps the kind's own default, which the field names.
-            auto* folder = new FolderField(kind == QLatin1String("photos")
-                                               ? L("widgetPage.folderPictures", QStringLiteral("Pictures"))
-                                               : L("widgetPage.folderDesktop", QStringLiteral("Desktop")));
+            auto* folder =
+                new FolderField(kind == QLatin1String("photos")
+                                    ? L("widgetPage.folderPictures", QStringLiteral("Pictures"))
+                                    : L("widgetPage.folderDesktop", QStringLiteral("Desktop")));
             connect(folder, &FolderField::chosen, this,
                     [this, key = option.key](const QString& value) { setOption(key, value); });
             control = folder;

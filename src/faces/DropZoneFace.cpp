@@ -20,14 +20,22 @@ DropZoneView viewOf(const FaceContext& context) {
     const QDateTime now = context.now.isValid() ? context.now : QDateTime::currentDateTime();
     DropZoneView sample;
     sample.folder = QStringLiteral("/home/you/Downloads");
-    sample.items = {{.name = QStringLiteral("Quarterly report.pdf"), .path = QStringLiteral("/r.pdf"),
-                     .at = now.addSecs(-180), .isFolder = false},
-                    {.name = QStringLiteral("Holiday photos"), .path = QStringLiteral("/h"),
-                     .at = now.addSecs(-4000), .isFolder = true},
-                    {.name = QStringLiteral("notes.txt"), .path = QStringLiteral("/n.txt"),
-                     .at = now.addDays(-1), .isFolder = false},
-                    {.name = QStringLiteral("budget-2026.ods"), .path = QStringLiteral("/b.ods"),
-                     .at = now.addDays(-3), .isFolder = false}};
+    sample.items = {{.name = QStringLiteral("Quarterly report.pdf"),
+                     .path = QStringLiteral("/r.pdf"),
+                     .at = now.addSecs(-180),
+                     .isFolder = false},
+                    {.name = QStringLiteral("Holiday photos"),
+                     .path = QStringLiteral("/h"),
+                     .at = now.addSecs(-4000),
+                     .isFolder = true},
+                    {.name = QStringLiteral("notes.txt"),
+                     .path = QStringLiteral("/n.txt"),
+                     .at = now.addDays(-1),
+                     .isFolder = false},
+                    {.name = QStringLiteral("budget-2026.ods"),
+                     .path = QStringLiteral("/b.ods"),
+                     .at = now.addDays(-3),
+                     .isFolder = false}};
     return sample;
 }
 
@@ -54,7 +62,8 @@ Layout layoutOf(const QRectF& rect, WidgetSize size, bool hasProblem) {
     default: {
         const qreal targetHeight = size == WidgetSize::large ? h * 0.36 : h * 0.3;
         l.target = QRectF(rect.left(), rect.top(), w, targetHeight);
-        l.list = QRectF(rect.left(), l.target.bottom() + 10, w, rect.bottom() - l.target.bottom() - 10);
+        l.list =
+            QRectF(rect.left(), l.target.bottom() + 10, w, rect.bottom() - l.target.bottom() - 10);
         l.rows = std::max(1, static_cast<int>(l.list.height() / 30));
         break;
     }
@@ -83,27 +92,36 @@ void drawTarget(QPainter& painter, const FaceContext& context, const QRectF& rec
     if (across) {
         // A wide target: the symbol beside the two lines.
         const QRectF symbol(rect.left() + h * 0.3, rect.center().y() - side / 2, side, side);
-        FaceKit::drawSymbol(painter, context, QStringLiteral("tray.full"), symbol, context.accent(), {});
-        const QRectF text(symbol.right() + side * 0.4, rect.top(), rect.right() - symbol.right() - side * 0.6, h);
-        FaceKit::drawFitted(painter, context, QRectF(text.left(), text.center().y() - h * 0.26, text.width(), h * 0.24),
-                            L("dropzone.dropHere", QStringLiteral("Drop files here")), QFont::DemiBold,
-                            context.primary(), Qt::AlignLeft | Qt::AlignVCenter, 17);
-        FaceKit::drawFitted(painter, context, QRectF(text.left(), text.center().y() + h * 0.02, text.width(), h * 0.2),
-                            modeWords(view), QFont::Normal, context.secondary(),
-                            Qt::AlignLeft | Qt::AlignVCenter, 13);
+        FaceKit::drawSymbol(painter, context, QStringLiteral("tray.full"), symbol, context.accent(),
+                            {});
+        const QRectF text(symbol.right() + side * 0.4, rect.top(),
+                          rect.right() - symbol.right() - side * 0.6, h);
+        FaceKit::drawFitted(
+            painter, context,
+            QRectF(text.left(), text.center().y() - h * 0.26, text.width(), h * 0.24),
+            L("dropzone.dropHere", QStringLiteral("Drop files here")), QFont::DemiBold,
+            context.primary(), Qt::AlignLeft | Qt::AlignVCenter, 17);
+        FaceKit::drawFitted(
+            painter, context,
+            QRectF(text.left(), text.center().y() + h * 0.02, text.width(), h * 0.2),
+            modeWords(view), QFont::Normal, context.secondary(), Qt::AlignLeft | Qt::AlignVCenter,
+            13);
         return;
     }
     const QRectF symbol(rect.center().x() - side / 2, rect.top() + h * 0.14, side, side);
-    FaceKit::drawSymbol(painter, context, QStringLiteral("tray.full"), symbol, context.accent(), {});
+    FaceKit::drawSymbol(painter, context, QStringLiteral("tray.full"), symbol, context.accent(),
+                        {});
     const qreal inset = std::min(8.0, rect.width() * 0.06);
-    FaceKit::drawFitted(painter, context,
-                        QRectF(rect.left() + inset, rect.top() + h * 0.55, rect.width() - 2 * inset, h * 0.17),
-                        L("dropzone.dropHereShort", QStringLiteral("Drop here")), QFont::DemiBold,
-                        context.primary(), Qt::AlignCenter, 15);
-    FaceKit::drawFitted(painter, context,
-                        QRectF(rect.left() + inset, rect.top() + h * 0.73, rect.width() - 2 * inset, h * 0.14),
-                        small ? QStringLiteral("→ ") + FileKit::folderName(view.folder) : modeWords(view),
-                        QFont::Normal, context.secondary(), Qt::AlignCenter, 12);
+    FaceKit::drawFitted(
+        painter, context,
+        QRectF(rect.left() + inset, rect.top() + h * 0.55, rect.width() - 2 * inset, h * 0.17),
+        L("dropzone.dropHereShort", QStringLiteral("Drop here")), QFont::DemiBold,
+        context.primary(), Qt::AlignCenter, 15);
+    FaceKit::drawFitted(
+        painter, context,
+        QRectF(rect.left() + inset, rect.top() + h * 0.73, rect.width() - 2 * inset, h * 0.14),
+        small ? QStringLiteral("→ ") + FileKit::folderName(view.folder) : modeWords(view),
+        QFont::Normal, context.secondary(), Qt::AlignCenter, 12);
 }
 
 void drawItems(QPainter& painter, const FaceContext& context, const Layout& l,
@@ -112,8 +130,9 @@ void drawItems(QPainter& painter, const FaceContext& context, const Layout& l,
         painter.save();
         painter.setFont(FaceKit::font(std::min(12.5, l.list.height() * 0.2)));
         painter.setPen(context.secondary());
-        painter.drawText(l.list.adjusted(4, 0, -4, 0), Qt::AlignCenter | Qt::TextWordWrap,
-                         L("dropzone.emptyList", QStringLiteral("What you drop shows here, a click opens it.")));
+        painter.drawText(
+            l.list.adjusted(4, 0, -4, 0), Qt::AlignCenter | Qt::TextWordWrap,
+            L("dropzone.emptyList", QStringLiteral("What you drop shows here, a click opens it.")));
         painter.restore();
         return;
     }
@@ -129,15 +148,22 @@ void drawItems(QPainter& painter, const FaceContext& context, const Layout& l,
                               QRectF(row.left(), row.center().y() - icon / 2, icon, icon),
                               item.isFolder ? QStringLiteral("folder") : mime.iconName(),
                               mime.genericIconName(), item.isFolder);
-        const QString when = FileKit::ago(item.at, context.now.isValid() ? context.now : QDateTime::currentDateTime());
         const qreal textLeft = row.left() + icon + 8;
-        const QRectF whenRect = FaceKit::drawFitted(
-            painter, context, QRectF(row.right() - 70, row.top(), 70, rowHeight), when, QFont::Normal,
-            context.secondary(), Qt::AlignRight | Qt::AlignVCenter, std::min(11.5, rowHeight * 0.4));
+        // A narrow list gives its room to the names.
+        QRectF whenRect(row.right() + 6, row.top(), 0, rowHeight);
+        if (row.width() > 160) {
+            const QString when = FileKit::ago(
+                item.at, context.now.isValid() ? context.now : QDateTime::currentDateTime());
+            whenRect = FaceKit::drawFitted(
+                painter, context, QRectF(row.right() - 70, row.top(), 70, rowHeight), when,
+                QFont::Normal, context.secondary(), Qt::AlignRight | Qt::AlignVCenter,
+                std::min(11.5, rowHeight * 0.4));
+        }
         FaceKit::drawElided(painter, context,
-                            QRectF(textLeft, row.top(), whenRect.left() - textLeft - 6, rowHeight), item.name,
-                            FaceKit::font(std::min(13.0, rowHeight * 0.45), QFont::Medium), context.primary(),
-                            Qt::AlignLeft | Qt::AlignVCenter);
+                            QRectF(textLeft, row.top(), whenRect.left() - textLeft - 6, rowHeight),
+                            item.name,
+                            FaceKit::font(std::min(13.0, rowHeight * 0.45), QFont::Medium),
+                            context.primary(), Qt::AlignLeft | Qt::AlignVCenter);
     }
 }
 
@@ -159,21 +185,24 @@ QList<FileKit::Target> DropZoneFace::targets(const QRectF& rect, WidgetSize size
     const int shown = std::min(l.rows, static_cast<int>(view.items.size()));
     const qreal rowHeight = std::min(30.0, l.list.height() / std::max(shown, 1));
     for (int i = 0; i < shown; ++i) {
-        targets.append({QRectF(l.list.left(), l.list.top() + i * rowHeight, l.list.width(), rowHeight),
-                        QStringLiteral("open:%1").arg(i),
-                        L("dropzone.help.item", QStringLiteral("Open %1")).arg(view.items.at(i).name)});
+        targets.append(
+            {QRectF(l.list.left(), l.list.top() + i * rowHeight, l.list.width(), rowHeight),
+             QStringLiteral("open:%1").arg(i),
+             L("dropzone.help.item", QStringLiteral("Open %1")).arg(view.items.at(i).name)});
     }
     targets.append({l.target, QStringLiteral("folder"),
-                    L("dropzone.help.folder", QStringLiteral("Open %1")).arg(FileKit::folderName(view.folder))});
+                    L("dropzone.help.folder", QStringLiteral("Open %1"))
+                        .arg(FileKit::folderName(view.folder))});
     return targets;
 }
 
 void DropZoneFace::paint(QPainter& painter, const QRectF& rect, const FaceContext& context) const {
     const DropZoneView view = viewOf(context);
     if (view.folderMissing) {
-        ReadingKit::drawNotice(painter, context, rect, QStringLiteral("tray.full"),
-                               L("dropzone.noFolder", QStringLiteral("Folder not found")),
-                               L("dropzone.noFolderDetail", QStringLiteral("Click to choose where files go")));
+        ReadingKit::drawNotice(
+            painter, context, rect, QStringLiteral("tray.full"),
+            L("dropzone.noFolder", QStringLiteral("Folder not found")),
+            L("dropzone.noFolderDetail", QStringLiteral("Click to choose where files go")));
         return;
     }
     const Layout l = layoutOf(rect, context.size, !view.problem.isEmpty());

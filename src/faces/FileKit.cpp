@@ -121,8 +121,9 @@ QString itemCount(int items) {
     if (items <= 0) {
         return L("files.items.none", QStringLiteral("Empty"));
     }
-    return items == 1 ? L("files.items.one", QStringLiteral("1 item"))
-                      : L("files.items.many", QStringLiteral("%1 items")).arg(QLocale().toString(items));
+    return items == 1
+               ? L("files.items.one", QStringLiteral("1 item"))
+               : L("files.items.many", QStringLiteral("%1 items")).arg(QLocale().toString(items));
 }
 
 } // namespace tw::FileKit

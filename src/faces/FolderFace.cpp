@@ -41,14 +41,17 @@ std::optional<FolderView> viewOf(const FaceContext& context) {
         sampleItem("Screenshot 2026-11-20.png", "image-png", "image-x-generic", false),
         sampleItem("Notes.md", "text-markdown", "text-x-generic", false),
         sampleItem("Interview.mp3", "audio-mpeg", "audio-x-generic", false),
-        sampleItem("site-backup.tar.gz", "application-x-compressed-tar", "package-x-generic", false),
-        sampleItem("Letter.odt", "application-vnd.oasis.opendocument.text", "x-office-document", false),
+        sampleItem("site-backup.tar.gz", "application-x-compressed-tar", "package-x-generic",
+                   false),
+        sampleItem("Letter.odt", "application-vnd.oasis.opendocument.text", "x-office-document",
+                   false),
         sampleItem("install.sh", "application-x-shellscript", "text-x-script", false),
         sampleItem("Trailer.mp4", "video-mp4", "video-x-generic", false),
         sampleItem("Recipes", "folder", "folder", true),
     };
-    std::stable_sort(sample.listing.items.begin(), sample.listing.items.end(),
-                     [](const FolderItem& a, const FolderItem& b) { return a.isFolder && !b.isFolder; });
+    std::stable_sort(
+        sample.listing.items.begin(), sample.listing.items.end(),
+        [](const FolderItem& a, const FolderItem& b) { return a.isFolder && !b.isFolder; });
     sample.listing.total = 23;
     return sample;
 }
@@ -71,7 +74,8 @@ Grid gridOf(const QRectF& rect) {
     Grid grid;
     const qreal header = 24;
     grid.header = QRectF(rect.left(), rect.top(), rect.width(), header);
-    grid.body = QRectF(rect.left(), rect.top() + header + 6, rect.width(), rect.height() - header - 6);
+    grid.body =
+        QRectF(rect.left(), rect.top() + header + 6, rect.width(), rect.height() - header - 6);
     grid.columns = std::max(1, static_cast<int>(grid.body.width() / 64));
     grid.rows = std::max(1, static_cast<int>(grid.body.height() / 70));
     grid.cell = QSizeF(grid.body.width() / grid.columns, grid.body.height() / grid.rows);
@@ -84,39 +88,42 @@ int shownCount(const Grid& grid, const FolderView& view) {
     return more ? std::min(items, grid.slots() - 1) : std::min(items, grid.slots());
 }
 
-void drawCell(QPainter& painter, const FaceContext& context, const QRectF& cell, const FolderItem& item) {
+void drawCell(QPainter& painter, const FaceContext& context, const QRectF& cell,
+              const FolderItem& item) {
     const qreal icon = std::min(cell.width() * 0.56, cell.height() * 0.52);
     FileKit::drawFileIcon(painter, context,
                           QRectF(cell.center().x() - icon / 2, cell.top() + 4, icon, icon),
                           item.iconName, item.genericIconName, item.isFolder);
-    const QRectF label(cell.left() + 2, cell.top() + 8 + icon, cell.width() - 4, cell.bottom() - cell.top() - 8 - icon);
+    const QRectF label(cell.left() + 2, cell.top() + 8 + icon, cell.width() - 4,
+                       cell.bottom() - cell.top() - 8 - icon);
     const QFont font = FaceKit::font(10.5);
     const QFontMetricsF metrics(font);
-    // Two lines at most, the second elided in the middle so that an extension stays readable.
-    QString text = item.name;
+    // Two lines at most, broken at a space; a name without one stays on one line, elided in the
+    // middle so that its extension stays readable.
     const qreal width = label.width();
-    QString first = text;
+    QString first = item.name;
     QString second;
-    if (metrics.horizontalAdvance(text) > width) {
-        qsizetype cut = text.size();
-        while (cut > 1 && metrics.horizontalAdvance(text.left(cut)) > width) {
-            --cut;
+    if (metrics.horizontalAdvance(first) > width) {
+        qsizetype space = item.name.lastIndexOf(QLatin1Char(' '));
+        while (space > 0 && metrics.horizontalAdvance(item.name.left(space)) > width) {
+            space = item.name.lastIndexOf(QLatin1Char(' '), space - 1);
         }
-        const qsizetype space = text.left(cut).lastIndexOf(QLatin1Char(' '));
-        if (space > cut / 2) {
-            cut = space + 1;
+        if (space > 0) {
+            first = item.name.left(space);
+            second = metrics.elidedText(item.name.mid(space + 1), Qt::ElideMiddle, width);
+        } else {
+            first = metrics.elidedText(item.name, Qt::ElideMiddle, width);
         }
-        first = text.left(cut).trimmed();
-        second = metrics.elidedText(text.mid(cut), Qt::ElideMiddle, width);
     }
     painter.save();
     painter.setFont(font);
     painter.setPen(context.primary());
     const qreal line = metrics.height();
-    painter.drawText(QRectF(label.left(), label.top(), width, line), Qt::AlignHCenter | Qt::AlignTop, first);
+    painter.drawText(QRectF(label.left(), label.top(), width, line),
+                     Qt::AlignHCenter | Qt::AlignTop, first);
     if (!second.isEmpty() && label.height() >= line * 2) {
-        painter.drawText(QRectF(label.left(), label.top() + line, width, line), Qt::AlignHCenter | Qt::AlignTop,
-                         second);
+        painter.drawText(QRectF(label.left(), label.top() + line, width, line),
+                         Qt::AlignHCenter | Qt::AlignTop, second);
     }
     painter.restore();
 }
@@ -136,8 +143,9 @@ QList<FileKit::Target> FolderFace::targets(const QRectF& rect, const FolderView&
     QList<FileKit::Target> targets;
     const int shown = shownCount(grid, view);
     for (int i = 0; i < shown; ++i) {
-        targets.append({grid.cellAt(i), QStringLiteral("open:%1").arg(i),
-                        L("folder.help.item", QStringLiteral("Open %1")).arg(view.listing.items.at(i).name)});
+        targets.append(
+            {grid.cellAt(i), QStringLiteral("open:%1").arg(i),
+             L("folder.help.item", QStringLiteral("Open %1")).arg(view.listing.items.at(i).name)});
     }
     const QString openFolder =
         L("folder.help.folder", QStringLiteral("Open %1")).arg(FileKit::folderName(view.path));
@@ -166,20 +174,22 @@ void FolderFace::paint(QPainter& painter, const QRectF& rect, const FaceContext&
     }
     const Grid grid = gridOf(rect);
     FaceKit::drawSymbol(painter, context, QStringLiteral("folder"),
-                        QRectF(grid.header.left(), grid.header.top() + 2, 20, 20), context.accent(), {});
+                        QRectF(grid.header.left(), grid.header.top() + 2, 20, 20), context.accent(),
+                        {});
     const QRectF count = FaceKit::drawFitted(
-        painter, context, QRectF(grid.header.right() - 90, grid.header.top(), 90, grid.header.height()),
+        painter, context,
+        QRectF(grid.header.right() - 90, grid.header.top(), 90, grid.header.height()),
         FileKit::itemCount(view->listing.total), QFont::Normal, context.secondary(),
         Qt::AlignRight | Qt::AlignVCenter, 12);
     FaceKit::drawElided(painter, context,
-                        QRectF(grid.header.left() + 27, grid.header.top(), count.left() - grid.header.left() - 33,
-                               grid.header.height()),
-                        FileKit::folderName(view->path), FaceKit::font(15, QFont::DemiBold), context.primary(),
-                        Qt::AlignLeft | Qt::AlignVCenter);
+                        QRectF(grid.header.left() + 27, grid.header.top(),
+                               count.left() - grid.header.left() - 33, grid.header.height()),
+                        FileKit::folderName(view->path), FaceKit::font(15, QFont::DemiBold),
+                        context.primary(), Qt::AlignLeft | Qt::AlignVCenter);
     if (view->listing.items.isEmpty()) {
         FaceKit::drawFitted(painter, context, grid.body,
-                            L("folder.empty", QStringLiteral("Nothing in this folder")), QFont::Normal,
-                            context.secondary(), Qt::AlignCenter, 13);
+                            L("folder.empty", QStringLiteral("Nothing in this folder")),
+                            QFont::Normal, context.secondary(), Qt::AlignCenter, 13);
         return;
     }
     const int shown = shownCount(grid, *view);
@@ -201,12 +211,13 @@ void FolderFace::paint(QPainter& painter, const QRectF& rect, const FaceContext&
                             context.primary(), Qt::AlignCenter, 14);
         FaceKit::drawFitted(painter, context,
                             QRectF(cell.left() + 2, disc.bottom() + 4, cell.width() - 4, 14),
-                            L("folder.more", QStringLiteral("more")), QFont::Normal, context.secondary(),
-                            Qt::AlignHCenter | Qt::AlignTop, 10.5);
+                            L("folder.more", QStringLiteral("more")), QFont::Normal,
+                            context.secondary(), Qt::AlignHCenter | Qt::AlignTop, 10.5);
     }
 }
 
-WidgetFace::Spot FolderFace::spotAt(const QRectF& rect, QPointF point, const FaceContext& context) const {
+WidgetFace::Spot FolderFace::spotAt(const QRectF& rect, QPointF point,
+                                    const FaceContext& context) const {
     const std::optional<FolderView> view = viewOf(context);
     return view ? FileKit::spotAt(targets(rect, *view), point) : Spot();
 }

@@ -37,7 +37,7 @@ void drawSample(QPainter& painter, const QRectF& rect) {
         for (int i = 0; i <= 24; ++i) {
             const qreal x = rect.left() + w * i / 24.0;
             const qreal y = rect.top() + h * (base - amplitude * std::sin(i / 24.0 * 6.1 + phase) *
-                                                       std::cos(i / 24.0 * 2.3 + phase * 0.5));
+                                                         std::cos(i / 24.0 * 2.3 + phase * 0.5));
             path.lineTo(x, y);
         }
         path.lineTo(rect.bottomRight());
@@ -45,12 +45,18 @@ void drawSample(QPainter& painter, const QRectF& rect) {
         painter.fillPath(path, colour);
     };
     hills(0.6, 0.07, 0.4, QColor(0x6b, 0x5a, 0x85));
-    hills(0.66, 0.06, 2.1, QColor(0x45, 0x3f, 0x6a));
-    QLinearGradient lake(QPointF(0, rect.top() + h * 0.72), rect.bottomLeft());
-    lake.setColorAt(0, QColor(0xe8, 0xa0, 0x78));
-    lake.setColorAt(1, QColor(0x2a, 0x36, 0x62));
-    painter.fillRect(QRectF(rect.left(), rect.top() + h * 0.72, w, h * 0.28), lake);
-    hills(0.78, 0.04, 4.0, QColor(0x1f, 0x24, 0x40));
+    hills(0.65, 0.05, 2.1, QColor(0x45, 0x3f, 0x6a));
+    // The lake mirrors the sky's glow, fading to the deep water in front.
+    QLinearGradient lake(QPointF(0, rect.top() + h * 0.68), rect.bottomLeft());
+    lake.setColorAt(0, QColor(0xf2, 0xb0, 0x84));
+    lake.setColorAt(0.5, QColor(0x7a, 0x6a, 0x8c));
+    lake.setColorAt(1, QColor(0x23, 0x2c, 0x52));
+    painter.fillRect(QRectF(rect.left(), rect.top() + h * 0.68, w, h * 0.32), lake);
+    QRadialGradient glint(QPointF(rect.left() + w * 0.68, rect.top() + h * 0.72), w * 0.12);
+    glint.setColorAt(0, QColor(255, 236, 200, 150));
+    glint.setColorAt(1, QColor(255, 236, 200, 0));
+    painter.fillRect(QRectF(rect.left(), rect.top() + h * 0.68, w, h * 0.1), glint);
+    hills(0.9, 0.05, 4.0, QColor(0x1b, 0x1f, 0x38));
     painter.restore();
 }
 
@@ -70,10 +76,12 @@ QString captionOf(const FaceContext& context, const PhotosView& view) {
     if (!caption.isEmpty()) {
         return caption;
     }
-    return context.setting(QStringLiteral("names")) == QLatin1String("true") ? view.name : QString();
+    return context.setting(QStringLiteral("names")) == QLatin1String("true") ? view.name
+                                                                             : QString();
 }
 
-void drawShaded(QPainter& painter, const FaceContext& context, const QRectF& rect, const QString& text) {
+void drawShaded(QPainter& painter, const FaceContext& context, const QRectF& rect,
+                const QString& text) {
     const qreal line = std::clamp(rect.height() * 0.09, 12.0, 20.0);
     const QRectF shade(rect.left(), rect.bottom() - line * 3.2, rect.width(), line * 3.2);
     QLinearGradient scrim(shade.topLeft(), shade.bottomLeft());
@@ -82,7 +90,8 @@ void drawShaded(QPainter& painter, const FaceContext& context, const QRectF& rec
     painter.fillRect(shade, scrim);
     const qreal inset = std::max(10.0, rect.width() * 0.05);
     FaceKit::drawElided(painter, context,
-                        QRectF(rect.left() + inset, rect.bottom() - line * 1.9, rect.width() - 2 * inset, line * 1.3),
+                        QRectF(rect.left() + inset, rect.bottom() - line * 1.9,
+                               rect.width() - 2 * inset, line * 1.3),
                         text, FaceKit::font(line, QFont::DemiBold), QColor(255, 255, 255, 235),
                         Qt::AlignLeft | Qt::AlignVCenter);
 }
@@ -113,9 +122,10 @@ void PhotosFace::paint(QPainter& painter, const QRectF& rect, const FaceContext&
         wash.setColorAt(1, QColor(0x1c, 0x1e, 0x24));
         painter.fillRect(rect, wash);
         const qreal side = std::min(rect.width(), rect.height()) * 0.26;
-        FaceKit::drawSymbol(painter, context, QStringLiteral("photo.stack"),
-                            QRectF(rect.center().x() - side / 2, rect.center().y() - side / 2, side, side),
-                            QColor(255, 255, 255, 120), {});
+        FaceKit::drawSymbol(
+            painter, context, QStringLiteral("photo.stack"),
+            QRectF(rect.center().x() - side / 2, rect.center().y() - side / 2, side, side),
+            QColor(255, 255, 255, 120), {});
         return;
     }
     case PhotosView::State::showing:
@@ -138,7 +148,8 @@ void PhotosFace::paint(QPainter& painter, const QRectF& rect, const FaceContext&
         drawShaded(painter, context, rect, caption);
     }
     if (view.unreadable > 0 && context.size != WidgetSize::small) {
-        const QString skipped = L("photos.skipped", QStringLiteral("%1 skipped")).arg(view.unreadable);
+        const QString skipped =
+            L("photos.skipped", QStringLiteral("%1 skipped")).arg(view.unreadable);
         const QFont font = FaceKit::font(10.5, QFont::Medium);
         const qreal width = QFontMetricsF(font).horizontalAdvance(skipped) + 14;
         const QRectF badge(rect.right() - width - 8, rect.top() + 8, width, 18);
@@ -148,7 +159,8 @@ void PhotosFace::paint(QPainter& painter, const QRectF& rect, const FaceContext&
         painter.setBrush(QColor(0, 0, 0, 120));
         painter.drawRoundedRect(badge, 9, 9);
         painter.restore();
-        FaceKit::drawText(painter, context, badge, Qt::AlignCenter, skipped, font, QColor(255, 255, 255, 220));
+        FaceKit::drawText(painter, context, badge, Qt::AlignCenter, skipped, font,
+                          QColor(255, 255, 255, 220));
     }
 }
 
@@ -163,10 +175,10 @@ WidgetFace::Spot PhotosFace::spotAt(const QRectF&, QPointF, const FaceContext& c
         break;
     case PhotosView::State::showing:
         spot.command = QStringLiteral("next");
-        spot.help = view.unreadable > 0
-                        ? L("photos.help.nextSkipped", QStringLiteral("Next picture · %1 could not be read"))
-                              .arg(view.unreadable)
-                        : L("photos.help.next", QStringLiteral("Next picture"));
+        spot.help = view.unreadable > 0 ? L("photos.help.nextSkipped",
+                                            QStringLiteral("Next picture · %1 could not be read"))
+                                              .arg(view.unreadable)
+                                        : L("photos.help.next", QStringLiteral("Next picture"));
         break;
     case PhotosView::State::loading:
         break;

@@ -68,7 +68,8 @@ Layout layoutOf(const QRectF& rect, WidgetSize size) {
         l.title = QRectF(x, rect.top(), rect.right() - x, h * 0.2);
         l.count = QRectF(x, rect.top() + h * 0.22, rect.right() - x, h * 0.3);
         l.detail = QRectF(x, rect.top() + h * 0.52, rect.right() - x, h * 0.18);
-        l.emptyButton = QRectF(rect.right() - w * 0.36, rect.bottom() - h * 0.26, w * 0.36, h * 0.26);
+        l.emptyButton =
+            QRectF(rect.right() - w * 0.36, rect.bottom() - h * 0.26, w * 0.36, h * 0.26);
         l.hint = QRectF(x, rect.bottom() - h * 0.26, l.emptyButton.left() - x - 6, h * 0.26);
         l.question = QRectF(x, rect.top(), rect.right() - x, h * 0.6);
         l.cancel = QRectF(x, rect.bottom() - h * 0.3, (rect.right() - x) * 0.47, h * 0.3);
@@ -94,8 +95,8 @@ Layout layoutOf(const QRectF& rect, WidgetSize size) {
 
 void drawCount(QPainter& painter, const FaceContext& context, const Layout& l,
                const TrashView& view, Qt::Alignment alignment) {
-    const QString count = view.counting ? ReadingText::missing()
-                                        : FileKit::itemCount(view.contents.items);
+    const QString count =
+        view.counting ? ReadingText::missing() : FileKit::itemCount(view.contents.items);
     FaceKit::drawFitted(painter, context, l.count, count, QFont::DemiBold, context.primary(),
                         alignment | Qt::AlignVCenter, l.count.height() * 0.9);
     if (!view.message.isEmpty()) {
@@ -132,8 +133,9 @@ QList<FileKit::Target> TrashFace::targets(const QRectF& rect, WidgetSize size,
         targets.append({l.emptyButton, QStringLiteral("empty"),
                         L("trash.help.empty", QStringLiteral("Empty the trash…"))});
     }
-    targets.append({rect, QStringLiteral("open"),
-                    L("trash.help.open", QStringLiteral("Open the trash · drop files to trash them"))});
+    targets.append(
+        {rect, QStringLiteral("open"),
+         L("trash.help.open", QStringLiteral("Open the trash · drop files to trash them"))});
     return targets;
 }
 
@@ -148,8 +150,8 @@ void TrashFace::paint(QPainter& painter, const QRectF& rect, const FaceContext& 
     const Layout l = layoutOf(rect, context.size);
     const bool small = context.size == WidgetSize::small;
     if (view.confirming) {
-        FaceKit::drawSymbol(painter, context, QStringLiteral("trash"),
-                            small ? QRectF() : l.symbol, ReadingKit::warning(context), {});
+        FaceKit::drawSymbol(painter, context, QStringLiteral("trash"), small ? QRectF() : l.symbol,
+                            ReadingKit::warning(context), {});
         painter.save();
         painter.setFont(FaceKit::font(std::min(l.question.height() * (small ? 0.32 : 0.3), 18.0),
                                       QFont::DemiBold));
@@ -162,8 +164,7 @@ void TrashFace::paint(QPainter& painter, const QRectF& rect, const FaceContext& 
                             FileKit::Button::plain);
         return;
     }
-    const QColor symbolColour =
-        view.contents.items > 0 ? context.accent() : context.secondary();
+    const QColor symbolColour = view.contents.items > 0 ? context.accent() : context.secondary();
     FaceKit::drawSymbol(painter, context, QStringLiteral("trash"), l.symbol, symbolColour,
                         QStringLiteral("T"));
     if (small) {
@@ -172,7 +173,7 @@ void TrashFace::paint(QPainter& painter, const QRectF& rect, const FaceContext& 
     }
     FaceKit::drawFitted(painter, context, l.title, L("widget.trash.name", QStringLiteral("Trash")),
                         QFont::DemiBold, context.secondary(), Qt::AlignLeft | Qt::AlignVCenter,
-                        l.title.height() * 0.75);
+                        std::min(l.title.height() * 0.75, 17.0));
     drawCount(painter, context, l, view, Qt::AlignLeft);
     if (context.size != WidgetSize::wide) {
         FileKit::drawDropTarget(painter, context, l.hint);

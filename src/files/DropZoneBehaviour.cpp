@@ -53,8 +53,8 @@ bool DropZoneBehaviour::press(const WidgetInstance& tile, const QString& command
     if (command == QLatin1String("choose")) {
         const QString chosen =
             m_services.chooseFolder
-                ? m_services.chooseFolder(L("dropzone.choose", QStringLiteral("Where dropped files go")),
-                                          shown.folder)
+                ? m_services.chooseFolder(
+                      L("dropzone.choose", QStringLiteral("Where dropped files go")), shown.folder)
                 : QString();
         if (!chosen.isEmpty()) {
             m_services.grid.setSetting(tile.id, folderKey, chosen);
@@ -97,7 +97,8 @@ bool DropZoneBehaviour::press(const WidgetInstance& tile, const QString& command
 }
 
 bool DropZoneBehaviour::acceptsDrop(const WidgetInstance& tile, const QMimeData& data) const {
-    return !view(tile.id, tile.settings.value_or(WidgetSettings())).folderMissing && !DroppedPaths::of(data).isEmpty();
+    return !view(tile.id, tile.settings.value_or(WidgetSettings())).folderMissing &&
+           !DroppedPaths::of(data).isEmpty();
 }
 
 bool DropZoneBehaviour::drop(const WidgetInstance& tile, const QMimeData& data) {
@@ -105,8 +106,9 @@ bool DropZoneBehaviour::drop(const WidgetInstance& tile, const QMimeData& data) 
         return false;
     }
     const QString folder = folderOf(tile.settings.value_or(WidgetSettings()));
-    const FileTransfer::Mode mode =
-        copies(tile.settings.value_or(WidgetSettings())) ? FileTransfer::Mode::copy : FileTransfer::Mode::move;
+    const FileTransfer::Mode mode = copies(tile.settings.value_or(WidgetSettings()))
+                                        ? FileTransfer::Mode::copy
+                                        : FileTransfer::Mode::move;
     runSample(
         m_services.runner, this,
         [paths = DroppedPaths::of(data), folder, mode, freeSpace = m_services.freeSpace,
@@ -142,7 +144,8 @@ void DropZoneBehaviour::finish(const QUuid& tile, const Outcome& outcome) {
         return;
     }
     QList<DroppedItem> items = outcome.arrived;
-    items.append(DroppedItem::listFromJson(instance->settings.value_or(WidgetSettings()).value(itemsKey)));
+    items.append(
+        DroppedItem::listFromJson(instance->settings.value_or(WidgetSettings()).value(itemsKey)));
     WidgetSettings settings = instance->settings.value_or(WidgetSettings());
     settings.insert(itemsKey, DroppedItem::listToJson(items));
     // What was dropped is the tile's record, not a step to undo: undo would not move it back.
@@ -166,13 +169,14 @@ void DropZoneBehaviour::setProblem(const QUuid& tile, const QString& problem) {
     }
     if (problem.isEmpty()) {
         m_problems.remove(tile);
-        m_problemEnds.remove(tile);
+        m_problemEnds.erase(tile);
     } else {
         m_problems.insert(tile, problem);
-        m_problemEnds.insert(tile, m_services.scheduler.singleShot(problemTime, 1s, this, [this, tile] {
-            m_problems.remove(tile);
-            Q_EMIT changed(tile);
-        }));
+        m_problemEnds.insert_or_assign(
+            tile, m_services.scheduler.singleShot(problemTime, 1s, this, [this, tile] {
+                m_problems.remove(tile);
+                Q_EMIT changed(tile);
+            }));
     }
     Q_EMIT changed(tile);
 }

@@ -10,6 +10,8 @@
 
 #include <QHash>
 
+#include <map>
+
 namespace tw {
 
 class Clock;
@@ -57,7 +59,7 @@ private:
 
     Services m_services;
     QHash<QUuid, QString> m_problems;
-    QHash<QUuid, ScheduledTask> m_problemEnds;
+    std::map<QUuid, ScheduledTask> m_problemEnds;
 };
 
 } // namespace tw

@@ -16,11 +16,11 @@ QList<DroppedItem> DroppedItem::listFromJson(const QString& text) {
     const QJsonArray array = QJsonDocument::fromJson(text.toUtf8()).array();
     for (const QJsonValue& value : array) {
         const QJsonObject object = value.toObject();
-        DroppedItem item{.name = object.value(QStringLiteral("name")).toString(),
-                         .path = object.value(QStringLiteral("path")).toString(),
-                         .at = QDateTime::fromString(object.value(QStringLiteral("at")).toString(),
-                                                     Qt::ISODate),
-                         .isFolder = object.value(QStringLiteral("folder")).toBool()};
+        DroppedItem item{
+            .name = object.value(QStringLiteral("name")).toString(),
+            .path = object.value(QStringLiteral("path")).toString(),
+            .at = QDateTime::fromString(object.value(QStringLiteral("at")).toString(), Qt::ISODate),
+            .isFolder = object.value(QStringLiteral("folder")).toBool()};
         if (!item.name.isEmpty() && !item.path.isEmpty() && items.size() < maximumItems) {
             items.append(item);
         }

@@ -59,12 +59,13 @@ void FolderBehaviour::setTiles(const QList<BehaviourTile>& tiles) {
             continue;
         }
         const WidgetSettings settings = tile.instance.settings.value_or(WidgetSettings());
-        shown.insert(tile.instance.id,
-                     Shown{.path = folderOf(settings),
-                           .sort = FolderListing::sortNamed(settings.value(QStringLiteral("sort"))),
-                           .hidden = settings.value(QStringLiteral("hidden")) == QLatin1String("true")
-                                         ? FolderListing::Hidden::shown
-                                         : FolderListing::Hidden::left});
+        shown.insert(
+            tile.instance.id,
+            Shown{.path = folderOf(settings),
+                  .sort = FolderListing::sortNamed(settings.value(QStringLiteral("sort"))),
+                  .hidden = settings.value(QStringLiteral("hidden")) == QLatin1String("true")
+                                ? FolderListing::Hidden::shown
+                                : FolderListing::Hidden::left});
     }
     const QHash<QUuid, Shown> before = std::exchange(m_shown, shown);
     for (auto it = m_views.begin(); it != m_views.end();) {
@@ -101,8 +102,8 @@ void FolderBehaviour::rewatch() {
     // The folder itself, or its parent while it is missing, so that its coming back is seen.
     QStringList wanted;
     for (const Shown& shown : std::as_const(m_shown)) {
-        const QString path = QFileInfo(shown.path).isDir() ? shown.path
-                                                           : QFileInfo(shown.path).absolutePath();
+        const QString path =
+            QFileInfo(shown.path).isDir() ? shown.path : QFileInfo(shown.path).absolutePath();
         if (QFileInfo(path).isDir() && !wanted.contains(path)) {
             wanted.append(path);
         }
@@ -126,7 +127,8 @@ bool FolderBehaviour::press(const WidgetInstance& tile, const QString& command) 
         (command == QLatin1String("folder") && !QFileInfo(folder).isDir())) {
         const QString chosen =
             m_services.chooseFolder
-                ? m_services.chooseFolder(L("folder.choose", QStringLiteral("Folder to show")), folder)
+                ? m_services.chooseFolder(L("folder.choose", QStringLiteral("Folder to show")),
+                                          folder)
                 : QString();
         if (!chosen.isEmpty()) {
             m_services.grid.setSetting(tile.id, QStringLiteral("path"), chosen);

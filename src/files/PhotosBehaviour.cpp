@@ -73,18 +73,22 @@ qint64 PhotosBehaviour::nowMs() const {
 }
 
 Slideshow PhotosBehaviour::slideshowOf(const QUuid& tile) const {
-    const auto show = m_shows.constFind(tile);
-    if (show == m_shows.constEnd()) {
+    const auto show = m_shows.find(tile);
+    if (show == m_shows.end()) {
         return {};
     }
-    Slideshow slideshow = show->slideshow;
-    slideshow.count = static_cast<int>(m_albums.value(show->folder).readable.size());
+    Slideshow slideshow = show->second.slideshow;
+    slideshow.count = static_cast<int>(m_albums.value(show->second.folder).readable.size());
     slideshow.skipped = m_skipped.value(tile);
     return slideshow;
 }
 
 QString PhotosBehaviour::pictureOf(const QUuid& tile, int index) const {
-    const QStringList& readable = m_albums.value(m_shows.value(tile).folder).readable;
+    const auto show = m_shows.find(tile);
+    if (show == m_shows.end()) {
+        return {};
+    }
+    const QStringList readable = m_albums.value(show->second.folder).readable;
     return index >= 0 && index < readable.size() ? readable.at(index) : QString();
 }
 
@@ -116,11 +120,9 @@ void PhotosBehaviour::setTiles(const QList<BehaviourTile>& tiles) {
         schedule(id);
     }
     // A tile out of view holds no pictures and no timers.
-    for (auto it = m_shows.begin(); it != m_shows.end();) {
-        it = inView.contains(it.key()) ? std::next(it) : m_shows.erase(it);
-    }
+    std::erase_if(m_shows, [&inView](const auto& entry) { return !inView.contains(entry.first); });
     QSet<QString> folders;
-    for (const Show& show : std::as_const(m_shows)) {
+    for (const auto& [id, show] : m_shows) {
         folders.insert(show.folder);
     }
     for (auto it = m_albums.begin(); it != m_albums.end();) {
@@ -144,8 +146,9 @@ void PhotosBehaviour::scan(const QString& folder) {
         m_services.runner, this,
         [folder] { return PhotoFolder::scan(folder, PhotoDecoder::suffixes()); },
         [this, folder](const PhotoFolder& found) {
-            if (!std::any_of(m_shows.cbegin(), m_shows.cend(),
-                             [&folder](const Show& show) { return show.folder == folder; })) {
+            if (!std::any_of(m_shows.cbegin(), m_shows.cend(), [&folder](const auto& entry) {
+                    return entry.second.folder == folder;
+                })) {
                 return;
             }
             Album& album = m_albums[folder];
@@ -160,11 +163,15 @@ void PhotosBehaviour::scan(const QString& folder) {
             if (found.exists && !m_watcher.directories().contains(folder)) {
                 m_watcher.addPath(folder);
             }
-            for (auto it = m_shows.cbegin(); it != m_shows.cend(); ++it) {
-                if (it->folder == folder) {
-                    schedule(it.key());
-                    Q_EMIT changed(it.key());
+            QList<QUuid> showing;
+            for (const auto& [id, show] : m_shows) {
+                if (show.folder == folder) {
+                    showing.append(id);
                 }
+            }
+            for (const QUuid& id : std::as_const(showing)) {
+                schedule(id);
+                Q_EMIT changed(id);
             }
         });
 }
@@ -174,7 +181,7 @@ void PhotosBehaviour::schedule(const QUuid& tile) {
     if (found == m_shows.end()) {
         return;
     }
-    Show& show = *found;
+    Show& show = found->second;
     const Slideshow slideshow = slideshowOf(tile);
     if (slideshow.count == 0) {
         show.turn.cancel();
@@ -203,9 +210,9 @@ void PhotosBehaviour::schedule(const QUuid& tile) {
     if (frame.fade < 1 && !show.frames.isActive()) {
         show.frames = m_services.scheduler.repeating(frameInterval, 0ms, this, [this, tile] {
             Q_EMIT changed(tile);
-            const auto show = m_shows.find(tile);
-            if (show != m_shows.end() && slideshowOf(tile).at(nowMs()).fade >= 1) {
-                show->frames.cancel();
+            const auto fading = m_shows.find(tile);
+            if (fading != m_shows.end() && slideshowOf(tile).at(nowMs()).fade >= 1) {
+                fading->second.frames.cancel();
             }
         });
     }
@@ -219,23 +226,26 @@ void PhotosBehaviour::decode(const QUuid& tile, const QString& path) {
     Show& show = m_shows[tile];
     show.decoding.insert(path);
     runSample(
-        m_services.runner, this, [path, pixels = show.pixels] { return PhotoDecoder::decode(path, pixels); },
+        m_services.runner, this,
+        [path, pixels = show.pixels] { return PhotoDecoder::decode(path, pixels); },
         [this, tile, path, pixels = show.pixels](const PhotoDecoder::Result& result) {
             const auto found = m_shows.find(tile);
             if (found == m_shows.end()) {
                 return;
             }
-            found->decoding.remove(path);
-            if (found->pixels != pixels) {
+            Show& decoded = found->second;
+            decoded.decoding.remove(path);
+            if (decoded.pixels != pixels) {
                 return;
             }
             if (result.image.isNull()) {
-                qCInfo(lcPhotos, "skipped %s: %s", qUtf8Printable(path), qUtf8Printable(result.error));
-                Album& album = m_albums[found->folder];
+                qCInfo(lcPhotos, "skipped %s: %s", qUtf8Printable(path),
+                       qUtf8Printable(result.error));
+                Album& album = m_albums[decoded.folder];
                 album.unreadable.insert(path);
                 album.readable.removeAll(path);
             } else {
-                found->images.insert(path, result.image);
+                decoded.images.insert(path, result.image);
             }
             schedule(tile);
             Q_EMIT changed(tile);
@@ -244,12 +254,13 @@ void PhotosBehaviour::decode(const QUuid& tile, const QString& path) {
 
 PhotosView PhotosBehaviour::view(const QUuid& tile) const {
     PhotosView view;
-    const auto show = m_shows.constFind(tile);
-    if (show == m_shows.constEnd()) {
+    const auto found = m_shows.find(tile);
+    if (found == m_shows.end()) {
         return view;
     }
-    view.folder = show->folder;
-    const Album album = m_albums.value(show->folder);
+    const Show& shown = found->second;
+    view.folder = shown.folder;
+    const Album album = m_albums.value(shown.folder);
     view.unreadable = static_cast<int>(album.unreadable.size());
     view.pictures = static_cast<int>(album.readable.size());
     if (!album.scanned) {
@@ -266,16 +277,16 @@ PhotosView PhotosBehaviour::view(const QUuid& tile) const {
     const Slideshow::Frame frame = slideshowOf(tile).at(nowMs());
     const QString current = pictureOf(tile, frame.current);
     const QString previous = pictureOf(tile, frame.previous);
-    if (show->images.contains(current)) {
-        view.current = show->images.value(current);
+    if (shown.images.contains(current)) {
+        view.current = shown.images.value(current);
         view.name = QFileInfo(current).completeBaseName();
-        if (frame.fade < 1 && previous != current && show->images.contains(previous)) {
-            view.previous = show->images.value(previous);
+        if (frame.fade < 1 && previous != current && shown.images.contains(previous)) {
+            view.previous = shown.images.value(previous);
             view.fade = frame.fade;
         }
-    } else if (show->images.contains(show->shown)) {
-        view.current = show->images.value(show->shown);
-        view.name = QFileInfo(show->shown).completeBaseName();
+    } else if (shown.images.contains(shown.shown)) {
+        view.current = shown.images.value(shown.shown);
+        view.name = QFileInfo(shown.shown).completeBaseName();
     }
     view.state = view.current.isNull() ? PhotosView::State::loading : PhotosView::State::showing;
     return view;
@@ -295,7 +306,8 @@ bool PhotosBehaviour::press(const WidgetInstance& tile, const QString& command) 
         return true;
     }
     if (command == QLatin1String("open")) {
-        const QString shown = m_shows.value(tile.id).shown;
+        const auto found = m_shows.find(tile.id);
+        const QString shown = found != m_shows.end() ? found->second.shown : QString();
         if (!shown.isEmpty()) {
             const LaunchResult opened = m_services.workspace.open(QUrl::fromLocalFile(shown));
             if (!opened.isSuccess()) {
@@ -305,7 +317,7 @@ bool PhotosBehaviour::press(const WidgetInstance& tile, const QString& command) 
         }
         return true;
     }
-    if (command != QLatin1String("next") || !m_shows.contains(tile.id)) {
+    if (command != QLatin1String("next") || m_shows.count(tile.id) == 0) {
         return false;
     }
     ++m_skipped[tile.id];
@@ -317,10 +329,13 @@ bool PhotosBehaviour::press(const WidgetInstance& tile, const QString& command) 
 QList<TileBehaviour::MenuItem> PhotosBehaviour::menuItems(const WidgetInstance& tile) const {
     QList<MenuItem> items;
     if (view(tile.id).state == PhotosView::State::showing) {
-        items.append({L("photos.menu.next", QStringLiteral("Next Picture")), QStringLiteral("next")});
-        items.append({L("photos.menu.open", QStringLiteral("Open Picture")), QStringLiteral("open")});
+        items.append(
+            {L("photos.menu.next", QStringLiteral("Next Picture")), QStringLiteral("next")});
+        items.append(
+            {L("photos.menu.open", QStringLiteral("Open Picture")), QStringLiteral("open")});
     }
-    items.append({L("photos.menu.choose", QStringLiteral("Choose Folder…")), QStringLiteral("choose")});
+    items.append(
+        {L("photos.menu.choose", QStringLiteral("Choose Folder…")), QStringLiteral("choose")});
     return items;
 }
 

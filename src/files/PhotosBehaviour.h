@@ -16,6 +16,8 @@
 #include <QSet>
 #include <QSize>
 
+#include <map>
+
 namespace tw {
 
 class Clock;
@@ -82,7 +84,7 @@ private:
 
     Services m_services;
     QHash<QString, Album> m_albums;
-    QHash<QUuid, Show> m_shows;
+    std::map<QUuid, Show> m_shows;
     QHash<QUuid, qint64> m_skipped;
     QFileSystemWatcher m_watcher;
     QSet<QString> m_changedFolders;

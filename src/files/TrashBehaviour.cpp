@@ -99,6 +99,7 @@ bool TrashBehaviour::press(const WidgetInstance& tile, const QString& command) {
         m_confirmEnds.cancel();
         next.message = L("trash.emptying", QStringLiteral("Emptying…"));
         next.problem = false;
+        setView(next);
         m_busy = true;
         runSample(
             m_runner, this, [&trash = m_trash] { return trash.empty(); },
@@ -109,6 +110,7 @@ bool TrashBehaviour::press(const WidgetInstance& tile, const QString& command) {
                      !result.ok());
                 recount();
             });
+        return true;
     } else if (command == QLatin1String("open")) {
         const LaunchResult opened = m_workspace.open(m_trash.location());
         if (!opened.isSuccess()) {
@@ -156,9 +158,11 @@ QList<TileBehaviour::MenuItem> TrashBehaviour::menuItems(const WidgetInstance& t
     if (!m_view.available) {
         return {};
     }
-    QList<MenuItem> items{{L("trash.menu.open", QStringLiteral("Open Trash")), QStringLiteral("open")}};
+    QList<MenuItem> items{
+        {L("trash.menu.open", QStringLiteral("Open Trash")), QStringLiteral("open")}};
     if (m_view.contents.items > 0) {
-        items.append({L("trash.menu.empty", QStringLiteral("Empty Trash…")), QStringLiteral("empty")});
+        items.append(
+            {L("trash.menu.empty", QStringLiteral("Empty Trash…")), QStringLiteral("empty")});
     }
     return items;
 }

@@ -597,8 +597,10 @@ QList<WidgetOption> photosOptions() {
             {.key = QStringLiteral("order"),
              .title = L("option.photos.order", QStringLiteral("Order")),
              .type = Type::choice,
-             .choices = {{QStringLiteral("shuffle"), L("option.photos.shuffle", QStringLiteral("Shuffled"))},
-                         {QStringLiteral("name"), L("option.photos.byName", QStringLiteral("By name"))}},
+             .choices = {{QStringLiteral("shuffle"),
+                          L("option.photos.shuffle", QStringLiteral("Shuffled"))},
+                         {QStringLiteral("name"),
+                          L("option.photos.byName", QStringLiteral("By name"))}},
              .defaultValue = QStringLiteral("shuffle")},
             {.key = QStringLiteral("caption"),
              .title = L("option.photos.caption", QStringLiteral("Caption")),
@@ -615,30 +617,34 @@ QList<WidgetOption> photosOptions() {
 QList<WidgetOption> folderTileOptions() {
     WidgetOption path = folderOption("option.folder.path", QStringLiteral("Folder"));
     path.key = QStringLiteral("path");
-    return {path,
-            {.key = QStringLiteral("sort"),
-             .title = L("option.folder.sort", QStringLiteral("Sort by")),
-             .type = Type::choice,
-             .choices = {{QStringLiteral("name"), L("option.folder.sort.name", QStringLiteral("Name"))},
-                         {QStringLiteral("modified"), L("option.folder.sort.modified", QStringLiteral("Date modified"))},
-                         {QStringLiteral("kind"), L("option.folder.sort.kind", QStringLiteral("Kind"))},
-                         {QStringLiteral("size"), L("option.folder.sort.size", QStringLiteral("Size"))}},
-             .defaultValue = QStringLiteral("name")},
-            {.key = QStringLiteral("hidden"),
-             .title = L("option.folder.hidden", QStringLiteral("Show hidden files")),
-             .type = Type::toggle,
-             .choices = {},
-             .defaultValue = QStringLiteral("false")}};
+    return {
+        path,
+        {.key = QStringLiteral("sort"),
+         .title = L("option.folder.sort", QStringLiteral("Sort by")),
+         .type = Type::choice,
+         .choices = {{QStringLiteral("name"), L("option.folder.sort.name", QStringLiteral("Name"))},
+                     {QStringLiteral("modified"),
+                      L("option.folder.sort.modified", QStringLiteral("Date modified"))},
+                     {QStringLiteral("kind"), L("option.folder.sort.kind", QStringLiteral("Kind"))},
+                     {QStringLiteral("size"),
+                      L("option.folder.sort.size", QStringLiteral("Size"))}},
+         .defaultValue = QStringLiteral("name")},
+        {.key = QStringLiteral("hidden"),
+         .title = L("option.folder.hidden", QStringLiteral("Show hidden files")),
+         .type = Type::toggle,
+         .choices = {},
+         .defaultValue = QStringLiteral("false")}};
 }
 
 QList<WidgetOption> dropZoneOptions() {
-    return {folderOption("option.dropzone.folder", QStringLiteral("Put files in")),
-            {.key = QStringLiteral("mode"),
-             .title = L("option.dropzone.mode", QStringLiteral("Dropped files are")),
-             .type = Type::choice,
-             .choices = {{QStringLiteral("move"), L("option.dropzone.move", QStringLiteral("Moved"))},
-                         {QStringLiteral("copy"), L("option.dropzone.copy", QStringLiteral("Copied"))}},
-             .defaultValue = QStringLiteral("move")}};
+    return {
+        folderOption("option.dropzone.folder", QStringLiteral("Put files in")),
+        {.key = QStringLiteral("mode"),
+         .title = L("option.dropzone.mode", QStringLiteral("Dropped files are")),
+         .type = Type::choice,
+         .choices = {{QStringLiteral("move"), L("option.dropzone.move", QStringLiteral("Moved"))},
+                     {QStringLiteral("copy"), L("option.dropzone.copy", QStringLiteral("Copied"))}},
+         .defaultValue = QStringLiteral("move")}};
 }
 
 } // namespace

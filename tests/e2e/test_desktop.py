@@ -1996,3 +1996,76 @@ def main():
 
 if __name__ == "__main__":
     sys.exit(main())
+
+
+class FileTilesTest(HostCase):
+    """A folder tile over a folder the test keeps and a trash tile over the session's own trash:
+    a click on an item opens it with the desktop's handler, and the trash empties only after the
+    tile's own second press."""
+
+    panel_count = 2
+
+    def before_launch(self):
+        self.folder = tempfile.mkdtemp(prefix="tw-e2e-files-")
+        self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
+        with open(os.path.join(self.folder, "agenda.txt"), "w", encoding="utf-8") as f:
+            f.write("items")
+        trash = os.path.join(self.config_home, "data", "Trash")
+        self.trashed = os.path.join(trash, "files", "old notes.txt")
+        os.makedirs(os.path.dirname(self.trashed))
+        os.makedirs(os.path.join(trash, "info"))
+        with open(self.trashed, "w", encoding="utf-8") as f:
+            f.write("gone soon")
+        with open(os.path.join(trash, "info", "old notes.txt.trashinfo"), "w",
+                  encoding="utf-8") as f:
+            f.write("[Trash Info]\nPath=/tmp/old%20notes.txt\nDeletionDate=2026-11-01T10:00:00\n")
+        tiles = [{"id": "F0000000-0000-4000-8000-000000000001", "kind": "folder",
+                  "size": "large", "order": 0, "page": 0, "col": 0, "row": 0, "posX": 300,
+                  "posY": 700, "settings": {"path": self.folder}},
+                 {"id": "F0000000-0000-4000-8000-000000000002", "kind": "trash",
+                  "size": "wide", "order": 1, "page": 0, "col": 3, "row": 0, "posX": 700,
+                  "posY": 700}]
+        with open(os.path.join(self.data_dir, "grid.json"), "w", encoding="utf-8") as f:
+            json.dump({"instances": tiles, "pageCount": 1}, f)
+        # No file manager here: xdg-open writes down what it was asked to open.
+        self.opened = os.path.join(self.folder, "opened")
+        self.bin = tempfile.mkdtemp(prefix="tw-e2e-bin-")
+        self.addCleanup(shutil.rmtree, self.bin, ignore_errors=True)
+        with open(os.path.join(self.bin, "xdg-open"), "w", encoding="utf-8") as f:
+            f.write('#!/bin/sh\necho "$1" >> "%s"\n' % self.opened)
+        os.chmod(os.path.join(self.bin, "xdg-open"), 0o755)
+
+    def environment(self):
+        return {"PATH": self.bin + os.pathsep + os.environ.get("PATH", "")}
+
+    def was_opened(self, name):
+        if not os.path.exists(self.opened):
+            return False
+        with open(self.opened, encoding="utf-8") as f:
+            return name in f.read()
+
+    def test_a_click_on_an_item_opens_it(self):
+        x, y, _, _ = self.panel_of(self.by_kind("folder"))
+        # The padded content starts 12 points in; under the header's 30 points the first of the
+        # 90-point-wide cells holds the icon and the name.
+        self.session.xdotool("mousemove", "--sync", x + MARGIN + 12 + 45, y + MARGIN + 12 + 60)
+        for _ in range(5):
+            self.session.xdotool("click", "1")
+            if self.session.wait_for(lambda: self.was_opened("agenda.txt"), timeout=3):
+                break
+        if not self.was_opened("agenda.txt"):
+            self.screenshot("failed-folder-click.png")
+            self.fail("the click did not open the item")
+
+    def test_the_trash_empties_after_the_tiles_confirmation(self):
+        x, y, _, _ = self.panel_of(self.by_kind("trash"))
+        # "Empty…" stands at the lower right of the wide tile; "Empty" takes its place to confirm.
+        self.session.xdotool("mousemove", "--sync", x + MARGIN + 12 + 150, y + MARGIN + 12 + 62)
+        self.session.xdotool("click", "1")
+        self.assertFalse(self.session.wait_for(lambda: not os.path.exists(self.trashed), timeout=2),
+                         "the first press emptied the trash")
+        self.session.xdotool("click", "1")
+        if not self.session.wait_for(lambda: not os.path.exists(self.trashed), timeout=10):
+            self.screenshot("failed-trash-empty.png")
+            self.fail("the confirmed press did not empty the trash")
+        self.assertEqual(os.listdir(os.path.dirname(self.trashed)), [])

@@ -100,7 +100,9 @@ private Q_SLOTS:
 
         QVERIFY(zone.press(f.current(tile.id), QStringLiteral("open:1")));
         QCOMPARE(f.workspace.requests().last(),
-                 QStringLiteral("open ") + QUrl::fromLocalFile(f.path(QStringLiteral("inbox/a (2).txt"))).toString());
+                 QStringLiteral("open ") +
+                     QUrl::fromLocalFile(f.path(QStringLiteral("inbox/a (2).txt")))
+                         .toString(QUrl::FullyEncoded));
 
         // The folder goes away: no drops, and a press asks for another.
         QVERIFY(QDir(f.path(QStringLiteral("inbox"))).removeRecursively());
@@ -162,8 +164,9 @@ private Q_SLOTS:
                                 .chooseFolder = f.chooser,
                                 .defaultFolder = folder,
                                 .pixelRatio = 2});
-        const WidgetInstance tile = f.add("photos", {{QStringLiteral("interval"), QStringLiteral("10")},
-                                                     {QStringLiteral("order"), QStringLiteral("name")}});
+        const WidgetInstance tile =
+            f.add("photos", {{QStringLiteral("interval"), QStringLiteral("10")},
+                             {QStringLiteral("order"), QStringLiteral("name")}});
         QCOMPARE(photos.view(tile.id).state, PhotosView::State::loading);
         photos.setTiles({{.instance = tile, .inView = true}});
         QSet<QRgb> seen;
@@ -184,7 +187,10 @@ private Q_SLOTS:
         photos.setTiles({{.instance = tile, .inView = false}});
         QVERIFY(photos.view(tile.id).current.isNull());
 
-        const WidgetInstance lost = f.add("photos", {{QStringLiteral("folder"), f.path(QStringLiteral("gone"))}});
+        // A second tile of a kind starts without the first one's folder: it is set afterwards.
+        const QUuid lostID = f.add("photos").id;
+        f.grid.setSetting(lostID, QStringLiteral("folder"), f.path(QStringLiteral("gone")));
+        const WidgetInstance lost = f.current(lostID);
         photos.setTiles({{.instance = lost, .inView = true}});
         QCOMPARE(photos.view(lost.id).state, PhotosView::State::noFolder);
         f.chosen = folder;
@@ -214,8 +220,10 @@ private Q_SLOTS:
         QTRY_VERIFY((f.scheduler.advance(300ms), folders.view(tile.id)->listing.total == 3));
         QCOMPARE(changed.count(), 1);
         QVERIFY(folders.press(tile, QStringLiteral("open:1")));
-        QCOMPARE(f.workspace.requests().last(),
-                 QStringLiteral("open ") + QUrl::fromLocalFile(shown + QStringLiteral("/a.txt")).toString());
+        QCOMPARE(
+            f.workspace.requests().last(),
+            QStringLiteral("open ") +
+                QUrl::fromLocalFile(shown + QStringLiteral("/a.txt")).toString(QUrl::FullyEncoded));
     }
 };
 

@@ -1,0 +1,1 @@
+tw_add_bench(bench_photos LIBS tw_files)
