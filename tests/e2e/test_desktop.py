@@ -1972,32 +1972,6 @@ class GitHubTileTest(HostCase):
         self.screenshot("github-tile.png")
 
 
-def main():
-    global BINARY, ARTIFACTS, VERSION, TEMPLATES
-    parser = argparse.ArgumentParser()
-    parser.add_argument("--binary", required=True)
-    parser.add_argument("--artifacts")
-    parser.add_argument("--version", required=True, help="the project version of the build")
-    parser.add_argument("--templates", help="the build's tw_write_web_templates (default: beside "
-                        "the binary, in tests/e2e)")
-    args, rest = parser.parse_known_args()
-    BINARY = os.path.abspath(args.binary)
-    TEMPLATES = os.path.abspath(args.templates or os.path.join(
-        os.path.dirname(BINARY), "tests", "e2e", "tw_write_web_templates"))
-    VERSION = args.version
-    ARTIFACTS = args.artifacts
-    missing = missing_tools()
-    if missing:
-        print("missing " + ", ".join(missing) + ": scripts/setup installs them", file=sys.stderr)
-        return 1
-    result = unittest.main(argv=[sys.argv[0], "-v", *rest], exit=False).result
-    return 0 if result.wasSuccessful() else 1
-
-
-if __name__ == "__main__":
-    sys.exit(main())
-
-
 class FileTilesTest(HostCase):
     """A folder tile over a folder the test keeps and a trash tile over the session's own trash:
     a click on an item opens it with the desktop's handler, and the trash empties only after the
@@ -2069,3 +2043,29 @@ class FileTilesTest(HostCase):
             self.screenshot("failed-trash-empty.png")
             self.fail("the confirmed press did not empty the trash")
         self.assertEqual(os.listdir(os.path.dirname(self.trashed)), [])
+
+
+def main():
+    global BINARY, ARTIFACTS, VERSION, TEMPLATES
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--binary", required=True)
+    parser.add_argument("--artifacts")
+    parser.add_argument("--version", required=True, help="the project version of the build")
+    parser.add_argument("--templates", help="the build's tw_write_web_templates (default: beside "
+                        "the binary, in tests/e2e)")
+    args, rest = parser.parse_known_args()
+    BINARY = os.path.abspath(args.binary)
+    TEMPLATES = os.path.abspath(args.templates or os.path.join(
+        os.path.dirname(BINARY), "tests", "e2e", "tw_write_web_templates"))
+    VERSION = args.version
+    ARTIFACTS = args.artifacts
+    missing = missing_tools()
+    if missing:
+        print("missing " + ", ".join(missing) + ": scripts/setup installs them", file=sys.stderr)
+        return 1
+    result = unittest.main(argv=[sys.argv[0], "-v", *rest], exit=False).result
+    return 0 if result.wasSuccessful() else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
