@@ -4,7 +4,9 @@
 
 #include "platform/AppCategory.h"
 
+#include <QList>
 #include <QString>
+#include <QStringList>
 
 namespace tw {
 
@@ -19,6 +21,20 @@ struct AppListing {
     bool operator==(const AppListing&) const = default;
 };
 
+// An application people may start from a menu.
+struct InstalledApp {
+    // Its desktop-entry id without ".desktop" ("org.gnome.Calculator"), as
+    // `Workspace::applicationForIdentifier` takes it.
+    QString id;
+    QString name;
+    // An icon theme's name for it, or a file; `AppDirectory::iconFile` finds the picture.
+    QString icon;
+    // Words a search should find it by besides its name.
+    QStringList keywords;
+
+    bool operator==(const InstalledApp&) const = default;
+};
+
 class AppDirectory {
 public:
     virtual ~AppDirectory() = default;
@@ -27,6 +43,8 @@ public:
     virtual AppListing listing(const QString& id) const = 0;
     // The file of an icon theme's icon by its name; empty where none is installed.
     virtual QString iconFile(const QString& iconName) const = 0;
+    // Every application menus offer here, read afresh, by name.
+    virtual QList<InstalledApp> applications() const = 0;
 };
 
 } // namespace tw

@@ -26,6 +26,7 @@
 #include "platform/SensorSource.h"
 #include "platform/SoundPlayer.h"
 #include "platform/SymbolProvider.h"
+#include "platform/SystemActions.h"
 #include "platform/SystemSource.h"
 #include "platform/Trash.h"
 #include "platform/UserPresence.h"
@@ -87,6 +88,8 @@ struct PlatformServices {
                                                           const Displays* displays);
     // The installed applications by the id `ForegroundApplication` gives.
     static std::unique_ptr<AppDirectory> makeAppDirectory();
+    // The session's one-click actions (lock, displays off, screenshot, do-not-disturb).
+    static std::unique_ptr<SystemActions> makeSystemActions();
     // This process's own cost alone, for pictures of the window drawn without the host.
     static std::unique_ptr<ProcessUsage> makeProcessUsage();
     // Puts pictures on the displays through the running desktop; reaches the display itself, so

@@ -11,6 +11,7 @@
 #include "platform/linux/LinuxLockScreenSurface.h"
 #include "platform/linux/LinuxMachineIdentity.h"
 #include "platform/linux/LinuxPictureSetter.h"
+#include "platform/linux/LinuxSystemActions.h"
 #include "platform/linux/LinuxSystemSource.h"
 #include "platform/linux/LinuxUserPresence.h"
 #include "platform/linux/LinuxWorkspace.h"
@@ -144,6 +145,10 @@ std::unique_ptr<UserPresence> PlatformServices::makeUserPresence(const Clock& cl
 
 std::unique_ptr<AppDirectory> PlatformServices::makeAppDirectory() {
     return std::make_unique<XdgAppDirectory>(XdgAppDirectory::forSession());
+}
+
+std::unique_ptr<SystemActions> PlatformServices::makeSystemActions() {
+    return std::make_unique<LinuxSystemActions>(LinuxSystemActions::currentSession());
 }
 
 std::unique_ptr<DesktopPictureSetter> PlatformServices::makeDesktopPictureSetter() {

@@ -7,6 +7,8 @@
 #include <QIcon>
 #include <QStandardPaths>
 
+#include <algorithm>
+
 namespace tw {
 
 namespace {
@@ -105,6 +107,21 @@ QString XdgAppDirectory::iconFile(const QString& iconName) const {
     }
     m_icons.insert(iconName, file);
     return file;
+}
+
+QList<InstalledApp> XdgAppDirectory::applications() const {
+    QList<InstalledApp> out;
+    const QString suffix = QStringLiteral(".desktop");
+    for (const XdgApplications::Found& found : XdgApplications::scan().shown()) {
+        out.append({.id = found.id.endsWith(suffix) ? found.id.chopped(suffix.size()) : found.id,
+                    .name = found.entry.name,
+                    .icon = found.entry.icon,
+                    .keywords = found.entry.keywords});
+    }
+    std::sort(out.begin(), out.end(), [](const InstalledApp& a, const InstalledApp& b) {
+        return QString::localeAwareCompare(a.name, b.name) < 0;
+    });
+    return out;
 }
 
 } // namespace tw

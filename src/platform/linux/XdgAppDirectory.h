@@ -23,6 +23,7 @@ public:
 
     AppListing listing(const QString& id) const override;
     QString iconFile(const QString& iconName) const override;
+    QList<InstalledApp> applications() const override;
 
 private:
     QStringList m_iconRoots;

@@ -160,4 +160,20 @@ XdgApplications::entryForWindowClass(const QString& windowClass) const {
     return std::nullopt;
 }
 
+QList<XdgApplications::Found> XdgApplications::shown() const {
+    QList<Found> out;
+    for (const Installed& installed : m_installed) {
+        if (!installed.entry.noDisplay && !installed.entry.name.isEmpty() &&
+            installed.entry.isLaunchable(m_desktops)) {
+            out.append({.id = installed.id, .entry = installed.entry});
+        }
+    }
+    return out;
+}
+
+std::optional<QString> XdgApplications::pathOf(const QString& id) const {
+    const Installed* installed = launchable(id);
+    return installed != nullptr ? std::optional(installed->path) : std::nullopt;
+}
+
 } // namespace tw

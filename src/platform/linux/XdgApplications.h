@@ -43,6 +43,10 @@ public:
         DesktopEntry entry;
     };
     std::optional<Found> entryForWindowClass(const QString& windowClass) const;
+    // Every entry menus show here (launchable, not NoDisplay, with a name), by id.
+    QList<Found> shown() const;
+    // The file of an installed entry by its id; nullopt when none is launchable here.
+    std::optional<QString> pathOf(const QString& id) const;
 
 private:
     struct Installed {

@@ -4,6 +4,7 @@
 #include "platform/AppDirectory.h"
 
 #include <QHash>
+#include <QList>
 
 namespace tw {
 
@@ -16,11 +17,18 @@ public:
                                             .isScreenLocker = false});
     }
 
-    QString iconFile(const QString&) const override { return {}; }
+    QString iconFile(const QString& iconName) const override { return m_icons.value(iconName); }
+    QList<InstalledApp> applications() const override { return m_installed; }
 
     void add(const QString& id, const AppListing& listing) { m_known.insert(id, listing); }
+    void install(const InstalledApp& app, const QString& iconFile = {}) {
+        m_installed.append(app);
+        m_icons.insert(app.icon, iconFile);
+    }
 
 private:
+    QList<InstalledApp> m_installed;
+    QHash<QString, QString> m_icons;
     QHash<QString, AppListing> m_known;
 };
 
