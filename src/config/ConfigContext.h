@@ -8,6 +8,7 @@
 #include "model/WidgetInstance.h"
 #include "model/WidgetOption.h"
 #include "model/WidgetSize.h"
+#include "platform/AppDirectory.h"
 #include "platform/Installation.h"
 
 #include <QHash>
@@ -124,6 +125,9 @@ struct ConfigContext {
     CalendarSetup* calendarSetup = nullptr;
     // Asks the person for a folder; none uses the system's folder dialog.
     std::function<QString(QWidget* parent)> pickFolder = {};
+    // The applications installed here, for the launchers' pickers; none leaves the apps to be
+    // typed by id.
+    std::function<QList<InstalledApp>()> installedApps = {};
     // Forgets the app time counted on this machine; none leaves the app time tile's "Clear" out.
     std::function<void()> clearAppUsage = {};
     // The GitHub and smart home tiles' accounts and entities; none leaves their account out.

@@ -1,5 +1,6 @@
 #include "config/WidgetSettingsPage.h"
 
+#include "config/AppPicker.h"
 #include "config/GitHubTokenField.h"
 #include "config/SmartHomeAccountView.h"
 #include "connected/ConnectedTiles.h"
@@ -256,6 +257,25 @@ void WidgetSettingsPage::addOptions(const QString& kind) {
             control = folder;
             break;
         }
+        case WidgetOption::Type::app:
+        case WidgetOption::Type::apps: {
+            if (!m_context.installedApps) {
+                auto* field = new QLineEdit();
+                connect(field, &QLineEdit::editingFinished, this, [this, field, key = option.key] {
+                    setOption(key, field->text().trimmed());
+                });
+                control = field;
+                break;
+            }
+            auto* picker = new AppPicker(m_context.installedApps,
+                                         option.type == WidgetOption::Type::app
+                                             ? AppPicker::Choosing::one
+                                             : AppPicker::Choosing::several);
+            connect(picker, &AppPicker::chosen, this,
+                    [this, key = option.key](const QString& value) { setOption(key, value); });
+            control = picker;
+            break;
+        }
         case WidgetOption::Type::quote: {
             QuoteField::Check check;
             if (m_context.checkQuote) {
@@ -438,6 +458,8 @@ void WidgetSettingsPage::refresh() {
         const QSignalBlocker blocker(control);
         if (auto* place = qobject_cast<PlaceField*>(control)) {
             place->show(settings);
+        } else if (auto* picker = qobject_cast<AppPicker*>(control)) {
+            picker->show(value);
         } else if (auto* quote = qobject_cast<QuoteField*>(control)) {
             quote->show(value, settings);
         } else if (auto* folder = qobject_cast<FolderField*>(control)) {

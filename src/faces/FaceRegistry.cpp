@@ -4,6 +4,7 @@
 #include "faces/AmbientSoundFace.h"
 #include "faces/AirQualityFace.h"
 #include "faces/AppUsageFace.h"
+#include "faces/AppsFace.h"
 #include "faces/BatteryFace.h"
 #include "faces/BluetoothFace.h"
 #include "faces/CalculatorFace.h"
@@ -30,6 +31,7 @@
 #include "faces/PomodoroFace.h"
 #include "faces/RemindersFace.h"
 #include "faces/SensorsFace.h"
+#include "faces/ShortcutFace.h"
 #include "faces/SimpleClockFace.h"
 #include "faces/SmartHomeFace.h"
 #include "faces/SpeedTestFace.h"
@@ -37,7 +39,9 @@
 #include "faces/StocksFace.h"
 #include "faces/StopwatchFace.h"
 #include "faces/SystemFace.h"
+#include "faces/TerminalFace.h"
 #include "faces/TimerFace.h"
+#include "faces/ToolboxFace.h"
 #include "faces/TrashFace.h"
 #include "faces/UnitConverterFace.h"
 #include "faces/WeatherFace.h"
@@ -96,6 +100,10 @@ FaceRegistry::FaceRegistry()
     add(QStringLiteral("folder"), std::make_unique<FolderFace>());
     add(QStringLiteral("dropzone"), std::make_unique<DropZoneFace>());
     add(QStringLiteral("trash"), std::make_unique<TrashFace>());
+    add(QStringLiteral("apps"), std::make_unique<AppsFace>());
+    add(QStringLiteral("shortcut"), std::make_unique<ShortcutFace>());
+    add(QStringLiteral("toolbox"), std::make_unique<ToolboxFace>());
+    add(QStringLiteral("terminal"), std::make_unique<TerminalFace>());
 }
 
 FaceRegistry::~FaceRegistry() = default;

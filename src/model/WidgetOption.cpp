@@ -647,6 +647,83 @@ QList<WidgetOption> dropZoneOptions() {
          .defaultValue = QStringLiteral("move")}};
 }
 
+QList<WidgetOption> shortcutOptions() {
+    const auto when = [](const char* type) {
+        return WidgetOption::Condition{QStringLiteral("type"), QLatin1String(type)};
+    };
+    return {
+        {.key = QStringLiteral("type"),
+         .title = L("option.shortcutType", QStringLiteral("Opens")),
+         .type = Type::choice,
+         .choices = {{QStringLiteral("app"), L("option.shortcutType.app", QStringLiteral("An app"))},
+                     {QStringLiteral("url"),
+                      L("option.shortcutType.url", QStringLiteral("A web address"))},
+                     {QStringLiteral("file"),
+                      L("option.shortcutType.file", QStringLiteral("A file or folder"))},
+                     {QStringLiteral("command"),
+                      L("option.shortcutType.command", QStringLiteral("A command"))}},
+         .defaultValue = QStringLiteral("app")},
+        {.key = QStringLiteral("app"),
+         .title = L("option.app", QStringLiteral("App")),
+         .type = Type::app,
+         .choices = {},
+         .defaultValue = {},
+         .activeWhen = when("app")},
+        {.key = QStringLiteral("url"),
+         .title = L("option.url", QStringLiteral("Address")),
+         .type = Type::text,
+         .choices = {},
+         .defaultValue = {},
+         .activeWhen = when("url")},
+        {.key = QStringLiteral("file"),
+         .title = L("option.file", QStringLiteral("File or folder (~/ for home)")),
+         .type = Type::text,
+         .choices = {},
+         .defaultValue = {},
+         .activeWhen = when("file")},
+        {.key = QStringLiteral("command"),
+         .title = L("option.shortcutCommand", QStringLiteral("Command (a program and its arguments)")),
+         .type = Type::text,
+         .choices = {},
+         .defaultValue = {},
+         .activeWhen = when("command")},
+        text(QStringLiteral("name"), L("option.shortcutName", QStringLiteral("Title (blank: its own)"))),
+    };
+}
+
+QList<WidgetOption> terminalOptions() {
+    const auto every = [](int seconds, const char* key, const char* title) {
+        return WidgetOption::Choice{QString::number(seconds), L(key, QLatin1String(title))};
+    };
+    return {
+        text(QStringLiteral("command"),
+             L("option.terminalCommand", QStringLiteral("Command (no shell; sh -c '…' for one)"))),
+        {.key = QStringLiteral("interval"),
+         .title = L("option.terminalInterval", QStringLiteral("Runs again")),
+         .type = Type::choice,
+         .choices = {every(0, "option.every.click", "Only when clicked"),
+                     every(5, "option.every.5s", "Every 5 seconds"),
+                     every(10, "option.every.10s", "Every 10 seconds"),
+                     every(30, "option.every.30s", "Every 30 seconds"),
+                     every(60, "option.every.1m", "Every minute"),
+                     every(300, "option.every.5m", "Every 5 minutes"),
+                     every(900, "option.every.15m", "Every 15 minutes"),
+                     every(3600, "option.every.1h", "Every hour")},
+         .defaultValue = QStringLiteral("60")},
+        {.key = QStringLiteral("timeout"),
+         .title = L("option.terminalTimeout", QStringLiteral("Stops a run after")),
+         .type = Type::choice,
+         .choices = {every(5, "option.after.5s", "5 seconds"),
+                     every(10, "option.after.10s", "10 seconds"),
+                     every(30, "option.after.30s", "30 seconds"),
+                     every(60, "option.after.1m", "1 minute"),
+                     every(300, "option.after.5m", "5 minutes")},
+         .defaultValue = QStringLiteral("10")},
+        text(QStringLiteral("directory"),
+             L("option.terminalDirectory", QStringLiteral("Runs in (blank: home folder)"))),
+    };
+}
+
 } // namespace
 
 QList<WidgetOption> WidgetOption::of(const QString& kind) {
@@ -804,6 +881,19 @@ QList<WidgetOption> WidgetOption::of(const QString& kind) {
     }
     if (kind == QLatin1String("dropzone")) {
         return dropZoneOptions();
+    }
+    if (kind == QLatin1String("apps")) {
+        return {{.key = QStringLiteral("apps"),
+                 .title = L("option.apps", QStringLiteral("Apps")),
+                 .type = Type::apps,
+                 .choices = {},
+                 .defaultValue = {}}};
+    }
+    if (kind == QLatin1String("shortcut")) {
+        return shortcutOptions();
+    }
+    if (kind == QLatin1String("terminal")) {
+        return terminalOptions();
     }
     return {};
 }

@@ -17,7 +17,9 @@ struct WidgetOption {
     // has answered for it.
     // `folder`: a folder of this machine, typed or chosen with the desktop's dialog; empty is the
     // default the kind names in `defaultValue`'s place.
-    enum class Type { choice, toggle, text, date, place, source, quote, folder };
+    // `app`: one installed application by its desktop-entry id; `apps`: several, in the
+    // person's order, separated by ";". Both chosen from those the host finds.
+    enum class Type { choice, toggle, text, date, place, source, quote, folder, app, apps };
 
     struct Choice {
         QString value;

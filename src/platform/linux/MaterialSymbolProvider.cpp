@@ -133,6 +133,12 @@ constexpr std::array kMappings{
     Mapping{"doc", "description", 0xe873},
     Mapping{"photo", "image", 0xe3f4},
     Mapping{"arrow.down.to.line", "file_download", 0xe2c4},
+    // Launchers and the toolbox.
+    Mapping{"display.slash", "desktop_access_disabled", 0xe99d},
+    Mapping{"camera.viewfinder", "screenshot_monitor", 0xec08},
+    Mapping{"bell.slash.fill", "notifications_off", 0xe7f6},
+    Mapping{"arrow.clockwise", "refresh", 0xe5d5},
+    Mapping{"link", "link", 0xe157},
 };
 
 const Mapping* find(const QString& symbol) {

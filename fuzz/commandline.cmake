@@ -1,0 +1,1 @@
+tw_add_fuzzer(fuzz_commandline LIBS tw_launch)

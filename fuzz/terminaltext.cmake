@@ -1,0 +1,1 @@
+tw_add_fuzzer(fuzz_terminaltext LIBS tw_launch)
