@@ -8,8 +8,8 @@
 using tw::fuzz::require;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const QString text = QString::fromUtf8(reinterpret_cast<const char*>(data),
-                                           static_cast<qsizetype>(size));
+    const QString text =
+        QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
     const tw::ParsedCommand parsed = tw::CommandLine::parse(text, QStringLiteral("/home/p"));
     require(parsed.error.isEmpty() != parsed.command.isEmpty(), "neither a command nor a reason");
     if (parsed.error.isEmpty()) {

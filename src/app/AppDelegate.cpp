@@ -37,6 +37,10 @@
 #include "faces/WallpaperRenderer.h"
 #include "files/FileTiles.h"
 #include "grid/GridStore.h"
+#include "launch/AppsBehaviour.h"
+#include "launch/ShortcutBehaviour.h"
+#include "launch/TerminalBehaviour.h"
+#include "launch/ToolboxBehaviour.h"
 #include "live/QtCameraFeed.h"
 #include "lockscreen/LockScreenController.h"
 #include "look/ThemeStore.h"
@@ -367,6 +371,19 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
     m_tools = std::make_unique<ToolBehaviours>(*m_grid, *m_scheduler, desktopClipboard(),
                                                m_market.get());
     m_tools->addTo(m_behaviours);
+    m_systemActions = PlatformServices::makeSystemActions();
+    m_appsTiles = std::make_unique<AppsBehaviour>(*m_platform.workspace,
+                                                  *m_platform.notifications, *m_apps);
+    m_behaviours.add(QStringLiteral("apps"), m_appsTiles.get());
+    m_shortcuts = std::make_unique<ShortcutBehaviour>(
+        *m_platform.workspace, *m_platform.notifications, *m_apps, QDir::homePath());
+    m_behaviours.add(QStringLiteral("shortcut"), m_shortcuts.get());
+    m_toolbox = std::make_unique<ToolboxBehaviour>(*m_systemActions, *m_scheduler,
+                                                   *m_platform.notifications);
+    m_behaviours.add(QStringLiteral("toolbox"), m_toolbox.get());
+    m_terminals =
+        std::make_unique<TerminalBehaviour>(*m_scheduler, m_clocks.system, QDir::homePath());
+    m_behaviours.add(QStringLiteral("terminal"), m_terminals.get());
     m_controller = std::make_unique<DesktopController>(DesktopController::Services{
         .theme = *m_theme,
         .ticker = *m_ticker,
@@ -740,6 +757,7 @@ ConfigContext AppDelegate::makeConfigContext() {
     };
     context.clearAppUsage = [this] { m_appUsage->clear(); };
     context.connected = m_connected.get();
+    context.installedApps = [this] { return m_apps->applications(); };
     context.searchCities = [this](const QString& text, const QObject* requester,
                                   ConfigContext::CitiesFound done) {
         m_weather->searchCities(text, requester, std::move(done));

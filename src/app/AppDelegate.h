@@ -27,6 +27,10 @@ namespace tw {
 class AmbientTiles;
 
 class AppEnergyMeter;
+class AppsBehaviour;
+class ShortcutBehaviour;
+class TerminalBehaviour;
+class ToolboxBehaviour;
 class AppSettings;
 class AppUsageService;
 class CalendarHub;
@@ -195,6 +199,12 @@ private:
     std::unique_ptr<WebBehaviour> m_web;
     std::unique_ptr<MirrorBehaviour> m_mirror;
     std::unique_ptr<FileTiles> m_fileTiles;
+    // The launchers and tools: what the session offers, then a behaviour per kind.
+    std::unique_ptr<SystemActions> m_systemActions;
+    std::unique_ptr<AppsBehaviour> m_appsTiles;
+    std::unique_ptr<ShortcutBehaviour> m_shortcuts;
+    std::unique_ptr<ToolboxBehaviour> m_toolbox;
+    std::unique_ptr<TerminalBehaviour> m_terminals;
     // The behaviours of kinds with state of their own, all added before the desktop, which
     // connects to each when it is made.
     TileBehaviours m_behaviours;

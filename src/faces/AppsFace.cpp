@@ -26,17 +26,23 @@ Shown sample() {
         const char* symbol;
     };
     static constexpr App apps[] = {
-        {"Files", "folder"},          {"Web", "globe"},
-        {"Terminal", "apple.terminal.fill"}, {"Music", "music.note"},
-        {"Calendar", "calendar"},     {"Photos", "photo.stack"},
-        {"Notes", "note.text"},       {"Mail", "tray.full"},
-        {"Calculator", "plus.forwardslash.minus"}, {"Clock", "clock"},
-        {"Weather", "cloud.sun.fill"}, {"Settings", "wrench.and.screwdriver"},
+        {"Files", "folder"},
+        {"Web", "globe"},
+        {"Terminal", "apple.terminal.fill"},
+        {"Music", "music.note"},
+        {"Calendar", "calendar"},
+        {"Photos", "photo.stack"},
+        {"Notes", "note.text"},
+        {"Mail", "tray.full"},
+        {"Calculator", "plus.forwardslash.minus"},
+        {"Clock", "clock"},
+        {"Weather", "cloud.sun.fill"},
+        {"Settings", "wrench.and.screwdriver"},
     };
     Shown shown;
     for (const App& app : apps) {
-        const QString name = L(QByteArray("apps.sample.").append(app.name).constData(),
-                               QLatin1String(app.name));
+        const QString name =
+            L(QByteArray("apps.sample.").append(app.name).constData(), QLatin1String(app.name));
         shown.entries.append({QLatin1String(app.name), name, QString(), true});
         shown.symbols.append(QLatin1String(app.symbol));
     }
@@ -52,7 +58,7 @@ Shown shownOn(const FaceContext& context) {
 }
 
 LaunchKit::Grid layout(const QRectF& rect, qsizetype count) {
-    return LaunchKit::grid(rect, static_cast<int>(count), 22, 60);
+    return LaunchKit::grid(rect, static_cast<int>(count), 24, 60);
 }
 
 } // namespace
@@ -64,10 +70,10 @@ std::optional<TimeGrain> AppsFace::grain(WidgetSize, const WidgetSettings&) cons
 void AppsFace::paint(QPainter& painter, const QRectF& rect, const FaceContext& context) const {
     const Shown shown = shownOn(context);
     if (shown.entries.isEmpty()) {
-        ReadingKit::drawNotice(painter, context, rect, QStringLiteral("square.grid.2x2.fill"),
-                               L("apps.choose", QStringLiteral("Choose apps")),
-                               L("apps.choose.detail",
-                                 QStringLiteral("Click to pick the apps this tile starts.")));
+        ReadingKit::drawNotice(
+            painter, context, rect, QStringLiteral("square.grid.2x2.fill"),
+            L("apps.choose", QStringLiteral("Choose apps")),
+            L("apps.choose.detail", QStringLiteral("Click to pick the apps this tile starts.")));
         return;
     }
     const LaunchKit::Grid grid = layout(rect, shown.entries.size());
@@ -102,9 +108,10 @@ WidgetFace::Spot AppsFace::spotAt(const QRectF& rect, QPointF point,
         if (target.contains(point)) {
             const AppTileEntry& entry = shown.entries.at(i);
             spot.command = AppsBehaviour::commandFor(entry.id);
-            spot.help = entry.installed
-                            ? L("apps.help", QStringLiteral("Open %1")).arg(entry.name)
-                            : L("apps.gone", QStringLiteral("%1 is no longer installed")).arg(entry.name);
+            spot.help =
+                entry.installed
+                    ? L("apps.help", QStringLiteral("Open %1")).arg(entry.name)
+                    : L("apps.gone", QStringLiteral("%1 is no longer installed")).arg(entry.name);
             break;
         }
     }

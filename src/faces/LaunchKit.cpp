@@ -14,14 +14,18 @@ namespace tw::LaunchKit {
 
 namespace {
 
-// A steady colour per name; golden-ratio steps spread neighbours around the wheel.
+// A steady colour per name, the same in every run (qHash is seeded per process); golden-ratio
+// steps spread neighbours around the wheel.
 QColor tileColor(const QString& name) {
-    const double hue = std::fmod(static_cast<double>(qHash(name, 7) % 1000) * 0.618034, 1.0);
+    quint32 hash = 2166136261U;
+    for (const QChar c : name) {
+        hash = (hash ^ c.unicode()) * 16777619U;
+    }
+    const double hue = std::fmod(static_cast<double>(hash % 1000) * 0.618034, 1.0);
     return QColor::fromHsvF(static_cast<float>(hue), 0.5F, 0.82F);
 }
 
-void drawTile(QPainter& painter, const FaceContext& context, const QRectF& rect,
-              const Icon& icon) {
+void drawTile(QPainter& painter, const FaceContext& context, const QRectF& rect, const Icon& icon) {
     QPainterPath shape;
     shape.addRoundedRect(rect, rect.width() * 0.24, rect.width() * 0.24);
     QLinearGradient fill(rect.topLeft(), rect.bottomLeft());
@@ -42,8 +46,7 @@ void drawTile(QPainter& painter, const FaceContext& context, const QRectF& rect,
 
 } // namespace
 
-void drawIcon(QPainter& painter, const FaceContext& context, const QRectF& rect,
-              const Icon& icon) {
+void drawIcon(QPainter& painter, const FaceContext& context, const QRectF& rect, const Icon& icon) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     if (icon.faint) {
@@ -56,33 +59,33 @@ void drawIcon(QPainter& painter, const FaceContext& context, const QRectF& rect,
     }
     const qreal ratio = context.devicePixelRatio * context.scale;
     const QSize pixels = (rect.size() * ratio).toSize();
-    context.pictures->draw(
-        painter, rect,
-        QStringLiteral("launch:%1:%2x%3:%4")
-            .arg(icon.file)
-            .arg(pixels.width())
-            .arg(pixels.height())
-            .arg(icon.name),
-        ratio, [&](QPainter& inside) {
-            // Scaled while decoding: an icon file may be a large picture; one that is no
-            // picture keeps the coloured tile.
-            QImageReader reader(icon.file);
-            reader.setScaledSize(pixels);
-            const QImage image = reader.read();
-            const QRectF at(QPointF(0, 0), rect.size());
-            if (image.isNull()) {
-                drawTile(inside, context, at, icon);
-            } else {
-                inside.setRenderHint(QPainter::SmoothPixmapTransform);
-                inside.drawImage(at, image);
-            }
-        });
+    context.pictures->draw(painter, rect,
+                           QStringLiteral("launch:%1:%2x%3:%4")
+                               .arg(icon.file)
+                               .arg(pixels.width())
+                               .arg(pixels.height())
+                               .arg(icon.name),
+                           ratio, [&](QPainter& inside) {
+                               // Scaled while decoding: an icon file may be a large picture; one
+                               // that is no picture keeps the coloured tile.
+                               QImageReader reader(icon.file);
+                               reader.setScaledSize(pixels);
+                               const QImage image = reader.read();
+                               const QRectF at(QPointF(0, 0), rect.size());
+                               if (image.isNull()) {
+                                   drawTile(inside, context, at, icon);
+                               } else {
+                                   inside.setRenderHint(QPainter::SmoothPixmapTransform);
+                                   inside.drawImage(at, image);
+                               }
+                           });
     painter.restore();
 }
 
 Grid grid(const QRectF& area, int count, qreal smallest, qreal largest) {
     Grid best;
     qreal bestIcon = -1;
+    qreal bestScore = -1e9;
     for (int shown = std::max(count, 1); shown >= 1; --shown) {
         for (int columns = 1; columns <= shown; ++columns) {
             const int rows = (shown + columns - 1) / columns;
@@ -93,8 +96,11 @@ Grid grid(const QRectF& area, int count, qreal smallest, qreal largest) {
             const qreal labelH = labelled ? labelSize + 6 : 0;
             const qreal icon =
                 std::min({cellW * 0.72, (cellH - labelH) * (labelled ? 0.86 : 0.8), largest});
-            // Labels win a tie: a little smaller with names reads better than bare icons.
-            if (icon > bestIcon + (labelled ? -2 : 2)) {
+            // Labels win a tie: a little smaller with names reads better than bare icons; so do
+            // full rows, which read as one block.
+            const qreal score = icon + (labelled ? 2 : 0) - (rows * columns - shown) * 4;
+            if (score > bestScore) {
+                bestScore = score;
                 bestIcon = icon;
                 best = {};
                 best.labelSize = labelled ? labelSize : 0;

@@ -66,10 +66,12 @@ void ShortcutFace::paint(QPainter& painter, const QRectF& rect, const FaceContex
         return;
     }
     const LaunchKit::Icon icon{.file = shown.look.iconFile,
-                               .symbol = shown.look.iconFile.isEmpty() ? shown.look.symbol : QString(),
+                               .symbol =
+                                   shown.look.iconFile.isEmpty() ? shown.look.symbol : QString(),
                                .name = shown.look.title,
                                .faint = !shown.look.problem.isEmpty()};
-    const QString detail = shown.look.problem.isEmpty() ? detailOf(shown.shortcut) : shown.look.problem;
+    const QString detail =
+        shown.look.problem.isEmpty() ? detailOf(shown.shortcut) : shown.look.problem;
     const QColor detailColor =
         shown.look.problem.isEmpty() ? context.secondary() : ReadingKit::warning(context);
     const qreal w = rect.width();
@@ -94,13 +96,15 @@ void ShortcutFace::paint(QPainter& painter, const QRectF& rect, const FaceContex
     const qreal detailH = large ? 18 : 0;
     const qreal side = std::min(w * (large ? 0.52 : 0.62), h - titleH - detailH - 8);
     const qreal top = rect.top() + (h - side - 6 - titleH - detailH) / 2;
-    LaunchKit::drawIcon(painter, context, QRectF(rect.center().x() - side / 2, top, side, side), icon);
+    LaunchKit::drawIcon(painter, context, QRectF(rect.center().x() - side / 2, top, side, side),
+                        icon);
     const QRectF title(rect.left(), top + side + 6, w, titleH);
     FaceKit::drawFitted(painter, context, title, shown.look.title, QFont::DemiBold,
                         context.primary(), Qt::AlignHCenter | Qt::AlignVCenter, large ? 19 : 13);
     if (large) {
         FaceKit::drawElided(painter, context, QRectF(rect.left(), title.bottom(), w, detailH),
-                            detail, FaceKit::font(12), detailColor, Qt::AlignHCenter | Qt::AlignVCenter);
+                            detail, FaceKit::font(12), detailColor,
+                            Qt::AlignHCenter | Qt::AlignVCenter);
     }
 }
 

@@ -35,7 +35,8 @@ TerminalState sample(const FaceContext& context) {
     const QString command = context.setting(QStringLiteral("command"), QStringLiteral("df -h"));
     state.command = CommandLine::parse(command, QStringLiteral("~")).command;
     state.outcome = Outcome::exited;
-    state.finishedAt = context.now.isValid() ? context.now : QDateTime(QDate(2026, 3, 14), QTime(9, 41));
+    state.finishedAt =
+        context.now.isValid() ? context.now : QDateTime(QDate(2026, 3, 14), QTime(9, 41));
     state.text = TerminalText::decode(
         "\x1b[1mFilesystem      Size  Used Avail Use% Mounted on\x1b[0m\n"
         "/dev/nvme0n1p2  468G  201G  244G  \x1b[32m46%\x1b[0m /\n"
@@ -105,15 +106,17 @@ void drawScreen(QPainter& painter, const FaceContext& context, const QRectF& are
     const QFontMetricsF metrics(font);
     const qreal lineHeight = metrics.height();
     const QRectF inner = area.adjusted(pad, pad - 1, -pad, -pad + 1);
-    const auto fitting = static_cast<qsizetype>(std::max(1.0, std::floor(inner.height() / lineHeight)));
+    const auto fitting =
+        static_cast<qsizetype>(std::max(1.0, std::floor(inner.height() / lineHeight)));
 
     if (state.outcome == Outcome::failedToStart) {
         painter.setFont(font);
         painter.setPen(TerminalFace::colorOf({TerminalColor::Kind::palette, 9}));
-        painter.drawText(inner, Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap,
-                         L("terminal.noProgram",
-                           QStringLiteral("No program “%1” here. Check its name or give its whole path."))
-                             .arg(state.command.program));
+        painter.drawText(
+            inner, Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap,
+            L("terminal.noProgram",
+              QStringLiteral("No program “%1” here. Check its name or give its whole path."))
+                .arg(state.command.program));
         painter.restore();
         return;
     }
@@ -185,9 +188,10 @@ QColor TerminalFace::colorOf(const TerminalColor& color) {
 
 void TerminalFace::paint(QPainter& painter, const QRectF& rect, const FaceContext& context) const {
     const TerminalBehaviour* behaviour = context.behaviour<TerminalBehaviour>();
-    const TerminalState* live = behaviour != nullptr ? behaviour->state(context.instanceID) : nullptr;
-    const TerminalState state = behaviour != nullptr ? (live != nullptr ? *live : TerminalState())
-                                                     : sample(context);
+    const TerminalState* live =
+        behaviour != nullptr ? behaviour->state(context.instanceID) : nullptr;
+    const TerminalState state =
+        behaviour != nullptr ? (live != nullptr ? *live : TerminalState()) : sample(context);
     if (behaviour != nullptr && state.command.isEmpty()) {
         const bool noCommand = context.setting(QStringLiteral("command")).isEmpty();
         ReadingKit::drawNotice(
@@ -207,7 +211,9 @@ void TerminalFace::paint(QPainter& painter, const QRectF& rect, const FaceContex
     const auto [word, warn] = status(state);
     const QFont statusFont = FaceKit::font(header < 16 ? 10 : 11, QFont::Medium);
     const qreal statusWidth =
-        word.isEmpty() ? 0 : std::min(QFontMetricsF(statusFont).horizontalAdvance(word) + 4, rect.width() * 0.45);
+        word.isEmpty()
+            ? 0
+            : std::min(QFontMetricsF(statusFont).horizontalAdvance(word) + 4, rect.width() * 0.45);
     FaceKit::drawElided(painter, context, top.adjusted(rect.width() - statusWidth, 0, 0, 0), word,
                         statusFont, warn ? ReadingKit::warning(context) : context.secondary(),
                         Qt::AlignRight | Qt::AlignVCenter);
@@ -224,7 +230,8 @@ void TerminalFace::paint(QPainter& painter, const QRectF& rect, const FaceContex
 
 bool TerminalFace::opensSettingsOnClick(const FaceContext& context) const {
     const TerminalBehaviour* behaviour = context.behaviour<TerminalBehaviour>();
-    const TerminalState* state = behaviour != nullptr ? behaviour->state(context.instanceID) : nullptr;
+    const TerminalState* state =
+        behaviour != nullptr ? behaviour->state(context.instanceID) : nullptr;
     return behaviour != nullptr && (state == nullptr || state->command.isEmpty());
 }
 

@@ -49,16 +49,16 @@ QList<Button> buttonsOn(const FaceContext& context) {
                             false});
             break;
         case SystemAction::doNotDisturb:
-            buttons.append({action,
-                            quiet ? QStringLiteral("bell.slash.fill") : QStringLiteral("bell.fill"),
-                            quiet ? L("toolbox.dnd.on", QStringLiteral("Silenced"))
-                                  : L("toolbox.dnd.off", QStringLiteral("Do Not Disturb")),
-                            quiet ? L("toolbox.dnd.on.help",
-                                      QStringLiteral("Notification banners are held back; click "
-                                                     "to show them again"))
-                                  : L("toolbox.dnd.off.help",
-                                      QStringLiteral("Hold notification banners back")),
-                            quiet});
+            buttons.append(
+                {action, quiet ? QStringLiteral("bell.slash.fill") : QStringLiteral("bell.fill"),
+                 quiet ? L("toolbox.dnd.on", QStringLiteral("Quiet on"))
+                       : L("toolbox.dnd.off", QStringLiteral("Quiet")),
+                 quiet
+                     ? L("toolbox.dnd.on.help",
+                         QStringLiteral("Notification banners are held back; click "
+                                        "to show them again"))
+                     : L("toolbox.dnd.off.help", QStringLiteral("Hold notification banners back")),
+                 quiet});
             break;
         }
     }
@@ -78,11 +78,11 @@ std::optional<TimeGrain> ToolboxFace::grain(WidgetSize, const WidgetSettings&) c
 void ToolboxFace::paint(QPainter& painter, const QRectF& rect, const FaceContext& context) const {
     const QList<Button> buttons = buttonsOn(context);
     if (buttons.isEmpty()) {
-        ReadingKit::drawNotice(painter, context, rect, QStringLiteral("wrench.adjustable.fill"),
-                               L("toolbox.none", QStringLiteral("Nothing to offer here")),
-                               L("toolbox.none.detail",
-                                 QStringLiteral("This desktop lets no program lock, darken or "
-                                                "capture the screen.")));
+        ReadingKit::drawNotice(
+            painter, context, rect, QStringLiteral("wrench.adjustable.fill"),
+            L("toolbox.none", QStringLiteral("Nothing to offer here")),
+            L("toolbox.none.detail", QStringLiteral("This desktop lets no program lock, darken or "
+                                                    "capture the screen.")));
         return;
     }
     const LaunchKit::Grid grid = layout(rect, buttons.size());

@@ -23,9 +23,9 @@ QStringList AppsBehaviour::defaults() {
     if (!m_defaults) {
         // The person's own applications for everyday roles, as their desktop names them.
         m_defaults = QStringList();
-        for (const AppRole role : {AppRole::fileManager, AppRole::terminal, AppRole::calendar,
-                                   AppRole::musicPlayer, AppRole::photos, AppRole::systemMonitor,
-                                   AppRole::settings}) {
+        for (const AppRole role :
+             {AppRole::fileManager, AppRole::terminal, AppRole::calendar, AppRole::musicPlayer,
+              AppRole::photos, AppRole::systemMonitor, AppRole::settings}) {
             if (const std::optional<QString> location = m_workspace.applicationForRole(role)) {
                 const QString id = QFileInfo(*location).completeBaseName();
                 if (!id.isEmpty() && !m_defaults->contains(id) && m_catalog.app(id)) {
@@ -73,8 +73,9 @@ bool AppsBehaviour::press(const WidgetInstance& tile, const QString& command) {
     }
     const QString id = command.mid(prefix.size());
     const std::optional<QString> location = m_workspace.applicationForIdentifier(id);
-    const LaunchResult result = location ? m_workspace.openApplication(*location)
-                                         : LaunchResult::failure(id + QLatin1String(" is not installed"));
+    const LaunchResult result =
+        location ? m_workspace.openApplication(*location)
+                 : LaunchResult::failure(id + QLatin1String(" is not installed"));
     if (!result.isSuccess()) {
         qCWarning(lcApps, "not started: %s", qUtf8Printable(result.error()));
         m_notifications.notify(

@@ -27,8 +27,8 @@ struct AppTileEntry {
 class AppsBehaviour final : public TileBehaviour {
     Q_OBJECT
 public:
-    AppsBehaviour(Workspace& workspace, Notifications& notifications,
-                  const AppDirectory& directory, QObject* parent = nullptr);
+    AppsBehaviour(Workspace& workspace, Notifications& notifications, const AppDirectory& directory,
+                  QObject* parent = nullptr);
 
     void setTiles(const QList<BehaviourTile>& tiles) override;
     bool press(const WidgetInstance& tile, const QString& command) override;

@@ -22,8 +22,8 @@ QString quoted(const QString& word) {
         return QStringLiteral("''");
     }
     for (const QChar c : word) {
-        if (word.startsWith(QLatin1Char('~')) || isSpace(c) || isShellOperator(c) || c == QLatin1Char('\'') ||
-            c == QLatin1Char('"') || c == QLatin1Char('\\')) {
+        if (word.startsWith(QLatin1Char('~')) || isSpace(c) || isShellOperator(c) ||
+            c == QLatin1Char('\'') || c == QLatin1Char('"') || c == QLatin1Char('\\')) {
             QString inner = word;
             inner.replace(QLatin1Char('\''), QStringLiteral("'\\''"));
             return QLatin1Char('\'') + inner + QLatin1Char('\'');
@@ -89,7 +89,8 @@ ParsedCommand CommandLine::parse(const QString& text, const QString& home) {
                         .arg(c)};
         }
         if (!inWord && c == QLatin1Char('~') &&
-            (i + 1 == text.size() || isSpace(text.at(i + 1)) || text.at(i + 1) == QLatin1Char('/'))) {
+            (i + 1 == text.size() || isSpace(text.at(i + 1)) ||
+             text.at(i + 1) == QLatin1Char('/'))) {
             word += home;
             inWord = true;
             continue;

@@ -35,7 +35,8 @@ QString ShortcutBehaviour::symbolOf(Shortcut::Type type) {
 }
 
 ShortcutLook ShortcutBehaviour::lookOf(const Shortcut& shortcut) {
-    ShortcutLook look{.title = {}, .iconFile = {}, .symbol = symbolOf(shortcut.type), .problem = {}};
+    ShortcutLook look{
+        .title = {}, .iconFile = {}, .symbol = symbolOf(shortcut.type), .problem = {}};
     if (!shortcut.isSet()) {
         look.title = shortcut.name;
         look.symbol = QStringLiteral("wand.and.rays");
@@ -112,7 +113,8 @@ bool ShortcutBehaviour::press(const WidgetInstance& tile, const QString& command
             look.problem.isEmpty()
                 ? result.error()
                 : L("shortcut.failed.gone",
-                    QStringLiteral("It is no longer there. Choose it again in the tile's settings.")));
+                    QStringLiteral(
+                        "It is no longer there. Choose it again in the tile's settings.")));
     }
     return true;
 }

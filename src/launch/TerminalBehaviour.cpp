@@ -4,8 +4,8 @@
 
 namespace tw {
 
-TerminalBehaviour::TerminalBehaviour(Scheduler& scheduler, const Clock& clock,
-                                     const QString& home, QObject* parent)
+TerminalBehaviour::TerminalBehaviour(Scheduler& scheduler, const Clock& clock, const QString& home,
+                                     QObject* parent)
     : TileBehaviour(parent)
     , m_service(scheduler, clock, home) {
     connect(&m_service, &TerminalService::changed, this, &TileBehaviour::changed);
@@ -14,10 +14,10 @@ TerminalBehaviour::TerminalBehaviour(Scheduler& scheduler, const Clock& clock,
 void TerminalBehaviour::setTiles(const QList<BehaviourTile>& tiles) {
     QList<TerminalService::Tile> terminals;
     for (const BehaviourTile& tile : tiles) {
-        terminals.append({tile.instance.id,
-                          TerminalSettings::fromSettings(
-                              tile.instance.settings.value_or(WidgetSettings())),
-                          tile.inView});
+        terminals.append(
+            {tile.instance.id,
+             TerminalSettings::fromSettings(tile.instance.settings.value_or(WidgetSettings())),
+             tile.inView});
     }
     m_service.setTiles(terminals);
 }

@@ -75,14 +75,14 @@ void TerminalService::consider(const QUuid& id, Session& session) {
         start(id, session);
         return;
     }
-    session.next = m_scheduler.singleShot(
-        std::chrono::duration_cast<std::chrono::milliseconds>(due - now),
-        std::chrono::milliseconds(500), this, [this, id] {
-            const auto found = m_sessions.find(id);
-            if (found != m_sessions.end()) {
-                start(id, found->second);
-            }
-        });
+    session.next =
+        m_scheduler.singleShot(std::chrono::duration_cast<std::chrono::milliseconds>(due - now),
+                               std::chrono::milliseconds(500), this, [this, id] {
+                                   const auto found = m_sessions.find(id);
+                                   if (found != m_sessions.end()) {
+                                       start(id, found->second);
+                                   }
+                               });
 }
 
 void TerminalService::start(const QUuid& id, Session& session) {

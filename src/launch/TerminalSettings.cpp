@@ -17,7 +17,8 @@ TerminalSettings TerminalSettings::fromSettings(const WidgetSettings& settings) 
     out.command = settings.value(QStringLiteral("command")).trimmed();
     const int every = number(settings, QStringLiteral("interval"), 60);
     out.every = std::chrono::seconds(every <= 0 ? 0 : std::max(every, fewestSeconds));
-    out.timeout = std::chrono::seconds(std::clamp(number(settings, QStringLiteral("timeout"), 10), 1, 300));
+    out.timeout =
+        std::chrono::seconds(std::clamp(number(settings, QStringLiteral("timeout"), 10), 1, 300));
     out.directory = settings.value(QStringLiteral("directory")).trimmed();
     return out;
 }

@@ -167,8 +167,8 @@ TerminalText TerminalText::decode(const QByteArray& bytes) {
                 for (; j < n; ++j) {
                     const char32_t p = text.at(j);
                     if (p >= U'0' && p <= U'9') {
-                        value = std::min(std::max(value, 0) * 10 + static_cast<int>(p - U'0'),
-                                         99999);
+                        value =
+                            std::min(std::max(value, 0) * 10 + static_cast<int>(p - U'0'), 99999);
                     } else if (p == U';' || p == U':') {
                         parameters << std::max(value, 0);
                         value = -1;

@@ -21,8 +21,7 @@ ToolboxBehaviour::ToolboxBehaviour(SystemActions& actions, Scheduler& scheduler,
 
 const QList<SystemAction>& ToolboxBehaviour::all() {
     static const QList<SystemAction> actions{SystemAction::lockScreen, SystemAction::displayOff,
-                                             SystemAction::screenshot,
-                                             SystemAction::doNotDisturb};
+                                             SystemAction::screenshot, SystemAction::doNotDisturb};
     return actions;
 }
 
@@ -76,7 +75,8 @@ bool ToolboxBehaviour::press(const WidgetInstance& tile, const QString& command)
         Q_EMIT changed(QUuid());
     };
     if (*action == SystemAction::displayOff) {
-        m_pending = m_scheduler.singleShot(displayOffDelay, std::chrono::milliseconds(50), this, run);
+        m_pending =
+            m_scheduler.singleShot(displayOffDelay, std::chrono::milliseconds(50), this, run);
     } else {
         run();
     }

@@ -1817,6 +1817,50 @@ class CalculatorTileTest(HostCase):
         self.screenshot("calculator-typed.png")
 
 
+class LauncherTilesTest(HostCase):
+    """A click on a shortcut tile starts its command, its words as they were quoted and never
+    through a shell; a terminal tile runs its command again and again while it is in view."""
+
+    panel_count = 2
+
+    def before_launch(self):
+        self.out = tempfile.mkdtemp(prefix="tw-e2e-launch-")
+        tiles = [
+            {"id": "D0000000-0000-4000-8000-000000000031", "kind": "shortcut", "size": "small",
+             "order": 0, "page": 0, "col": 0, "row": 0, "posX": 300, "posY": 700,
+             "settings": {"type": "command",
+                          "command": "touch '%s/clicked; not a shell'" % self.out}},
+            {"id": "D0000000-0000-4000-8000-000000000032", "kind": "terminal", "size": "wide",
+             "order": 1, "page": 0, "col": 1, "row": 0, "posX": 500, "posY": 700,
+             "settings": {"command": "sh -c 'echo run >> %s/runs'" % self.out,
+                          "interval": "2"}},
+        ]
+        with open(os.path.join(self.data_dir, "grid.json"), "w", encoding="utf-8") as f:
+            json.dump({"instances": tiles, "pageCount": 1}, f)
+
+    def tearDown(self):
+        super().tearDown()
+        shutil.rmtree(self.out, ignore_errors=True)
+
+    def runs(self):
+        try:
+            with open(os.path.join(self.out, "runs"), encoding="utf-8") as f:
+                return len(f.read().split())
+        except OSError:
+            return 0
+
+    def test_a_click_starts_the_command_and_the_terminal_runs_in_view(self):
+        self.assertTrue(self.session.wait_for(lambda: self.runs() >= 2, timeout=20),
+                        "the terminal tile did not run its command again")
+        self.screenshot("launcher-tiles.png")
+        shortcut = self.by_kind("shortcut")
+        self.session.xdotool("mousemove", "--sync", *centre(self.panel_of(shortcut)))
+        self.session.xdotool("click", 1)
+        self.settle(lambda: os.path.exists(os.path.join(self.out, "clicked; not a shell")),
+                    "the click on the shortcut did not start its command")
+        self.assertFalse(os.path.exists(os.path.join(self.out, "clicked")),
+                         "the command went through a shell")
+
 
 class PageServer(http.server.ThreadingHTTPServer):
     """Two pages on loopback: a red one that is a link to a blue one."""

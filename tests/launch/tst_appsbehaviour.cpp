@@ -36,8 +36,10 @@ class TestAppsBehaviour : public QObject {
 private Q_SLOTS:
     void init() {
         m_directory = std::make_unique<PlainAppDirectory>();
-        m_directory->install({QStringLiteral("org.example.Files"), QStringLiteral("Files"),
-                              QStringLiteral("system-file-manager"), {}},
+        m_directory->install({QStringLiteral("org.example.Files"),
+                              QStringLiteral("Files"),
+                              QStringLiteral("system-file-manager"),
+                              {}},
                              QStringLiteral("/icons/files.png"));
         m_directory->install({QStringLiteral("term"), QStringLiteral("Terminal"), QString(), {}});
         m_directory->install({QStringLiteral("editor"), QStringLiteral("Editor"), QString(), {}});
@@ -57,8 +59,10 @@ private Q_SLOTS:
         const QUuid b = QUuid::createUuid();
         QSignalSpy changed(&apps, &TileBehaviour::changed);
         apps.setTiles({tile(a, QString()), tile(b, QStringLiteral("editor;gone.app"))});
-        QCOMPARE(names(apps.entries(a)), (QStringList{QStringLiteral("Files*"), QStringLiteral("Terminal")}));
-        QCOMPARE(names(apps.entries(b)), (QStringList{QStringLiteral("Editor"), QStringLiteral("gone.app?")}));
+        QCOMPARE(names(apps.entries(a)),
+                 (QStringList{QStringLiteral("Files*"), QStringLiteral("Terminal")}));
+        QCOMPARE(names(apps.entries(b)),
+                 (QStringList{QStringLiteral("Editor"), QStringLiteral("gone.app?")}));
         QCOMPARE(changed.count(), 2);
         // Unchanged settings are not looked up or drawn again.
         apps.setTiles({tile(a, QString()), tile(b, QStringLiteral("editor;gone.app"))});
@@ -74,11 +78,13 @@ private Q_SLOTS:
         apps.setTiles({shown});
         QVERIFY(!apps.press(shown.instance, QString()));
         QVERIFY(apps.press(shown.instance, AppsBehaviour::commandFor(QStringLiteral("editor"))));
-        QCOMPARE(m_workspace->requests(), QStringList{QStringLiteral("application /apps/editor.desktop")});
+        QCOMPARE(m_workspace->requests(),
+                 QStringList{QStringLiteral("application /apps/editor.desktop")});
         QVERIFY(m_notifications.shown().isEmpty());
         QVERIFY(apps.press(shown.instance, AppsBehaviour::commandFor(QStringLiteral("gone.app"))));
         QCOMPARE(m_notifications.shown().size(), 1);
-        QVERIFY(m_notifications.shown().first().body.contains(QStringLiteral("no longer installed")));
+        QVERIFY(
+            m_notifications.shown().first().body.contains(QStringLiteral("no longer installed")));
     }
 
 private:

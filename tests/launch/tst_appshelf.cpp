@@ -33,8 +33,9 @@ private Q_SLOTS:
     void search_data() {
         QTest::addColumn<QString>("query");
         QTest::addColumn<QString>("found");
-        row("everything in order", "", "org.gnome.Calculator org.gnome.Calendar firefox-esr "
-                                       "org.gnome.Screenshot mpv vlc org.example.Mediathek");
+        row("everything in order", "",
+            "org.gnome.Calculator org.gnome.Calendar firefox-esr "
+            "org.gnome.Screenshot mpv vlc org.example.Mediathek");
         row("a start of the name", "cal", "org.gnome.Calculator org.gnome.Calendar");
         row("case and accents ignored", "ECRAN", "org.gnome.Screenshot");
         row("a name's start, then a word's", "media", "org.example.Mediathek mpv vlc");
@@ -57,8 +58,10 @@ private Q_SLOTS:
     void settingRoundTrip_data() {
         QTest::addColumn<QString>("stored");
         QTest::addColumn<QStringList>("ids");
-        row("in the person's order", "b;a;c", QStringList{QStringLiteral("b"), QStringLiteral("a"), QStringLiteral("c")});
-        row("blanks and repeats left out", " a ;;b;a; ", QStringList{QStringLiteral("a"), QStringLiteral("b")});
+        row("in the person's order", "b;a;c",
+            QStringList{QStringLiteral("b"), QStringLiteral("a"), QStringLiteral("c")});
+        row("blanks and repeats left out", " a ;;b;a; ",
+            QStringList{QStringLiteral("a"), QStringLiteral("b")});
         row("none", "", QStringList());
     }
     void settingRoundTrip() {
@@ -66,7 +69,9 @@ private Q_SLOTS:
         QFETCH(QStringList, ids);
         QCOMPARE(AppShelf::read({{AppShelf::key(), stored}}), ids);
         QCOMPARE(AppShelf::read({{AppShelf::key(), AppShelf::write(ids)}}), ids);
-        QCOMPARE(AppShelf::toggled(AppShelf::toggled(ids, QStringLiteral("z")), QStringLiteral("z")), ids);
+        QCOMPARE(
+            AppShelf::toggled(AppShelf::toggled(ids, QStringLiteral("z")), QStringLiteral("z")),
+            ids);
     }
 };
 

@@ -21,13 +21,15 @@ private Q_SLOTS:
         };
         row("plain words", "df -h  /", words({"df", "-h", "/"}));
         row("tabs and line ends separate", "ls\t-l\n/tmp", words({"ls", "-l", "/tmp"}));
-        row("single quotes are literal", "echo 'a \"b\" \\n $x'", words({"echo", "a \"b\" \\n $x"}));
+        row("single quotes are literal", "echo 'a \"b\" \\n $x'",
+            words({"echo", "a \"b\" \\n $x"}));
         row("double quotes take four escapes", "echo \"a \\\"b\\\" \\$x \\n\"",
             words({"echo", "a \"b\" $x \\n"}));
         row("quotes join a word", "echo ab'c d'\"e\"", words({"echo", "abc de"}));
         row("an empty quoted argument stays", "printf '' x", words({"printf", "", "x"}));
         row("backslash keeps a space", "cat my\\ file", words({"cat", "my file"}));
-        row("home at a word's start", "ls ~ ~/bin a~b '~'", words({"ls", "/home/p", "/home/p/bin", "a~b", "~"}));
+        row("home at a word's start", "ls ~ ~/bin a~b '~'",
+            words({"ls", "/home/p", "/home/p/bin", "a~b", "~"}));
         row("operators inside quotes are words", "sh -c 'ls | wc -l; echo $HOME'",
             words({"sh", "-c", "ls | wc -l; echo $HOME"}));
         row("a pipe is refused", "ls | wc", QStringList());

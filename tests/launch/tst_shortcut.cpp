@@ -34,7 +34,8 @@ private Q_SLOTS:
         row("a file that is gone", "file", "~/missing.txt", "missing.txt", "", false);
         row("a command, never a shell", "command", "touch ran 'with space'", "touch", "", true);
         row("a command that needs a shell", "command", "ls > out", "ls > out", "", false);
-        row("a program that is not there", "command", "no-such-program-of-tarnwick", "no-such-program-of-tarnwick", "", false);
+        row("a program that is not there", "command", "no-such-program-of-tarnwick",
+            "no-such-program-of-tarnwick", "", false);
         row("nothing chosen", "url", "", "", "", false);
     }
     void open() {
@@ -48,11 +49,16 @@ private Q_SLOTS:
         NullWorkspace workspace;
         workspace.addApplication(QStringLiteral("org.example.Editor"), QStringLiteral("Editor"),
                                  QStringLiteral("/apps/editor.desktop"));
-        const Shortcut shortcut = Shortcut::fromSettings({{QStringLiteral("type"), type},
-                                                          {type, target},
-                                                          // Another type's target is not read.
-                                                          {QStringLiteral("url"), type == QLatin1String("url") ? target : QStringLiteral("x.org")}});
-        QCOMPARE(shortcut.title(workspace.applicationForIdentifier(target) ? QStringLiteral("Editor") : QString()), title);
+        const Shortcut shortcut = Shortcut::fromSettings(
+            {{QStringLiteral("type"), type},
+             {type, target},
+             // Another type's target is not read.
+             {QStringLiteral("url"),
+              type == QLatin1String("url") ? target : QStringLiteral("x.org")}});
+        QCOMPARE(shortcut.title(workspace.applicationForIdentifier(target)
+                                    ? QStringLiteral("Editor")
+                                    : QString()),
+                 title);
         QCOMPARE(shortcut.open(workspace, m_home.path()).isSuccess(), opened);
         QCOMPARE(workspace.requests().join(QLatin1Char('|')),
                  QString(request).replace(QStringLiteral("%h"), m_home.path()));

@@ -69,8 +69,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("lastLine");
         QTest::addColumn<qsizetype>("lines");
         row("output shown", "printf 'one\\ntwo\\n'", 0, Outcome::exited, 0, "two", qsizetype(2));
-        row("stderr merged, exit code kept", "sh -c 'echo oops >&2; exit 3'", 0, Outcome::exited,
-            3, "oops", qsizetype(1));
+        row("stderr merged, exit code kept", "sh -c 'echo oops >&2; exit 3'", 0, Outcome::exited, 3,
+            "oops", qsizetype(1));
         row("a hang ends at the time-out", "sleep 30", 5, Outcome::timedOut, 0, "", qsizetype(0));
         row("a flood ends at the cap", "yes", 0, Outcome::capped, 0, "y",
             qsizetype(TerminalService::outputCap / 2));
@@ -128,7 +128,8 @@ private Q_SLOTS:
         QVERIFY(rig.waitEnded());
         rig.service.runNow(rig.id);
         const QString pidFile = rig.home.filePath(QStringLiteral("pid"));
-        rig.show(QStringLiteral("sh -c 'echo $$ > ") + pidFile + QStringLiteral("; exec sleep 30'"));
+        rig.show(QStringLiteral("sh -c 'echo $$ > ") + pidFile +
+                 QStringLiteral("; exec sleep 30'"));
         QVERIFY(rig.state().running);
         QVERIFY(!rig.state().outcome); // a new command starts afresh
         QTest::qWait(100);
@@ -169,7 +170,8 @@ private Q_SLOTS:
                                     {QStringLiteral("directory"), QStringLiteral("~/sub")}}),
                                true}});
         QVERIFY(rig.waitEnded());
-        QCOMPARE(rig.state().text.plain(), QDir(rig.home.filePath(QStringLiteral("sub"))).canonicalPath());
+        QCOMPARE(rig.state().text.plain(),
+                 QDir(rig.home.filePath(QStringLiteral("sub"))).canonicalPath());
     }
 };
 

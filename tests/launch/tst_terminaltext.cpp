@@ -51,16 +51,21 @@ private Q_SLOTS:
         row("backgrounds are skipped", QByteArray("\x1b[48;5;1;32mx\x1b[48;2;1;2;3mz\n"),
             lines({"[p2]xz"}));
         row("bold off and default colour", QByteArray("\x1b[1;33mA\x1b[22mB\x1b[39mC\n"),
-            lines({"[bp3]A[p3]B" "C"}));
+            lines({"[bp3]A[p3]B"
+                   "C"}));
         row("a progress bar overwrites itself", QByteArray("10%\r50%\r100%\n"), lines({"100%"}));
-        row("return then erase to the end", QByteArray("downloading\rdone\x1b[K\n"), lines({"done"}));
+        row("return then erase to the end", QByteArray("downloading\rdone\x1b[K\n"),
+            lines({"done"}));
         row("backspace overwrites", QByteArray("ab\bc\n"), lines({"ac"}));
         row("windows line ends", QByteArray("a\r\nb\r\n"), lines({"a", "b"}));
         row("tabs to every eighth column", QByteArray("a\tb\n12345678\tc\n"),
             lines({"a       b", "12345678        c"}));
         row("cursor moves and titles dropped",
             QByteArray("\x1b]0;title\x07\x1b[2J\x1b[Hx\x1b[?25l\x1b(By\n"), lines({"xy"}));
-        row("other controls dropped", QByteArray("a\x07\x01\x7f" "b\n"), lines({"ab"}));
+        row("other controls dropped",
+            QByteArray("a\x07\x01\x7f"
+                       "b\n"),
+            lines({"ab"}));
         row("invalid UTF-8 is a replacement", QByteArray("caf\xc3\xa9 \xff\n"),
             lines({"café \xef\xbf\xbd"}));
         row("a cut escape at the end", QByteArray("ok\x1b["), lines({"ok"}));

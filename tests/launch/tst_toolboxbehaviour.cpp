@@ -40,8 +40,9 @@ private Q_SLOTS:
             QCOMPARE(ToolboxBehaviour::actionOf(ToolboxBehaviour::commandOf(action)), action);
             QVERIFY(toolbox.press({}, ToolboxBehaviour::commandOf(action)));
         }
-        QCOMPARE(actions.runs(), (QList<SystemAction>{SystemAction::lockScreen, SystemAction::screenshot,
-                                                      SystemAction::doNotDisturb}));
+        QCOMPARE(actions.runs(),
+                 (QList<SystemAction>{SystemAction::lockScreen, SystemAction::screenshot,
+                                      SystemAction::doNotDisturb}));
         QVERIFY(toolbox.doNotDisturb());
         scheduler.advance(ToolboxBehaviour::displayOffDelay);
         QCOMPARE(actions.runs().last(), SystemAction::displayOff);

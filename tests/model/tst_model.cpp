@@ -153,6 +153,8 @@ private:
             case tw::WidgetOption::Type::text:
             case tw::WidgetOption::Type::date:
             case tw::WidgetOption::Type::folder:
+            case tw::WidgetOption::Type::app:
+            case tw::WidgetOption::Type::apps:
                 QVERIFY2(values.isEmpty(), qPrintable(where));
                 break;
             case tw::WidgetOption::Type::quote:

@@ -36,7 +36,9 @@ private Q_SLOTS:
         QVERIFY(m_data.isValid());
         qputenv("XDG_DATA_HOME", m_data.filePath(QStringLiteral("home")).toUtf8());
         qputenv("XDG_DATA_DIRS", m_data.filePath(QStringLiteral("system")).toUtf8());
-        qputenv("PATH", (m_data.filePath(QStringLiteral("bin")) + QStringLiteral(":/usr/bin:/bin")).toUtf8());
+        qputenv(
+            "PATH",
+            (m_data.filePath(QStringLiteral("bin")) + QStringLiteral(":/usr/bin:/bin")).toUtf8());
         QVERIFY(QDir(m_data.path()).mkpath(QStringLiteral("system/applications")));
         QVERIFY(QDir(m_data.path()).mkpath(QStringLiteral("bin")));
     }
@@ -45,8 +47,8 @@ private Q_SLOTS:
         if (!m_bus.skipReason().isEmpty()) {
             QSKIP(qPrintable(m_bus.skipReason()));
         }
-        QVERIFY(m_bus.startService(logind, {QStringLiteral("--session"), QStringLiteral("-t"),
-                                            QStringLiteral("logind")}));
+        QVERIFY(m_bus.startService(
+            logind, {QStringLiteral("--session"), QStringLiteral("-t"), QStringLiteral("logind")}));
         QCOMPARE(SessionBusMock::mockCall(logind, QStringLiteral("/org/freedesktop/login1"),
                                           QStringLiteral("AddSession"),
                                           {QStringLiteral("c7"), QStringLiteral("seat0"), 1000U,
@@ -72,7 +74,8 @@ private Q_SLOTS:
         QVERIFY(!elsewhere.offers(SystemAction::doNotDisturb));
         QVERIFY(!elsewhere.run(SystemAction::doNotDisturb).isSuccess());
 
-        LinuxSystemActions gnome(session(QString(), {QStringLiteral("ubuntu"), QStringLiteral("GNOME")}));
+        LinuxSystemActions gnome(
+            session(QString(), {QStringLiteral("ubuntu"), QStringLiteral("GNOME")}));
         if (!gnome.offers(SystemAction::doNotDisturb)) {
             QSKIP("GNOME's notification settings schema is not installed");
         }
@@ -90,15 +93,17 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("entry");
         QTest::addColumn<bool>("offered");
         QTest::addColumn<QString>("made");
-        QTest::newRow("a known program") << "org.gnome.Screenshot.desktop"
-                                         << QByteArray("Name=Shots\nExec=touch %1/known\n") << true
-                                         << "known";
-        QTest::newRow("any entry that says so") << "grabber.desktop"
-                                                << QByteArray("Name=Grabber\nKeywords=Screenshot;Capture;\nExec=touch %1/keyword %U\n")
-                                                << true << "keyword";
-        QTest::newRow("hidden entries are not offered") << "gnome-screenshot.desktop"
-                                                        << QByteArray("Name=Shots\nNoDisplay=false\nHidden=true\nExec=touch %1/x\n")
-                                                        << false << "";
+        QTest::newRow("a known program")
+            << "org.gnome.Screenshot.desktop" << QByteArray("Name=Shots\nExec=touch %1/known\n")
+            << true << "known";
+        QTest::newRow("any entry that says so")
+            << "grabber.desktop"
+            << QByteArray("Name=Grabber\nKeywords=Screenshot;Capture;\nExec=touch %1/keyword %U\n")
+            << true << "keyword";
+        QTest::newRow("hidden entries are not offered")
+            << "gnome-screenshot.desktop"
+            << QByteArray("Name=Shots\nNoDisplay=false\nHidden=true\nExec=touch %1/x\n") << false
+            << "";
     }
     void screenshotByTheDesktopsEntry() {
         QFETCH(QString, file);
@@ -107,9 +112,9 @@ private Q_SLOTS:
         QFETCH(QString, made);
         QTemporaryDir out;
         const QString applications = m_data.filePath(QStringLiteral("system/applications/"));
-        QVERIFY(writeFile(applications + file,
-                          "[Desktop Entry]\nType=Application\n" +
-                              QString::fromUtf8(entry).arg(out.path()).toUtf8()));
+        QVERIFY(
+            writeFile(applications + file, "[Desktop Entry]\nType=Application\n" +
+                                               QString::fromUtf8(entry).arg(out.path()).toUtf8()));
         LinuxSystemActions actions(session());
         QCOMPARE(actions.offers(SystemAction::screenshot), offered);
         if (offered) {
@@ -122,9 +127,12 @@ private Q_SLOTS:
     void displaysOffThroughTheXServer() {
         QTemporaryDir out;
         const QString xset = m_data.filePath(QStringLiteral("bin/xset"));
-        QVERIFY(writeFile(xset, "#!/bin/sh\necho \"$@\" > " + out.filePath(QStringLiteral("args")).toUtf8() + "\n",
+        QVERIFY(writeFile(xset,
+                          "#!/bin/sh\necho \"$@\" > " +
+                              out.filePath(QStringLiteral("args")).toUtf8() + "\n",
                           QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
-        QVERIFY(!LinuxSystemActions(session(QString(), {}, QString())).offers(SystemAction::displayOff));
+        QVERIFY(!LinuxSystemActions(session(QString(), {}, QString()))
+                     .offers(SystemAction::displayOff));
         LinuxSystemActions actions(session(QString(), {}, QStringLiteral(":42")));
         QVERIFY(actions.offers(SystemAction::displayOff));
         QVERIFY(actions.run(SystemAction::displayOff).isSuccess());
@@ -140,9 +148,8 @@ Q_SIGNALS:
 
 private:
     // No logind unless one is asked for: the private bus has none.
-    static LinuxSystemActions::Session session(const QString& id = {},
-                                               const QStringList& desktops = {},
-                                               const QString& display = {}) {
+    static LinuxSystemActions::Session
+    session(const QString& id = {}, const QStringList& desktops = {}, const QString& display = {}) {
         return {.logind = id.isEmpty() ? QDBusConnection(QStringLiteral("none"))
                                        : QDBusConnection::sessionBus(),
                 .sessionId = id,

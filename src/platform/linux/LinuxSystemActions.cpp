@@ -44,7 +44,8 @@ bool keepsGnomeBanners(const QStringList& desktops) {
 _GSettings* notificationSettings() {
     GSettingsSchemaSource* source = g_settings_schema_source_get_default();
     GSettingsSchema* schema =
-        source == nullptr ? nullptr : g_settings_schema_source_lookup(source, notificationsSchema, TRUE);
+        source == nullptr ? nullptr
+                          : g_settings_schema_source_lookup(source, notificationsSchema, TRUE);
     if (schema == nullptr) {
         return nullptr;
     }
@@ -118,13 +119,12 @@ void LinuxSystemActions::findSession() {
     if (!m_session.logind.isConnected()) {
         return;
     }
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        loginService, loginPath, loginManager,
-        m_session.sessionId.isEmpty() ? QStringLiteral("GetSessionByPID")
-                                      : QStringLiteral("GetSession"));
-    call.setArguments(m_session.sessionId.isEmpty()
-                          ? QVariantList{static_cast<quint32>(::getpid())}
-                          : QVariantList{m_session.sessionId});
+    QDBusMessage call = QDBusMessage::createMethodCall(loginService, loginPath, loginManager,
+                                                       m_session.sessionId.isEmpty()
+                                                           ? QStringLiteral("GetSessionByPID")
+                                                           : QStringLiteral("GetSession"));
+    call.setArguments(m_session.sessionId.isEmpty() ? QVariantList{static_cast<quint32>(::getpid())}
+                                                    : QVariantList{m_session.sessionId});
     auto* watcher =
         new QDBusPendingCallWatcher(m_session.logind.asyncCall(call, callTimeout), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* w) {
@@ -202,8 +202,8 @@ LaunchResult LinuxSystemActions::run(SystemAction action) {
         return startDetached({QStringLiteral("xdg-screensaver"), QStringLiteral("lock")});
     }
     case SystemAction::displayOff:
-        return startDetached({QStringLiteral("xset"), QStringLiteral("-display"),
-                              m_session.display, QStringLiteral("dpms"), QStringLiteral("force"),
+        return startDetached({QStringLiteral("xset"), QStringLiteral("-display"), m_session.display,
+                              QStringLiteral("dpms"), QStringLiteral("force"),
                               QStringLiteral("off")});
     case SystemAction::screenshot:
         return startDetached(*screenshotCommand());
