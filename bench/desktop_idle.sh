@@ -18,13 +18,16 @@
 #               its helper and the web engine's processes are counted as "kids" (their processor
 #               time in the window and their PSS), and the host's own figures against the first
 #               desktop's
+#   workspace — one tile of each workspace and tool kind (notes, quotes, photos, apps, shortcut,
+#               clipboard, drop zone, folder, trash, calculator, converter, password generator,
+#               toolbox, terminal) at its default size; the terminal runs `uptime` every minute
 #   hidden    — no panel and the configuration window closed: the tick must not exist
 #   many300, many1000 — 300 and 1,000 tiles, more than the screen holds: how start-up scales
 # Per run: processor time (all threads, from schedstat) of the program and of the X server as % of
 # one core over the window, RSS and PSS at its end, exec to the first window on screen, and
 # voluntary context switches per second summed over all threads. Then min, median and max of each
 # figure per case, and the median of program plus X server against the reference's; for glass,
-# liquid, readings and weather also their median processor time, both and wake-ups against the
+# liquid, readings, weather and workspace also their median processor time, both and wake-ups against the
 # first desktop's (desk too). Every case's weather services answer from loopback.
 #
 #   bench/desktop_idle.sh [BINARY]      (default build-release/tarnwick, else build/tarnwick)
@@ -153,6 +156,32 @@ json.dump({"instances": instances, "pageCount": 1}, open(sys.argv[1], "w"))
 EOF
 }
 
+# One tile of each workspace and tool kind, at its default size, in rows from the top-left.
+write_workspace() {
+  python3 - "$1/grid.json" "$1/pictures" <<'EOF'
+import json, os, sys, uuid
+os.makedirs(sys.argv[2], exist_ok=True)
+tiles = [("stickynote", "small", {}), ("quote", "wide", {}),
+         ("photos", "large", {"folder": sys.argv[2]}), ("apps", "large", {}),
+         ("shortcut", "small", {"type": "url", "url": "example.org"}), ("clipboard", "large", {}),
+         ("dropzone", "small", {}), ("folder", "large", {}), ("trash", "small", {}),
+         ("calculator", "large", {}), ("unitconverter", "wide", {}),
+         ("passwordgenerator", "wide", {}), ("toolbox", "wide", {}),
+         ("terminal", "large", {"command": "uptime", "interval": "60"})]
+instances = []
+x, y = 40, 1040
+for n, (kind, size, settings) in enumerate(tiles):
+    width = {"small": 96, "wide": 204, "large": 204}[size]
+    if x + width > 1880:
+        x, y = 40, y - 240
+    instances.append({"id": str(uuid.uuid4()).upper(), "kind": kind, "size": size, "order": n,
+                      "page": 0, "col": -1, "row": -1, "posX": x, "posY": y,
+                      "settings": settings})
+    x += width + 36
+json.dump({"instances": instances, "pageCount": 1}, open(sys.argv[1], "w"))
+EOF
+}
+
 # The first desktop's three tiles with a stopwatch started a minute ago and a music tile beside.
 write_desk() {
   python3 - "$1/grid.json" <<'EOF'
@@ -236,6 +265,7 @@ one_run() {
     many1000) write_tiles "$data" 1000 ;;
     desk) write_desk "$data" ;;
     web) write_web "$data" ;;
+    workspace) write_workspace "$data" ;;
   esac
   local desktop=""
   if [[ "$case" == glass || "$case" == liquid ]]; then
@@ -343,7 +373,7 @@ summary() {
       'BEGIN { if (b > 0) printf "%s both/reference=%.2f\n", c, a / b }'
   fi
   if [[ "$case" == glass || "$case" == liquid || "$case" == readings || "$case" == weather ||
-        "$case" == desk || "$case" == web ]]; then
+        "$case" == desk || "$case" == web || "$case" == workspace ]]; then
     for key in cpu both vcsw pss; do
       mine="$(median_of "$case" "$key")"; theirs="$(median_of first "$key")"
       [[ -n "$mine" && -n "$theirs" ]] || continue
