@@ -5,6 +5,7 @@
 #include "platform/AppDirectory.h"
 #include "platform/BluetoothSource.h"
 #include "platform/CalendarStore.h"
+#include "platform/Clipboard.h"
 #include "platform/ColorSchemeWatcher.h"
 #include "platform/DesktopPicture.h"
 #include "platform/DesktopPictureSetter.h"
@@ -69,6 +70,8 @@ struct PlatformServices {
     std::unique_ptr<SoundPlayer> sounds;
     // Where the pointer is, for tiles that look at it.
     std::unique_ptr<PointerPosition> pointer;
+    // The desktop's clipboard, for the clipboard tile's history and copying notes.
+    std::unique_ptr<Clipboard> clipboard;
 
     // The desktop host's services, every one set; needs the running QApplication.
     static PlatformServices make();

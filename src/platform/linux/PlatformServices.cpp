@@ -2,6 +2,7 @@
 
 #include "platform/linux/BluezBluetoothSource.h"
 #include "platform/linux/CanberraSoundPlayer.h"
+#include "platform/linux/QtClipboard.h"
 #include "platform/linux/DisplayProbe.h"
 #include "platform/linux/FreedesktopNotifications.h"
 #include "platform/linux/GeoClueLocationSource.h"
@@ -48,6 +49,7 @@ PlatformServices PlatformServices::make() {
     PlatformServices services = makeReadingSources();
     services.displays = std::make_unique<QtDisplays>();
     services.windowing = X11DesktopWindowing::create();
+    services.clipboard = std::make_unique<QtClipboard>();
     services.foreground = X11ForegroundApplication::create();
     services.workspace = std::make_unique<LinuxWorkspace>();
     services.notifications = std::make_unique<FreedesktopNotifications>();
