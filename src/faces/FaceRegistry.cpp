@@ -36,6 +36,7 @@
 #include "faces/SmartHomeFace.h"
 #include "faces/SpeedTestFace.h"
 #include "faces/StarfieldFace.h"
+#include "faces/StickyNoteFace.h"
 #include "faces/StocksFace.h"
 #include "faces/StopwatchFace.h"
 #include "faces/SystemFace.h"
@@ -104,6 +105,7 @@ FaceRegistry::FaceRegistry()
     add(QStringLiteral("shortcut"), std::make_unique<ShortcutFace>());
     add(QStringLiteral("toolbox"), std::make_unique<ToolboxFace>());
     add(QStringLiteral("terminal"), std::make_unique<TerminalFace>());
+    add(QStringLiteral("stickynote"), std::make_unique<StickyNoteFace>());
 }
 
 FaceRegistry::~FaceRegistry() = default;
