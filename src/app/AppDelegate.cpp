@@ -67,6 +67,7 @@
 #include "updates/UpdateService.h"
 #include "updates/WhatsNew.h"
 #include "weather/WeatherServices.h"
+#include "workspace/WorkspaceTiles.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -322,6 +323,14 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
                                                  m_clocks.system,
                                                  [] { return qGuiApp->devicePixelRatio(); });
     m_behaviours.add(QStringLiteral("mirror"), m_mirror.get());
+    m_workspaceTiles = std::make_unique<WorkspaceTiles>(WorkspaceTiles::Services{
+        .grid = *m_grid,
+        .clock = m_clocks.system,
+        .scheduler = *m_scheduler,
+        .clipboard = m_platform.clipboard.get(),
+        .directory = AppPaths::appSupportDir(),
+    });
+    m_workspaceTiles->addTo(m_behaviours);
     // 6. The update check: at start and daily while automatic checks are on.
     m_updates = std::make_unique<UpdateService>(UpdateService::Services{
         .http = *m_http,

@@ -38,6 +38,7 @@ class CalendarSetup;
 class SpeedTestService;
 class ConnectedTiles;
 class ToolBehaviours;
+class WorkspaceTiles;
 class CalendarSubscriptions;
 class CalendarWatcher;
 class ConfigWindow;
@@ -205,6 +206,7 @@ private:
     std::unique_ptr<ShortcutBehaviour> m_shortcuts;
     std::unique_ptr<ToolboxBehaviour> m_toolbox;
     std::unique_ptr<TerminalBehaviour> m_terminals;
+    std::unique_ptr<WorkspaceTiles> m_workspaceTiles;
     // The behaviours of kinds with state of their own, all added before the desktop, which
     // connects to each when it is made.
     TileBehaviours m_behaviours;

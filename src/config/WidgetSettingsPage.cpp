@@ -10,6 +10,7 @@
 #include "config/ConfigContext.h"
 #include "config/FolderField.h"
 #include "config/GitHubTokenField.h"
+#include "config/LinesField.h"
 #include "config/PlaceField.h"
 #include "config/QuoteField.h"
 #include "config/SettingsCard.h"
@@ -225,6 +226,13 @@ void WidgetSettingsPage::addOptions(const QString& kind) {
             connect(field, &QLineEdit::editingFinished, this,
                     [this, field, key = option.key] { setOption(key, field->text().trimmed()); });
             control = field;
+            break;
+        }
+        case WidgetOption::Type::lines: {
+            auto* lines = new LinesField();
+            connect(lines, &LinesField::editingFinished, this,
+                    [this, key = option.key](const QString& value) { setOption(key, value); });
+            control = lines;
             break;
         }
         case WidgetOption::Type::date: {
@@ -464,6 +472,8 @@ void WidgetSettingsPage::refresh() {
             quote->show(value, settings);
         } else if (auto* folder = qobject_cast<FolderField*>(control)) {
             folder->show(value);
+        } else if (auto* lines = qobject_cast<LinesField*>(control)) {
+            lines->show(value);
         } else if (auto* box = qobject_cast<QComboBox*>(control)) {
             box->setCurrentIndex(std::max(0, box->findData(value)));
         } else if (auto* toggle = qobject_cast<SwitchButton*>(control)) {

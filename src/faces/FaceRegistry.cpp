@@ -9,6 +9,7 @@
 #include "faces/BluetoothFace.h"
 #include "faces/CalculatorFace.h"
 #include "faces/CalendarFace.h"
+#include "faces/ClipboardFace.h"
 #include "faces/ClockFace.h"
 #include "faces/CountdownFace.h"
 #include "faces/CryptoFace.h"
@@ -29,6 +30,7 @@
 #include "faces/PasswordGeneratorFace.h"
 #include "faces/PhotosFace.h"
 #include "faces/PomodoroFace.h"
+#include "faces/QuoteFace.h"
 #include "faces/RemindersFace.h"
 #include "faces/SensorsFace.h"
 #include "faces/ShortcutFace.h"
@@ -106,6 +108,8 @@ FaceRegistry::FaceRegistry()
     add(QStringLiteral("toolbox"), std::make_unique<ToolboxFace>());
     add(QStringLiteral("terminal"), std::make_unique<TerminalFace>());
     add(QStringLiteral("stickynote"), std::make_unique<StickyNoteFace>());
+    add(QStringLiteral("quote"), std::make_unique<QuoteFace>());
+    add(QStringLiteral("clipboard"), std::make_unique<ClipboardFace>());
 }
 
 FaceRegistry::~FaceRegistry() = default;

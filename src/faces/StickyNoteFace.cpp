@@ -4,6 +4,7 @@
 #include "faces/FaceKit.h"
 #include "text/L.h"
 #include "workspace/NoteMarkup.h"
+#include "workspace/StickyNoteBehaviour.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -35,7 +36,17 @@ qreal textSize(const FaceContext& context) {
     const qreal base = size == QLatin1String("small")   ? 12.5
                        : size == QLatin1String("large") ? 18
                                                         : 14.5;
-    return context.size == WidgetSize::small ? std::min(base, 13.0) : base;
+    switch (context.size) {
+    case WidgetSize::small:
+    case WidgetSize::tall:
+        // A column of one cell holds a few words a line only at a small size.
+        return std::min(base, 12.0);
+    case WidgetSize::wideTall:
+    case WidgetSize::huge:
+        return base * 1.2;
+    default:
+        return base;
+    }
 }
 
 QRectF inside(const QRectF& rect, const FaceContext& context) {
@@ -190,15 +201,19 @@ StickyNoteFace::Paper StickyNoteFace::paper(const FaceContext& context) {
 }
 
 NoteView StickyNoteFace::view(const FaceContext& context) {
+    if (const auto* notes = context.behaviour<StickyNoteBehaviour>()) {
+        return notes->view(context.instanceID);
+    }
     NoteView view;
     view.text = context.setting(QStringLiteral("text"));
-    if (view.text.isEmpty() && context.instanceID.isNull()) {
+    if (view.text.isEmpty() && context.behaviours == nullptr) {
         view.text = sample();
     }
     return view;
 }
 
-void StickyNoteFace::paint(QPainter& painter, const QRectF& rect, const FaceContext& context) const {
+void StickyNoteFace::paint(QPainter& painter, const QRectF& rect,
+                           const FaceContext& context) const {
     const Paper colors = paper(context);
     const NoteView note = view(context);
     painter.save();
@@ -252,6 +267,16 @@ void StickyNoteFace::paint(QPainter& painter, const QRectF& rect, const FaceCont
         }
     }
     painter.translate(0, laid.scroll);
+    const Laid& last = laid.lines.back();
+    if (last.origin.y() + last.height - laid.scroll > area.bottom() + 1) {
+        // More below than the tile shows: the words fade into the paper.
+        QColor clear = colors.sheet.darker(103);
+        clear.setAlphaF(0);
+        QLinearGradient fade(0, rect.bottom() - 22, 0, rect.bottom() - 4);
+        fade.setColorAt(0, clear);
+        fade.setColorAt(1, colors.sheet.darker(103));
+        painter.fillRect(QRectF(rect.left(), rect.bottom() - 22, rect.width(), 22), fade);
+    }
     if (!note.problem.isEmpty()) {
         const QRectF band(rect.left(), rect.bottom() - 24, rect.width(), 24);
         painter.fillRect(band, QColor(176, 42, 30, 230));
@@ -273,9 +298,9 @@ QString StickyNoteFace::commandAt(const QRectF& rect, QPointF point, const FaceC
             return QStringLiteral("task:%1").arg(i);
         }
         if (at.y() < line.origin.y() + line.height || &line == &laid.lines.back()) {
-            const QTextLine text = line.layout->lineAt(std::clamp(
-                static_cast<int>((at.y() - line.origin.y()) / laid.lineHeight), 0,
-                std::max(0, line.layout->lineCount() - 1)));
+            const QTextLine text = line.layout->lineAt(
+                std::clamp(static_cast<int>((at.y() - line.origin.y()) / laid.lineHeight), 0,
+                           std::max(0, line.layout->lineCount() - 1)));
             const int index = text.isValid() ? text.xToCursor(at.x() - line.origin.x()) : 0;
             const int offset = line.line.noteOffsets.value(index, line.line.end());
             return QStringLiteral("caret:%1").arg(offset);
@@ -284,8 +309,11 @@ QString StickyNoteFace::commandAt(const QRectF& rect, QPointF point, const FaceC
     return QStringLiteral("caret:%1").arg(note.text.size());
 }
 
-WidgetFace::Spot StickyNoteFace::spotAt(const QRectF&, QPointF, const FaceContext&) const {
-    return {};
+WidgetFace::Spot StickyNoteFace::spotAt(const QRectF& rect, QPointF point,
+                                        const FaceContext& context) const {
+    Spot spot;
+    spot.command = commandAt(rect, point, context);
+    return spot;
 }
 
 } // namespace tw

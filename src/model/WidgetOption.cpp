@@ -351,8 +351,9 @@ QList<WidgetOption> passwordOptions() {
               .choices = lengths,
               .defaultValue = QStringLiteral("20")},
              characters),
-        when(toggle("lower", L("option.password.lower", QStringLiteral("Lower case (a–z)")), "true"),
-             characters),
+        when(
+            toggle("lower", L("option.password.lower", QStringLiteral("Lower case (a–z)")), "true"),
+            characters),
         when(toggle("upper", L("option.password.upper", QStringLiteral("Capitals (A–Z)")), "true"),
              characters),
         when(toggle("digits", L("option.password.digits", QStringLiteral("Digits (0–9)")), "true"),
@@ -373,14 +374,16 @@ QList<WidgetOption> passwordOptions() {
         when({.key = QStringLiteral("separator"),
               .title = L("option.password.separator", QStringLiteral("Between words")),
               .type = Type::choice,
-              .choices = {{QStringLiteral("dash"), L("option.separator.dash", QStringLiteral("Dash"))},
-                          {QStringLiteral("space"), L("option.separator.space", QStringLiteral("Space"))},
-                          {QStringLiteral("dot"), L("option.separator.dot", QStringLiteral("Dot"))},
-                          {QStringLiteral("none"), L("option.separator.none", QStringLiteral("Nothing"))}},
+              .choices =
+                  {{QStringLiteral("dash"), L("option.separator.dash", QStringLiteral("Dash"))},
+                   {QStringLiteral("space"), L("option.separator.space", QStringLiteral("Space"))},
+                   {QStringLiteral("dot"), L("option.separator.dot", QStringLiteral("Dot"))},
+                   {QStringLiteral("none"), L("option.separator.none", QStringLiteral("Nothing"))}},
               .defaultValue = QStringLiteral("dash")},
              inWords),
         when(toggle("capitalize",
-                    L("option.password.capitalize", QStringLiteral("Capitalise each word")), "false"),
+                    L("option.password.capitalize", QStringLiteral("Capitalise each word")),
+                    "false"),
              inWords)};
 }
 
@@ -569,6 +572,63 @@ QList<WidgetOption> webOptions() {
              .type = Type::choice,
              .choices = zoom,
              .defaultValue = QStringLiteral("100")}};
+// The paper's colour and the size of the writing.
+QList<WidgetOption> stickyNoteOptions() {
+    return {{.key = QStringLiteral("paper"),
+             .title = L("option.paper", QStringLiteral("Paper")),
+             .type = Type::choice,
+             .choices = {pick("yellow", "option.paper.yellow", "Yellow"),
+                         pick("pink", "option.paper.pink", "Pink"),
+                         pick("blue", "option.paper.blue", "Blue"),
+                         pick("green", "option.paper.green", "Green"),
+                         pick("lilac", "option.paper.lilac", "Lilac"),
+                         pick("grey", "option.paper.grey", "Grey")},
+             .defaultValue = QStringLiteral("yellow")},
+            {.key = QStringLiteral("textSize"),
+             .title = L("option.textSize", QStringLiteral("Writing")),
+             .type = Type::choice,
+             .choices = {pick("small", "option.textSize.small", "Small"),
+                         pick("medium", "option.textSize.medium", "Medium"),
+                         pick("large", "option.textSize.large", "Large")},
+             .defaultValue = QStringLiteral("medium")}};
+}
+
+// Where the quotes come from; one's own are one a line, the author after a dash.
+QList<WidgetOption> quoteOptions() {
+    return {
+        {.key = QStringLiteral("source"),
+         .title = L("option.quoteSource", QStringLiteral("Quotes")),
+         .type = Type::choice,
+         .choices = {pick("shipped", "option.quoteSource.shipped", "The collection"),
+                     pick("own", "option.quoteSource.own", "My own"),
+                     pick("both", "option.quoteSource.both", "Both")},
+         .defaultValue = QStringLiteral("shipped")},
+        {.key = QStringLiteral("own"),
+         .title = L("option.ownQuotes", QStringLiteral("My quotes (one a line: words — author)")),
+         .type = Type::lines,
+         .choices = {},
+         .defaultValue = QString(),
+         .activeWhen = WidgetOption::Condition{QStringLiteral("source"), QStringLiteral("own")}},
+        {.key = QStringLiteral("style"),
+         .title = L("option.quoteStyle", QStringLiteral("Type")),
+         .type = Type::choice,
+         .choices = {pick("serif", "option.quoteStyle.serif", "Book"),
+                     pick("sans", "option.quoteStyle.sans", "Plain")},
+         .defaultValue = QStringLiteral("serif")}};
+}
+
+// Keeping the history on disk is the person's choice; it is in memory alone otherwise.
+QList<WidgetOption> clipboardOptions() {
+    return {{.key = QStringLiteral("keep"),
+             .title = L("option.clipKeep", QStringLiteral("Keep the history after quitting")),
+             .type = Type::toggle,
+             .choices = {},
+             .defaultValue = QStringLiteral("false")},
+            {.key = QStringLiteral("images"),
+             .title = L("option.clipImages", QStringLiteral("Keep pictures")),
+             .type = Type::toggle,
+             .choices = {},
+             .defaultValue = QStringLiteral("true")}};
 }
 
 WidgetOption folderOption(const char* titleKey, const QString& title) {
@@ -837,6 +897,15 @@ QList<WidgetOption> WidgetOption::of(const QString& kind) {
     }
     if (kind == QLatin1String("currency")) {
         return currencyOptions();
+    }
+    if (kind == QLatin1String("stickynote")) {
+        return stickyNoteOptions();
+    }
+    if (kind == QLatin1String("quote")) {
+        return quoteOptions();
+    }
+    if (kind == QLatin1String("clipboard")) {
+        return clipboardOptions();
     }
     if (kind == QLatin1String("appusage")) {
         return appUsageOptions();

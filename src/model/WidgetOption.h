@@ -19,7 +19,8 @@ struct WidgetOption {
     // default the kind names in `defaultValue`'s place.
     // `app`: one installed application by its desktop-entry id; `apps`: several, in the
     // person's order, separated by ";". Both chosen from those the host finds.
-    enum class Type { choice, toggle, text, date, place, source, quote, folder, app, apps };
+    // `lines`: text of several lines (a list, one item a line).
+    enum class Type { choice, toggle, text, date, place, source, quote, folder, app, apps, lines };
 
     struct Choice {
         QString value;

@@ -110,4 +110,18 @@ qsizetype pick(qsizetype count, const QDate& day, const QUuid& tile, int shift) 
     return order[static_cast<std::size_t>(slot)];
 }
 
+QString pickSetting(const QDate& day, int shift) {
+    return day.toString(Qt::ISODate) + u' ' + QString::number(shift);
+}
+
+int shiftOn(const QString& pick, const QDate& day) {
+    const QStringList parts = pick.split(u' ');
+    if (parts.size() != 2 || QDate::fromString(parts[0], Qt::ISODate) != day) {
+        return 0;
+    }
+    bool ok = false;
+    const int shift = parts[1].toInt(&ok);
+    return ok ? shift : 0;
+}
+
 } // namespace tw::QuoteBook

@@ -32,6 +32,11 @@ QList<Quote> collection(const QString& source, const QString& own);
 // before all the others have been shown. -1 for an empty collection.
 qsizetype pick(qsizetype count, const QDate& day, const QUuid& tile, int shift);
 
+// The "pick" setting of a tile clicked `shift` times on `day`, and the clicks it holds for `day`
+// (none from another day, so that each day starts on its own quote).
+QString pickSetting(const QDate& day, int shift);
+int shiftOn(const QString& pick, const QDate& day);
+
 } // namespace QuoteBook
 
 } // namespace tw

@@ -1182,6 +1182,54 @@ class AppTimeTileTest(HostCase):
         self.assertEqual(saved["names"], {"Xmessage": "Xmessage"})
 
 
+class StickyNoteTest(HostCase):
+    """Typing into a note tile: a click takes the keyboard, the keys land in the note, and a kill
+    in the middle of typing loses nothing that was typed before it."""
+
+    panel_count = 1
+    NOTE = "D0000000-0000-4000-8000-000000000020"
+
+    def before_launch(self):
+        tile = {"id": self.NOTE, "kind": "stickynote", "size": "large", "order": 0, "page": 0,
+                "col": 0, "row": 0, "posX": 300, "posY": 700}
+        with open(os.path.join(self.data_dir, "grid.json"), "w", encoding="utf-8") as f:
+            json.dump({"instances": [tile], "pageCount": 1}, f)
+
+    def note_text(self):
+        """What a start would read: the note's file, then its journal's last whole line."""
+        base = os.path.join(self.data_dir, "notes", self.NOTE.lower())
+        text = None
+        if os.path.exists(base + ".md"):
+            with open(base + ".md", encoding="utf-8") as f:
+                text = f.read()
+        if os.path.exists(base + ".journal"):
+            with open(base + ".journal", encoding="utf-8") as f:
+                for line in f.read().splitlines():
+                    try:
+                        text = json.loads(line)["text"]
+                    except ValueError:
+                        pass
+        return text
+
+    def test_typed_text_survives_a_kill(self):
+        rect = self.panel_of(self.by_kind("stickynote"))
+        self.session.xdotool("mousemove", "--sync", *centre(rect))
+        self.session.xdotool("click", 1)
+        self.session.xdotool("type", "--delay", "40", "- milk")
+        self.session.xdotool("key", "Return")
+        self.session.xdotool("type", "--delay", "40", "eggs")
+        self.settle(lambda: self.note_text() == "- milk\n- eggs", "the keys did not reach the note")
+        # At once, before the pause that rewrites the file: only the journal has the last keys.
+        self.host.process.kill()
+        self.host.process.wait()
+        self.host.launch()
+        self.assertTrue(self.host.wait_for_panels(1), "the host did not come back")
+        path = os.path.join(self.data_dir, "notes", self.NOTE.lower() + ".md")
+        self.settle(lambda: os.path.exists(path) and open(path, encoding="utf-8").read() ==
+                    "- milk\n- eggs", "the note lost what was typed before the kill")
+        self.screenshot("stickynote-after-kill.png")
+
+
 class CustomWidgetFileTest(HostCase):
     """A ".twkwidget" file opened while the host runs, as a file manager's double-click opens it:
     the second start hands it over and ends, and the widget joins the desktop as a tile."""

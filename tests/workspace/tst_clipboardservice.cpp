@@ -2,6 +2,7 @@
 #include "ManualClock.h"
 #include "ManualScheduler.h"
 #include "platform/null/MemoryClipboard.h"
+#include "workspace/ClipboardBehaviour.h"
 #include "workspace/ClipboardService.h"
 
 #include <QDir>
@@ -107,6 +108,37 @@ private Q_SLOTS:
         service.setKeeping(true);
         QVERIFY(service.items().isEmpty());
         QCOMPARE(QDir(dir.path()).entryList({QStringLiteral("*.corrupt")}).size(), 1);
+    }
+
+    // The tiles' settings as the desktop hands them over: watching while one is there, keeping
+    // while one asks, pictures unless one says no; a click copies back or clears.
+    void tilesDriveTheService() {
+        QTemporaryDir dir;
+        test::ManualClock clock;
+        test::ManualScheduler scheduler(&clock);
+        MemoryClipboard clipboard;
+        ClipboardService service(clipboard, clock, scheduler, dir.path());
+        ClipboardBehaviour behaviour(service);
+        WidgetInstance tile;
+        tile.kind = QStringLiteral("clipboard");
+        tile.settings = WidgetSettings{{QStringLiteral("keep"), QStringLiteral("true")},
+                                       {QStringLiteral("images"), QStringLiteral("false")}};
+        behaviour.setTiles({{.instance = tile, .inView = false}});
+        copyImage(clipboard, Qt::red);
+        copyText(clipboard, QStringLiteral("a"));
+        copyText(clipboard, QStringLiteral("b"));
+        QCOMPARE(texts(service), QStringLiteral("b,a"));
+        QVERIFY(behaviour.press(tile, QStringLiteral("copy:1")));
+        QCOMPARE(texts(service), QStringLiteral("a,b"));
+        QVERIFY(!behaviour.press(tile, QStringLiteral("copy:9")));
+        scheduler.advance(std::chrono::seconds(2));
+        QVERIFY(QFile::exists(service.filePath()));
+        QCOMPARE(behaviour.menuItems(tile).size(), 1);
+        QVERIFY(behaviour.press(tile, QStringLiteral("clear")));
+        QVERIFY(service.items().isEmpty());
+        behaviour.setTiles({});
+        copyText(clipboard, QStringLiteral("unseen"));
+        QVERIFY(service.items().isEmpty());
     }
 };
 

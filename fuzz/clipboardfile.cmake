@@ -1,0 +1,1 @@
+tw_add_fuzzer(fuzz_clipboardfile LIBS tw_workspace)

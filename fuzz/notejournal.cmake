@@ -1,0 +1,1 @@
+tw_add_fuzzer(fuzz_notejournal LIBS tw_workspace)

@@ -1,0 +1,1 @@
+tw_add_fuzzer(fuzz_quotelist LIBS tw_workspace)
