@@ -218,9 +218,10 @@ void ClipboardFace::paint(QPainter& painter, const QRectF& rect, const FaceConte
         return;
     }
     const Layout layout = layOut(rect, shown.items.size());
+    // A narrow tile has room for the button alone, unless there is a problem to tell.
     const QString title = !shown.problem.isEmpty() ? shown.problem
                           : rect.width() < 130
-                              ? L("clipboard.titleShort", QStringLiteral("Copied"))
+                              ? QString()
                               : L("clipboard.title", QStringLiteral("Copied lately"));
     FaceKit::drawElided(
         painter, context, layout.header.adjusted(0, 0, -layout.clear.width() - 4, 0), title,
