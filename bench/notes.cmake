@@ -1,0 +1,1 @@
+tw_add_bench(bench_notes LIBS tw_workspace)
