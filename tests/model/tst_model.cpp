@@ -151,6 +151,7 @@ private:
                          qPrintable(where));
                 break;
             case tw::WidgetOption::Type::text:
+            case tw::WidgetOption::Type::lines:
             case tw::WidgetOption::Type::date:
             case tw::WidgetOption::Type::folder:
             case tw::WidgetOption::Type::app:
