@@ -572,6 +572,8 @@ QList<WidgetOption> webOptions() {
              .type = Type::choice,
              .choices = zoom,
              .defaultValue = QStringLiteral("100")}};
+}
+
 // The paper's colour and the size of the writing.
 QList<WidgetOption> stickyNoteOptions() {
     return {{.key = QStringLiteral("paper"),
