@@ -72,7 +72,12 @@ private Q_SLOTS:
         // -1 lines: all that --help prints alone.
         row("-h wins over every mode", "--counts -h", none, none, 0, help, -1, "", 0);
         row("no flag, no display", "", none, none, 1, "", 0, unset, 0);
-        row("unknown flag, no display", "--web example.com", none, none, 1, "", 0, unset, 0);
+        row("unknown flag, no display", "--bogus example.com", none, none, 1, "", 0, unset, 0);
+        // A page without the picture's path falls through to the desktop host.
+        row("--web without its path", "--web example.com", none, none, 1, "", 0,
+            unset + QStringLiteral(
+                        "--web is missing its value and was ignored; see tarnwick --help.\n"),
+            0);
         row("case-sensitive, display that cannot be opened", "--COUNTS", none, bogus, 1, "", 0,
             unopened, 0);
         row("whole arguments only", "--counts=yes -platform xcb", none, bogus, 1, "", 0, unopened,
