@@ -46,7 +46,7 @@ void frame(benchmark::State& state, const QString& kind, WidgetSize size, double
 void loop(benchmark::State& state, AmbientSound sound) {
     for (auto _ : state) {
         benchmark::DoNotOptimize(
-            Soundscape::render(sound, LoopSpec{.sampleRate = 48000, .seconds = 20, .seed = 1}));
+            Soundscape::render(sound, LoopRecipe{.sampleRate = 48000, .seconds = 20, .seed = 1}));
     }
 }
 

@@ -151,7 +151,7 @@ struct QtLoopPlayer::Engine {
         }
         if (loaded != sound) {
             const auto loop = std::make_shared<const std::vector<float>>(Soundscape::render(
-                sound, LoopSpec{.sampleRate = sampleRate, .seconds = 20, .seed = 1}));
+                sound, LoopRecipe{.sampleRate = sampleRate, .seconds = 20, .seed = 1}));
             stream->setLoop(loop);
             loaded = sound;
         }

@@ -81,15 +81,15 @@ private:
     double m_rate;
 };
 
-void rain(std::vector<float>& out, const LoopSpec& spec, qsizetype loop) {
-    const double rate = spec.sampleRate;
-    PinkNoise hissSource(spec.seed);
-    BrownNoise rumbleSource(spec.seed * 7 + 3);
+void rain(std::vector<float>& out, const LoopRecipe& recipe, qsizetype loop) {
+    const double rate = recipe.sampleRate;
+    PinkNoise hissSource(recipe.seed);
+    BrownNoise rumbleSource(recipe.seed * 7 + 3);
     Biquad hissLow = Biquad::highPass(500, 0.7, rate);
     Biquad hissHigh = Biquad::lowPass(std::min(9000.0, rate * 0.45), 0.7, rate);
     Biquad rumbleFilter = Biquad::lowPass(250, 0.7, rate);
-    Rings drops(spec.seed * 13 + 5);
-    Events when(spec.seed * 31 + 11, rate);
+    Rings drops(recipe.seed * 13 + 5);
+    Events when(recipe.seed * 31 + 11, rate);
     for (qsizetype i = 0; i < qsizetype(out.size()); ++i) {
         // The shower swells and eases twice a loop, so the loop does not sound like one.
         const double t = double(i % loop) / double(loop);
@@ -118,11 +118,11 @@ double swell(double phase) {
     return 0.12 + (0.5 + 0.4 * std::exp(-after * 40)) * std::exp(-after * 3.2);
 }
 
-void waves(std::vector<float>& out, const LoopSpec& spec, qsizetype loop) {
-    const double rate = spec.sampleRate;
-    BrownNoise deep(spec.seed);
-    PinkNoise foam(spec.seed * 5 + 1);
-    Events pick(spec.seed * 17 + 9, rate);
+void waves(std::vector<float>& out, const LoopRecipe& recipe, qsizetype loop) {
+    const double rate = recipe.sampleRate;
+    BrownNoise deep(recipe.seed);
+    PinkNoise foam(recipe.seed * 5 + 1);
+    Events pick(recipe.seed * 17 + 9, rate);
     // Waves of different lengths that together fill the loop exactly, so the sea has no seam.
     const auto count = std::max<qsizetype>(1, qsizetype(std::lround(double(loop) / rate / 8.5)));
     std::vector<double> lengths;
@@ -173,22 +173,22 @@ struct Voice {
     qsizetype phraseLeft = 0;
 };
 
-void cafe(std::vector<float>& out, const LoopSpec& spec) {
-    const double rate = spec.sampleRate;
-    Events pick(spec.seed * 19 + 7, rate);
+void cafe(std::vector<float>& out, const LoopRecipe& recipe) {
+    const double rate = recipe.sampleRate;
+    Events pick(recipe.seed * 19 + 7, rate);
     std::vector<Voice> voices;
     for (int v = 0; v < 7; ++v) {
         voices.push_back(Voice{.band = Biquad::bandPass(260 + 520 * double(pick.unit()), 1.4, rate),
-                               .source = PinkNoise(spec.seed * 101 + quint32(v)),
+                               .source = PinkNoise(recipe.seed * 101 + quint32(v)),
                                .syllableHz = 3.2 + 2.2 * double(pick.unit()),
                                .phase = double(pick.unit()),
                                .gate = 0,
                                .gateTarget = 0,
                                .phraseLeft = 0});
     }
-    BrownNoise roomSource(spec.seed * 3 + 2);
+    BrownNoise roomSource(recipe.seed * 3 + 2);
     Biquad room = Biquad::lowPass(380, 0.7, rate);
-    Rings cups(spec.seed * 23 + 1);
+    Rings cups(recipe.seed * 23 + 1);
     const float gateStep = float(1.0 / (0.08 * rate));
     for (qsizetype i = 0; i < qsizetype(out.size()); ++i) {
         float murmur = 0;
@@ -240,10 +240,10 @@ void normalise(std::vector<float>& samples) {
 
 namespace Soundscape {
 
-std::vector<float> render(AmbientSound sound, const LoopSpec& spec) {
-    const int rate = std::clamp(spec.sampleRate, 8000, 192000);
-    const LoopSpec sane{
-        .sampleRate = rate, .seconds = std::clamp(spec.seconds, 1.0, 120.0), .seed = spec.seed};
+std::vector<float> render(AmbientSound sound, const LoopRecipe& recipe) {
+    const int rate = std::clamp(recipe.sampleRate, 8000, 192000);
+    const LoopRecipe sane{
+        .sampleRate = rate, .seconds = std::clamp(recipe.seconds, 1.0, 120.0), .seed = recipe.seed};
     const auto loop = qsizetype(std::llround(sane.seconds * rate));
     // Half a second of overlap is long enough that the join of two stretches of noise is heard
     // as neither.

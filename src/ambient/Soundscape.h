@@ -9,7 +9,7 @@
 
 namespace tw {
 
-struct LoopSpec {
+struct LoopRecipe {
     int sampleRate = 48000;
     double seconds = 20;
     quint32 seed = 1;
@@ -21,8 +21,8 @@ namespace Soundscape {
 inline constexpr float level = 0.16f;
 inline constexpr float peak = 0.9f;
 
-// A loop of `sound` of `spec.seconds` (at least one), its last sample running on into its first.
-std::vector<float> render(AmbientSound sound, const LoopSpec& spec);
+// A loop of `sound` of `recipe.seconds` (at least one), its last sample running on into its first.
+std::vector<float> render(AmbientSound sound, const LoopRecipe& recipe);
 
 // Folds the part of `samples` after `length` back over the head, fading in what was there, so
 // that `length - 1` runs on into 0; the tail must be no longer than the head.

@@ -18,7 +18,7 @@ namespace {
 constexpr int rate = 48000;
 
 std::vector<float> loopOf(AmbientSound sound) {
-    return Soundscape::render(sound, LoopSpec{.sampleRate = rate, .seconds = 4, .seed = 7});
+    return Soundscape::render(sound, LoopRecipe{.sampleRate = rate, .seconds = 4, .seed = 7});
 }
 
 void fft(std::vector<std::complex<double>>& a) {
@@ -147,13 +147,13 @@ private Q_SLOTS:
     void sameSeedSameSound() {
         QVERIFY(loopOf(AmbientSound::cafe) == loopOf(AmbientSound::cafe));
         const auto other = Soundscape::render(
-            AmbientSound::cafe, LoopSpec{.sampleRate = rate, .seconds = 4, .seed = 8});
+            AmbientSound::cafe, LoopRecipe{.sampleRate = rate, .seconds = 4, .seed = 8});
         QVERIFY(other != loopOf(AmbientSound::cafe));
     }
 
     void outlandishSpecsStayBounded() {
         const auto tiny = Soundscape::render(AmbientSound::waves,
-                                             LoopSpec{.sampleRate = 1, .seconds = -5, .seed = 0});
+                                             LoopRecipe{.sampleRate = 1, .seconds = -5, .seed = 0});
         QCOMPARE(qsizetype(tiny.size()), qsizetype(8000));
     }
 };
