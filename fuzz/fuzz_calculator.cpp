@@ -12,8 +12,8 @@
 using tw::fuzz::require;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const QString text = QString::fromUtf8(reinterpret_cast<const char*>(data),
-                                           static_cast<qsizetype>(size));
+    const QString text =
+        QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
     const tw::CalcResult result = tw::CalcParser::evaluate(text);
     if (result.ok()) {
         require(std::isfinite(result.value), "a result that is no finite number");
@@ -39,15 +39,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     state.equals();
     require(state.tape.size() <= tw::CalcTape::maxLines, "a tape past its cap");
 
-    const tw::CalculatorTile tile =
-        tw::CalculatorTile::fromSettings({{QStringLiteral("tape"), text}, {QStringLiteral("entry"), text}});
+    const tw::CalculatorTile tile = tw::CalculatorTile::fromSettings(
+        {{QStringLiteral("tape"), text}, {QStringLiteral("entry"), text}});
     require(tile.state.tape.size() <= tw::CalcTape::maxLines, "a read tape past its cap");
     require(tw::CalcTape::fromText(tw::CalcTape::toText(tile.state.tape)) == tile.state.tape,
             "a tape that does not round-trip");
 
-    const tw::ConverterState converter = tw::ConverterState::fromSettings(
-        {{QStringLiteral("category"), text}, {QStringLiteral("from"), text},
-         {QStringLiteral("to"), text}, {QStringLiteral("amount"), text}});
+    const tw::ConverterState converter =
+        tw::ConverterState::fromSettings({{QStringLiteral("category"), text},
+                                          {QStringLiteral("from"), text},
+                                          {QStringLiteral("to"), text},
+                                          {QStringLiteral("amount"), text}});
     require(tw::UnitCatalog::unit(converter.unitCategory(), converter.from).has_value(),
             "a converter without its unit");
     if (const auto value = converter.result(nullptr)) {

@@ -27,7 +27,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         require(line.start == covered, "lines with a gap between them");
         require(line.noteOffsets.size() == line.shown.size() + 1, "offsets out of step");
         for (qsizetype i = 0; i < line.shown.size(); ++i) {
-            require(note.at(line.noteOffsets[i]) == line.shown.at(i), "a shown character not typed");
+            require(note.at(line.noteOffsets[i]) == line.shown.at(i),
+                    "a shown character not typed");
         }
         covered = line.end() + 1;
     }

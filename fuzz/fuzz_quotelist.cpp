@@ -18,8 +18,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         require(quote.text == quote.text.trimmed() && quote.author == quote.author.trimmed(),
                 "blanks left at the ends");
     }
-    const qsizetype index = QuoteBook::pick(quotes.size(), QDate(2026, 1, 1), QUuid(),
-                                            static_cast<int>(size) - 50);
+    const qsizetype index =
+        QuoteBook::pick(quotes.size(), QDate(2026, 1, 1), QUuid(), static_cast<int>(size) - 50);
     require(quotes.isEmpty() ? index == -1 : (index >= 0 && index < quotes.size()),
             "a pick outside the list");
     return 0;

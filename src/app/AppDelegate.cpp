@@ -60,9 +60,9 @@
 #include "settings/AppSettings.h"
 #include "speed/SpeedTestService.h"
 #include "text/L.h"
-#include "tools/ToolBehaviours.h"
 #include "tick/MinuteCoordinator.h"
 #include "tick/TickCoordinator.h"
+#include "tools/ToolBehaviours.h"
 #include "updates/ReleaseFeed.h"
 #include "updates/UpdateService.h"
 #include "updates/WhatsNew.h"
@@ -96,7 +96,8 @@ TextClipboard desktopClipboard() {
             [](const QString& text) {
                 auto* data = new QMimeData;
                 data->setText(text);
-                data->setData(QStringLiteral("x-kde-passwordManagerHint"), QByteArrayLiteral("secret"));
+                data->setData(QStringLiteral("x-kde-passwordManagerHint"),
+                              QByteArrayLiteral("secret"));
                 QGuiApplication::clipboard()->setMimeData(data);
             },
         .paste = [] { return QGuiApplication::clipboard()->text(); },
@@ -377,12 +378,12 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
     // 12. The desktop, its glass over the desktop's own picture.
     m_backdrop = std::make_unique<WallpaperBackdrop>(m_platform.picture.get());
     m_wallpaper = std::make_unique<DesktopWallpaper>(m_platform.picture.get());
-    m_tools = std::make_unique<ToolBehaviours>(*m_grid, *m_scheduler, desktopClipboard(),
-                                               m_market.get());
+    m_tools =
+        std::make_unique<ToolBehaviours>(*m_grid, *m_scheduler, desktopClipboard(), m_market.get());
     m_tools->addTo(m_behaviours);
     m_systemActions = PlatformServices::makeSystemActions();
-    m_appsTiles = std::make_unique<AppsBehaviour>(*m_platform.workspace,
-                                                  *m_platform.notifications, *m_apps);
+    m_appsTiles =
+        std::make_unique<AppsBehaviour>(*m_platform.workspace, *m_platform.notifications, *m_apps);
     m_behaviours.add(QStringLiteral("apps"), m_appsTiles.get());
     m_shortcuts = std::make_unique<ShortcutBehaviour>(
         *m_platform.workspace, *m_platform.notifications, *m_apps, QDir::homePath());

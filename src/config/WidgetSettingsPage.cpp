@@ -1,11 +1,6 @@
 #include "config/WidgetSettingsPage.h"
 
 #include "config/AppPicker.h"
-#include "config/GitHubTokenField.h"
-#include "config/SmartHomeAccountView.h"
-#include "connected/ConnectedTiles.h"
-#include "faces/SmartHomeFace.h"
-
 #include "config/CalendarSourcesView.h"
 #include "config/ConfigContext.h"
 #include "config/FolderField.h"
@@ -275,10 +270,10 @@ void WidgetSettingsPage::addOptions(const QString& kind) {
                 control = field;
                 break;
             }
-            auto* picker = new AppPicker(m_context.installedApps,
-                                         option.type == WidgetOption::Type::app
-                                             ? AppPicker::Choosing::one
-                                             : AppPicker::Choosing::several);
+            auto* picker =
+                new AppPicker(m_context.installedApps, option.type == WidgetOption::Type::app
+                                                           ? AppPicker::Choosing::one
+                                                           : AppPicker::Choosing::several);
             connect(picker, &AppPicker::chosen, this,
                     [this, key = option.key](const QString& value) { setOption(key, value); });
             control = picker;
@@ -326,8 +321,8 @@ void WidgetSettingsPage::addConnectedAccount(const QString& kind) {
     if (kind == QLatin1String("github")) {
         const auto target =
             GitHubTarget::parse(m_instance->setting(QStringLiteral("target")).value_or(QString()));
-        auto* token = new GitHubTokenField(m_context.connected->github(),
-                                           target ? target->key() : QString());
+        auto* token =
+            new GitHubTokenField(m_context.connected->github(), target ? target->key() : QString());
         m_options.insert(QStringLiteral("token"), token);
         addGroup(QStringLiteral("account"), L("widgetPage.account", QStringLiteral("Account")))
             ->addRow(L("github.token", QStringLiteral("Token")),

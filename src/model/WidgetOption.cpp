@@ -540,8 +540,8 @@ QList<WidgetOption> smartHomeOptions() {
     return {{.key = QStringLiteral("clicks"),
              .title = L("option.smarthome.clicks", QStringLiteral("A click on a light or switch")),
              .type = Type::choice,
-             .choices = {{QStringLiteral("toggle"),
-                          L("option.smarthome.clicks.toggle", QStringLiteral("Turns it on or off"))},
+             .choices = {{QStringLiteral("toggle"), L("option.smarthome.clicks.toggle",
+                                                      QStringLiteral("Turns it on or off"))},
                          {QStringLiteral("none"),
                           L("option.smarthome.clicks.none", QStringLiteral("Does nothing"))}},
              .defaultValue = QStringLiteral("toggle")}};
@@ -717,7 +717,8 @@ QList<WidgetOption> shortcutOptions() {
         {.key = QStringLiteral("type"),
          .title = L("option.shortcutType", QStringLiteral("Opens")),
          .type = Type::choice,
-         .choices = {{QStringLiteral("app"), L("option.shortcutType.app", QStringLiteral("An app"))},
+         .choices = {{QStringLiteral("app"),
+                      L("option.shortcutType.app", QStringLiteral("An app"))},
                      {QStringLiteral("url"),
                       L("option.shortcutType.url", QStringLiteral("A web address"))},
                      {QStringLiteral("file"),
@@ -744,12 +745,14 @@ QList<WidgetOption> shortcutOptions() {
          .defaultValue = {},
          .activeWhen = when("file")},
         {.key = QStringLiteral("command"),
-         .title = L("option.shortcutCommand", QStringLiteral("Command (a program and its arguments)")),
+         .title =
+             L("option.shortcutCommand", QStringLiteral("Command (a program and its arguments)")),
          .type = Type::text,
          .choices = {},
          .defaultValue = {},
          .activeWhen = when("command")},
-        text(QStringLiteral("name"), L("option.shortcutName", QStringLiteral("Title (blank: its own)"))),
+        text(QStringLiteral("name"),
+             L("option.shortcutName", QStringLiteral("Title (blank: its own)"))),
     };
 }
 

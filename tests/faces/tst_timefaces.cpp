@@ -56,19 +56,24 @@ private Q_SLOTS:
                 kind == QLatin1String("appusage") || kind == QLatin1String("speedtest");
             // The calculator, converter, password generator, web page, mirror, file tiles, the
             // launchers and the sticky note change only at their behaviour's word.
-            const bool byItsBehaviour =
-                QStringList{QStringLiteral("calculator"), QStringLiteral("unitconverter"),
-                            QStringLiteral("passwordgenerator"), QStringLiteral("web"),
-                            QStringLiteral("mirror"), QStringLiteral("photos"),
-                            QStringLiteral("folder"), QStringLiteral("trash"),
-                            QStringLiteral("apps"), QStringLiteral("shortcut"),
-                            QStringLiteral("toolbox"), QStringLiteral("terminal"),
-                            QStringLiteral("stickynote")}
-                    .contains(kind);
+            const bool byItsBehaviour = QStringList{QStringLiteral("calculator"),
+                                                    QStringLiteral("unitconverter"),
+                                                    QStringLiteral("passwordgenerator"),
+                                                    QStringLiteral("web"),
+                                                    QStringLiteral("mirror"),
+                                                    QStringLiteral("photos"),
+                                                    QStringLiteral("folder"),
+                                                    QStringLiteral("trash"),
+                                                    QStringLiteral("apps"),
+                                                    QStringLiteral("shortcut"),
+                                                    QStringLiteral("toolbox"),
+                                                    QStringLiteral("terminal"),
+                                                    QStringLiteral("stickynote")}
+                                            .contains(kind);
             // An animated scene is woken by its own frames.
-            const bool animated = face.sceneFps(FaceContext::forKind(
-                                      WidgetRegistry::builtInDefinition(kind)->metadata,
-                                      WidgetSize::large)) > 0;
+            const bool animated =
+                face.sceneFps(FaceContext::forKind(
+                    WidgetRegistry::builtInDefinition(kind)->metadata, WidgetSize::large)) > 0;
             QVERIFY2(clocked || read || face.showsWeather({}) || byItsService || byItsBehaviour ||
                          animated,
                      qPrintable(kind));

@@ -32,12 +32,14 @@ private Q_SLOTS:
         QVERIFY(notes.open(QIODevice::WriteOnly));
         notes.close();
         PlainAppDirectory directory;
-        directory.install({QStringLiteral("org.example.Editor"), QStringLiteral("Editor"),
-                           QStringLiteral("editor"), {}},
+        directory.install({QStringLiteral("org.example.Editor"),
+                           QStringLiteral("Editor"),
+                           QStringLiteral("editor"),
+                           {}},
                           QStringLiteral("/icons/editor.png"));
-        directory.install({QStringLiteral("text"), QStringLiteral("Text"),
-                           QStringLiteral("text-plain"), {}},
-                          QStringLiteral("/icons/text.png"));
+        directory.install(
+            {QStringLiteral("text"), QStringLiteral("Text"), QStringLiteral("text-plain"), {}},
+            QStringLiteral("/icons/text.png"));
         NullWorkspace workspace;
         NullNotifications notifications;
         ShortcutBehaviour shortcuts(workspace, notifications, directory, home.path());

@@ -2,7 +2,6 @@
 
 #include "platform/linux/BluezBluetoothSource.h"
 #include "platform/linux/CanberraSoundPlayer.h"
-#include "platform/linux/QtClipboard.h"
 #include "platform/linux/DisplayProbe.h"
 #include "platform/linux/FreedesktopNotifications.h"
 #include "platform/linux/GeoClueLocationSource.h"
@@ -21,6 +20,7 @@
 #include "platform/linux/PackageInstallation.h"
 #include "platform/linux/PortalColorScheme.h"
 #include "platform/linux/ProcProcessUsage.h"
+#include "platform/linux/QtClipboard.h"
 #include "platform/linux/QtDisplays.h"
 #include "platform/linux/QtPointerPosition.h"
 #include "platform/linux/ShellRelauncher.h"
