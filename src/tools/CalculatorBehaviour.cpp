@@ -12,10 +12,10 @@ using Outcome = ToolInput::Outcome;
 } // namespace
 
 CalculatorBehaviour::CalculatorBehaviour(GridStore& grid, Scheduler& scheduler,
-                                         TextClipboard clipboard, QObject* parent)
+                                         Clipboard& clipboard, QObject* parent)
     : TileBehaviour(parent)
     , m_grid(grid)
-    , m_clipboard(std::move(clipboard))
+    , m_clipboard(clipboard)
     , m_copied(scheduler, this, [this](const QUuid& id) {
         if (const auto found = m_tiles.find(id); found != m_tiles.end()) {
             found->copied = false;
@@ -63,14 +63,12 @@ bool CalculatorBehaviour::apply(const WidgetInstance& instance, Outcome outcome)
     case Outcome::unchanged:
         return true;
     case Outcome::copy:
-        if (m_clipboard.copy) {
-            m_clipboard.copy(tile.state.copyText(decimals));
-        }
+        m_clipboard.copyText(tile.state.copyText(decimals));
         tile.copied = true;
         m_copied.start(instance.id);
         break;
     case Outcome::paste:
-        if (!m_clipboard.paste || !tile.state.paste(m_clipboard.paste())) {
+        if (!tile.state.paste(m_clipboard.text())) {
             return true;
         }
         break;

@@ -3,9 +3,9 @@
 #pragma once
 
 #include "model/TileBehaviour.h"
+#include "platform/Clipboard.h"
 #include "tools/CalculatorTile.h"
 #include "tools/CopiedFlash.h"
-#include "tools/TextClipboard.h"
 #include "tools/ToolInput.h"
 
 #include <QHash>
@@ -18,7 +18,7 @@ class Scheduler;
 class CalculatorBehaviour final : public TileBehaviour {
     Q_OBJECT
 public:
-    CalculatorBehaviour(GridStore& grid, Scheduler& scheduler, TextClipboard clipboard,
+    CalculatorBehaviour(GridStore& grid, Scheduler& scheduler, Clipboard& clipboard,
                         QObject* parent = nullptr);
 
     void setTiles(const QList<BehaviourTile>& tiles) override;
@@ -37,7 +37,7 @@ private:
     void keep(const QUuid& id);
 
     GridStore& m_grid;
-    TextClipboard m_clipboard;
+    Clipboard& m_clipboard;
     CopiedFlash m_copied;
     QHash<QUuid, CalculatorTile> m_tiles;
 };

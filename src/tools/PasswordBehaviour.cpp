@@ -6,11 +6,11 @@
 
 namespace tw {
 
-PasswordBehaviour::PasswordBehaviour(GridStore& grid, Scheduler& scheduler, TextClipboard clipboard,
+PasswordBehaviour::PasswordBehaviour(GridStore& grid, Scheduler& scheduler, Clipboard& clipboard,
                                      RandomSource source, QObject* parent)
     : TileBehaviour(parent)
     , m_grid(grid)
-    , m_clipboard(std::move(clipboard))
+    , m_clipboard(clipboard)
     , m_source(std::move(source))
     , m_copied(scheduler, this, [this](const QUuid& id) {
         if (const auto found = m_tiles.find(id); found != m_tiles.end()) {
@@ -110,9 +110,7 @@ WidgetSettings PasswordBehaviour::settingsFor(const QString& command,
 bool PasswordBehaviour::press(const WidgetInstance& instance, const QString& command) {
     PasswordTile& tile = tileOf(instance);
     if (command == QLatin1String("copy")) {
-        if (m_clipboard.copySecret) {
-            m_clipboard.copySecret(tile.password);
-        }
+        m_clipboard.copyText(tile.password, Clipboard::Secrecy::secret);
         tile.copied = true;
         m_copied.start(instance.id);
         Q_EMIT changed(instance.id);

@@ -4,10 +4,10 @@
 #pragma once
 
 #include "model/TileBehaviour.h"
+#include "platform/Clipboard.h"
 #include "tools/CopiedFlash.h"
 #include "tools/PasswordTile.h"
 #include "tools/RandomPick.h"
-#include "tools/TextClipboard.h"
 
 #include <QHash>
 
@@ -19,7 +19,7 @@ class Scheduler;
 class PasswordBehaviour final : public TileBehaviour {
     Q_OBJECT
 public:
-    PasswordBehaviour(GridStore& grid, Scheduler& scheduler, TextClipboard clipboard,
+    PasswordBehaviour(GridStore& grid, Scheduler& scheduler, Clipboard& clipboard,
                       RandomSource source, QObject* parent = nullptr);
 
     void setTiles(const QList<BehaviourTile>& tiles) override;
@@ -38,7 +38,7 @@ private:
     void make(PasswordTile& tile, const PasswordRecipe& recipe);
 
     GridStore& m_grid;
-    TextClipboard m_clipboard;
+    Clipboard& m_clipboard;
     RandomSource m_source;
     CopiedFlash m_copied;
     QHash<QUuid, PasswordTile> m_tiles;

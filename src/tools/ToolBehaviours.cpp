@@ -4,8 +4,8 @@
 
 namespace tw {
 
-ToolBehaviours::ToolBehaviours(GridStore& grid, Scheduler& scheduler,
-                               const TextClipboard& clipboard, const MarketServices* market)
+ToolBehaviours::ToolBehaviours(GridStore& grid, Scheduler& scheduler, Clipboard& clipboard,
+                               const MarketServices* market)
     : m_calculator(grid, scheduler, clipboard)
     , m_converter(grid, scheduler, clipboard,
                   [market]() -> const CurrencyBoard* {

@@ -13,7 +13,7 @@ class MarketServices;
 class ToolBehaviours {
 public:
     // `market` gives the converter its currency rates; null where there is no quote service.
-    ToolBehaviours(GridStore& grid, Scheduler& scheduler, const TextClipboard& clipboard,
+    ToolBehaviours(GridStore& grid, Scheduler& scheduler, Clipboard& clipboard,
                    const MarketServices* market);
 
     void addTo(TileBehaviours& behaviours);

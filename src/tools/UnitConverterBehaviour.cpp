@@ -17,12 +17,12 @@ ConverterTile fromInstance(const WidgetInstance& instance) {
 } // namespace
 
 UnitConverterBehaviour::UnitConverterBehaviour(GridStore& grid, Scheduler& scheduler,
-                                               TextClipboard clipboard,
+                                               Clipboard& clipboard,
                                                std::function<const CurrencyBoard*()> rates,
                                                QObject* parent)
     : TileBehaviour(parent)
     , m_grid(grid)
-    , m_clipboard(std::move(clipboard))
+    , m_clipboard(clipboard)
     , m_rates(std::move(rates))
     , m_copied(scheduler, this, [this](const QUuid& id) {
         if (const auto found = m_tiles.find(id); found != m_tiles.end()) {
@@ -83,15 +83,13 @@ bool UnitConverterBehaviour::apply(const WidgetInstance& instance, const Convert
         if (!result) {
             return true;
         }
-        if (m_clipboard.copy) {
-            m_clipboard.copy(ConverterTile::resultText(tile.state, *result));
-        }
+        m_clipboard.copyText(ConverterTile::resultText(tile.state, *result));
         tile.copied = true;
         m_copied.start(instance.id);
         break;
     }
     case Outcome::paste: {
-        const QString text = m_clipboard.paste ? m_clipboard.paste().trimmed() : QString();
+        const QString text = m_clipboard.text().trimmed();
         tile.state.fresh = true;
         bool typed = false;
         for (const QChar c : text.left(ConverterState::maxAmount)) {

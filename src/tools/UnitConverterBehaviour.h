@@ -4,9 +4,9 @@
 
 #include "market/MarketBoard.h"
 #include "model/TileBehaviour.h"
+#include "platform/Clipboard.h"
 #include "tools/ConverterTile.h"
 #include "tools/CopiedFlash.h"
-#include "tools/TextClipboard.h"
 #include "tools/ToolInput.h"
 
 #include <QHash>
@@ -22,7 +22,7 @@ class UnitConverterBehaviour final : public TileBehaviour {
     Q_OBJECT
 public:
     // `rates`: the currency rates of the moment, or null where there are none.
-    UnitConverterBehaviour(GridStore& grid, Scheduler& scheduler, TextClipboard clipboard,
+    UnitConverterBehaviour(GridStore& grid, Scheduler& scheduler, Clipboard& clipboard,
                            std::function<const CurrencyBoard*()> rates, QObject* parent = nullptr);
 
     void setTiles(const QList<BehaviourTile>& tiles) override;
@@ -41,7 +41,7 @@ private:
     void keep(const QUuid& id);
 
     GridStore& m_grid;
-    TextClipboard m_clipboard;
+    Clipboard& m_clipboard;
     std::function<const CurrencyBoard*()> m_rates;
     CopiedFlash m_copied;
     QHash<QUuid, ConverterTile> m_tiles;

@@ -1,5 +1,7 @@
 #include "workspace/ClipboardHistory.h"
 
+#include "platform/Clipboard.h"
+
 #include <QMimeData>
 
 #include <cmath>
@@ -28,7 +30,7 @@ QImage keptSize(QImage image) {
 } // namespace
 
 bool ClipboardHistory::isSecret(const QMimeData& data) {
-    return markedSecret(data, QStringLiteral("x-kde-passwordManagerHint"), "secret") ||
+    return markedSecret(data, Clipboard::secretHint, "secret") ||
            data.hasFormat(QStringLiteral("org.nspasteboard.ConcealedType")) ||
            data.hasFormat(QStringLiteral("application/x-nspasteboard-concealed-type"));
 }

@@ -5,8 +5,6 @@
 #include "workspace/NoteMarkup.h"
 #include "workspace/NoteStore.h"
 
-#include <QMimeData>
-
 namespace tw {
 
 namespace {
@@ -23,7 +21,7 @@ std::optional<int> argument(const QString& command, QLatin1String prefix) {
 
 } // namespace
 
-StickyNoteBehaviour::StickyNoteBehaviour(NoteStore& store, Clipboard* clipboard, QObject* parent)
+StickyNoteBehaviour::StickyNoteBehaviour(NoteStore& store, Clipboard& clipboard, QObject* parent)
     : TileBehaviour(parent)
     , m_store(store)
     , m_clipboard(clipboard) {
@@ -95,15 +93,16 @@ bool StickyNoteBehaviour::key(const WidgetInstance& tile, const Key& key) {
         return false;
     case NoteEditor::Outcome::finish:
         finish(tile.id);
+        Q_EMIT keysDone(tile.id);
         return true;
     case NoteEditor::Outcome::copy:
     case NoteEditor::Outcome::cut:
         copy(result.copied);
         break;
     case NoteEditor::Outcome::paste: {
-        const QMimeData* data = m_clipboard != nullptr ? m_clipboard->contents() : nullptr;
-        if (data != nullptr && data->hasText()) {
-            NoteEditor::insert(edit, data->text());
+        const QString pasted = m_clipboard.text();
+        if (!pasted.isEmpty()) {
+            NoteEditor::insert(edit, pasted);
         }
         break;
     }
@@ -141,11 +140,7 @@ void StickyNoteBehaviour::finish(const QUuid& id) {
 }
 
 void StickyNoteBehaviour::copy(const QString& text) {
-    if (m_clipboard != nullptr && !text.isEmpty()) {
-        auto* data = new QMimeData();
-        data->setText(text);
-        m_clipboard->setContents(data);
-    }
+    m_clipboard.copyText(text);
 }
 
 } // namespace tw

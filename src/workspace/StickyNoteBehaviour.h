@@ -19,7 +19,7 @@ class StickyNoteBehaviour final : public TileBehaviour {
 
 public:
     // `clipboard` may be null: copying and pasting then do nothing.
-    StickyNoteBehaviour(NoteStore& store, Clipboard* clipboard, QObject* parent = nullptr);
+    StickyNoteBehaviour(NoteStore& store, Clipboard& clipboard, QObject* parent = nullptr);
 
     NoteView view(const QUuid& tile) const;
 
@@ -35,7 +35,7 @@ private:
     void copy(const QString& text);
 
     NoteStore& m_store;
-    Clipboard* m_clipboard;
+    Clipboard& m_clipboard;
     // The tiles being typed into: caret and selection.
     QHash<QUuid, NoteEdit> m_editing;
     QList<QUuid> m_tiles;

@@ -24,8 +24,7 @@ public:
         GridStore& grid;
         const Clock& clock;
         Scheduler& scheduler;
-        // The desktop's clipboard; null: one of this process alone.
-        Clipboard* clipboard = nullptr;
+        Clipboard& clipboard;
         // The data directory.
         QString directory;
     };
@@ -38,7 +37,6 @@ public:
     ClipboardService& clipboard() { return m_clipboardHistory; }
 
 private:
-    std::unique_ptr<Clipboard> m_ownClipboard;
     NoteStore m_notes;
     ClipboardService m_clipboardHistory;
     StickyNoteBehaviour m_stickyNote;

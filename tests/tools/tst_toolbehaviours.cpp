@@ -1,9 +1,11 @@
 #include "../grid/GridFixture.h"
 #include "TestRows.h"
+#include "platform/null/MemoryClipboard.h"
 #include "tools/CalculatorBehaviour.h"
 #include "tools/PasswordBehaviour.h"
 #include "tools/UnitConverterBehaviour.h"
 
+#include <QMimeData>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -11,18 +13,6 @@ using namespace tw;
 using namespace tw::test;
 
 namespace {
-
-struct Clipboard {
-    QStringList copied;
-    QStringList secrets;
-    QString pasted;
-
-    TextClipboard api() {
-        return {.copy = [this](const QString& text) { copied.append(text); },
-                .copySecret = [this](const QString& text) { secrets.append(text); },
-                .paste = [this] { return pasted; }};
-    }
-};
 
 TileBehaviour::Key keyOf(const QString& text) {
     if (text == QLatin1String("\n")) {
@@ -42,8 +32,8 @@ private Q_SLOTS:
         GridFixture fixture;
         auto grid = fixture.appStore();
         const WidgetInstance tile = *grid->addFree(QStringLiteral("calculator"));
-        Clipboard clipboard;
-        CalculatorBehaviour calculator(*grid, fixture.scheduler, clipboard.api());
+        MemoryClipboard clipboard;
+        CalculatorBehaviour calculator(*grid, fixture.scheduler, clipboard);
         calculator.setTiles({{tile, true}});
         QSignalSpy changed(&calculator, &TileBehaviour::changed);
         for (const QChar c : QStringLiteral("12*3")) {
@@ -57,7 +47,7 @@ private Q_SLOTS:
         QVERIFY(fixture.readGrid().contains("12*3+4=40"));
 
         QVERIFY(calculator.press(tile, QStringLiteral("copy")));
-        QCOMPARE(clipboard.copied, QStringList{QStringLiteral("40")});
+        QCOMPARE(clipboard.text(), QStringLiteral("40"));
         QVERIFY(calculator.tile(tile.id)->copied);
         fixture.scheduler.advance(CopiedFlash::shown);
         QVERIFY(!calculator.tile(tile.id)->copied);
@@ -67,7 +57,7 @@ private Q_SLOTS:
         calculator.focusChanged(tile, false);
         // A new start reads the tile back as it was left.
         auto reopened = fixture.appStore();
-        CalculatorBehaviour again(*reopened, fixture.scheduler, clipboard.api());
+        CalculatorBehaviour again(*reopened, fixture.scheduler, clipboard);
         again.setTiles({{*reopened->instance(tile.id), true}});
         QCOMPARE(again.tile(tile.id)->state.entry, QStringLiteral("40-1"));
         QCOMPARE(again.tile(tile.id)->state.tape.size(), 1);
@@ -80,11 +70,11 @@ private Q_SLOTS:
         GridFixture fixture;
         auto grid = fixture.appStore();
         const WidgetInstance tile = *grid->addFree(QStringLiteral("unitconverter"));
-        Clipboard clipboard;
+        MemoryClipboard clipboard;
         CurrencyBoard rates;
         rates.latest.insert(QStringLiteral("EUR"),
                             {QStringLiteral("EUR"), {{QStringLiteral("USD"), 1.25}}, {}, {}});
-        UnitConverterBehaviour converter(*grid, fixture.scheduler, clipboard.api(),
+        UnitConverterBehaviour converter(*grid, fixture.scheduler, clipboard,
                                          [&rates] { return &rates; });
         converter.setTiles({{tile, true}});
         QVERIFY(converter.press(tile, QStringLiteral("pick:category")));
@@ -92,11 +82,11 @@ private Q_SLOTS:
         QVERIFY(converter.press(tile, QStringLiteral("choose:currency")));
         QCOMPARE(grid->instance(tile.id)->settings->value(QStringLiteral("category")),
                  QStringLiteral("currency"));
-        clipboard.pasted = QStringLiteral(" 80 ");
+        clipboard.copyText(QStringLiteral(" 80 "));
         QVERIFY(
             converter.key(tile, {.key = Qt::Key_V, .modifiers = Qt::ControlModifier, .text = {}}));
         QVERIFY(converter.press(tile, QStringLiteral("copy")));
-        QCOMPARE(clipboard.copied, QStringList{QStringLiteral("100.00")});
+        QCOMPARE(clipboard.text(), QStringLiteral("100.00"));
         // The amount typed is kept once the tile lets the keys go.
         converter.focusChanged(tile, false);
         QCOMPARE(grid->instance(tile.id)->settings->value(QStringLiteral("amount")),
@@ -143,9 +133,8 @@ private Q_SLOTS:
         GridFixture fixture;
         auto grid = fixture.appStore();
         const WidgetInstance tile = *grid->addFree(QStringLiteral("passwordgenerator"));
-        Clipboard clipboard;
-        PasswordBehaviour passwords(*grid, fixture.scheduler, clipboard.api(),
-                                    RandomPick::system());
+        MemoryClipboard clipboard;
+        PasswordBehaviour passwords(*grid, fixture.scheduler, clipboard, RandomPick::system());
         // As the desktop does: each change of the grid hands the tiles over again, at once.
         connect(grid.get(), &GridStore::layoutChanged, &passwords, [&] {
             QList<BehaviourTile> tiles;
@@ -160,8 +149,8 @@ private Q_SLOTS:
         passwords.setTiles({{tile, false}});
         QCOMPARE(passwords.tile(tile.id)->password, first);
         QVERIFY(passwords.press(tile, QStringLiteral("copy")));
-        QCOMPARE(clipboard.secrets, QStringList{first});
-        QVERIFY(clipboard.copied.isEmpty());
+        QCOMPARE(clipboard.text(), first);
+        QCOMPARE(clipboard.contents()->data(Clipboard::secretHint), QByteArray("secret"));
         QVERIFY(passwords.press(tile, QStringLiteral("longer")));
         QCOMPARE(passwords.tile(tile.id)->password.size(), 21);
         QVERIFY(passwords.press(*grid->instance(tile.id), QStringLiteral("toggle:mode")));

@@ -15,12 +15,6 @@ using namespace tw;
 
 namespace {
 
-void copyText(Clipboard& clipboard, const QString& text) {
-    auto* data = new QMimeData();
-    data->setText(text);
-    clipboard.setContents(data);
-}
-
 void copyImage(Clipboard& clipboard, QColor color) {
     QImage image(40, 30, QImage::Format_ARGB32);
     image.fill(color);
@@ -49,17 +43,19 @@ private Q_SLOTS:
         test::ManualScheduler scheduler(&clock);
         MemoryClipboard clipboard;
         ClipboardService service(clipboard, clock, scheduler, dir.path());
-        copyText(clipboard, QStringLiteral("before"));
+        clipboard.copyText(QStringLiteral("before"));
         service.setWatching(true);
-        copyText(clipboard, QStringLiteral("one"));
-        copyText(clipboard, QStringLiteral("two"));
+        clipboard.copyText(QStringLiteral("one"));
+        clipboard.copyText(QStringLiteral("two"));
+        // What this program copies as a secret, no history keeps.
+        clipboard.copyText(QStringLiteral("hunter2"), Clipboard::Secrecy::secret);
         QCOMPARE(texts(service), QStringLiteral("two,one"));
         QVERIFY(service.copyBack(1));
-        QCOMPARE(clipboard.contents()->text(), QStringLiteral("one"));
+        QCOMPARE(clipboard.text(), QStringLiteral("one"));
         QCOMPARE(texts(service), QStringLiteral("one,two"));
         QVERIFY(!service.copyBack(7));
         service.setWatching(false);
-        copyText(clipboard, QStringLiteral("after"));
+        clipboard.copyText(QStringLiteral("after"));
         QCOMPARE(texts(service), QStringLiteral("one,two"));
         // Nothing is written while the history is not kept.
         scheduler.advance(std::chrono::seconds(5));
@@ -77,7 +73,7 @@ private Q_SLOTS:
             ClipboardService service(clipboard, clock, scheduler, dir.path());
             service.setWatching(true);
             service.setKeeping(true);
-            copyText(clipboard, QStringLiteral("text"));
+            clipboard.copyText(QStringLiteral("text"));
             copyImage(clipboard, Qt::green);
             scheduler.advance(std::chrono::seconds(2));
             file = service.filePath();
@@ -125,8 +121,8 @@ private Q_SLOTS:
                                        {QStringLiteral("images"), QStringLiteral("false")}};
         behaviour.setTiles({{.instance = tile, .inView = false}});
         copyImage(clipboard, Qt::red);
-        copyText(clipboard, QStringLiteral("a"));
-        copyText(clipboard, QStringLiteral("b"));
+        clipboard.copyText(QStringLiteral("a"));
+        clipboard.copyText(QStringLiteral("b"));
         QCOMPARE(texts(service), QStringLiteral("b,a"));
         QVERIFY(behaviour.press(tile, QStringLiteral("copy:1")));
         QCOMPARE(texts(service), QStringLiteral("a,b"));
@@ -137,7 +133,7 @@ private Q_SLOTS:
         QVERIFY(behaviour.press(tile, QStringLiteral("clear")));
         QVERIFY(service.items().isEmpty());
         behaviour.setTiles({});
-        copyText(clipboard, QStringLiteral("unseen"));
+        clipboard.copyText(QStringLiteral("unseen"));
         QVERIFY(service.items().isEmpty());
     }
 };

@@ -20,7 +20,7 @@ struct Fixture {
     test::ManualScheduler scheduler;
     NoteStore store{dir.path(), scheduler};
     MemoryClipboard clipboard;
-    StickyNoteBehaviour notes{store, &clipboard};
+    StickyNoteBehaviour notes{store, clipboard};
     WidgetInstance tile = [] {
         WidgetInstance instance;
         instance.kind = QStringLiteral("stickynote");
