@@ -136,6 +136,12 @@ DesktopController::DesktopController(const Services& services, QObject* parent)
                             }
                         }
                     });
+            connect(m_services.behaviours->find(kind), &TileBehaviour::keysDone, this,
+                    [this](const QUuid& id) {
+                        if (DesktopPanel* done = panel(id)) {
+                            done->clearFocus();
+                        }
+                    });
         }
     }
     if (CalendarHub* calendar = m_services.calendar) {

@@ -59,6 +59,9 @@ public:
 Q_SIGNALS:
     // The tile's picture changed; a null id for every tile of the kind.
     void changed(const QUuid& tile);
+    // The tile is done with the keyboard (its editing ended by a key): the desktop takes the
+    // focus from it, so that keys no longer reach it.
+    void keysDone(const QUuid& tile);
 };
 
 // The behaviours of the kinds that have one, by kind. Owns none of them.

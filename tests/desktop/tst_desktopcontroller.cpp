@@ -715,7 +715,7 @@ private Q_SLOTS:
     }
 
     // A kind with a behaviour of its own learns its tiles and which are in view, and takes the
-    // clicks, keys, drops and menu entries of its tiles.
+    // clicks, keys (until it is done with them), drops and menu entries of its tiles.
     void aBehaviourTakesItsTiles() {
         Fixture f;
         f.useFace("trash", std::make_unique<CommandFace>());
@@ -741,6 +741,12 @@ private Q_SLOTS:
         QCOMPARE(panel.focusPolicy(), Qt::ClickFocus);
         QKeyEvent key(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, u"a"_s);
         QCoreApplication::sendEvent(&panel, &key);
+        // A tile done with its keys loses the focus.
+        panel.activateWindow();
+        panel.setFocus();
+        QTRY_VERIFY(panel.hasFocus());
+        Q_EMIT f.trash.keysDone(tile->id);
+        QVERIFY(!panel.hasFocus());
         QMimeData text;
         text.setText(u"note"_s);
         QDragEnterEvent enter(QPoint(60, 60), Qt::CopyAction, &text, Qt::LeftButton,
