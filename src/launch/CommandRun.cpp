@@ -4,6 +4,9 @@
 
 #include <QProcessEnvironment>
 
+#include <csignal>
+#include <unistd.h>
+
 namespace tw {
 
 CommandRun::CommandRun(const RunLimits& limits, Scheduler& scheduler, QObject* parent)
@@ -16,6 +19,8 @@ CommandRun::CommandRun(const RunLimits& limits, Scheduler& scheduler, QObject* p
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("TERM"), QStringLiteral("dumb"));
     m_process.setProcessEnvironment(environment);
+    // A group of its own, so that ending the run ends what the command started as well.
+    m_process.setChildProcessModifier([] { ::setpgid(0, 0); });
     connect(&m_process, &QProcess::readyRead, this, &CommandRun::read);
     connect(&m_process, &QProcess::finished, this,
             [this](int exitCode, QProcess::ExitStatus status) {
@@ -47,7 +52,7 @@ void CommandRun::start(const CommandLine& command, const QString& workingDirecto
 CommandRun::~CommandRun() {
     m_done = true;
     if (m_process.state() != QProcess::NotRunning) {
-        m_process.kill();
+        kill();
         m_process.waitForFinished(1000);
     }
 }
@@ -78,9 +83,16 @@ void CommandRun::end(RunResult::Outcome outcome) {
     m_result.outcome = outcome;
     if (m_process.state() != QProcess::NotRunning) {
         // A flood or a hang ends here; the process's finished comes later and is ignored.
-        m_process.kill();
+        kill();
     }
     Q_EMIT finished(m_result);
+}
+
+void CommandRun::kill() {
+    if (const qint64 pid = m_process.processId(); pid > 0) {
+        ::kill(-static_cast<pid_t>(pid), SIGKILL);
+    }
+    m_process.kill();
 }
 
 } // namespace tw

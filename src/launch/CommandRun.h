@@ -49,6 +49,8 @@ Q_SIGNALS:
 private:
     void read();
     void end(RunResult::Outcome outcome);
+    // Kills the process and its group.
+    void kill();
 
     QProcess m_process;
     RunLimits m_limits;

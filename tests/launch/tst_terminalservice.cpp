@@ -128,8 +128,9 @@ private Q_SLOTS:
         QVERIFY(rig.waitEnded());
         rig.service.runNow(rig.id);
         const QString pidFile = rig.home.filePath(QStringLiteral("pid"));
-        rig.show(QStringLiteral("sh -c 'echo $$ > ") + pidFile +
-                 QStringLiteral("; exec sleep 30'"));
+        // What the command starts in the background goes with it.
+        rig.show(QStringLiteral("sh -c 'sleep 30 & echo $! > ") + pidFile +
+                 QStringLiteral("; wait'"));
         QVERIFY(rig.state().running);
         QVERIFY(!rig.state().outcome); // a new command starts afresh
         QTest::qWait(100);
