@@ -4,6 +4,7 @@
 #include "backup/LayoutBackup.h"
 #include "platform/AppPaths.h"
 #include "platform/PlatformServices.h"
+#include "platform/linux/TerminationSignals.h"
 #include "tick/OffsetClock.h"
 #include "tick/SnapshotClock.h"
 
@@ -46,6 +47,12 @@ std::optional<int> runDesktopHost(LaunchContext& context) {
     AppDelegate delegate(context.defaults, {.system = system, .current = current},
                          context.arguments.all());
     delegate.applicationDidFinishLaunching(std::move(instance));
+    // A logout's SIGTERM quits like the menu's Quit: what the stores hold is written first.
+    TerminationSignals termination;
+    QObject::connect(&termination, &TerminationSignals::received, qApp, [](int signal) {
+        qInfo("Quitting on signal %d.", signal);
+        QCoreApplication::quit();
+    });
     return QCoreApplication::exec();
 }
 
