@@ -30,6 +30,12 @@ std::shared_ptr<const DateFormatter> Formatters::date(const QString& pattern,
                                                       const QByteArray& timeZoneId) {
     Cache& shared = cache();
     const std::scoped_lock guard(shared.lock);
+    // Patterns come from custom widgets too, typed a key at a time: a full table starts over
+    // (formatters handed out stay alive with their holders).
+    if (shared.dates.size() >= Formatters::heldDates &&
+        !shared.dates.contains({pattern, timeZoneId})) {
+        shared.dates.clear();
+    }
     auto& slot = shared.dates[{pattern, timeZoneId}];
     if (!slot) {
         slot = std::make_shared<const DateFormatter>(pattern, timeZoneId, Localization::locale());

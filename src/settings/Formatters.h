@@ -11,10 +11,13 @@ namespace tw {
 
 class Formatters {
 public:
+    // How many date formatters the cache holds before it starts over.
+    static constexpr qsizetype heldDates = 256;
+
     Formatters() = delete;
 
     // The formatter for `pattern` in `timeZoneId` (empty: local time), in Localization::locale().
-    // Safe from any thread; the same key gives the same formatter.
+    // Safe from any thread; the same key gives the same formatter while the cache holds it.
     static std::shared_ptr<const DateFormatter> date(const QString& pattern,
                                                      const QByteArray& timeZoneId = {});
     // The formatter for `decimals` (held to 0...15) and `grouping`, as `date`.

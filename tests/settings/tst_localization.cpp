@@ -132,6 +132,18 @@ private Q_SLOTS:
         }
     }
 
+    // The date cache is bounded: past its size it starts over, and a formatter handed out before
+    // keeps working for its holder.
+    void boundedDateCache() {
+        const auto first = Formatters::date(QStringLiteral("'first' HH:mm"), "Europe/Berlin");
+        for (qsizetype i = 0; i < Formatters::heldDates; ++i) {
+            Formatters::date(QStringLiteral("'n%1' HH").arg(i));
+        }
+        QVERIFY(Formatters::date(QStringLiteral("'first' HH:mm"), "Europe/Berlin") != first);
+        QCOMPARE(first->string(QDateTime(QDate(2026, 3, 14), QTime(8, 5), QTimeZone::utc())),
+                 QStringLiteral("first 09:05"));
+    }
+
     void parses_data() {
         QTest::addColumn<QString>("markdown");
         QTest::addColumn<QString>("runs");
