@@ -164,9 +164,7 @@ CalculatorTile CalculatorFace::tileOf(const FaceContext& context) {
 
 const QList<KeyPad::Key>& CalculatorFace::keys() {
     static const QList<KeyPad::Key> all = [] {
-        const auto key = [](const char* label, const char* command, Style style) {
-            return KeyPad::Key{QString::fromUtf8(label), QLatin1String(command), style};
-        };
+        using KeyPad::key;
         return QList<KeyPad::Key>{
             key("AC", "clear", Style::function),  key("⌫", "back", Style::function),
             key("%", "type:%", Style::function),  key("÷", "type:/", Style::operation),

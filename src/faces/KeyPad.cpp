@@ -9,6 +9,10 @@
 
 namespace tw {
 
+KeyPad::Key KeyPad::key(const char* label, const char* command, Key::Style style) {
+    return {.label = QString::fromUtf8(label), .command = QLatin1String(command), .style = style};
+}
+
 QList<QRectF> KeyPad::layout(const QRectF& rect, int columns, qsizetype count) {
     QList<QRectF> out;
     if (columns < 1 || count < 1) {

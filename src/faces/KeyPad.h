@@ -23,6 +23,9 @@ struct Key {
     Style style = Style::digit;
 };
 
+// A key from its label in UTF-8 and its command, for the pads' tables.
+Key key(const char* label, const char* command, Key::Style style);
+
 // Where each of `count` keys goes in `columns` columns filling `rect`, row by row.
 QList<QRectF> layout(const QRectF& rect, int columns, qsizetype count);
 

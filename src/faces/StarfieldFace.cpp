@@ -66,8 +66,9 @@ QColor starColor(float warmth, int alpha) {
     return QColor(246, 248, 255, alpha);
 }
 
+// A tile keeps its sky across restarts.
 quint32 seedOf(const FaceContext& context) {
-    return context.instanceID.isNull() ? 1u : quint32(qHash(context.instanceID));
+    return context.instanceID.isNull() ? 1u : quint32(qHash(context.instanceID, 0));
 }
 
 qreal skyRadius(const FaceContext& context) {

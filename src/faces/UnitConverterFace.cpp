@@ -99,9 +99,7 @@ QRectF amountRect(const QRectF& field, bool stacked) {
 
 const QList<KeyPad::Key>& padKeys() {
     static const QList<KeyPad::Key> keys = [] {
-        const auto key = [](const char* label, const char* command, Style style) {
-            return KeyPad::Key{QString::fromUtf8(label), QLatin1String(command), style};
-        };
+        using KeyPad::key;
         return QList<KeyPad::Key>{
             key("7", "type:7", Style::digit),   key("8", "type:8", Style::digit),
             key("9", "type:9", Style::digit),   key("⌫", "back", Style::function),
