@@ -681,30 +681,19 @@ class PowerTest(HostCase):
         self.assertEqual(self.last("power constrained"), "power constrained: 0")
 
 
-class WeatherServer(http.server.ThreadingHTTPServer):
-    """The web services on loopback, as TKW_ENDPOINT_BASE names them: recorded answers by the
-    service's name, the address services after the first down. Answers wait until `release`."""
-
-    ANSWERS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "answers")
-    FILES = {"forecast": "forecast.json", "air-quality": "air-quality.json",
-             "ipapi": "ipapi.json"}
+class LoopbackServer(http.server.ThreadingHTTPServer):
+    """A web server on a free loopback port, serving from a thread of its own: `respond` gives
+    each GET's status, body and headers."""
 
     def __init__(self):
-        self.requests = []
-        self.released = threading.Event()
         server = self
 
         class Handler(http.server.BaseHTTPRequestHandler):
             def do_GET(self):
-                server.requests.append(self.path)
-                server.released.wait(30)
-                path = server.answer(self.path)
-                body = b""
-                if path and os.path.exists(path):
-                    with open(path, "rb") as f:
-                        body = f.read()
-                self.send_response(200 if body else 503)
-                self.send_header("Content-Type", "application/json")
+                status, body, headers = server.respond(self)
+                self.send_response(status)
+                for name, value in headers.items():
+                    self.send_header(name, value)
                 self.send_header("Content-Length", str(len(body)))
                 self.end_headers()
                 self.wfile.write(body)
@@ -715,13 +704,43 @@ class WeatherServer(http.server.ThreadingHTTPServer):
         super().__init__(("127.0.0.1", 0), Handler)
         threading.Thread(target=self.serve_forever, daemon=True).start()
 
+    def respond(self, request):
+        raise NotImplementedError
+
+    def base(self):
+        return "http://127.0.0.1:%d" % self.server_address[1]
+
+
+JSON = {"Content-Type": "application/json"}
+
+
+class WeatherServer(LoopbackServer):
+    """The web services on loopback, as TKW_ENDPOINT_BASE names them: recorded answers by the
+    service's name, the address services after the first down. Answers wait until `release`."""
+
+    ANSWERS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "answers")
+    FILES = {"forecast": "forecast.json", "air-quality": "air-quality.json",
+             "ipapi": "ipapi.json"}
+
+    def __init__(self):
+        self.requests = []
+        self.released = threading.Event()
+        super().__init__()
+
+    def respond(self, request):
+        self.requests.append(request.path)
+        self.released.wait(30)
+        path = self.answer(request.path)
+        body = b""
+        if path and os.path.exists(path):
+            with open(path, "rb") as f:
+                body = f.read()
+        return (200 if body else 503), body, JSON
+
     def answer(self, path):
         """The file that answers `path`, or None for a 503."""
         name = self.FILES.get(path.split("/")[1])
         return os.path.join(self.ANSWERS, name) if name else None
-
-    def base(self):
-        return "http://127.0.0.1:%d" % self.server_address[1]
 
 
 class WeatherTileTest(HostCase):
@@ -781,6 +800,20 @@ class WeatherTileTest(HostCase):
 NOTICE_ACCENT = (0xE0, 0x21, 0x8A)
 
 
+class NoticeServer(LoopbackServer):
+    """The notice feed on loopback, under TKW_ENDPOINT_BASE's "notices"."""
+
+    def __init__(self, feed):
+        self.feed = feed
+        self.requests = []
+        super().__init__()
+
+    def respond(self, request):
+        self.requests.append(request.path)
+        found = request.path == "/notices/campaign.json"
+        return (200 if found else 404), (self.feed if found else b""), JSON
+
+
 class NoticeTest(HostCase):
     """A notice from a loopback feed shows in the window's banner and leads its menu (the status
     menu where there is no tray), counts once in a run however often it is seen, and is gone,
@@ -795,31 +828,13 @@ class NoticeTest(HostCase):
         "actions": [{"kind": "dismiss"}, {"kind": "pane", "value": "about"}]}]}
 
     def before_launch(self):
-        self.requests = []
-        body = json.dumps(self.FEED).encode()
-        test = self
-
-        class Handler(http.server.BaseHTTPRequestHandler):
-            def do_GET(self):
-                test.requests.append(self.path)
-                found = self.path == "/notices/campaign.json"
-                self.send_response(200 if found else 404)
-                self.send_header("Content-Type", "application/json")
-                self.send_header("Content-Length", str(len(body) if found else 0))
-                self.end_headers()
-                if found:
-                    self.wfile.write(body)
-
-            def log_message(self, *args):
-                pass
-
-        self.server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
-        threading.Thread(target=self.server.serve_forever, daemon=True).start()
+        self.server = NoticeServer(json.dumps(self.FEED).encode())
+        self.requests = self.server.requests
         self.addCleanup(self.server.server_close)
         self.addCleanup(self.server.shutdown)
 
     def environment(self):
-        return {"TKW_ENDPOINT_BASE": "http://127.0.0.1:%d" % self.server.server_address[1]}
+        return {"TKW_ENDPOINT_BASE": self.server.base()}
 
     def open_window(self):
         """Brings the window forward through a second start; its geometry."""
@@ -1031,7 +1046,7 @@ class AmbientSoundTileTest(HostCase):
         self.screenshot("ambientsound.png")
 
 
-class ReleaseServer(http.server.ThreadingHTTPServer):
+class ReleaseServer(LoopbackServer):
     """The published release list on loopback, under TKW_ENDPOINT_BASE's "releases"; the answer
     waits until `released`."""
 
@@ -1040,30 +1055,16 @@ class ReleaseServer(http.server.ThreadingHTTPServer):
     def __init__(self):
         self.requests = []
         self.released = threading.Event()
-        server = self
+        super().__init__()
 
-        class Handler(http.server.BaseHTTPRequestHandler):
-            def do_GET(self):
-                server.requests.append((self.path, self.headers.get("User-Agent", "")))
-                server.released.wait(30)
-                body = b""
-                if self.path == "/releases/releases.json":
-                    with open(server.ANSWER, "rb") as f:
-                        body = f.read()
-                self.send_response(200 if body else 404)
-                self.send_header("Content-Type", "application/json")
-                self.send_header("Content-Length", str(len(body)))
-                self.end_headers()
-                self.wfile.write(body)
-
-            def log_message(self, *args):
-                pass
-
-        super().__init__(("127.0.0.1", 0), Handler)
-        threading.Thread(target=self.serve_forever, daemon=True).start()
-
-    def base(self):
-        return "http://127.0.0.1:%d" % self.server_address[1]
+    def respond(self, request):
+        self.requests.append((request.path, request.headers.get("User-Agent", "")))
+        self.released.wait(30)
+        body = b""
+        if request.path == "/releases/releases.json":
+            with open(self.ANSWER, "rb") as f:
+                body = f.read()
+        return (200 if body else 404), body, JSON
 
 
 class UpdateCheckTest(HostCase):
@@ -1911,30 +1912,19 @@ class LauncherTilesTest(HostCase):
                          "the command went through a shell")
 
 
-class PageServer(http.server.ThreadingHTTPServer):
+class PageServer(LoopbackServer):
     """Two pages on loopback: a red one that is a link to a blue one."""
 
     PAGES = {"/": b"<title>Red</title><body style='margin:0;background:#d01010'>"
                   b"<a href='/two' style='display:block;height:100vh'>next</a>",
              "/two": b"<title>Blue</title><body style='margin:0;background:#1010d0'>"}
 
-    def __init__(self):
-        class Handler(http.server.BaseHTTPRequestHandler):
-            def do_GET(handler):
-                body = self.PAGES.get(handler.path)
-                handler.send_response(200 if body else 404)
-                handler.send_header("Content-Type", "text/html")
-                handler.end_headers()
-                handler.wfile.write(body or b"")
-
-            def log_message(self, *args):
-                pass
-
-        super().__init__(("127.0.0.1", 0), Handler)
-        threading.Thread(target=self.serve_forever, daemon=True).start()
+    def respond(self, request):
+        body = self.PAGES.get(request.path)
+        return (200 if body else 404), (body or b""), {"Content-Type": "text/html"}
 
     def url(self):
-        return "http://127.0.0.1:%d/" % self.server_address[1]
+        return self.base() + "/"
 
 
 class WebTileTest(HostCase):
@@ -1979,7 +1969,7 @@ class WebTileTest(HostCase):
         self.screenshot("web-tile.png")
 
 
-class GitHubServer(http.server.ThreadingHTTPServer):
+class GitHubServer(LoopbackServer):
     """GitHub's REST API on loopback under TKW_ENDPOINT_BASE's "github": a repository with an
     ETag that answers 304 to it, no release, one pull request waiting."""
 
@@ -1992,35 +1982,19 @@ class GitHubServer(http.server.ThreadingHTTPServer):
 
     def __init__(self):
         self.requests = []
-        server = self
+        super().__init__()
 
-        class Handler(http.server.BaseHTTPRequestHandler):
-            def do_GET(self):
-                path = self.path.split("?")[0]
-                tag = self.headers.get("If-None-Match")
-                if path.startswith("/github/"):
-                    server.requests.append((path, tag, self.headers.get("Authorization")))
-                body = server.ANSWERS.get(path)
-                if body is not None and tag == '"e1"':
-                    self.send_response(304)
-                    self.end_headers()
-                    return
-                body = body or b'{"message":"Not Found"}'
-                self.send_response(200 if path in server.ANSWERS else 404)
-                self.send_header("Content-Type", "application/json")
-                self.send_header("ETag", '"e1"')
-                self.send_header("Content-Length", str(len(body)))
-                self.end_headers()
-                self.wfile.write(body)
-
-            def log_message(self, *args):
-                pass
-
-        super().__init__(("127.0.0.1", 0), Handler)
-        threading.Thread(target=self.serve_forever, daemon=True).start()
-
-    def base(self):
-        return "http://127.0.0.1:%d" % self.server_address[1]
+    def respond(self, request):
+        path = request.path.split("?")[0]
+        tag = request.headers.get("If-None-Match")
+        if path.startswith("/github/"):
+            self.requests.append((path, tag, request.headers.get("Authorization")))
+        body = self.ANSWERS.get(path)
+        if body is not None and tag == '"e1"':
+            return 304, b"", {}
+        found = body is not None
+        return (200 if found else 404), (body if found else b'{"message":"Not Found"}'), \
+            {**JSON, "ETag": '"e1"'}
 
 
 class GitHubTileTest(HostCase):
