@@ -156,11 +156,15 @@ json.dump({"instances": instances, "pageCount": 1}, open(sys.argv[1], "w"))
 EOF
 }
 
-# One tile of each workspace and tool kind, at its default size, in rows from the top-left.
+# One tile of each workspace and tool kind, at its default size, in rows from the top-left; the
+# photo tile's folder holds three 12-megapixel pictures (a new one each minute, as by default).
 write_workspace() {
+  mkdir -p "$1/pictures"
+  for colours in navy-orange teal-pink olive-white; do
+    convert -size 4000x3000 "gradient:$colours" "$1/pictures/$colours.jpg"
+  done
   python3 - "$1/grid.json" "$1/pictures" <<'EOF'
-import json, os, sys, uuid
-os.makedirs(sys.argv[2], exist_ok=True)
+import json, sys, uuid
 tiles = [("stickynote", "small", {}), ("quote", "wide", {}),
          ("photos", "large", {"folder": sys.argv[2]}), ("apps", "large", {}),
          ("shortcut", "small", {"type": "url", "url": "example.org"}), ("clipboard", "large", {}),
