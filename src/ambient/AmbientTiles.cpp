@@ -12,8 +12,8 @@ AmbientTiles::AmbientTiles(Services services)
     , m_companions(services.clock, services.scheduler,
                    services.pointer != nullptr ? *services.pointer : m_nowhere) {}
 
-std::unique_ptr<LoopPlayer> AmbientTiles::playerForThisRun() {
-    if (qEnvironmentVariableIsSet("TKW_SILENT") || qEnvironmentVariableIsSet("TKW_NO_KEYCHAIN")) {
+std::unique_ptr<LoopPlayer> AmbientTiles::player(bool silent) {
+    if (silent) {
         return std::make_unique<SilentLoopPlayer>();
     }
     return std::make_unique<QtLoopPlayer>();

@@ -1,5 +1,5 @@
 // The ambient kinds' behaviours and what they run on, made together for the composition root:
-// the sound player (silent under TKW_SILENT or TKW_NO_KEYCHAIN), the ambient sound service and
+// the sound player (silent under TKW_SILENT), the ambient sound service and
 // its tile, and the companions.
 #pragma once
 
@@ -31,8 +31,8 @@ public:
 
     explicit AmbientTiles(Services services);
 
-    // A player on the sound device, or a silent one when this run must make no sound.
-    static std::unique_ptr<LoopPlayer> playerForThisRun();
+    // A player on the sound device, or one that opens nothing.
+    static std::unique_ptr<LoopPlayer> player(bool silent);
 
     AmbientSoundBehaviour& sound() { return m_soundTile; }
     CompanionBehaviour& companions() { return m_companions; }

@@ -58,6 +58,7 @@
 #include "readings/PowerWatcher.h"
 #include "readings/Readings.h"
 #include "settings/AppSettings.h"
+#include "speed/SpeedTestSchedule.h"
 #include "speed/SpeedTestService.h"
 #include "text/L.h"
 #include "tick/MinuteCoordinator.h"
@@ -70,14 +71,12 @@
 #include "workspace/WorkspaceTiles.h"
 
 #include <QApplication>
-#include <QClipboard>
 #include <QDir>
 #include <QFileDialog>
 #include <QLocale>
 #include <QLoggingCategory>
 #include <QMenu>
 #include <QMenuBar>
-#include <QMimeData>
 #include <QPainter>
 #include <QScreen>
 #include <QWindow>
@@ -87,22 +86,6 @@ namespace tw {
 Q_LOGGING_CATEGORY(lcApp, "App")
 
 namespace {
-
-// The tool tiles' clipboard; a secret copy carries the mark clipboard keepers leave alone.
-TextClipboard desktopClipboard() {
-    return {
-        .copy = [](const QString& text) { QGuiApplication::clipboard()->setText(text); },
-        .copySecret =
-            [](const QString& text) {
-                auto* data = new QMimeData;
-                data->setText(text);
-                data->setData(QStringLiteral("x-kde-passwordManagerHint"),
-                              QByteArrayLiteral("secret"));
-                QGuiApplication::clipboard()->setMimeData(data);
-            },
-        .paste = [] { return QGuiApplication::clipboard()->text(); },
-    };
-}
 
 // The file tiles ask with the desktop's own folder dialog.
 QString chooseFolder(const QString& title, const QString& start) {
@@ -239,6 +222,9 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .endpoints = m_endpoints,
         .plan = {},
     });
+    m_speedSchedule =
+        std::make_unique<SpeedTestSchedule>(*m_speedTest, m_clocks.system, *m_scheduler);
+    m_behaviours.add(QStringLiteral("speedtest"), m_speedSchedule.get());
     m_presence = PlatformServices::makeUserPresence(m_clocks.system, m_platform.displays.get());
     m_apps = PlatformServices::makeAppDirectory();
     m_appUsage = std::make_unique<AppUsageService>(AppUsageService::Services{
@@ -305,7 +291,7 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .scheduler = *m_scheduler,
         .grid = *m_grid,
         .pointer = m_platform.pointer.get(),
-        .player = AmbientTiles::playerForThisRun(),
+        .player = AmbientTiles::player(PlatformServices::silent()),
     });
     m_behaviours.add(QStringLiteral("ambientsound"), &m_ambient->sound());
     m_behaviours.add(QStringLiteral("companion"), &m_ambient->companions());
@@ -328,7 +314,7 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
         .grid = *m_grid,
         .clock = m_clocks.system,
         .scheduler = *m_scheduler,
-        .clipboard = m_platform.clipboard.get(),
+        .clipboard = *m_platform.clipboard,
         .directory = AppPaths::appSupportDir(),
     });
     m_workspaceTiles->addTo(m_behaviours);
@@ -378,8 +364,8 @@ void AppDelegate::applicationDidFinishLaunching(std::unique_ptr<SingleInstance> 
     // 12. The desktop, its glass over the desktop's own picture.
     m_backdrop = std::make_unique<WallpaperBackdrop>(m_platform.picture.get());
     m_wallpaper = std::make_unique<DesktopWallpaper>(m_platform.picture.get());
-    m_tools =
-        std::make_unique<ToolBehaviours>(*m_grid, *m_scheduler, desktopClipboard(), m_market.get());
+    m_tools = std::make_unique<ToolBehaviours>(*m_grid, *m_scheduler, *m_platform.clipboard,
+                                               m_market.get());
     m_tools->addTo(m_behaviours);
     m_systemActions = PlatformServices::makeSystemActions();
     m_appsTiles =
@@ -497,8 +483,8 @@ void AppDelegate::makeNotices() {
     };
     m_notices->addWidgetHandler = [this](const QString& kind) { placeNewWidget(kind); };
     m_notices->openSettings = [this] { showConfigWindow(); };
-    m_notices->copyToClipboard = [](const QString& text) {
-        QGuiApplication::clipboard()->setText(text);
+    m_notices->copyToClipboard = [this](const QString& text) {
+        m_platform.clipboard->copyText(text);
     };
     const auto root = [this] {
         return m_configWindow ? qobject_cast<ConfigRoot*>(m_configWindow->content()) : nullptr;

@@ -35,6 +35,7 @@ class AppSettings;
 class AppUsageService;
 class CalendarHub;
 class CalendarSetup;
+class SpeedTestSchedule;
 class SpeedTestService;
 class ConnectedTiles;
 class ToolBehaviours;
@@ -164,8 +165,9 @@ private:
     std::unique_ptr<CalendarSetup> m_calendarSetup;
     std::unique_ptr<CalendarWatcher> m_calendarWatcher;
     std::unique_ptr<CalendarHub> m_calendar;
-    // Runs only when a person starts it from its tile; before the desktop.
+    // Runs when a person starts it from its tile or on a tile's schedule; before the desktop.
     std::unique_ptr<SpeedTestService> m_speedTest;
+    std::unique_ptr<SpeedTestSchedule> m_speedSchedule;
     // App time, counted while its tile is on the desktop.
     std::unique_ptr<UserPresence> m_presence;
     std::unique_ptr<AppDirectory> m_apps;

@@ -641,10 +641,12 @@ WidgetOption folderOption(const char* titleKey, const QString& title) {
             .defaultValue = QString()};
 }
 
+// A choice of a number of seconds.
+WidgetOption::Choice every(int seconds, const char* key, const char* title) {
+    return {QString::number(seconds), L(key, QString::fromUtf8(title))};
+}
+
 QList<WidgetOption> photosOptions() {
-    const auto every = [](int seconds, const char* key, const char* english) {
-        return WidgetOption::Choice{QString::number(seconds), L(key, QString::fromUtf8(english))};
-    };
     return {folderOption("option.photos.folder", QStringLiteral("Folder")),
             {.key = QStringLiteral("interval"),
              .title = L("option.photos.interval", QStringLiteral("Next picture")),
@@ -756,10 +758,18 @@ QList<WidgetOption> shortcutOptions() {
     };
 }
 
+QList<WidgetOption> speedTestOptions() {
+    return {{.key = QStringLiteral("every"),
+             .title = L("option.speedEvery", QStringLiteral("Tests on its own")),
+             .type = Type::choice,
+             .choices = {every(0, "option.speedEvery.never", "Never, only when started"),
+                         every(3600, "option.every.1h", "Every hour"),
+                         every(21600, "option.every.6h", "Every 6 hours"),
+                         every(86400, "option.every.day", "Every day")},
+             .defaultValue = QStringLiteral("0")}};
+}
+
 QList<WidgetOption> terminalOptions() {
-    const auto every = [](int seconds, const char* key, const char* title) {
-        return WidgetOption::Choice{QString::number(seconds), L(key, QLatin1String(title))};
-    };
     return {
         text(QStringLiteral("command"),
              L("option.terminalCommand", QStringLiteral("Command (no shell; sh -c '…' for one)"))),
@@ -968,6 +978,9 @@ QList<WidgetOption> WidgetOption::of(const QString& kind) {
     }
     if (kind == QLatin1String("terminal")) {
         return terminalOptions();
+    }
+    if (kind == QLatin1String("speedtest")) {
+        return speedTestOptions();
     }
     return {};
 }

@@ -117,6 +117,8 @@ struct PlatformServices {
     // Whether this process has the system administrator's rights, which the web engine's
     // sandbox refuses to run under.
     static bool isAdministrator();
+    // Whether this run makes no sound at all: $TKW_SILENT is "1" (pictures, automated runs).
+    static bool silent();
 
     // What the program tells a person about this system's side of it.
     struct Wording {

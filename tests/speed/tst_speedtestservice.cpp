@@ -4,6 +4,7 @@
 #include "TestRows.h"
 #include "model/JsonCoding.h"
 #include "platform/null/MemoryDefaults.h"
+#include "speed/SpeedTestSchedule.h"
 #include "speed/SpeedTestService.h"
 
 #include <QSignalSpy>
@@ -186,6 +187,37 @@ private Q_SLOTS:
         QCOMPARE(rig.service.phase().kind,
                  starts ? Kind::ping : (running ? Kind::download : Kind::idle));
         QCOMPARE(changes.count(), starts ? 1 : 0);
+    }
+
+    // A tile's schedule starts a test once the last is as old as its interval, tries a failed
+    // one again only an interval after it began, and stops with the last tile that asks.
+    void tilesSchedule() {
+        Rig rig(closedPort(), {earlier});
+        rig.clock.setNow(earlier.date.addSecs(30 * 60));
+        SpeedTestSchedule schedule(rig.service, rig.clock, rig.scheduler);
+        WidgetInstance tile;
+        tile.kind = QStringLiteral("speedtest");
+        tile.settings = WidgetSettings{{QStringLiteral("every"), QStringLiteral("3600")}};
+        WidgetInstance asksNothing = tile;
+        asksNothing.settings = WidgetSettings{{QStringLiteral("every"), QStringLiteral("0")}};
+        schedule.setTiles({{asksNothing, true}});
+        QVERIFY(rig.scheduler.pending().empty());
+        schedule.setTiles({{asksNothing, true}, {tile, false}});
+        QCOMPARE(schedule.every(), 1h);
+        QCOMPARE(rig.service.phase().kind, Kind::idle);
+        rig.scheduler.advance(25min);
+        QCOMPARE(rig.service.phase().kind, Kind::idle);
+        rig.scheduler.advance(5min);
+        QCOMPARE(rig.service.phase().kind, Kind::ping);
+        QVERIFY(rig.reaches(Kind::failed));
+        rig.scheduler.advance(50min);
+        QCOMPARE(rig.service.phase().kind, Kind::failed);
+        rig.scheduler.advance(10min);
+        QCOMPARE(rig.service.phase().kind, Kind::ping);
+        QVERIFY(rig.reaches(Kind::failed));
+        schedule.setTiles({});
+        QCOMPARE(schedule.every(), 0s);
+        QVERIFY(rig.scheduler.pending().empty());
     }
 
     // The stored history is read leniently: what cannot be read is dropped, not the rest.

@@ -61,7 +61,7 @@ PlatformServices PlatformServices::make() {
     services.usage = makeProcessUsage();
     services.location = GeoClueLocationSource::create();
     services.pointer = std::make_unique<QtPointerPosition>();
-    if (qEnvironmentVariable("TKW_SILENT") == QLatin1String("1")) {
+    if (silent()) {
         services.sounds = std::make_unique<SilentSoundPlayer>();
     } else {
         services.sounds = std::make_unique<CanberraSoundPlayer>();
@@ -164,6 +164,10 @@ std::unique_ptr<VideoDevices> PlatformServices::makeVideoDevices() {
 
 bool PlatformServices::isAdministrator() {
     return ::geteuid() == 0;
+}
+
+bool PlatformServices::silent() {
+    return qEnvironmentVariable("TKW_SILENT") == QLatin1String("1");
 }
 
 std::optional<QString> PlatformServices::whyNoDisplay() {
