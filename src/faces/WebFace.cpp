@@ -106,7 +106,8 @@ void drawSamplePage(QPainter& painter, const FaceContext& context, const QRectF&
     painter.drawRoundedRect(rect, pageCorner, pageCorner);
     const qreal m = std::clamp(rect.width() * 0.05, 10.0, 24.0);
     // The site's bar.
-    const QRectF bar(rect.left(), rect.top(), rect.width(), std::min(34.0, rect.height() * 0.12));
+    const QRectF bar(rect.left(), rect.top(), rect.width(),
+                     std::clamp(rect.height() * 0.12, 20.0, 34.0));
     QPainterPath top;
     top.addRoundedRect(bar.adjusted(0, 0, 0, pageCorner), pageCorner, pageCorner);
     painter.setClipRect(bar);
@@ -121,18 +122,23 @@ void drawSamplePage(QPainter& painter, const FaceContext& context, const QRectF&
         painter.drawRoundedRect(
             QRectF(bar.right() - m - 36 * (i + 1) + 8, bar.center().y() - 3, 28, 6), 3, 3);
     }
-    // A headline, a picture beside the text where the page is wide, lines of text below.
-    qreal y = bar.bottom() + m;
+    // A headline, a picture beside the text where the page is wide, lines of text below; the
+    // address pill keeps the bottom's last 30 points.
+    qreal y = bar.bottom() + std::min(m, rect.height() * 0.12);
     const qreal body = rect.width() - 2 * m;
     painter.setBrush(ink);
     painter.drawRoundedRect(QRectF(rect.left() + m, y, body * 0.7, 14), 5, 5);
+    if (y + 34 > rect.bottom() - 30) {
+        // A banner has room for the bar and the headline alone.
+        painter.restore();
+        return;
+    }
     painter.drawRoundedRect(QRectF(rect.left() + m, y + 20, body * 0.45, 14), 5, 5);
     y += 46;
     const bool side = rect.width() > rect.height() * 1.3;
     const qreal pictureHeight =
         std::min(rect.bottom() - y - m, side ? rect.height() * 0.5 : rect.height() * 0.3);
     if (pictureHeight < 40) {
-        // A banner has room for the bar and the headline alone.
         painter.restore();
         return;
     }

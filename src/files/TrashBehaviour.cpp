@@ -45,8 +45,19 @@ void TrashBehaviour::setTiles(const QList<BehaviourTile>& tiles) {
         }
         return;
     }
-    m_watcher.addPaths(m_trash.watchedFolders());
+    watch();
     recount();
+}
+
+void TrashBehaviour::watch() {
+    // A disk's trash appears when something is first trashed there: watched from then on.
+    QStringList fresh = m_trash.watchedFolders();
+    fresh.removeIf([watched = m_watcher.directories()](const QString& folder) {
+        return watched.contains(folder);
+    });
+    if (!fresh.isEmpty()) {
+        m_watcher.addPaths(fresh);
+    }
 }
 
 void TrashBehaviour::recount() {
@@ -59,6 +70,9 @@ void TrashBehaviour::recount() {
         m_runner, this, [&trash = m_trash] { return trash.contents(); },
         [this](const Trash::Contents& contents) {
             m_busy = false;
+            if (m_inView) {
+                watch();
+            }
             TrashView next = m_view;
             next.contents = contents;
             next.counting = false;

@@ -37,6 +37,7 @@ public:
 
 private:
     void recount();
+    void watch();
     void show(const QString& message, bool problem);
     void setView(const TrashView& view);
 

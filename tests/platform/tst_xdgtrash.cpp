@@ -8,6 +8,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 using namespace tw;
 using tw::test::readFile;
 using tw::test::row;
@@ -116,6 +119,52 @@ private Q_SLOTS:
         QCOMPARE(trash.contents(), Trash::Contents{});
         QVERIFY(QDir(dir.filePath(QStringLiteral("Trash/info"))).isEmpty());
         QCOMPARE(readFile(home.filePath(QStringLiteral("keep"))), QByteArray("stays"));
+    }
+
+    // What lies on another disk goes to that disk's own trash, recorded by its path from the
+    // disk's top, and is moved, not copied; every trash counts and empties.
+    void otherDisksKeepTheirOwnTrash_data() {
+        QTest::addColumn<bool>("shared");
+        QTest::newRow("a folder of the user's at the top") << false;
+        QTest::newRow("under a shared, sticky .Trash") << true;
+    }
+    void otherDisksKeepTheirOwnTrash() {
+        QFETCH(bool, shared);
+        QTemporaryDir home;
+        QTemporaryDir disk;
+        const QString top = QFileInfo(disk.path()).canonicalFilePath();
+        const QString uid = QString::number(::getuid());
+        if (shared) {
+            QVERIFY(QDir(top).mkdir(QStringLiteral(".Trash")));
+            QVERIFY(::chmod(QFile::encodeName(top + QStringLiteral("/.Trash")).constData(),
+                            01777) == 0);
+        }
+        const QString own =
+            top + (shared ? QStringLiteral("/.Trash/") : QStringLiteral("/.Trash-")) + uid;
+        test::ManualClock clock;
+        XdgTrash trash(home.filePath(QStringLiteral("Trash")), clock, [top] {
+            return QStringList{QStringLiteral("/"), top};
+        });
+        const QString photo = top + QStringLiteral("/photos/a.jpg");
+        const QString note = home.filePath(QStringLiteral("note.txt"));
+        QVERIFY(writeFile(photo, "abc"));
+        QVERIFY(writeFile(note, "hello"));
+
+        QCOMPARE(trash.moveToTrash({photo, note}).done, 2);
+        QCOMPARE(readFile(own + QStringLiteral("/files/a.jpg")), QByteArray("abc"));
+        QCOMPARE(
+            TrashInfo::fromBytes(readFile(own + QStringLiteral("/info/a.jpg.trashinfo")))->path,
+            QStringLiteral("photos/a.jpg"));
+        QCOMPARE(readFile(home.filePath(QStringLiteral("Trash/files/note.txt"))),
+                 QByteArray("hello"));
+        QVERIFY(trash.watchedFolders().contains(own + QStringLiteral("/files")));
+        QCOMPARE(trash.contents(), (Trash::Contents{.items = 2, .bytes = 8}));
+        // The disk's trash itself is not put in the trash.
+        QVERIFY(!trash.moveToTrash({own}).ok());
+
+        QCOMPARE(trash.empty().done, 2);
+        QCOMPARE(trash.contents(), Trash::Contents{});
+        QVERIFY(QDir(own + QStringLiteral("/files")).isEmpty());
     }
 };
 

@@ -123,11 +123,11 @@ std::unique_ptr<Relauncher> PlatformServices::makeRelauncher() {
 }
 
 std::unique_ptr<Trash> PlatformServices::makeTrash(const Clock& clock) {
-    // The home trash of the freedesktop format, where file managers put what is deleted.
+    // The trashes of the freedesktop format, where file managers put what is deleted.
     return std::make_unique<XdgTrash>(
         QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
             QStringLiteral("/Trash"),
-        clock);
+        clock, &XdgTrash::mountedDisks);
 }
 
 std::unique_ptr<MediaPlayers> PlatformServices::makeMediaPlayers(const Clock& clock) {
