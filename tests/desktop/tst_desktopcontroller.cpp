@@ -403,7 +403,9 @@ private Q_SLOTS:
         QVERIFY(f.ticker->desktopActive());
         QCOMPARE(f.visiblePanels(), 3);
         QCOMPARE(f.controller->panel(clock)->context().now, f.clock.now());
-        for (const WidgetInstance& i : f.grid->layout().instances) {
+        // A copy: each removal replaces the store's list.
+        const QList<WidgetInstance> all = f.grid->layout().instances;
+        for (const WidgetInstance& i : all) {
             QVERIFY(f.ticker->desktopActive());
             f.grid->remove(i.id);
         }
