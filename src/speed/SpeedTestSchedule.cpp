@@ -13,7 +13,9 @@ SpeedTestSchedule::SpeedTestSchedule(SpeedTestService& service, const Clock& clo
     : TileBehaviour(parent)
     , m_service(service)
     , m_clock(clock)
-    , m_scheduler(scheduler) {}
+    , m_scheduler(scheduler) {
+    connect(&service, &SpeedTestService::boardChanged, this, &SpeedTestSchedule::follow);
+}
 
 std::chrono::seconds SpeedTestSchedule::everyOf(const WidgetSettings& settings) {
     bool ok = false;
@@ -48,13 +50,32 @@ void SpeedTestSchedule::setTiles(const QList<BehaviourTile>& tiles) {
 
 void SpeedTestSchedule::check() {
     const QDateTime now = m_clock.now();
-    if (m_started.isValid() && m_started.secsTo(now) < m_every.count()) {
+    if (m_failures > 0) {
+        const qint64 wait = std::min<qint64>(std::chrono::seconds(checkInterval).count()
+                                                 << std::min(m_failures - 1, 20),
+                                             m_every.count());
+        if (m_started.secsTo(now) < wait) {
+            return;
+        }
+    }
+    const bool wasRunning = m_service.phase().isRunning();
+    m_service.runIfDue(m_every, now);
+    if (!wasRunning && m_service.phase().isRunning()) {
+        m_started = now;
+        m_running = true;
+    }
+}
+
+void SpeedTestSchedule::follow() {
+    if (!m_running || m_service.phase().isRunning()) {
         return;
     }
-    const bool wasRunning = m_service.board().phase.isRunning();
-    m_service.runIfDue(m_every, now);
-    if (!wasRunning && m_service.board().phase.isRunning()) {
-        m_started = now;
+    m_running = false;
+    // A test a person cancelled counts as neither.
+    if (m_service.phase().kind == SpeedTestPhase::Kind::failed) {
+        ++m_failures;
+    } else if (m_service.phase().kind == SpeedTestPhase::Kind::done) {
+        m_failures = 0;
     }
 }
 

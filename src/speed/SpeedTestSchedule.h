@@ -1,7 +1,8 @@
 // The speed test tiles' own schedule ("every" in a tile's settings: an hour, six hours, a day;
 // none by default). While a tile with one is on the desktop, a test starts when the last result
-// is that old; a test that failed is not tried again before as long has passed, so a broken line
-// is not measured over and over.
+// is that old. After a failed test the schedule waits 5 minutes, then twice as long after each
+// further failure up to the interval: a line not up yet at login is measured soon, a broken one
+// not over and over.
 #pragma once
 
 #include "model/TileBehaviour.h"
@@ -20,7 +21,7 @@ class SpeedTestService;
 class SpeedTestSchedule final : public TileBehaviour {
     Q_OBJECT
 public:
-    // How often the schedule looks whether a test is due.
+    // How often the schedule looks whether a test is due, and the first wait after a failure.
     static constexpr std::chrono::minutes checkInterval{5};
 
     SpeedTestSchedule(SpeedTestService& service, const Clock& clock, Scheduler& scheduler,
@@ -35,14 +36,18 @@ public:
 
 private:
     void check();
+    void follow();
 
     SpeedTestService& m_service;
     const Clock& m_clock;
     Scheduler& m_scheduler;
     std::chrono::seconds m_every{0};
     ScheduledTask m_checks;
-    // When the schedule last started a test, whatever became of it.
+    // When the schedule last started a test, whether that one is still on, and how many of its
+    // tests in a row failed.
     QDateTime m_started;
+    bool m_running = false;
+    int m_failures = 0;
 };
 
 } // namespace tw

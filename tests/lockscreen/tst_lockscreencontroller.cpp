@@ -29,9 +29,11 @@ WidgetInstance widget(const QString& kind, WidgetSize size, WidgetSettings setti
 void verifyLegalAndApart(const QList<WidgetInstance>& widgets,
                          const QList<Layout::Placement>& placements, const QSizeF& screen) {
     QList<QRectF> taken;
-    for (const auto& [id, centre] : placements) {
-        const auto it = std::find_if(widgets.cbegin(), widgets.cend(),
-                                     [&](const WidgetInstance& w) { return w.id == id; });
+    for (const Layout::Placement& placement : placements) {
+        const QPointF centre = placement.second;
+        const auto it =
+            std::find_if(widgets.cbegin(), widgets.cend(),
+                         [&placement](const WidgetInstance& w) { return w.id == placement.first; });
         QVERIFY(it != widgets.cend());
         QVERIFY2(Layout::isLegal(centre, *it, screen), qPrintable(it->kind));
         QVERIFY2(Layout::isFree(centre, *it, taken), qPrintable(it->kind));
