@@ -4,6 +4,7 @@
 #include "faces/FaceKit.h"
 #include "faces/ReadingKit.h"
 #include "faces/ReadingText.h"
+#include "speed/SpeedTestSchedule.h"
 #include "text/L.h"
 
 #include <QLocale>
@@ -27,7 +28,15 @@ double gaugeValue(const SpeedTestBoard& board) {
     return measuring(board) ? board.liveMbps : board.downMbps.value_or(0);
 }
 
-QString phaseWord(const SpeedTestBoard& board) {
+// A moment as short as it can be said: its time today, else its day.
+QString shortWhen(const QDateTime& moment) {
+    const QLocale locale;
+    const QDateTime when = moment.toLocalTime();
+    return when.date() == QDate::currentDate() ? locale.toString(when.time(), QLocale::ShortFormat)
+                                               : locale.toString(when.date(), QLocale::ShortFormat);
+}
+
+QString phaseWord(const SpeedTestBoard& board, const FaceContext& context) {
     switch (board.phase.kind) {
     case Kind::ping:
         return L("speedtest.phase.ping", QStringLiteral("Ping…"));
@@ -42,13 +51,20 @@ QString phaseWord(const SpeedTestBoard& board) {
         break;
     }
     if (const auto last = board.last()) {
-        const QLocale locale;
-        const QDateTime when = last->date.toLocalTime();
-        const QString time = locale.toString(when.time(), QLocale::ShortFormat);
-        return when.date() == QDate::currentDate()
-                   ? L("speedtest.lastToday", QStringLiteral("Last test %1")).arg(time)
-                   : L("speedtest.lastOn", QStringLiteral("Last test %1"))
-                         .arg(locale.toString(when.date(), QLocale::ShortFormat));
+        const QString said =
+            L("speedtest.last", QStringLiteral("Last test %1")).arg(shortWhen(last->date));
+        // A tile that tests on its own says when it will; a narrow one says only that.
+        const std::chrono::seconds every = SpeedTestSchedule::everyOf(context.settings);
+        if (every.count() == 0 || context.size == WidgetSize::small) {
+            return said;
+        }
+        const QDateTime next = last->date.addSecs(every.count());
+        const QString when =
+            next > context.now ? shortWhen(next) : L("speedtest.soon", QStringLiteral("soon"));
+        if (context.size == WidgetSize::wide) {
+            return L("speedtest.next", QStringLiteral("Next test %1")).arg(when);
+        }
+        return L("speedtest.lastAndNext", QStringLiteral("%1, next %2")).arg(said, when);
     }
     return L("speedtest.never", QStringLiteral("Not measured yet"));
 }
@@ -227,7 +243,7 @@ void drawStatus(QPainter& painter, const FaceContext& context, const QRectF& rec
     // The small tile has no room for the reason, only for what happened.
     const QString text = context.size == WidgetSize::small && board.phase.kind == Kind::failed
                              ? L("speedtest.failed", QStringLiteral("No connection"))
-                             : phaseWord(board);
+                             : phaseWord(board, context);
     const qreal largest = rect.height() * 0.8;
     // A long reason goes on two lines rather than shrinking out of sight.
     if (FaceKit::fittingPixelSize(text, rect.size(), QFont::Medium, largest) < largest * 0.5) {
