@@ -724,7 +724,8 @@ private Q_SLOTS:
             {QStringLiteral("sensors"), ReadingFeed::sensors}};
         for (const auto& [kind, feed] : kinds) {
             QVERIFY2(faces.hasOwnFace(kind), qPrintable(kind));
-            for (WidgetSize size : WidgetRegistry::builtInDefinition(kind)->metadata.allowedSizes) {
+            const auto definition = WidgetRegistry::builtInDefinition(kind);
+            for (WidgetSize size : definition->metadata.allowedSizes) {
                 QCOMPARE(faces.face(kind).feeds(size, {}), ReadingFeeds(feed));
                 QVERIFY(!faces.face(kind).grain(size, {}).has_value());
             }

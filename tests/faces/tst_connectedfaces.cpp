@@ -146,8 +146,8 @@ private Q_SLOTS:
                                u"nothing chosen"_qs};
         for (const auto& [kind, states] :
              {std::pair(u"github"_qs, github), std::pair(u"smarthome"_qs, home)}) {
-            for (const WidgetSize size :
-                 WidgetRegistry::builtInDefinition(kind)->metadata.allowedSizes) {
+            const auto definition = WidgetRegistry::builtInDefinition(kind);
+            for (const WidgetSize size : definition->metadata.allowedSizes) {
                 for (const QString& state : states) {
                     QTest::newRow(qPrintable(kind + u' ' + state + u' ' + rawValue(size)))
                         << kind << state << size;

@@ -104,8 +104,8 @@ private Q_SLOTS:
         QTest::addColumn<WidgetSize>("size");
         QTest::addColumn<QString>("state");
         for (const char* kind : {"stocks", "crypto", "currency"}) {
-            for (WidgetSize size :
-                 WidgetRegistry::builtInDefinition(QLatin1String(kind))->metadata.allowedSizes) {
+            const auto definition = WidgetRegistry::builtInDefinition(QLatin1String(kind));
+            for (WidgetSize size : definition->metadata.allowedSizes) {
                 for (const char* state :
                      {"ready", "offline", "unknown", "unreachable", "loading", "extreme", "none"}) {
                     const QByteArray tag =
