@@ -546,13 +546,13 @@ class WidgetSettingsTest(HostCase):
             ys = [j for _, j in spots]
             return (x + w // 2 + min(xs), y + min(ys), max(xs) - min(xs) + 1,
                     max(ys) - min(ys) + 1)
-        segment = self.session.wait_for(checked_segment, timeout=15)
-        self.assertTrue(segment, "the tile's page did not show its size")
-        self.session.xdotool("mousemove", "--sync", segment[0] + segment[2] * 3 // 2,
-                             segment[1] + segment[3] // 2)
-        # On a loaded machine the first click after the tile's menu has been seen to go nowhere
-        # (the window took no input until then); a person would click again, and so does this.
+        # The page may still be settling where it was first seen (a slow machine, the
+        # sanitizers): the segment is looked for again before each click.
         for _ in range(3):
+            segment = self.session.wait_for(checked_segment, timeout=15)
+            self.assertTrue(segment, "the tile's page did not show its size")
+            self.session.xdotool("mousemove", "--sync", segment[0] + segment[2] * 3 // 2,
+                                 segment[1] + segment[3] // 2)
             self.session.xdotool("click", 1)
             if self.session.wait_for(
                     lambda: self.instances()[clock["id"].lower()]["size"] != clock["size"],
