@@ -24,7 +24,7 @@ std::chrono::seconds SpeedTestSchedule::everyOf(const WidgetSettings& settings) 
         return std::chrono::seconds{0};
     }
     // Never more often than hourly: a test moves hundreds of megabytes.
-    return std::chrono::seconds{std::clamp<qint64>(seconds, 3600, 7 * 86400)};
+    return std::chrono::seconds{std::clamp<qint64>(seconds, 3600, qint64{7} * 86400)};
 }
 
 void SpeedTestSchedule::setTiles(const QList<BehaviourTile>& tiles) {

@@ -308,7 +308,7 @@ QString XdgTrash::trashInto(const QString& trash, const QString& path, const QSt
     }
     const QByteArray bytes = TrashInfo{.path = recorded, .deletionDate = m_clock.now()}.toBytes();
     if (trashed.isEmpty() || info.write(bytes) != bytes.size() || !info.flush()) {
-        const QString error = info.errorString();
+        QString error = info.errorString();
         info.close();
         info.remove();
         return error;
@@ -324,7 +324,7 @@ QString XdgTrash::trashInto(const QString& trash, const QString& path, const QSt
     }
     // Another disk without a trash of its own: copy into the home trash, then remove the
     // original; never both lost.
-    if (const QString error = FileTransfer::copyTree(path, target); !error.isEmpty()) {
+    if (QString error = FileTransfer::copyTree(path, target); !error.isEmpty()) {
         info.remove();
         return error;
     }
