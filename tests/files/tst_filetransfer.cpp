@@ -10,6 +10,7 @@
 #include <sys/mount.h>
 
 using namespace tw;
+using tw::test::names;
 using tw::test::readFile;
 using tw::test::row;
 using tw::test::writeFile;
@@ -17,18 +18,6 @@ using tw::test::writeFile;
 namespace {
 
 const FileTransfer::FreeSpace plenty = [](const QString&) { return qint64(1) << 40; };
-
-} // namespace
-
-namespace {
-
-QStringList names(std::initializer_list<const char*> texts) {
-    QStringList list;
-    for (const char* text : texts) {
-        list.append(QString::fromUtf8(text));
-    }
-    return list;
-}
 
 } // namespace
 

@@ -7,19 +7,8 @@
 #include <QTest>
 
 using namespace tw;
+using tw::test::names;
 using tw::test::row;
-
-namespace {
-
-QStringList names(std::initializer_list<const char*> texts) {
-    QStringList list;
-    for (const char* text : texts) {
-        list.append(QString::fromUtf8(text));
-    }
-    return list;
-}
-
-} // namespace
 
 class TestFolderListing : public QObject {
     Q_OBJECT

@@ -2,7 +2,10 @@
 // QString.
 #pragma once
 
+#include <QStringList>
 #include <QTest>
+
+#include <initializer_list>
 
 namespace tw::test {
 
@@ -12,6 +15,15 @@ inline QString cell(const char* text) {
 template <typename T>
 const T& cell(const T& value) {
     return value;
+}
+
+// A list cell from text literals.
+inline QStringList names(std::initializer_list<const char*> texts) {
+    QStringList list;
+    for (const char* text : texts) {
+        list.append(QString::fromUtf8(text));
+    }
+    return list;
 }
 
 template <typename... T>
